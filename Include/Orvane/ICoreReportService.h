@@ -1,0 +1,28 @@
+/// \file ICoreReportService.h
+/// The service "COREREPORT" of the plugin "OrvaneCore". Slot order is a binary contract.
+#ifndef ORVANE_I_CORE_REPORT_SERVICE_H
+#define ORVANE_I_CORE_REPORT_SERVICE_H
+
+#include "Orvane/IEvent.h"
+#include "Orvane/IPluginService.h"
+
+namespace Orvane {
+namespace Plugin {
+
+/// Makes events of the data plugin, subject to the data-type rule, with the account's fields on them. Any thread.
+class ICoreReportService : public IPluginService {
+public:
+    /// \param dataType bit set of data types. Bit value 2 always passes; the others pass when the setting
+    ///                 "ReportDataType" has a bit in common with them.
+    /// \param srcID    the source id that the data plugin is given
+    /// \return null when the rule refuses the event, the name is null, or there is no data plugin. The caller owns the
+    ///         event and gives it back through DestroyEvent.
+    virtual IEvent* CreateEvent(int dataType, int srcID, const char* eventName) = 0;
+    /// Gives an event back to the data plugin, which clears the pointer.
+    virtual void DestroyEvent(IEvent** event) = 0;
+};
+
+}  // namespace Plugin
+}  // namespace Orvane
+
+#endif

@@ -1,0 +1,125 @@
+/// \file OrvaneCore.h
+/// The exported functions, for the game's engine and its script layer. C99 and C++11.
+///
+/// Texts are null-terminated UTF-8. A text that is returned is owned by the library and valid for the process unless it
+/// says otherwise. Where no thread is named, any thread may call. None of these starts or stops the plugin lifecycle:
+/// that comes from the application's launch.
+#ifndef ORVANE_ORVANE_CORE_H
+#define ORVANE_ORVANE_CORE_H
+
+#include <stdbool.h>
+#include <stdint.h>
+
+#include "Orvane/Export.h"
+#include "Orvane/LogPriority.h"
+
+#ifdef __cplusplus
+namespace Orvane {
+class IOrvaneCore;
+}
+typedef Orvane::IOrvaneCore orvanecore_instance;
+extern "C" {
+#else
+typedef struct orvanecore_instance orvanecore_instance;
+#endif
+
+/* --- Version ------------------------------------------------------------------------------------------------------ */
+
+/// "1.5.11.2664"
+ORVANE_EXPORT const char* orvanecore_get_version(void);
+/// The source revision of the build: 40 lower-case hexadecimal digits.
+ORVANE_EXPORT const char* orvanecore_get_version_hash(void);
+/// "ORVANE_VERSION_ORVANECORE_1.5.11.2664"
+ORVANE_EXPORT const char* orvanecore_get_orvane_version_string(void);
+/// 1.0
+ORVANE_EXPORT extern const double OrvaneCoreVersionNumber;
+/// "@(#)PROGRAM:OrvaneCore  PROJECT:OrvaneCore-1" and a line feed.
+ORVANE_EXPORT extern const unsigned char OrvaneCoreVersionString[];
+
+/* --- Facade ------------------------------------------------------------------------------------------------------- */
+
+/// The facade object, made at the first call; the same pointer for the life of the process.
+ORVANE_EXPORT orvanecore_instance* orvanecore_getInstance(void);
+/// Kept for its callers; destroys nothing.
+ORVANE_EXPORT void orvanecore_releaseInstance(void);
+/// Kept for its callers. \return 0
+ORVANE_EXPORT int orvanecore_init(void);
+/// Sets the threshold of the library's own logger: 0 (debug) to 5 (none).
+ORVANE_EXPORT void orvanecore_setLogLevel(int level);
+/// Tells who the user is; both texts must not be null. \return whether the pair was stored for the next run.
+ORVANE_EXPORT bool orvanecore_setUserInfo(const char* channelId, const char* openId);
+/// Enters the environment's release marker among the quit callbacks. \return true
+ORVANE_EXPORT bool InitQuernObjectEnvironment(void);
+/// The marker itself; does nothing.
+ORVANE_EXPORT void ReleaseQuernObjectEnvironment(void);
+
+/* --- Log: the library's own logger ---------------------------------------------------------------------------------*/
+
+/// Logs a finished text through the library's own logger; before that has started, prints it on the console whatever
+/// its level. A null text does nothing.
+ORVANE_EXPORT void OrvaneCore_XLog(ALogPriority level, const char* file, unsigned int line, const char* function,
+                                   const char* text);
+/// Sets the threshold of the library's own logger, and its default before it has started.
+ORVANE_EXPORT void OrvaneCore_SetQuernLogLevel(ALogPriority level);
+/// A sink that is given every line of the library's own logger, under its lock; lost before that logger exists.
+ORVANE_EXPORT void OrvaneCore_SetQuernLogCallback(void (*callback)(ALogPriority priority, const char* line));
+
+/* --- Log: the game's logger, named after the game id; made at the first of these calls --------------------------- */
+
+/// Sets the threshold; the configured level of the game's module goes before it.
+ORVANE_EXPORT void orvane_log_set_loglevel(ALogPriority level);
+/// \return the threshold
+ORVANE_EXPORT ALogPriority orvane_log_get_loglevel(void);
+/// Sets an option by name, to be read by orvane_log_init; the names are those of ILogger::SetOption.
+ORVANE_EXPORT void orvane_log_set_option_int(const char* key, int value);
+/// Reserved; does nothing.
+ORVANE_EXPORT void orvane_log_set_option_str(const char* key, const char* value);
+/// Opens the store; once, later calls do nothing.
+ORVANE_EXPORT void orvane_log_init(void);
+/// Logs one text. A null `text` logs nothing; `tag` is ignored and may be null.
+ORVANE_EXPORT void orvane_log_logx(ALogPriority level, const char* text, const char* file, unsigned int line,
+                                   const char* function, const char* tag);
+/// Removes old files of the game's log: the oldest beyond `fileNumLimit` (below 0: no limit), then those older than
+/// `hours`.
+ORVANE_EXPORT void orvane_log_remove_logfile(int hours, int fileNumLimit);
+
+/* --- Log: thresholds of the plugins' loggers ---------------------------------------------------------------------- */
+
+/// Sets the threshold of the module's logger; "OrvaneCore" is the library's own. An unknown module is ignored.
+ORVANE_EXPORT void OrvaneSDKLog_setLogLevel(const char* module, ALogPriority level);
+/// Sets the threshold of every logger that exists, the library's own last.
+ORVANE_EXPORT void OrvaneSDKLog_setAllLogLevel(ALogPriority level);
+
+/* --- Main-thread pump: for an engine that wants callbacks in its own tick ----------------------------------------- */
+
+/// From now on deferred calls wait for Quern_UpdateUIThread. There is no way back.
+ORVANE_EXPORT void Quern_EnableManualUpdate(void);
+/// \return 1 after Quern_EnableManualUpdate, else 0
+ORVANE_EXPORT int Quern_IsManualUpdate(void);
+/// Performs up to 20 waiting calls. Always from the same thread: the engine's tick.
+ORVANE_EXPORT void Quern_UpdateUIThread(void);
+/// Drops the waiting calls to a target that is about to die, wherever they wait.
+ORVANE_EXPORT void Quern_IgnoreUIThread(void* target);
+/// The same for those that wait for the main run loop.
+ORVANE_EXPORT void Quern_RemoveTargetFromMainThread(void* target);
+/// Ends the pump; calls that still wait are lost.
+ORVANE_EXPORT void Quern_EndUIThread(void);
+/// Quern_EnableManualUpdate under the script layer's name.
+ORVANE_EXPORT void quern_target_unity_enable_ui_update(void);
+/// Quern_UpdateUIThread under the script layer's name.
+ORVANE_EXPORT void quern_target_unity_update(void);
+
+#ifdef __cplusplus
+}  // extern "C"
+
+/// Enters a function in the list that the take-down runs, once and in order of first registration; null is ignored.
+ORVANE_EXPORT void AddApplicationQuitCallback(void (*callback)());
+/// Runs the list and empties it. A callback entered during the run is run too. On the thread that takes the library
+/// down.
+ORVANE_EXPORT void OnApplicationQuit();
+/// Hooks the application's delegate class of that name in the run-time table, for applications whose delegate is not
+/// called "AppDelegate" or "UnityAppController" or was registered after this library loaded. Main thread.
+ORVANE_EXPORT void g_OrvaneCoreManualHook(const char* className);
+#endif
+
+#endif

@@ -1,0 +1,59 @@
+/// \file PluginBase.h
+/// The base class of a plugin, and the way from a library that does not link to the host to the one manager of the
+/// process. Header-only: a plugin links liborvaneruntime.so and nothing else.
+#ifndef ORVANE_PLUGIN_BASE_H
+#define ORVANE_PLUGIN_BASE_H
+
+#include "Orvane/IPlugin.h"
+#include "Orvane/IPluginManager.h"
+#include "Orvane/RunTime.h"
+
+namespace Orvane {
+namespace Plugin {
+
+/// Finds the process's plugin manager through the run-time class "PluginUtilsWrapper".
+/// \return null in a process where no host is loaded. Never owned by the caller.
+inline IPluginManager* gs_GetOrvanePluginManager() {
+    IPluginManager* manager = nullptr;
+    orvane_object* wrapper = orvane_object_create(orvane_class_lookup("PluginUtilsWrapper"));
+    if (orvane_object_responds(wrapper, "getNativePluginManager")) {
+        manager = static_cast<IPluginManager*>(orvane_object_perform(wrapper, "getNativePluginManager", nullptr));
+    }
+    orvane_object_release(wrapper);
+    orvane_console_log("gs_GetOrvanePluginManager pluginManager:%p", static_cast<void*>(manager));
+    return manager;
+}
+
+/// A plugin derives from this, calls GetCachePluginManager and then RegisterPlugin, as a rule from an initialiser that
+/// runs while its library loads.
+class PluginBase : public IPlugin {
+public:
+    /// Looks the manager up unless it is cached already.
+    void GetCachePluginManager() {
+        if (!_pluginManager) _pluginManager = gs_GetOrvanePluginManager();
+    }
+
+    /// \return the cached manager; null before a successful GetCachePluginManager. Never looks anything up.
+    IPluginManager* GetPluginManager() const { return _pluginManager; }
+
+    /// Installs a plugin (as a rule `this`) in the cached manager. Does nothing, silently, without a cached manager.
+    void RegisterPlugin(IPlugin* plugin) {
+        if (!plugin) {
+            orvane_console_log("PluginBase::RegisterPlugin plugin is null");
+            return;
+        }
+        IPluginManager* manager = GetPluginManager();
+        if (!manager) return;
+        manager->Install(plugin);
+        orvane_console_log("PluginBase::RegisterPlugin PluginManager:%p , IPlugin:%p", static_cast<void*>(manager),
+                           static_cast<void*>(plugin));
+    }
+
+private:
+    IPluginManager* _pluginManager = nullptr;
+};
+
+}  // namespace Plugin
+}  // namespace Orvane
+
+#endif

@@ -1,0 +1,45 @@
+// The library's mutex and its scoped guard.
+#ifndef ORVANE_SYSTEM_THREAD_MUTEX_H
+#define ORVANE_SYSTEM_THREAD_MUTEX_H
+
+#include <pthread.h>
+
+#include "System/Thread/ThreadAnnotations.h"
+
+namespace Quern {
+
+// One POSIX mutex, recursive if so asked.
+class ORVANE_CAPABILITY("mutex") CMutex {
+public:
+    explicit CMutex(bool recursive = false);
+    ~CMutex();
+    CMutex(const CMutex&) = delete;
+    CMutex& operator=(const CMutex&) = delete;
+
+    void Lock() ORVANE_ACQUIRE() { pthread_mutex_lock(&_mutex); }
+    void Unlock() ORVANE_RELEASE() { pthread_mutex_unlock(&_mutex); }
+
+private:
+    friend class CCondition;
+    pthread_mutex_t _mutex;
+};
+
+// Holds a mutex for its scope. A null mutex means no locking.
+class ORVANE_SCOPED_CAPABILITY CCritical {
+public:
+    explicit CCritical(CMutex* mutex) ORVANE_ACQUIRE(mutex) : _mutex(mutex) {
+        if (_mutex) _mutex->Lock();
+    }
+    ~CCritical() ORVANE_RELEASE() {
+        if (_mutex) _mutex->Unlock();
+    }
+    CCritical(const CCritical&) = delete;
+    CCritical& operator=(const CCritical&) = delete;
+
+private:
+    CMutex* _mutex;
+};
+
+}  // namespace Quern
+
+#endif

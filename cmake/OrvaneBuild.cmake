@@ -1,0 +1,52 @@
+# Compiler settings that every target shares, and the helpers by which targets are declared.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 99)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_LINK_DEPENDS_NO_SHARED ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+find_program(ORVANE_CCACHE ccache)
+if(ORVANE_CCACHE)
+  set(CMAKE_C_COMPILER_LAUNCHER ${ORVANE_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${ORVANE_CCACHE})
+endif()
+
+include(GNUInstallDirs)
+include(CheckCXXCompilerFlag)
+
+add_library(orvane_flags INTERFACE)
+target_compile_options(orvane_flags INTERFACE -Wall -Wextra -Wpedantic -Werror -Wno-unused-parameter)
+if(ORVANE_SANITIZE)
+  target_compile_options(orvane_flags INTERFACE -fsanitize=${ORVANE_SANITIZE} -fno-omit-frame-pointer)
+  target_link_options(orvane_flags INTERFACE -fsanitize=${ORVANE_SANITIZE})
+  if(ORVANE_SANITIZE MATCHES "undefined")
+    target_compile_options(orvane_flags INTERFACE -fno-sanitize-recover=undefined)
+  endif()
+endif()
+
+# The revision that orvanecore_get_version_hash gives: that of the checkout, else (a source archive) that of its file.
+function(orvane_source_revision out)
+  set(revision "")
+  find_package(Git QUIET)
+  if(Git_FOUND AND EXISTS ${PROJECT_SOURCE_DIR}/.git)
+    execute_process(COMMAND ${GIT_EXECUTABLE} rev-parse HEAD WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+                    OUTPUT_VARIABLE revision OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+  endif()
+  if(NOT revision MATCHES "^[0-9a-f]+$" AND EXISTS ${PROJECT_SOURCE_DIR}/REVISION)
+    file(STRINGS ${PROJECT_SOURCE_DIR}/REVISION revision LIMIT_COUNT 1)
+  endif()
+  string(LENGTH "${revision}" length)
+  if(NOT length EQUAL 40)
+    set(revision 0000000000000000000000000000000000000000)
+  endif()
+  set(${out} ${revision} PARENT_SCOPE)
+endfunction()

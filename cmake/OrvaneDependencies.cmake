@@ -1,0 +1,8 @@
+# Looks up what the product links. Each is a Debian package listed in scripts/install-dependencies.
+
+find_package(Threads REQUIRED)
+find_package(ZLIB REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(SECP256K1 REQUIRED IMPORTED_TARGET libsecp256k1)
+pkg_check_modules(UV REQUIRED IMPORTED_TARGET libuv)
+pkg_check_modules(JSONCPP REQUIRED IMPORTED_TARGET jsoncpp)
