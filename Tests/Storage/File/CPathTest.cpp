@@ -16,8 +16,8 @@
 
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::WriteFile;
+using Orvane::Testing::CacheFolder;
+using Orvane::Testing::WriteFile;
 using Quern::AArray;
 using Quern::AString;
 using Quern::CFile;
