@@ -7,13 +7,12 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <exception>
 
 #include "Storage/File/CPath.h"
 #include "Storage/Log/Logger.h"
 #include "Storage/Log/MappedFile.h"
 #include "System/Application/BackgroundState.h"
-#include "System/Thread/Thread.h"
+#include "System/Thread/ThreadName.h"
 
 namespace Quern {
 namespace {
@@ -134,7 +133,7 @@ void LogStore::Append(LogLine& line) {
     }
     try {
         AsyncAppendAdapter(line);
-    } catch (const std::exception&) {
+    } catch (...) {
         ORVANE_CONSOLE(kLogError, "XLog AsyncAppend catch Exception.");
     }
 }
