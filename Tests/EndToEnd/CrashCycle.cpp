@@ -22,8 +22,8 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::microseconds;
 
 constexpr uint64_t kMostLinesBeforeKill = 3000;
-constexpr uint64_t kMostDelayAtFlush = 600;  // microseconds
-constexpr uint32_t kNearFlush = 45000;       // bytes of block; from 51200 on it is flushed
+constexpr uint64_t kMostDelay = 600;    // microseconds, behind the moment that was waited for
+constexpr uint32_t kNearFlush = 45000;  // bytes of block; from 51200 on it is flushed
 constexpr size_t kWatched = 4096;
 
 // The header of the block, as the mapping shows it to whoever else maps the file.
@@ -118,18 +118,29 @@ bool CrashCycle::Run(KillAt moment, uint64_t firstSequence, LastAcknowledged& ac
 }
 
 bool CrashCycle::WaitForMoment(KillAt moment, Process& host, Clock::time_point started) {
-    if (moment == KillAt::kStartUp) {
-        std::this_thread::sleep_for(microseconds(Draw(static_cast<uint64_t>(_startUp.count() * 5 / 4))));
-        return true;
-    }
+    if (moment == KillAt::kStartUp) return WaitInStartUp(started);
     if (!host.WaitForAcknowledged([](const std::string& text) { return HasLines(text, 1); })) return false;
     _startUp = std::chrono::duration_cast<microseconds>(Clock::now() - started);
     if (moment == KillAt::kFlush) return WaitForFlush(host);
 
     const uint64_t lines = 1 + Draw(kMostLinesBeforeKill);
     const bool came = host.WaitForAcknowledged([lines](const std::string& text) { return HasLines(text, lines); });
-    Spin(microseconds(Draw(kMostDelayAtFlush)));
+    Spin(DrawDelay());
     return came;
+}
+
+// Half of the draws are spread over the whole start, half wait for the moment at which the former block is taken.
+bool CrashCycle::WaitInStartUp(Clock::time_point started) {
+    const BlockWatch block(_container.MappedFile(_plan.module));
+    const auto latest = started + _startUp * 5 / 4;
+    if (block.IsOpen() && block.Length() > 0 && Draw(1) == 0) {
+        while (block.Length() > 0 && Clock::now() < latest)
+            sched_yield();
+        Spin(DrawDelay());
+    } else {
+        std::this_thread::sleep_for(microseconds(Draw(static_cast<uint64_t>((_startUp * 5 / 4).count()))));
+    }
+    return true;
 }
 
 bool CrashCycle::WaitForFlush(Process& host) {
@@ -140,15 +151,20 @@ bool CrashCycle::WaitForFlush(Process& host) {
     const auto deadline = Clock::now() + kPatience;
     const auto waitUntil = [&](auto condition) {
         while (!condition()) {
-            if (Clock::now() > deadline) return false;
+            if (Clock::now() > deadline || host.IsSilent()) return false;
             sched_yield();
         }
         return true;
     };
     if (!waitUntil([&] { return block.Length() >= kNearFlush; })) return false;
     if (waitForEmpty && !waitUntil([&] { return block.Length() < kNearFlush; })) return false;
-    Spin(microseconds(Draw(kMostDelayAtFlush)));
+    Spin(DrawDelay());
     return true;
+}
+
+// Half of the delays are short: the windows behind the moment are.
+microseconds CrashCycle::DrawDelay() {
+    return microseconds(Draw(Draw(1) == 0 ? kMostDelay / 10 : kMostDelay));
 }
 
 }  // namespace EndToEnd

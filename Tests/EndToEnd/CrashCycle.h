@@ -41,8 +41,10 @@ public:
     bool Run(KillAt moment, uint64_t firstSequence, LastAcknowledged& acknowledged, std::string& problem);
 
 private:
-    bool WaitForMoment(KillAt moment, class Process& host, std::chrono::steady_clock::time_point started);
+    bool WaitForMoment(KillAt moment, Process& host, std::chrono::steady_clock::time_point started);
+    bool WaitInStartUp(std::chrono::steady_clock::time_point started);
     bool WaitForFlush(Process& host);
+    std::chrono::microseconds DrawDelay();
     uint64_t Draw(uint64_t most) { return std::uniform_int_distribution<uint64_t>(0, most)(_random); }
 
     const Container& _container;

@@ -1,9 +1,9 @@
 #include "CrashVerdict.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "Host/LoadLine.h"
+#include "Support/LoadCheck.h"
 
 namespace EndToEnd {
 namespace {
@@ -29,8 +29,8 @@ void CrashVerdict::Take(const std::string& line) {
 
     const std::string text = TextOfLogLine(line);
     unsigned thread = 0;
-    unsigned long long sequence = 0;
-    if (sscanf(text.c_str(), "load %u %llu ", &thread, &sequence) == 2) {
+    uint64_t sequence = 0;
+    if (ParseLoadLine(text, thread, sequence)) {
         TakeLoadLine(text, thread, sequence);
     } else if (text != "the crash test ends") {
         Complain("a line that nobody logged: " + line);

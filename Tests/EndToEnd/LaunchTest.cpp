@@ -213,17 +213,6 @@ TEST_F(LaunchTest, LetsTheLoginPluginTurnTheWindow) {
     EXPECT_THAT(_said, HasSubstr("use origin implementation."));
 }
 
-// The alert is posted to the main run loop during the launch, so only a host that runs that loop shows it.
-TEST_F(LaunchTest, RunsTheMainRunLoopBetweenEvents) {
-    Process host(_container.Host({}));
-    host.Send("launch\n");
-    EXPECT_TRUE(host.WaitForError("GameID为0，请确认Info.plist中是否正确配置GameId和GameKey。")) << host.Error();
-    const std::string said = host.Error();
-    EXPECT_LT(said.find("HostAppDelegate application:didFinishLaunching"), said.find("GameID为0"));
-    host.CloseInput();
-    EXPECT_EQ(host.Wait().exitStatus, 0);
-}
-
 TEST_F(LaunchTest, GivesEachPluginALoggerOfItsOwn) {
     for (const char* mode : {"0", "1", "2"}) {
         const std::string module = std::string("Game") + mode;

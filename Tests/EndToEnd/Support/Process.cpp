@@ -120,6 +120,11 @@ bool Process::WaitForAcknowledged(const std::function<bool(const std::string&)>&
     return WaitFor(_acknowledged, condition);
 }
 
+bool Process::IsSilent() const {
+    const std::lock_guard<std::mutex> guard(_mutex);
+    return !_acknowledged.open;
+}
+
 Ending Process::Wait(std::chrono::milliseconds patience) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!_reaped) {

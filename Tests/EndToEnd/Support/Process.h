@@ -54,6 +54,8 @@ public:
     // holds. The condition is called under a lock.
     bool WaitForAcknowledged(const std::function<bool(const std::string&)>& condition);
 
+    // Whether the child has closed its acknowledge descriptor, as it does at its end at the latest.
+    bool IsSilent() const;
     // Waits for the end, and for the last of the output.
     Ending Wait(std::chrono::milliseconds patience = kPatience);
 
