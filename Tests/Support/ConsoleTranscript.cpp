@@ -35,13 +35,18 @@ private:
     std::vector<std::string> _lines;
 };
 
-ConsoleTranscript::ConsoleTranscript() : _sink(std::make_shared<Sink>()) { Quern::ConsoleSink::Use(_sink); }
+ConsoleTranscript::ConsoleTranscript() : _sink(std::make_shared<Sink>()) {
+    Quern::ConsoleSink::Use(_sink);
+}
 
-ConsoleTranscript::~ConsoleTranscript() { Quern::ConsoleSink::Use(nullptr); }
+ConsoleTranscript::~ConsoleTranscript() {
+    Quern::ConsoleSink::Use(nullptr);
+}
 
 std::vector<std::string> ConsoleTranscript::Take() {
     std::vector<std::string> lines = _sink->Take();
-    for (std::string& line : lines) line = Shorten(line);
+    for (std::string& line : lines)
+        line = Shorten(line);
     return lines;
 }
 

@@ -53,9 +53,9 @@ TEST_F(ReportServiceTest, TheDataTypeRule) {
         const Journal calls = Calls(one.dataType, one.setting);
         if (!one.passes) {
             EXPECT_THAT(calls, IsEmpty());
-            EXPECT_THAT(console.Take(),
-                        Contains(Orvane::Testing::Format("Info do not report, ReportDataType : %d, currentDataType : %d",
-                                                    one.setting ? one.setting : 2, one.dataType)));
+            EXPECT_THAT(console.Take(), Contains(Orvane::Testing::Format(
+                                            "Info do not report, ReportDataType : %d, currentDataType : %d",
+                                            one.setting ? one.setting : 2, one.dataType)));
         } else {
             EXPECT_THAT(calls, ElementsAre("create 2000 E", Orvane::Testing::Format("add 100001=%d", one.types),
                                            Orvane::Testing::Format("add 100002=%d", one.common), "destroy"));

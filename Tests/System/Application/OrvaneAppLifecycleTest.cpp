@@ -42,10 +42,10 @@ TEST_F(LifecycleTest, HoldsEachObserverThatFollowsTheProtocolOnce) {
     lifecycle->addObserver(&a);
     lifecycle->addObserver(&b);
     EXPECT_THAT(console.Take(),
-                ElementsAre(MatchesRegex(Orvane::Testing::Format("OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p",
-                                                            static_cast<void*>(&b))),
-                            MatchesRegex(Orvane::Testing::Format("OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p",
-                                                            static_cast<void*>(&a)))));
+                ElementsAre(MatchesRegex(Orvane::Testing::Format(
+                                "OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p", static_cast<void*>(&b))),
+                            MatchesRegex(Orvane::Testing::Format(
+                                "OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p", static_cast<void*>(&a)))));
     lifecycle->applicationDidEnterBackground(nullptr);
     EXPECT_THAT(LifecycleClass::Heard(),
                 ElementsAre("b applicationDidEnterBackground:", "a applicationDidEnterBackground:"));
