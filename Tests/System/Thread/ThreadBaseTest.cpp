@@ -208,7 +208,7 @@ TEST_F(ThreadBaseTest, DestroyWithoutSelfDeleteWaitsAndKeepsTheObject) {
     EXPECT_EQ(record.Entries().back(), "exit");
     ASSERT_TRUE(WaitUntilGone(id));
     EXPECT_EQ(record.Entries().back(), "exit");
-    delete thread;
+    End();
 }
 
 TEST_F(ThreadBaseTest, DestroyTakesNull) {
