@@ -87,9 +87,8 @@ void AData::Assign(const unsigned char* bytes, int length) {
         Assign(source.Data(), length);
         return;
     }
-    const bool roomy = _capacity >= length;
-    const bool wasteful = _capacity / 2 > length || (_capacity / 2 == length && _capacity % 2 != 0);
-    if (_bytes && roomy && (!wasteful || _capacity <= kAlwaysReusedCapacity)) {
+    const bool wasteful = _capacity > kAlwaysReusedCapacity && _capacity > 2 * static_cast<int64_t>(length);
+    if (_bytes && _capacity >= length && !wasteful) {
         memset(_bytes.get(), 0, static_cast<size_t>(_capacity));
         _size = 0;
     } else {

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Base/Container/AArray.h"
+
 namespace Quern {
 namespace {
 
@@ -95,6 +97,16 @@ AString AString::Dump(const char* prefix) const {
         listing.append(prefix ? prefix : "0x").append(byte);
     }
     return listing;
+}
+
+bool AString::Split(AArray* out, const char* text, const char* delimiters) {
+    if (!out || !text || !delimiters) return false;
+    for (;;) {
+        const size_t length = strcspn(text, delimiters);
+        out->Add(new AString(text, static_cast<int>(length)), true);
+        if (!text[length]) return true;
+        text += length + 1;
+    }
 }
 
 bool AString::StartWith(const char* text, const char* prefix) {

@@ -2,6 +2,8 @@
 #ifndef ORVANE_BASE_CONTAINER_A_STRING_H
 #define ORVANE_BASE_CONTAINER_A_STRING_H
 
+#include <utility>
+
 #include "Base/Container/AData.h"
 
 namespace Quern {
@@ -82,8 +84,8 @@ public:
     AString* Clone() const override;
 
     friend bool operator==(const AString& left, const AString& right) { return left.IsEqual(&right); }
-    friend AString operator+(AString left, const AString& right) { return left += right, left; }
-    friend AString operator+(AString left, const char* right) { return left += right, left; }
+    friend AString operator+(AString left, const AString& right) { return std::move(left += right); }
+    friend AString operator+(AString left, const char* right) { return std::move(left += right); }
 
 private:
     AData _data;
