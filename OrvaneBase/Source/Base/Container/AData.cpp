@@ -108,7 +108,7 @@ void AData::Append(const unsigned char* bytes, int length) {
     }
     const int newSize = _size + length;
     if (_capacity - _size <= length) SetCapacity(newSize <= INT_MAX / 2 ? newSize * 2 : INT_MAX);
-    if (!_bytes) _bytes.reset(new unsigned char[static_cast<size_t>(_capacity)]());
+    if (!_bytes) _bytes.reset(new unsigned char[static_cast<unsigned>(_capacity)]());
     memcpy(_bytes.get() + _size, bytes, static_cast<size_t>(length));
     _size = newSize;
 }
