@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-namespace OrvaneTest {
+namespace Orvane::Testing {
 namespace {
 
 uint32_t Word(const std::string& bytes, size_t at) {
@@ -117,4 +117,4 @@ std::string DecodeText(const std::string& bytes, const Quern::CurvePrivateKey& p
     return text;
 }
 
-}  // namespace OrvaneTest
+}  // namespace Orvane::Testing

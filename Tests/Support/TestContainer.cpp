@@ -8,7 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace OrvaneTest {
+namespace Orvane::Testing {
 namespace fs = std::filesystem;
 namespace {
 
@@ -65,4 +65,4 @@ std::string ReadLogFiles(const std::string& module) {
     return content;
 }
 
-}  // namespace OrvaneTest
+}  // namespace Orvane::Testing

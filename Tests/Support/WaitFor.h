@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
@@ -39,6 +40,21 @@ inline bool WaitUntilAsleep(pid_t thread) {
     return WaitFor([&] {
         asleep = ThreadState(thread) == 'S' ? asleep + 1 : 0;
         return asleep == 5;
+    });
+}
+
+// Waits until every thread of this process that has that name (15 bytes at most) sleeps, and there are `count` of them.
+inline bool WaitUntilAllAsleep(const std::string& name, int count) {
+    return WaitFor([&] {
+        int found = 0;
+        for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+            std::string comm;
+            std::ifstream(task.path() / "comm") >> comm;
+            if (comm != name) continue;
+            if (!WaitUntilAsleep(static_cast<pid_t>(std::stol(task.path().filename())))) return false;
+            ++found;
+        }
+        return found == count;
     });
 }
 

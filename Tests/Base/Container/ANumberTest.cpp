@@ -14,25 +14,6 @@ using Quern::ANumber;
 static_assert(!std::is_convertible_v<const char*, ANumber> && !std::is_convertible_v<Quern::AString*, ANumber>);
 static_assert(std::is_convertible_v<bool, ANumber>);
 
-TEST(ANumber, TakesTheTypeOfWhatItIsGiven) {
-    ANumber number;
-    EXPECT_TRUE(number.IsNull());
-    EXPECT_STREQ(number.GetTypeString(), "Unknown");
-    number = true;
-    EXPECT_STREQ(number.GetTypeString(), "Bool");
-    number = static_cast<unsigned char>(200);
-    EXPECT_STREQ(number.GetTypeString(), "Byte");
-    number = 1;
-    EXPECT_STREQ(number.GetTypeString(), "Int32");
-    number = 1LL;
-    EXPECT_STREQ(number.GetTypeString(), "Int64");
-    number = 1.0F;
-    EXPECT_STREQ(number.GetTypeString(), "Float");
-    number = 1.0;
-    EXPECT_STREQ(number.GetTypeString(), "Double");
-    EXPECT_EQ(number.GetType(), 6);
-}
-
 TEST(ANumber, ConvertsBetweenTypes) {
     EXPECT_EQ(ANumber(0x1FFLL).ByteValue(), 0xFF);
     EXPECT_EQ(ANumber(-1).ByteValue(), 255);
@@ -75,12 +56,18 @@ TEST(ANumber, ComparesByTheWiderKind) {
 }
 
 TEST(ANumber, WritesText) {
-    EXPECT_STREQ(ANumber().ToString().c_str(), "");
-    EXPECT_STREQ(ANumber(true).ToString().c_str(), "true");
+    ANumber number;
+    EXPECT_STREQ(number.GetTypeString(), "Unknown");
+    EXPECT_STREQ(number.ToString().c_str(), "");
+    number = true;
+    EXPECT_STREQ(number.GetTypeString(), "Bool");
+    EXPECT_STREQ(number.ToString().c_str(), "true");
     EXPECT_STREQ(ANumber(static_cast<unsigned char>(255)).ToString().c_str(), "255");
     EXPECT_STREQ(ANumber(INT_MIN).ToString().c_str(), "-2147483648");
     EXPECT_STREQ(ANumber(LLONG_MAX).ToString().c_str(), "9223372036854775807");
-    EXPECT_STREQ(ANumber(0.5F).ToString().c_str(), "0.500000");
+    number = 0.5F;
+    EXPECT_STREQ(number.GetTypeString(), "Float");
+    EXPECT_STREQ(number.ToString().c_str(), "0.500000");
     EXPECT_STREQ(ANumber(-2.25).ToString().c_str(), "-2.250000");
     EXPECT_EQ(ANumber(-1.7976931348623157e308).ToString().length(), 317);
 }
@@ -119,10 +106,6 @@ TEST(ANumber, HasValuesThroughTheRootClass) {
     EXPECT_TRUE(BoolVal(object));
     const Quern::AObject* none = nullptr;
     EXPECT_FALSE(BoolVal(none));
-    EXPECT_EQ(ByteVal(none), 0);
-    EXPECT_EQ(IntVal(none), 0);
-    EXPECT_EQ(LongLongVal(none), 0);
-    EXPECT_EQ(FloatVal(none), 0);
     EXPECT_EQ(DoubleVal(none), 0);
 }
 
