@@ -3,17 +3,24 @@
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
-#include <regex>
 
 #include "Base/ConsoleSink.h"
 
 namespace Orvane::Testing {
 namespace {
 
+// "[time] | Level | [module] |thread| file:line|function| text" becomes "Level text".
 std::string Shorten(const std::string& line) {
-    static const std::regex kLogLine(R"(\[[-0-9: ]+\] \| (\w+) \| \[[^\]]*\] \|\d+\| [^|]*\|[^|]*\| ([^]*))");
-    std::smatch parts;
-    return std::regex_match(line, parts, kLogLine) ? parts[1].str() + " " + parts[2].str() : line;
+    constexpr size_t kBarsBeforeText = 5;
+    const size_t level = line.find("] | ");
+    if (line.empty() || line[0] != '[' || level == std::string::npos) return line;
+    size_t bar = std::string::npos;
+    for (size_t bars = 0; bars <= kBarsBeforeText; ++bars) {
+        bar = line.find('|', bar + 1);
+        if (bar == std::string::npos) return line;
+    }
+    const size_t word = level + 4;
+    return line.substr(word, line.find(' ', word) - word) + line.substr(bar + 1);
 }
 
 }  // namespace
