@@ -79,7 +79,7 @@ private:
     // "[time] | Level | [Module] |thread| file:line|function| message"
     static std::string Message(const std::string& line) {
         size_t at = 0;
-        for (int separator = 0; separator < 5; ++separator) {
+        for (int separator = 0; separator < 6; ++separator) {
             at = line.find('|', at);
             if (at == std::string::npos) return line;
             ++at;
