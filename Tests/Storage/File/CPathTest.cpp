@@ -11,13 +11,13 @@
 #include "Base/QuernCommon.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/PathSource.h"
-#include "Support/CapturedConsole.h"
 #include "Support/TestContainer.h"
+#include "Support/ThreadedConsole.h"
 
 namespace {
 
-using Orvane::Testing::CacheFolder;
-using Orvane::Testing::WriteFile;
+using OrvaneTest::CacheFolder;
+using OrvaneTest::WriteFile;
 using Quern::AArray;
 using Quern::AString;
 using Quern::CFile;
@@ -119,7 +119,7 @@ TEST(CPath, JoinsAndCutsPaths) {
 }
 
 TEST(CPath, ListsFilesAndDirectories) {
-    const auto console = Orvane::Testing::CapturedConsole::Install();
+    const auto console = OrvaneTest::ThreadedConsole::Install();
     const std::string folder = CacheFolder() + "/listed";
     WriteFile(folder + "/file", "1");
     WriteFile(folder + "/.hidden", "1");

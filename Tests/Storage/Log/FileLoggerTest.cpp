@@ -5,13 +5,13 @@
 
 #include <filesystem>
 
-#include "Support/CapturedConsole.h"
 #include "Support/TestContainer.h"
+#include "Support/ThreadedConsole.h"
 
 namespace Quern {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
@@ -19,11 +19,11 @@ namespace fs = std::filesystem;
 
 class FileLoggerTest : public ::testing::Test {
 protected:
-    FileLoggerTest() : console(CapturedConsole::Install()) { CacheFolder(); }
+    FileLoggerTest() : console(ThreadedConsole::Install()) { CacheFolder(); }
     ~FileLoggerTest() override { ConsoleSink::Use(nullptr); }
     static void Append(AFileLogger& logger, const std::string& data) { logger.Log2File(data.data(), data.size()); }
 
-    std::shared_ptr<CapturedConsole> console;
+    std::shared_ptr<ThreadedConsole> console;
 };
 
 TEST_F(FileLoggerTest, NamesFilesByModuleAndHour) {

@@ -16,17 +16,17 @@
 #include "Storage/Log/GameLog.h"
 #include "Storage/Log/SDKLog.h"
 #include "Storage/Log/StageLog.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/RecordDecoder.h"
 #include "Support/TestContainer.h"
+#include "Support/ThreadedConsole.h"
 #include "Support/WaitFor.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 
 namespace Quern {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 using ::testing::ElementsAre;
 
 const char* const kDevelopmentKeyFile = ORVANE_SOURCE_DIR "/Examples/Keys/development-log.key";
@@ -39,7 +39,7 @@ CurvePrivateKey DevelopmentKey() {
 
 class LoggerTest : public ::testing::Test {
 protected:
-    LoggerTest() : console(CapturedConsole::Install()) {
+    LoggerTest() : console(ThreadedConsole::Install()) {
         CacheFolder();
         Foreground();
     }
@@ -69,7 +69,7 @@ protected:
         return DecodeText(ReadLogFiles(module), DevelopmentKey());
     }
 
-    std::shared_ptr<CapturedConsole> console;
+    std::shared_ptr<ThreadedConsole> console;
     FakeConfigure configure;
     std::vector<std::unique_ptr<Logger>> loggers;
 };
