@@ -6,7 +6,7 @@
 
 namespace {
 
-using OrvaneTest::Witness;
+using Orvane::Testing::Witness;
 using Quern::AArray;
 
 TEST(AArray, DeletesWhatItOwns) {

@@ -9,7 +9,7 @@
 
 namespace {
 
-using OrvaneTest::Witness;
+using Orvane::Testing::Witness;
 using Quern::ADictionary;
 using Quern::ANumber;
 using Quern::AString;

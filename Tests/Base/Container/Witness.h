@@ -4,7 +4,7 @@
 
 #include "Base/Container/AObject.h"
 
-namespace OrvaneTest {
+namespace Orvane::Testing {
 
 class Witness : public Quern::AObject {
 public:
@@ -16,6 +16,6 @@ private:
     int* _alive;
 };
 
-}  // namespace OrvaneTest
+}  // namespace Orvane::Testing
 
 #endif

@@ -35,8 +35,7 @@ constexpr size_t kJournal = sizeof(BlockJournalLayout);
 
 // What survives a process: the block's file and the journal's.
 struct Survivors {
-    Survivors()
-        : block(static_cast<uint8_t*>(Map(kBlock))), journal(static_cast<uint8_t*>(Map(kJournal))) {}
+    Survivors() : block(static_cast<uint8_t*>(Map(kBlock))), journal(static_cast<uint8_t*>(Map(kJournal))) {}
     ~Survivors() {
         munmap(block, kBlock);
         munmap(journal, kJournal);
@@ -101,7 +100,8 @@ long SingleStep(const std::function<void()>& prepare, const std::function<void()
 }
 
 uint64_t Hash(const uint8_t* bytes, size_t length, uint64_t hash = 1469598103934665603u) {
-    for (size_t i = 0; i < length; ++i) hash = (hash ^ bytes[i]) * 1099511628211u;
+    for (size_t i = 0; i < length; ++i)
+        hash = (hash ^ bytes[i]) * 1099511628211u;
     return hash;
 }
 

@@ -34,7 +34,7 @@ TEST_F(FileLoggerTest, NamesFilesByModuleAndHour) {
         sync.LogToFile("line\n");
         Append(async, "record");
         EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(MatchesRegex(expected + "_[0-9]{10}\\.log"),
-                                                             MatchesRegex(expected + "_[0-9]{10}\\.xlog")));
+                                                            MatchesRegex(expected + "_[0-9]{10}\\.xlog")));
     }
 }
 
@@ -63,7 +63,8 @@ TEST_F(FileLoggerTest, AFolderOrFileThatIsTakenAwayComesBack) {
             Append(logger, "one");
             fs::remove_all(CacheFolder() + "/OrvaneSDKLog");
             Append(logger, "two");
-            for (const std::string& name : FilesIn(LogFolder("Back"))) fs::remove(LogFolder("Back") + "/" + name);
+            for (const std::string& name : FilesIn(LogFolder("Back")))
+                fs::remove(LogFolder("Back") + "/" + name);
             Append(logger, "three");
         }
         EXPECT_EQ(ReadLogFiles("Back"), "three");
@@ -179,7 +180,8 @@ TEST_F(FileLoggerTest, TheSweepTakesTheCountFirstAndThenTheAge) {
 
     fill("With_underscore");
     AFileLogger::RemoveOldLogFiles("With_underscore", 10000, -1);
-    EXPECT_THAT(FilesIn(LogFolder("With_underscore")), IsEmpty()) << "a module's own underscore makes its files invalid";
+    EXPECT_THAT(FilesIn(LogFolder("With_underscore")), IsEmpty())
+        << "a module's own underscore makes its files invalid";
 }
 
 }  // namespace
