@@ -54,7 +54,7 @@ Command Container::Host(std::vector<std::string> arguments) const {
 
 std::vector<std::string> Container::ReadLog(const std::string& module) const {
     Command command;
-    command.words = {ORVANE_LOG_PROGRAM, "cat", "--key", ORVANE_LOG_KEY_FILE};
+    command.words = {ORVANE_LOG_PROGRAM, "--quiet", "--key", ORVANE_LOG_KEY_FILE};
     for (const fs::path& file : LogFiles(module))
         command.words.push_back(file.string());
     return SplitLines(RunToEnd(command));
