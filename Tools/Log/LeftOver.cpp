@@ -28,7 +28,8 @@ std::vector<uint8_t> ReadJournal(const fs::path& path) {
 }  // namespace
 
 LeftOver ReadLeftOver(const std::string& path, ByteSource& block) {
-    LeftOver leftOver{{}, SnapshotBlock(block)};
+    LeftOver leftOver;
+    leftOver.block = SnapshotBlock(block);
     const fs::path blockPath(path);
     if (blockPath.extension() != kBlockExtension) return leftOver;
     std::vector<uint8_t> bytes = ReadJournal(fs::path(blockPath).replace_extension(kJournalExtension));
@@ -39,7 +40,14 @@ LeftOver ReadLeftOver(const std::string& path, ByteSource& block) {
     const fs::path folder = blockPath.parent_path() / kLogFolder / blockPath.stem();
     size_t length;
     const uint8_t* staged = journal.Staged(length);
-    if (staged && !journal.IsStagedInFile(folder.string())) leftOver.staged.assign(staged, staged + length);
+    if (!staged) return leftOver;
+    const Quern::BlockJournal::StagedPlace place = journal.FindStaged(folder.string());
+    if (place.inFile == Quern::BlockJournal::InFile::kWhole) return leftOver;
+    leftOver.staged.assign(staged, staged + length);
+    if (place.inFile == Quern::BlockJournal::InFile::kPart) {
+        leftOver.tornFile = place.path;
+        leftOver.tornFrom = place.offset;
+    }
     return leftOver;
 }
 
