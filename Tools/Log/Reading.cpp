@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include "Log/KeyFile.h"
+#include "Log/LeftOver.h"
 #include "Log/LogFileName.h"
 #include "Log/RecordTable.h"
 #include "Log/SourceList.h"
@@ -101,7 +102,10 @@ void Reading::ReadFile(const std::string& path, Printer* printer) {
 
 void Reading::Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events) {
     WatchedEvents watched(_report, path, events, _progress, _done);
-    MakeWalk(kind, source, _keys, watched)->Advance(false);
+    if (kind == SourceKind::kMappedBlock)
+        WalkLeftOver(ReadLeftOver(path, source), _keys, watched);
+    else
+        MakeWalk(kind, source, _keys, watched)->Advance(false);
 }
 
 }  // namespace OrvaneLog
