@@ -158,7 +158,8 @@ bool RecordDecoder::JudgeWhole() {
     if (ShowsText(_first)) return true;
     // What reads as nothing but noise is a record only where one is due, and even then its length may be wrong.
     if (_reader.Failed()) _first = {};
-    return _report.header.IsPlausible() && IsInPlace() ? true : Refuse("a false header: what follows is no compressed text");
+    return _report.header.IsPlausible() && IsInPlace() ? true
+                                                       : Refuse("a false header: what follows is no compressed text");
 }
 
 bool RecordDecoder::JudgeTorn() {

@@ -40,7 +40,7 @@ public:
     }
     void OnSkipped(uint64_t offset, uint64_t size, const std::string& why) override {
         EXPECT_FALSE(_open);
-        EXPECT_EQ(offset, _covered) << "a gap begins where what was told of ends";
+        EXPECT_TRUE(isText || offset == _covered) << "a gap begins where what was told of ends";
         EXPECT_GT(size, 0u);
         EXPECT_FALSE(why.empty());
         gaps.push_back({offset, size, why});
@@ -69,6 +69,7 @@ public:
     std::string text;
     uint64_t textSize = 0;
     bool keepsText = true;
+    bool isText = false;  // of a plain-text source, whose text is in no record
     std::vector<RecordReport> records;
     std::vector<Gap> gaps;
 
