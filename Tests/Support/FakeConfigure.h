@@ -10,7 +10,7 @@
 
 #include "Base/Configure/Configure.h"
 
-namespace OrvaneTest {
+namespace Orvane::Testing {
 
 class FakeConfigure final : public Orvane::Configure {
 public:
@@ -70,6 +70,6 @@ private:
     std::map<std::string, std::string> _values;
 };
 
-}  // namespace OrvaneTest
+}  // namespace Orvane::Testing
 
 #endif

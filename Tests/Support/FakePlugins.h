@@ -14,7 +14,7 @@
 #include "Orvane/RavelAccount.h"
 #include "PluginManager/PluginManager.h"
 
-namespace OrvaneTest {
+namespace Orvane::Testing {
 
 using Journal = std::vector<std::string>;
 
@@ -128,6 +128,6 @@ private:
     FakePlugin _plugin{"RAVEL"};
 };
 
-}  // namespace OrvaneTest
+}  // namespace Orvane::Testing
 
 #endif

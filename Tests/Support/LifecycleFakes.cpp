@@ -7,7 +7,7 @@
 #include "Orvane/AppLifecycle.h"
 #include "Support/CapturedConsole.h"
 
-namespace OrvaneTest {
+namespace Orvane::Testing {
 namespace {
 
 std::vector<std::string> g_journal;
@@ -68,4 +68,4 @@ void LifecycleClass::RecordArguments(bool isOn) {
     g_recordArguments = isOn;
 }
 
-}  // namespace OrvaneTest
+}  // namespace Orvane::Testing

@@ -9,7 +9,7 @@
 
 #include "Orvane/RunTime.h"
 
-namespace OrvaneTest {
+namespace Orvane::Testing {
 
 // A class of the table. Its instances write down "<instance> <selector>" in one journal of the process, with the
 // arguments behind it if so asked.
@@ -33,6 +33,6 @@ private:
     orvane_class* _class;
 };
 
-}  // namespace OrvaneTest
+}  // namespace Orvane::Testing
 
 #endif

@@ -12,12 +12,13 @@
 namespace Quern {
 namespace {
 
-using OrvaneTest::TestPublicKeyDigits;
+using Orvane::Testing::TestPublicKeyDigits;
 
 TEST(LogCrypt, OnlyAPointOfTheCurveInSoManyDigitsMakesAKey) {
     const std::string& digits = TestPublicKeyDigits();
     std::string lower = digits;
-    for (char& c : lower) c = static_cast<char>(tolower(c));
+    for (char& c : lower)
+        c = static_cast<char>(tolower(c));
     EXPECT_TRUE(LogCrypt(digits.c_str()).HasKey());
     EXPECT_TRUE(LogCrypt(lower.c_str()).HasKey());
     EXPECT_FALSE(LogCrypt(nullptr).HasKey());
@@ -31,7 +32,8 @@ TEST(LogCrypt, OnlyAPointOfTheCurveInSoManyDigitsMakesAKey) {
 TEST(LogCrypt, SequenceNumbersSkipZeroAtTheWrap) {
     LogCrypt crypt("");
     uint8_t header[73] = {};
-    for (int i = 1; i <= 65535; ++i) ASSERT_EQ(crypt.GetSeq(true), i);
+    for (int i = 1; i <= 65535; ++i)
+        ASSERT_EQ(crypt.GetSeq(true), i);
     EXPECT_EQ(crypt.GetSeq(false), 0);
     crypt.SetHeaderInfo(header, true);
     EXPECT_EQ(header[1] | header[2] << 8, 1);
@@ -79,8 +81,8 @@ struct Range {
 };
 
 Range Period(const std::string& content, int beginHour, int endHour) {
-    const std::string path = OrvaneTest::CacheFolder() + "/period.xlog";
-    OrvaneTest::WriteFile(path, content);
+    const std::string path = Orvane::Testing::CacheFolder() + "/period.xlog";
+    Orvane::Testing::WriteFile(path, content);
     Range range{false, 99, 99, ""};
     range.found = LogCrypt::GetPeriodLogs(path.c_str(), beginHour, endHour, range.begin, range.end, range.error);
     return range;
@@ -111,29 +113,32 @@ TEST(GetPeriodLogs, FindsTheRecordsOfItsHours) {
 
 TEST(GetPeriodLogs, SkipsDamageByteByByte) {
     const std::string garbage("\x07\x09\x06\xFF garbage \x08 with magics in it", 30);
-    const std::string one = Record(7, 9, 9, 20);
-    std::string openTail = Record(7, 9, 9, 4);
+    const std::string one = Record(7, 3, 3, 20);
+    // Hours that are no magics themselves: inside a damaged record every byte is tried.
+    std::string openTail = Record(7, 3, 3, 4);
     openTail.back() = 'x';
     const std::string before = garbage + openTail;
-    Range range = Period(before + one + garbage, 9, 10);
+    Range range = Period(before + one + garbage, 3, 4);
     EXPECT_TRUE(range.found) << range.error;
     EXPECT_EQ(range.begin, before.size());
     EXPECT_EQ(range.end, (before + one + garbage).size());
 
-    std::string hostile = Record(7, 9, 9, 4);
+    std::string hostile = Record(7, 3, 3, 4);
     memset(hostile.data() + 5, 0xFF, 4);
-    range = Period(hostile + one, 9, 10);
+    range = Period(hostile + one, 3, 4);
     EXPECT_EQ(range.begin, hostile.size());
 }
 
 TEST(GetPeriodLogs, SaysWhyItFoundNothing) {
     Range range = Period(Record(9, 9, 9, 4), 9, 10);
     EXPECT_FALSE(range.found);
-    EXPECT_EQ(range.error, "__GetLogHour(buff.Ptr(), buff.Length(), beginHour, endHour) err, before_len:0."
-                           "begintpos:0, endpos:0, filesize:78.");
+    EXPECT_EQ(range.error,
+              "__GetLogHour(buff.Ptr(), buff.Length(), beginHour, endHour) err, before_len:0."
+              "begintpos:0, endpos:0, filesize:78.");
     range = Period("", 9, 10);
-    EXPECT_EQ(range.error, "ftell(file) + __GetHeaderLen() + sizeof(kMagicEnd)) > file_size error"
-                           "begintpos:0, endpos:0, filesize:0.");
+    EXPECT_EQ(range.error,
+              "ftell(file) + __GetHeaderLen() + sizeof(kMagicEnd)) > file_size error"
+              "begintpos:0, endpos:0, filesize:0.");
     EXPECT_FALSE(Period(Record(7, 9, 9, 4), 10, 10).found);
 
     unsigned long begin, end;

@@ -101,14 +101,14 @@ void AData::Append(const unsigned char* bytes, int length) {
     if (!bytes || length < 0) return;
     if (length >= INT_MAX - _size) return;
     if (length > 0 && IsInside(bytes)) {
-        const std::unique_ptr<unsigned char[]> source(new unsigned char[static_cast<size_t>(length)]);
+        const std::unique_ptr<unsigned char[]> source(new unsigned char[static_cast<unsigned>(length)]);
         memcpy(source.get(), bytes, static_cast<size_t>(length));
         Append(source.get(), length);
         return;
     }
     const int newSize = _size + length;
     if (_capacity - _size <= length) SetCapacity(newSize <= INT_MAX / 2 ? newSize * 2 : INT_MAX);
-    if (!_bytes) _bytes.reset(new unsigned char[static_cast<size_t>(_capacity)]());
+    if (!_bytes) _bytes.reset(new unsigned char[static_cast<unsigned>(_capacity)]());
     memcpy(_bytes.get() + _size, bytes, static_cast<size_t>(length));
     _size = newSize;
 }
@@ -123,7 +123,7 @@ void AData::Append(const char* text) {
 
 void AData::SetCapacity(int capacity) {
     if (capacity < 1 || capacity == _capacity) return;
-    std::unique_ptr<unsigned char[]> bytes(new unsigned char[static_cast<size_t>(capacity)]);
+    std::unique_ptr<unsigned char[]> bytes(new unsigned char[static_cast<unsigned>(capacity)]);
     const int kept = capacity > _capacity && _bytes ? _size : 0;
     if (kept > 0) memcpy(bytes.get(), _bytes.get(), static_cast<size_t>(kept));
     memset(bytes.get() + kept, 0, static_cast<size_t>(capacity - kept));

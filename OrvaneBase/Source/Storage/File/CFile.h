@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <ctime>
 
 #include "Base/Container/AString.h"
 
@@ -70,6 +71,8 @@ private:
     int Move(int64_t offset, int whence);
 
     FILE* _stream = nullptr;
+    // The open file's change time when its path was last found in place.
+    mutable timespec _seenChange{};
     AString _path;
     bool _appendMode = false;
     // In append mode, nothing but Append came since the last move: the stream stands at its end, and another append

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 
+#include "Base/QuernCommon.h"
 #include "Base/XLog.h"
 #include "Storage/File/PathSource.h"
 
@@ -56,6 +57,15 @@ const char* CPath::GetDocPath() {
 
 const char* CPath::GetCachePath() {
     return KeepOnce(g_cachePath, &PathSource::Caches);
+}
+
+const char* CPath::GetDefaultConfigFile() {
+    static const AString& path = []() -> const AString& {
+        AString& built = *new AString;  // never destroyed: read from threads that outlive static objects
+        GetSubPath(built, GetCachePath(), (AString(QuernCommon::GetInstance()->GetProjectName()) + ".ini").c_str());
+        return built;
+    }();
+    return path.c_str();
 }
 
 bool CPath::CreatePath(const char* path) {

@@ -15,6 +15,8 @@ public:
     static const char* GetDocPath();
     // The root of all the library's files.
     static const char* GetCachePath();
+    // The file below it that is named after the project, with the project's name as it was at the first call.
+    static const char* GetDefaultConfigFile();
 
     // Makes a directory and those above it. False if the path exists already, so callers test for that first.
     static bool CreatePath(const char* path);

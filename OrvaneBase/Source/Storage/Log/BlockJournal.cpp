@@ -21,7 +21,9 @@ namespace {
 using namespace LogRecord;
 
 // Stores before this come before stores after it in the program, and so in what a killed process leaves behind.
-void StoreBarrier() { std::atomic_signal_fence(std::memory_order_seq_cst); }
+void StoreBarrier() {
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+}
 
 uint64_t StateOf(const uint8_t* block) {
     return static_cast<uint64_t>(LoadU16(block + kSeqAt)) << 32 | LoadU32(block + kLenAt);

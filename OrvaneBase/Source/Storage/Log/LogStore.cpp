@@ -33,8 +33,7 @@ constexpr long kOutrunNapNanoseconds = 250000;
 }  // namespace
 
 LogStore::LogStore(const LogStoreOptions& options)
-    : _options(options),
-      _fileLogger(options.module.c_str(), options.mode, options.sizeLimitMiB, options.exceedOp) {}
+    : _options(options), _fileLogger(options.module.c_str(), options.mode, options.sizeLimitMiB, options.exceedOp) {}
 
 bool LogStore::MapBlock() {
     const char* cache = CPath::GetCachePath();

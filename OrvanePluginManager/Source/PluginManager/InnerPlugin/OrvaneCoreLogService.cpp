@@ -17,11 +17,17 @@ void OrvaneCoreLogSerivce::ReleaseInstance() {
     s_pInstance = nullptr;
 }
 
-const char* OrvaneCoreLogSerivce::GetName() const { return "LOG"; }
+const char* OrvaneCoreLogSerivce::GetName() const {
+    return "LOG";
+}
 
-const char* OrvaneCoreLogSerivce::GetPluginName() const { return "OrvaneCore"; }
+const char* OrvaneCoreLogSerivce::GetPluginName() const {
+    return "OrvaneCore";
+}
 
-int OrvaneCoreLogSerivce::GetVersion() { return 1; }
+int OrvaneCoreLogSerivce::GetVersion() {
+    return 1;
+}
 
 ILogger* OrvaneCoreLogSerivce::GetLogger(PluginBase* plugin) {
     const Quern::CCritical guard(&_mutex);
@@ -34,6 +40,8 @@ ILogger* OrvaneCoreLogSerivce::GetLogger(PluginBase* plugin) {
     return logger;
 }
 
-LoggerCollection* OrvaneCoreLogSerivce::GetLoggerCollection() { return &_loggers; }
+LoggerCollection* OrvaneCoreLogSerivce::GetLoggerCollection() {
+    return &_loggers;
+}
 
 }  // namespace Orvane::Plugin
