@@ -17,7 +17,7 @@
 namespace EndToEnd {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 using OrvaneLog::TemporaryFolder;
 using testing::HasSubstr;
 
