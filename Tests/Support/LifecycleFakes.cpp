@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Orvane/AppLifecycle.h"
-#include "Support/CapturedConsole.h"
+#include "Support/ConsoleTranscript.h"
 
 namespace Orvane::Testing {
 namespace {
