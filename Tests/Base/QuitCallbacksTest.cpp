@@ -8,8 +8,12 @@ namespace {
 
 std::string g_calls;
 
-void First() { g_calls += "1"; }
-void Second() { g_calls += "2"; }
+void First() {
+    g_calls += "1";
+}
+void Second() {
+    g_calls += "2";
+}
 void AddsSecond() {
     g_calls += "a";
     AddApplicationQuitCallback(Second);

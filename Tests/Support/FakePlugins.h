@@ -14,7 +14,7 @@
 #include "Orvane/RavelAccount.h"
 #include "PluginManager/PluginManager.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 using Journal = std::vector<std::string>;
 
@@ -35,7 +35,8 @@ public:
     const char* GetName() const override { return _name.c_str(); }
     const char* GetVersion() const override { return _version.c_str(); }
     void OnStartup(Orvane::Plugin::IServiceRegister* services) override {
-        for (const auto& service : declared) services->Register(service);
+        for (const auto& service : declared)
+            services->Register(service);
         Enter("OnStartup");
     }
     void OnPostStartup() override { Enter("OnPostStartup"); }
@@ -128,6 +129,6 @@ private:
     FakePlugin _plugin{"RAVEL"};
 };
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

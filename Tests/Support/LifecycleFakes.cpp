@@ -7,7 +7,7 @@
 #include "Orvane/AppLifecycle.h"
 #include "Support/ConsoleTranscript.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 namespace {
 
 std::vector<std::string> g_journal;
@@ -68,4 +68,4 @@ void LifecycleClass::RecordArguments(bool isOn) {
     g_recordArguments = isOn;
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
