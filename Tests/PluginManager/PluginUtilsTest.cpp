@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "Orvane/PluginBase.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Orvane/AppLifecycle.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 
 namespace OrvaneTest {
 namespace {
