@@ -2,6 +2,7 @@
 #ifndef ORVANE_TOOLS_LOG_BYTE_SOURCE_H
 #define ORVANE_TOOLS_LOG_BYTE_SOURCE_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -79,6 +80,22 @@ public:
 
 private:
     std::span<const uint8_t> _bytes;
+};
+
+// The beginning of another source, which is borrowed.
+class CutSource : public ByteSource {
+public:
+    CutSource(ByteSource& source, uint64_t end) : _source(source), _end(end) {}
+
+    size_t ReadAt(uint64_t offset, uint8_t* out, size_t atLeast, size_t atMost) override {
+        const size_t left = offset < _end ? static_cast<size_t>(std::min<uint64_t>(_end - offset, atMost)) : 0;
+        return left == 0 ? 0 : _source.ReadAt(offset, out, std::min(atLeast, left), left);
+    }
+    std::optional<uint64_t> Size() const override { return _end; }
+
+private:
+    ByteSource& _source;
+    uint64_t _end;
 };
 
 // Opens a file for reading, or standard input for "-". Null, and the reason in `error`, if that fails.

@@ -1,5 +1,8 @@
 #include "Log/LeftOver.h"
 
+#include <string.h>
+
+#include <algorithm>
 #include <filesystem>
 
 #include "Log/BlockWalk.h"
@@ -25,10 +28,27 @@ std::vector<uint8_t> ReadJournal(const fs::path& path) {
     return bytes;
 }
 
+// Whether the process died while it appended the staged record: then its file ends in the first bytes of it.
+void FindTornPart(const Quern::BlockJournalLayout& journal, const fs::path& folder, LeftOver& leftOver) {
+    const std::string name(journal.fileName, strnlen(journal.fileName, sizeof journal.fileName));
+    if (journal.fileOffset < 0 || name.empty() || name.find('/') != std::string::npos) return;
+    const std::string path = (folder / name).string();
+    std::string ignored;
+    const std::unique_ptr<ByteSource> file = OpenSource(path, ignored);
+    if (!file) return;
+    std::vector<uint8_t> part(leftOver.staged.size());
+    const uint64_t begin = static_cast<uint64_t>(journal.fileOffset);
+    part.resize(file->ReadAt(begin, part.data(), part.size(), part.size()));
+    if (part.empty() || !std::equal(part.begin(), part.end(), leftOver.staged.begin())) return;
+    leftOver.tornFile = path;
+    leftOver.tornAt = begin;
+}
+
 }  // namespace
 
 LeftOver ReadLeftOver(const std::string& path, ByteSource& block) {
-    LeftOver leftOver{{}, SnapshotBlock(block)};
+    LeftOver leftOver;
+    leftOver.block = SnapshotBlock(block);
     const fs::path blockPath(path);
     if (blockPath.extension() != kBlockExtension) return leftOver;
     std::vector<uint8_t> bytes = ReadJournal(fs::path(blockPath).replace_extension(kJournalExtension));
@@ -39,7 +59,9 @@ LeftOver ReadLeftOver(const std::string& path, ByteSource& block) {
     const fs::path folder = blockPath.parent_path() / kLogFolder / blockPath.stem();
     size_t length;
     const uint8_t* staged = journal.Staged(length);
-    if (staged && !journal.IsStagedInFile(folder.string())) leftOver.staged.assign(staged, staged + length);
+    if (!staged || journal.IsStagedInFile(folder.string())) return leftOver;
+    leftOver.staged.assign(staged, staged + length);
+    FindTornPart(*reinterpret_cast<const Quern::BlockJournalLayout*>(bytes.data()), folder, leftOver);
     return leftOver;
 }
 

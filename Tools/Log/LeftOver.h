@@ -15,6 +15,9 @@ namespace OrvaneLog {
 struct LeftOver {
     std::vector<uint8_t> staged;  // a closed block that had left the mapped file and not reached its log file; or empty
     std::vector<uint8_t> block;   // the mapped block, with what the journal beside it puts right
+    // The log file that ends in a part of `staged`, and where that begins; empty as a rule.
+    std::string tornFile;
+    uint64_t tornAt = 0;
 };
 
 // `path` is that of the block, which says where its journal and its files are. Changes nothing on the disk.

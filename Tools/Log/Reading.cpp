@@ -2,6 +2,8 @@
 
 #include <string.h>
 
+#include <filesystem>
+
 #include "Log/KeyFile.h"
 #include "Log/LeftOver.h"
 #include "Log/LogFileName.h"
@@ -32,6 +34,12 @@ private:
     Progress* _progress;
     uint64_t _before;
 };
+
+std::string Canonical(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path canonical = std::filesystem::weakly_canonical(path, error);
+    return error ? path : canonical.string();
+}
 
 }  // namespace
 
@@ -74,6 +82,17 @@ void Reading::Run() {
     _output.Flush();
 }
 
+void Reading::FindTornFiles(const std::vector<std::string>& files) {
+    for (const std::string& file : files) {
+        if (!ParseLogFileName(file).isBlock) continue;
+        std::string ignored;
+        const std::unique_ptr<ByteSource> block = OpenSource(file, ignored);
+        if (!block) continue;
+        const LeftOver leftOver = ReadLeftOver(file, *block);
+        if (!leftOver.tornFile.empty()) _tornFiles[Canonical(leftOver.tornFile)] = leftOver.tornAt;
+    }
+}
+
 void Reading::ReadFile(const std::string& path, Printer* printer) {
     std::string error;
     const std::unique_ptr<ByteSource> source = OpenSource(path, error);
@@ -102,10 +121,15 @@ void Reading::ReadFile(const std::string& path, Printer* printer) {
 
 void Reading::Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events) {
     WatchedEvents watched(_report, path, events, _progress, _done);
-    if (kind == SourceKind::kMappedBlock)
+    const auto torn = _tornFiles.find(Canonical(path));
+    if (kind == SourceKind::kMappedBlock) {
         WalkLeftOver(ReadLeftOver(path, source), _keys, watched);
-    else
+    } else if (torn != _tornFiles.end()) {
+        CutSource sound(source, torn->second);
+        MakeWalk(kind, sound, _keys, watched)->Advance(false);
+    } else {
         MakeWalk(kind, source, _keys, watched)->Advance(false);
+    }
 }
 
 }  // namespace OrvaneLog

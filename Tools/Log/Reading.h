@@ -2,7 +2,10 @@
 #ifndef ORVANE_TOOLS_LOG_READING_H
 #define ORVANE_TOOLS_LOG_READING_H
 
+#include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "Log/Arguments.h"
 #include "Log/KeyRing.h"
@@ -30,6 +33,7 @@ public:
     void Run();
 
 private:
+    void FindTornFiles(const std::vector<std::string>& files);
     void ReadFile(const std::string& path, Printer* printer);
     void Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events);
 
@@ -39,6 +43,8 @@ private:
     Output& _output;
     Report& _report;
     Progress* _progress;
+    // Files that end in a part of a record which a block's journal gives whole: where that part begins.
+    std::map<std::string, uint64_t> _tornFiles;
     uint64_t _done = 0;  // bytes of the files before the one being read
 };
 
