@@ -13,7 +13,9 @@
 // There are no counts such as {8}, no \D, \w or \W, no word boundary.
 //
 // Differences from larger engines that a pattern's author should know:
-// - "?" does not backtrack: what it matched stays matched.
+// - "?" does not backtrack: what it matched stays matched. "*?" takes its item at least once where it can.
+// - Where what follows matches in front of as well as inside what a "*" could take, but not behind it, the "*" takes
+//   nothing: "a*[ab]" on "aa" ends at 1.
 // - The first alternative that takes at least one byte is taken for good.
 // - A group that stands behind a finished group of more than one level ("(a)(b(c))") is not closed where it looks
 // closed:
