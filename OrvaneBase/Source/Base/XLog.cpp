@@ -9,9 +9,9 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 
 #include "Base/ConsoleSink.h"
+#include "Base/LocalClock.h"
 #include "Orvane/ILogger.h"
 #include "Orvane/OrvaneCore.h"
 
@@ -28,17 +28,6 @@ std::atomic<Orvane::ILogger*> g_coreLogger{nullptr};
 unsigned long long CurrentThreadId() {
     static thread_local const unsigned long long id = static_cast<unsigned long long>(gettid());
     return id;
-}
-
-// localtime takes a global lock and may look at the zone's file, so a thread breaks each second down once.
-const tm& LocalTime(time_t seconds) {
-    static thread_local time_t cachedSecond = -1;
-    static thread_local tm cached;
-    if (seconds != cachedSecond) {
-        localtime_r(&seconds, &cached);
-        cachedSecond = seconds;
-    }
-    return cached;
 }
 
 // The path's last component: after the last backslash if there is one, else after the last slash; never mixed.
