@@ -154,6 +154,7 @@ int slre_match(const char* regexp, const char* subject, int subjectLength, slre_
     info.caps = caps;
     info.num_caps = numCaps;
     info.flags = flags;
+    info.furthest = subject;
     return Slre::foo(regexp, static_cast<int>(strlen(regexp)), subject, subjectLength, &info);
 }
 

@@ -31,6 +31,9 @@ struct regex_info {
     slre_cap* caps;
     int num_caps;
     int flags;
+    // The furthest place of the subject at which a byte, or whether the subject ends there, has been looked at. Matching
+    // again over a subject that ends behind this place would give the same.
+    const char* furthest;
 };
 
 // Compiling. foo records brackets and branches, checks the pattern, and then matches.

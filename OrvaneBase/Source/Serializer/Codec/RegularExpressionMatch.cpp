@@ -55,6 +55,10 @@ int NextBracket(const char* at, const regex_info* info, int bracket) {
     return bracket;
 }
 
+void LookAt(const char* place, regex_info* info) {
+    if (place > info->furthest) info->furthest = place;
+}
+
 // The item in front of a "*" or "+" and what stands behind it, to the branch's end.
 struct Repeat {
     const char* item;
@@ -88,6 +92,42 @@ int MatchRepeat(const Repeat& repeat, const char* subject, int subjectLength, re
     return best;
 }
 
+// Whether the item takes exactly one byte whenever it matches.
+bool IsByteItem(const char* item) {
+    return item[0] != '(' && item[0] != '^' && item[0] != '$';
+}
+
+// A set (`itemLength` ends with its end) or an escape or a byte, at a byte of the subject.
+int MatchByte(const char* item, int itemLength, const char* subject, const regex_info* info) {
+    return item[0] == '[' ? match_set(item + 1, itemLength - 1, subject, info) : match_op(item, subject, info);
+}
+
+// MatchRepeat, where it is greedy and the item takes one byte: the same outcome with the rest tried from the far end,
+// most often once. Not for a rest that fills captures: which of its tries came last shows in them.
+int MatchByteRepeat(const Repeat& repeat, const char* subject, int subjectLength, regex_info* info, int bracket) {
+    int count = 0;
+    while (count < subjectLength && MatchByte(repeat.item, repeat.itemLength, subject + count, info) > 0)
+        ++count;
+    LookAt(subject + count, info);
+    if (repeat.oneOrMore && count == 0) return kSlreNoMatch;
+    if (repeat.restLength <= 0) return count;
+
+    const auto tryRest = [&](int at) {
+        return bar(repeat.rest, repeat.restLength, subject + at, subjectLength - at, info, bracket);
+    };
+    const int behindAll = tryRest(count);
+    if (behindAll >= 0) return count + behindAll;
+    if (!repeat.oneOrMore) {
+        const int none = tryRest(0);
+        if (none > 0) return none;
+    }
+    for (int at = count - 1; at > 0; --at) {
+        const int rest = tryRest(at);
+        if (rest >= 0) return at + rest;
+    }
+    return kSlreNoMatch;
+}
+
 // What a group took of the subject, and what the rest of its branch took behind it; negative where it did not match.
 struct GroupMatch {
     int taken;
@@ -99,14 +139,21 @@ GroupMatch MatchGroup(int group, const char* rest, int restLength, const char* s
                       regex_info* info) {
     if (restLength <= 0) return {doh(subject, subjectLength, info, group), 0};
     GroupMatch match = {kSlreNoMatch, kSlreNoMatch};
+    const char* furthest = info->furthest;
     int failed = -1;  // what the group took when the rest last failed: the same again would fail again
-    for (int end = subjectLength; end >= 0; --end) {
+    for (int end = subjectLength; end >= 0;) {
+        info->furthest = subject;
         match.taken = doh(subject, end, info, group);
-        if (match.taken < 0 || match.taken == failed) continue;
-        match.rest = bar(rest, restLength, subject + match.taken, subjectLength - match.taken, info, group);
+        // Any end behind what was looked at gives the same.
+        end = std::min(end - 1, static_cast<int>(info->furthest - subject));
+        if (match.taken >= 0 && match.taken != failed) {
+            match.rest = bar(rest, restLength, subject + match.taken, subjectLength - match.taken, info, group);
+            failed = match.taken;
+        }
+        furthest = std::max(furthest, info->furthest);
         if (match.rest >= 0) break;
-        failed = match.taken;
     }
+    info->furthest = furthest;
     return match;
 }
 
@@ -146,19 +193,18 @@ int bar(const char* re, int reLength, const char* subject, int subjectLength, re
             const bool lazy = behind + 1 < reLength && re[behind + 1] == '?';
             const int rest = behind + (lazy ? 2 : 1);
             const Repeat repeat = {re + i, step, re[behind] == '+', lazy, re + rest, reLength - rest};
-            const int taken = MatchRepeat(repeat, subject + j, subjectLength - j, info, bracket);
+            const bool fillsCaptures =
+                info->caps && repeat.restLength > 0 && memchr(repeat.rest, '(', repeat.restLength);
+            const auto match = lazy || fillsCaptures || !IsByteItem(re + i) ? MatchRepeat : MatchByteRepeat;
+            const int taken = match(repeat, subject + j, subjectLength - j, info, bracket);
             return taken < 0 ? taken : j + taken;
         }
 
         if (re[i] == '^') {
             if (j != 0) return kSlreNoMatch;
         } else if (re[i] == '$') {
+            LookAt(subject + j, info);
             if (j != subjectLength) return kSlreNoMatch;
-        } else if (re[i] == '[') {
-            // A set that the pattern's end closes counts one more than there is.
-            const int setLength = std::min(step, reLength - i) - 1;
-            if (j == subjectLength || match_set(re + i + 1, setLength, subject + j, info) < 1) return kSlreNoMatch;
-            ++j;
         } else if (isGroup) {
             const int restLength = reLength - behind;
             const GroupMatch match = MatchGroup(next, re + behind, restLength, subject + j, subjectLength - j, info);
@@ -170,10 +216,12 @@ int bar(const char* re, int reLength, const char* subject, int subjectLength, re
             const bool known = restLength > 0 && match.rest >= 0 && !memchr(re + behind, '^', restLength);
             if (known) return j + match.rest;
         } else {
+            LookAt(subject + j, info);
             if (j == subjectLength) return kSlreNoMatch;
-            const int taken = match_op(re + i, subject + j, info);
+            // A set that the pattern's end closes counts one more than there is.
+            const int taken = MatchByte(re + i, std::min(step, reLength - i), subject + j, info);
             if (taken < 1) return taken;
-            j += taken;
+            ++j;
         }
     }
     return j;
@@ -214,7 +262,7 @@ int match_op(const char* re, const char* subject, const regex_info* info) {
             matches = MatchesEscape(re, *subject);
             break;
         default:
-            matches = info->flags & kSlreIgnoreCase ? Lower(re[0]) == Lower(*subject) : re[0] == *subject;
+            matches = re[0] == *subject || (info->flags & kSlreIgnoreCase && Lower(re[0]) == Lower(*subject));
             break;
     }
     return matches ? 1 : kSlreNoMatch;
