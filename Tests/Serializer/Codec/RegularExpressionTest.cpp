@@ -251,15 +251,22 @@ TEST(RegularExpressionDeathTest, ASetCutInsideAnEscapeNeverReturns) {
     }
 }
 
-TEST(RegularExpression, ManyGroupsInARowAreCheap) {
-    // Each group doubled, or multiplied by the subject's length, would not end in a lifetime.
-    std::string groups, text;
+// Were anything of these patterns tried twice at the same place, they would not end in a lifetime.
+TEST(RegularExpression, ManyItemsInARowAreCheap) {
+    std::string groups, sets, repeated, bytes, text;
     for (int i = 0; i < 90; ++i) {
         groups += "([a-z])";
+        sets += "([^a-j])";
+        repeated += "(a)*";
+        bytes += "a*";
         text += "k";
     }
     EXPECT_EQ(Match(groups, text), 90);
+    EXPECT_EQ(Match(sets, text), 90);
     EXPECT_EQ(Match(groups + "!", text), kSlreNoMatch);
+    EXPECT_EQ(Match(repeated + "!", "b"), kSlreNoMatch);
+    EXPECT_EQ(Match(bytes + "!", "b"), kSlreNoMatch);
+    EXPECT_EQ(Match(repeated + "b", "b"), 1);
 }
 
 // Without groups, alternatives, "?" and "*" the language is one that other engines know, and agrees with them.

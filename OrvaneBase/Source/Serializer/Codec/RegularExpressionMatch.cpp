@@ -72,19 +72,21 @@ struct Repeat {
 // Takes the item as often as it goes and keeps the last place (the first, if lazy) from which the rest matches too.
 int MatchRepeat(const Repeat& repeat, const char* subject, int subjectLength, regex_info* info, int bracket) {
     int scan = 0, best = 0, item, rest = kSlreNoMatch;
+    bool restTried = false;
     do {
         item = bar(repeat.item, repeat.itemLength, subject + scan, subjectLength - scan, info, bracket);
         if (item < 0 && repeat.oneOrMore) break;
         if (item > 0) scan += item;
-        if (repeat.restLength > 0) {
-            rest = bar(repeat.rest, repeat.restLength, subject + scan, subjectLength - scan, info, bracket);
-            if (rest >= 0) best = scan + rest;
-        } else {
+        if (repeat.restLength <= 0) {
             best = scan;
+        } else if (item > 0 || !restTried) {  // else the rest would be tried at the same place again
+            rest = bar(repeat.rest, repeat.restLength, subject + scan, subjectLength - scan, info, bracket);
+            restTried = true;
+            if (rest >= 0) best = scan + rest;
         }
     } while (item > 0 && !(repeat.lazy && best > 0));
 
-    if (item < 0 && rest < 0 && !repeat.oneOrMore) {
+    if (item < 0 && rest < 0 && !repeat.oneOrMore && scan > 0) {
         const int none = bar(repeat.rest, repeat.restLength, subject, subjectLength, info, bracket);
         if (none > 0) best = none;
     }
@@ -117,7 +119,7 @@ int MatchByteRepeat(const Repeat& repeat, const char* subject, int subjectLength
     };
     const int behindAll = tryRest(count);
     if (behindAll >= 0) return count + behindAll;
-    if (!repeat.oneOrMore) {
+    if (!repeat.oneOrMore && count > 0) {
         const int none = tryRest(0);
         if (none > 0) return none;
     }
@@ -126,6 +128,15 @@ int MatchByteRepeat(const Repeat& repeat, const char* subject, int subjectLength
         if (rest >= 0) return at + rest;
     }
     return kSlreNoMatch;
+}
+
+// Whether there is a "^" that is no part of a set or an escape.
+bool HasStartAnchor(const char* re, int reLength) {
+    for (int i = 0, step; i < reLength; i += step) {
+        step = get_op_len(re + i, reLength - i);
+        if (re[i] == '^' || step < 1) return true;
+    }
+    return false;
 }
 
 // What a group took of the subject, and what the rest of its branch took behind it; negative where it did not match.
@@ -213,7 +224,7 @@ int bar(const char* re, int reLength, const char* subject, int subjectLength, re
             j += match.taken;
             // Going on would find the same again, at twice the cost for each group of the branch. Only a "^", which
             // looks at j, may then see another thing than it did at the start of the rest.
-            const bool known = restLength > 0 && match.rest >= 0 && !memchr(re + behind, '^', restLength);
+            const bool known = restLength > 0 && match.rest >= 0 && !HasStartAnchor(re + behind, restLength);
             if (known) return j + match.rest;
         } else {
             LookAt(subject + j, info);

@@ -6,8 +6,16 @@
 
 #include "Base/Assert.h"
 
+namespace {
+
+constexpr char HexDigit(int value) {
+    return static_cast<char>(value > 9 ? value + 55 : value + 48);
+}
+
+}  // namespace
+
 unsigned char URLEncoderToHex(unsigned char value) {
-    return static_cast<unsigned char>(value > 9 ? value + 55 : value + 48);
+    return static_cast<unsigned char>(HexDigit(value));
 }
 
 unsigned char URLEncoderFromHex(unsigned char digit) {
@@ -30,10 +38,6 @@ struct Encoded {
 constexpr bool IsUnreserved(int byte) {
     return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') ||
            byte == '-' || byte == '.' || byte == '_' || byte == '~';
-}
-
-constexpr char HexDigit(int value) {
-    return static_cast<char>(value > 9 ? value + 55 : value + 48);
 }
 
 constexpr std::array<Encoded, 256> kEncoded = [] {
