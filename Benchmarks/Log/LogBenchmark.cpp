@@ -77,8 +77,10 @@ std::vector<std::string> FormattedLines() {
     for (int i = 0; i < kLines; ++i) {
         const Sample s = At(i);
         char text[Quern::kLogLineCapacity], line[Quern::kLogLineCapacity];
-        snprintf(text, sizeof text, "session frame %d, player %d is %s, round trip %d ms", s.frame, s.player, s.state, s.ms);
-        Quern::XLogFormat(line, kLogInfo, "Source/Game/Session/SessionManager.cpp", 214, "OnStateChanged", "OrvaneCore", text);
+        snprintf(text, sizeof text, "session frame %d, player %d is %s, round trip %d ms", s.frame, s.player, s.state,
+                 s.ms);
+        Quern::XLogFormat(line, kLogInfo, "Source/Game/Session/SessionManager.cpp", 214, "OnStateChanged", "OrvaneCore",
+                          text);
         lines.push_back(std::string(line) + "\n");
     }
     return lines;
@@ -118,10 +120,18 @@ void DeflatedModes(int mode, const char* what, const char* wanted) {
     Start(mode);
     const std::vector<std::string> lines = FormattedLines();
     size_t bytes = 0;
-    for (const std::string& line : lines) bytes += line.size();
+    for (const std::string& line : lines)
+        bytes += line.size();
     printf("(%zu bytes a line)\n", bytes / lines.size());
-    Print(what, Compare(kRounds, kLines, [] { for (int i = 0; i < kLines; ++i) LogOne(i); },
-                        [&] { BareDeflate(lines); }), wanted);
+    Print(what,
+          Compare(
+              kRounds, kLines,
+              [] {
+                  for (int i = 0; i < kLines; ++i)
+                      LogOne(i);
+              },
+              [&] { BareDeflate(lines); }),
+          wanted);
 }
 
 void PlainMode(const fs::path& folder) {
@@ -130,14 +140,20 @@ void PlainMode(const fs::path& folder) {
     peer->set_pattern("[%Y-%m-%d %H:%M:%S %e] | %l | [%n] |%t| %s:%#|%!| %v");
     peer->flush_on(spdlog::level::trace);
     Print("mode 0 against spdlog's file sink, flushed each line",
-          Compare(kRounds, kLines, [] { for (int i = 0; i < kLines; ++i) LogOne(i); },
-                  [&] {
-                      for (int i = 0; i < kLines; ++i) {
-                          const Sample s = At(i);
-                          peer->log({"Source/Game/Session/SessionManager.cpp", 214, "OnStateChanged"}, spdlog::level::info,
-                                    "session frame {}, player {} is {}, round trip {} ms", s.frame, s.player, s.state, s.ms);
-                      }
-                  }),
+          Compare(
+              kRounds, kLines,
+              [] {
+                  for (int i = 0; i < kLines; ++i)
+                      LogOne(i);
+              },
+              [&] {
+                  for (int i = 0; i < kLines; ++i) {
+                      const Sample s = At(i);
+                      peer->log({"Source/Game/Session/SessionManager.cpp", 214, "OnStateChanged"}, spdlog::level::info,
+                                "session frame {}, player {} is {}, round trip {} ms", s.frame, s.player, s.state,
+                                s.ms);
+                  }
+              }),
           "<= 1.0");
 }
 
@@ -146,37 +162,50 @@ void Filtered() {
     spdlog::set_level(spdlog::level::info);
     constexpr int kCalls = 10000000;
     Print("a filtered line against spdlog's",
-          Compare(kRounds, kCalls,
-                  [] {
-                      for (int i = 0; i < kCalls; ++i) ORVANE_LOG_DEBUG("frame %d", i);
-                  },
-                  [] {
-                      for (int i = 0; i < kCalls; ++i) spdlog::debug("frame {}", i);
-                  }),
+          Compare(
+              kRounds, kCalls,
+              [] {
+                  for (int i = 0; i < kCalls; ++i)
+                      ORVANE_LOG_DEBUG("frame %d", i);
+              },
+              [] {
+                  for (int i = 0; i < kCalls; ++i)
+                      spdlog::debug("frame {}", i);
+              }),
           "<= 0.333, ours <= 3 ns");
     Print("a filtered call of XLog itself against spdlog's",
-          Compare(kRounds, kCalls,
-                  [] {
-                      for (int i = 0; i < kCalls; ++i)
-                          Quern::XLog(kLogDebug, "f", 1, "F", "frame %d", i);
-                  },
-                  [] {
-                      for (int i = 0; i < kCalls; ++i) spdlog::debug("frame {}", i);
-                  }),
+          Compare(
+              kRounds, kCalls,
+              [] {
+                  for (int i = 0; i < kCalls; ++i)
+                      Quern::XLog(kLogDebug, "f", 1, "F", "frame %d", i);
+              },
+              [] {
+                  for (int i = 0; i < kCalls; ++i)
+                      spdlog::debug("frame {}", i);
+              }),
           "<= 0.333, ours <= 3 ns");
 }
 
 void Threads(int mode, const char* what) {
     Start(mode);
     Print(what,
-          Compare(kRounds, kLines * 4,
-                  [] {
-                      std::vector<std::thread> threads;
-                      for (int t = 0; t < 4; ++t)
-                          threads.emplace_back([] { for (int i = 0; i < kLines; ++i) LogOne(i); });
-                      for (std::thread& thread : threads) thread.join();
-                  },
-                  [] { for (int i = 0; i < 4 * kLines; ++i) LogOne(i % kLines); }),
+          Compare(
+              kRounds, kLines * 4,
+              [] {
+                  std::vector<std::thread> threads;
+                  for (int t = 0; t < 4; ++t)
+                      threads.emplace_back([] {
+                          for (int i = 0; i < kLines; ++i)
+                              LogOne(i);
+                      });
+                  for (std::thread& thread : threads)
+                      thread.join();
+              },
+              [] {
+                  for (int i = 0; i < 4 * kLines; ++i)
+                      LogOne(i % kLines);
+              }),
           "<= 1.111 (0.9 of the throughput)");
 }
 

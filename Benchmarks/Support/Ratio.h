@@ -44,7 +44,9 @@ Comparison Compare(int rounds, double units, Ours ours, Other other) {
     return {Median(a), Median(b), Median(ratios)};
 }
 
-inline void PrintHead() { printf("%-58s %12s %12s %8s  %s\n", "", "ours ns", "other ns", "ratio", "wanted"); }
+inline void PrintHead() {
+    printf("%-58s %12s %12s %8s  %s\n", "", "ours ns", "other ns", "ratio", "wanted");
+}
 
 inline void Print(const char* what, const Comparison& comparison, const char* wanted) {
     printf("%-58s %12.1f %12.1f %8.3f  %s\n", what, comparison.ours, comparison.other, comparison.ratio, wanted);

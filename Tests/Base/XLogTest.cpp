@@ -59,8 +59,10 @@ TEST(XLogFormat, CutsALineAtItsCapacityWhereverThatFalls) {
 
 TEST(XLog, LevelsHaveTheirWords) {
     const char* const words[] = {"Debug", "Info", "Warning", "Event", "Error"};
-    for (int i = 0; i < 5; ++i) EXPECT_STREQ(GetQuernLogLevelString(i), words[i]);
-    for (const int other : {-1, 5, 6, 7, 1000}) EXPECT_STREQ(GetQuernLogLevelString(other), "Unkonwn");
+    for (int i = 0; i < 5; ++i)
+        EXPECT_STREQ(GetQuernLogLevelString(i), words[i]);
+    for (const int other : {-1, 5, 6, 7, 1000})
+        EXPECT_STREQ(GetQuernLogLevelString(other), "Unkonwn");
 }
 
 }  // namespace

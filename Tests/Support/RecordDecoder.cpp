@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 namespace {
 
 uint32_t Word(const std::string& bytes, size_t at) {
@@ -14,14 +14,17 @@ uint32_t Word(const std::string& bytes, size_t at) {
     return word;
 }
 
-void SetWord(std::string& bytes, size_t at, uint32_t word) { memcpy(bytes.data() + at, &word, 4); }
+void SetWord(std::string& bytes, size_t at, uint32_t word) {
+    memcpy(bytes.data() + at, &word, 4);
+}
 
 }  // namespace
 
 const Quern::CurvePrivateKey& TestPrivateKey() {
     static const Quern::CurvePrivateKey key = [] {
         Quern::CurvePrivateKey made;
-        for (size_t i = 0; i < made.size(); ++i) made[i] = static_cast<uint8_t>(i * 7 + 1);
+        for (size_t i = 0; i < made.size(); ++i)
+            made[i] = static_cast<uint8_t>(i * 7 + 1);
         return made;
     }();
     return key;
@@ -90,7 +93,8 @@ std::vector<DecodedRecord> DecodeRecords(const std::string& bytes, const Quern::
         }
         DecodedRecord record{};
         record.magic = static_cast<uint8_t>(bytes[at]);
-        record.seq = static_cast<uint16_t>(static_cast<uint8_t>(bytes[at + 1]) | static_cast<uint8_t>(bytes[at + 2]) << 8);
+        record.seq =
+            static_cast<uint16_t>(static_cast<uint8_t>(bytes[at + 1]) | static_cast<uint8_t>(bytes[at + 2]) << 8);
         record.beginHour = static_cast<int8_t>(bytes[at + 3]);
         record.endHour = static_cast<int8_t>(bytes[at + 4]);
         const uint32_t length = Word(bytes, at + 5);
@@ -113,8 +117,9 @@ std::vector<DecodedRecord> DecodeRecords(const std::string& bytes, const Quern::
 
 std::string DecodeText(const std::string& bytes, const Quern::CurvePrivateKey& privateKey) {
     std::string text;
-    for (const DecodedRecord& record : DecodeRecords(bytes, privateKey)) text += record.text;
+    for (const DecodedRecord& record : DecodeRecords(bytes, privateKey))
+        text += record.text;
     return text;
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest

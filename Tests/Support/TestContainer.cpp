@@ -8,7 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 namespace fs = std::filesystem;
 namespace {
 
@@ -37,7 +37,9 @@ const std::string& CacheFolder() {
     return container.cache;
 }
 
-std::string LogFolder(const std::string& module) { return CacheFolder() + "/OrvaneSDKLog/" + module; }
+std::string LogFolder(const std::string& module) {
+    return CacheFolder() + "/OrvaneSDKLog/" + module;
+}
 
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -54,15 +56,17 @@ void WriteFile(const std::string& path, const std::string& content) {
 std::vector<std::string> FilesIn(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder, error)) names.push_back(entry.path().filename().string());
+    for (const auto& entry : fs::directory_iterator(folder, error))
+        names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
 }
 
 std::string ReadLogFiles(const std::string& module) {
     std::string content;
-    for (const std::string& name : FilesIn(LogFolder(module))) content += ReadFile(LogFolder(module) + "/" + name);
+    for (const std::string& name : FilesIn(LogFolder(module)))
+        content += ReadFile(LogFolder(module) + "/" + name);
     return content;
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest

@@ -7,11 +7,12 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
-#include "Base/ConsoleSink.h"
 #include "Base/QuernCommon.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/PathSource.h"
+#include "Support/CapturedConsole.h"
 #include "Support/TestContainer.h"
 
 namespace {
@@ -23,12 +24,6 @@ using Quern::AString;
 using Quern::CFile;
 using Quern::CPath;
 using Quern::PathSource;
-
-class LastLine final : public Quern::ConsoleSink {
-public:
-    void Write(const char* text, size_t length) override { last.assign(text, length); }
-    std::string last;
-};
 
 TEST(CPath, GivesTheContainerAndKeepsIt) {
     const std::string& cache = CacheFolder();
@@ -125,8 +120,7 @@ TEST(CPath, JoinsAndCutsPaths) {
 }
 
 TEST(CPath, ListsFilesAndDirectories) {
-    const auto console = std::make_shared<LastLine>();
-    Quern::ConsoleSink::Use(console);
+    OrvaneTest::CapturedConsole console;
     const std::string folder = CacheFolder() + "/listed";
     WriteFile(folder + "/file", "1");
     WriteFile(folder + "/.hidden", "1");
@@ -142,11 +136,10 @@ TEST(CPath, ListsFilesAndDirectories) {
     EXPECT_EQ(files.Count(), 3);
 
     EXPECT_FALSE(CPath::GetFiles((folder + "/file").c_str(), &files));
-    EXPECT_NE(console->last.find("Open dir error..."), std::string::npos);
+    EXPECT_EQ(console.Take(), std::vector<std::string>{"Error Open dir error..."});
     EXPECT_FALSE(CPath::GetFiles(nullptr, &files));
-    EXPECT_NE(console->last.find("| Error |"), std::string::npos);
-    EXPECT_NE(console->last.find("pszPath or files is NULL!"), std::string::npos);
     EXPECT_FALSE(CPath::GetFiles(folder.c_str(), nullptr));
+    EXPECT_EQ(console.Take(), std::vector<std::string>(2, "Error pszPath or files is NULL!"));
     EXPECT_EQ(files.Count(), 3);
 }
 

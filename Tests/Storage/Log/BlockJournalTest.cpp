@@ -27,16 +27,15 @@
 namespace Quern {
 namespace {
 
-using Orvane::Testing::DecodeText;
-using Orvane::Testing::TestPublicKeyDigits;
+using OrvaneTest::DecodeText;
+using OrvaneTest::TestPublicKeyDigits;
 
 constexpr size_t kBlock = 153600;
 constexpr size_t kJournal = sizeof(BlockJournalLayout);
 
 // What survives a process: the block's file and the journal's.
 struct Survivors {
-    Survivors()
-        : block(static_cast<uint8_t*>(Map(kBlock))), journal(static_cast<uint8_t*>(Map(kJournal))) {}
+    Survivors() : block(static_cast<uint8_t*>(Map(kBlock))), journal(static_cast<uint8_t*>(Map(kJournal))) {}
     ~Survivors() {
         munmap(block, kBlock);
         munmap(journal, kJournal);
@@ -101,7 +100,8 @@ long SingleStep(const std::function<void()>& prepare, const std::function<void()
 }
 
 uint64_t Hash(const uint8_t* bytes, size_t length, uint64_t hash = 1469598103934665603u) {
-    for (size_t i = 0; i < length; ++i) hash = (hash ^ bytes[i]) * 1099511628211u;
+    for (size_t i = 0; i < length; ++i)
+        hash = (hash ^ bytes[i]) * 1099511628211u;
     return hash;
 }
 
@@ -191,13 +191,13 @@ protected:
     }
     // Whether a process that finds `file` has to append the record, which the dead one meant to begin at `offset`.
     bool Resolve(const std::string& file, size_t offset, const char* name = "Sample_2026010203.xlog") {
-        Orvane::Testing::WriteFile(folder + "/Sample_2026010203.xlog", file);
+        OrvaneTest::WriteFile(folder + "/Sample_2026010203.xlog", file);
         journal.BeginAppend(name, static_cast<int64_t>(offset));
         return BlockJournal(memory.data()).ResolveStaged(folder);
     }
-    std::string File() const { return Orvane::Testing::ReadFile(folder + "/Sample_2026010203.xlog"); }
+    std::string File() const { return OrvaneTest::ReadFile(folder + "/Sample_2026010203.xlog"); }
 
-    const std::string folder = Orvane::Testing::LogFolder("Sample");
+    const std::string folder = OrvaneTest::LogFolder("Sample");
     std::vector<uint8_t> memory;
     BlockJournal journal;
     std::string record;

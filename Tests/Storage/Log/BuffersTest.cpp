@@ -60,7 +60,8 @@ TEST(AutoBuffer, GrowsInUnitsAndZeroesWhatIsNew) {
     buffer.AllocWrite(126);
     EXPECT_EQ(buffer.Capacity(), 256u);
     EXPECT_EQ(buffer.Length(), 129u);
-    for (size_t i = 3; i < buffer.Capacity(); ++i) ASSERT_EQ(buffer.Ptr()[i], 0) << i;
+    for (size_t i = 3; i < buffer.Capacity(); ++i)
+        ASSERT_EQ(buffer.Ptr()[i], 0) << i;
     buffer.AllocWrite(256, false);
     EXPECT_EQ(buffer.Length(), 129u) << "room without length";
 

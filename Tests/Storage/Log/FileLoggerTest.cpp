@@ -5,13 +5,13 @@
 
 #include <filesystem>
 
-#include "Support/CapturedConsole.h"
 #include "Support/TestContainer.h"
+#include "Support/ThreadedConsole.h"
 
 namespace Quern {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
@@ -19,11 +19,11 @@ namespace fs = std::filesystem;
 
 class FileLoggerTest : public ::testing::Test {
 protected:
-    FileLoggerTest() : console(CapturedConsole::Install()) { CacheFolder(); }
+    FileLoggerTest() : console(ThreadedConsole::Install()) { CacheFolder(); }
     ~FileLoggerTest() override { ConsoleSink::Use(nullptr); }
     static void Append(AFileLogger& logger, const std::string& data) { logger.Log2File(data.data(), data.size()); }
 
-    std::shared_ptr<CapturedConsole> console;
+    std::shared_ptr<ThreadedConsole> console;
 };
 
 TEST_F(FileLoggerTest, NamesFilesByModuleAndHour) {
@@ -34,7 +34,7 @@ TEST_F(FileLoggerTest, NamesFilesByModuleAndHour) {
         sync.LogToFile("line\n");
         Append(async, "record");
         EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(MatchesRegex(expected + "_[0-9]{10}\\.log"),
-                                                             MatchesRegex(expected + "_[0-9]{10}\\.xlog")));
+                                                            MatchesRegex(expected + "_[0-9]{10}\\.xlog")));
     }
 }
 
@@ -63,7 +63,8 @@ TEST_F(FileLoggerTest, AFolderOrFileThatIsTakenAwayComesBack) {
             Append(logger, "one");
             fs::remove_all(CacheFolder() + "/OrvaneSDKLog");
             Append(logger, "two");
-            for (const std::string& name : FilesIn(LogFolder("Back"))) fs::remove(LogFolder("Back") + "/" + name);
+            for (const std::string& name : FilesIn(LogFolder("Back")))
+                fs::remove(LogFolder("Back") + "/" + name);
             Append(logger, "three");
         }
         EXPECT_EQ(ReadLogFiles("Back"), "three");
@@ -179,7 +180,8 @@ TEST_F(FileLoggerTest, TheSweepTakesTheCountFirstAndThenTheAge) {
 
     fill("With_underscore");
     AFileLogger::RemoveOldLogFiles("With_underscore", 10000, -1);
-    EXPECT_THAT(FilesIn(LogFolder("With_underscore")), IsEmpty()) << "a module's own underscore makes its files invalid";
+    EXPECT_THAT(FilesIn(LogFolder("With_underscore")), IsEmpty())
+        << "a module's own underscore makes its files invalid";
 }
 
 }  // namespace

@@ -13,10 +13,10 @@
 namespace Quern {
 namespace {
 
-using Orvane::Testing::DecodedRecord;
-using Orvane::Testing::DecodeRecords;
-using Orvane::Testing::DecodeText;
-using Orvane::Testing::TestPublicKeyDigits;
+using OrvaneTest::DecodedRecord;
+using OrvaneTest::DecodeRecords;
+using OrvaneTest::DecodeText;
+using OrvaneTest::TestPublicKeyDigits;
 
 constexpr size_t kBlock = 153600;
 
@@ -32,7 +32,9 @@ std::string Flush(LogBuffer& buffer) {
     return std::string(reinterpret_cast<const char*>(out.Ptr()), out.Length());
 }
 
-bool Write(LogBuffer& buffer, const std::string& text) { return buffer.Write(text.data(), text.size()); }
+bool Write(LogBuffer& buffer, const std::string& text) {
+    return buffer.Write(text.data(), text.size());
+}
 
 int CurrentHour() {
     const time_t now = time(nullptr);
@@ -41,7 +43,8 @@ int CurrentHour() {
 
 std::string RandomLine(std::mt19937& random) {
     std::string line(random() % 300, '\0');
-    for (char& c : line) c = static_cast<char>(' ' + random() % (random() % 8 ? 16 : 95));
+    for (char& c : line)
+        c = static_cast<char>(' ' + random() % (random() % 8 ? 16 : 95));
     return line + "\n";
 }
 
@@ -84,7 +87,8 @@ TEST(LogBuffer, ManyLinesGoThroughWhateverTheirLengths) {
     EXPECT_EQ(DecodeText(encryptedBytes), expected);
     EXPECT_EQ(DecodeText(plainBytes), expected);
     uint16_t seq = 0;
-    for (const DecodedRecord& record : DecodeRecords(encryptedBytes)) EXPECT_EQ(record.seq, ++seq);
+    for (const DecodedRecord& record : DecodeRecords(encryptedBytes))
+        EXPECT_EQ(record.seq, ++seq);
 }
 
 TEST(LogBuffer, AGroupWaitsInPlainFormUntilItIsWhole) {
@@ -98,7 +102,8 @@ TEST(LogBuffer, AGroupWaitsInPlainFormUntilItIsWhole) {
         ASSERT_EQ(encrypted.buffer.GetData().Length() - 73, length);
         const uint8_t* ours = encrypted.memory.data() + 73;
         const uint8_t* stream = plain.memory.data() + 73;
-        for (size_t at = 0; at + 8 <= length; at += 8) ASSERT_NE(memcmp(ours + at, stream + at, 8), 0) << at;
+        for (size_t at = 0; at + 8 <= length; at += 8)
+            ASSERT_NE(memcmp(ours + at, stream + at, 8), 0) << at;
         const size_t tail = length % 8;
         ASSERT_EQ(memcmp(ours + length - tail, stream + length - tail, tail), 0);
     }
@@ -177,7 +182,8 @@ TEST(LogBuffer, AFullBlockCutsTheLineThatFitsInPartAndRefusesTheNext) {
     std::string expected;
     for (;;) {
         std::string line(4000, '\0');
-        for (char& c : line) c = static_cast<char>(random() % 256);
+        for (char& c : line)
+            c = static_cast<char>(random() % 256);
         const size_t before = block.buffer.GetData().Length();
         if (!Write(block.buffer, line)) break;
         expected += line;

@@ -12,12 +12,13 @@
 namespace Quern {
 namespace {
 
-using Orvane::Testing::TestPublicKeyDigits;
+using OrvaneTest::TestPublicKeyDigits;
 
 TEST(LogCrypt, OnlyAPointOfTheCurveInSoManyDigitsMakesAKey) {
     const std::string& digits = TestPublicKeyDigits();
     std::string lower = digits;
-    for (char& c : lower) c = static_cast<char>(tolower(c));
+    for (char& c : lower)
+        c = static_cast<char>(tolower(c));
     EXPECT_TRUE(LogCrypt(digits.c_str()).HasKey());
     EXPECT_TRUE(LogCrypt(lower.c_str()).HasKey());
     EXPECT_FALSE(LogCrypt(nullptr).HasKey());
@@ -31,7 +32,8 @@ TEST(LogCrypt, OnlyAPointOfTheCurveInSoManyDigitsMakesAKey) {
 TEST(LogCrypt, SequenceNumbersSkipZeroAtTheWrap) {
     LogCrypt crypt("");
     uint8_t header[73] = {};
-    for (int i = 1; i <= 65535; ++i) ASSERT_EQ(crypt.GetSeq(true), i);
+    for (int i = 1; i <= 65535; ++i)
+        ASSERT_EQ(crypt.GetSeq(true), i);
     EXPECT_EQ(crypt.GetSeq(false), 0);
     crypt.SetHeaderInfo(header, true);
     EXPECT_EQ(header[1] | header[2] << 8, 1);
@@ -79,8 +81,8 @@ struct Range {
 };
 
 Range Period(const std::string& content, int beginHour, int endHour) {
-    const std::string path = Orvane::Testing::CacheFolder() + "/period.xlog";
-    Orvane::Testing::WriteFile(path, content);
+    const std::string path = OrvaneTest::CacheFolder() + "/period.xlog";
+    OrvaneTest::WriteFile(path, content);
     Range range{false, 99, 99, ""};
     range.found = LogCrypt::GetPeriodLogs(path.c_str(), beginHour, endHour, range.begin, range.end, range.error);
     return range;
@@ -130,11 +132,13 @@ TEST(GetPeriodLogs, SkipsDamageByteByByte) {
 TEST(GetPeriodLogs, SaysWhyItFoundNothing) {
     Range range = Period(Record(9, 9, 9, 4), 9, 10);
     EXPECT_FALSE(range.found);
-    EXPECT_EQ(range.error, "__GetLogHour(buff.Ptr(), buff.Length(), beginHour, endHour) err, before_len:0."
-                           "begintpos:0, endpos:0, filesize:78.");
+    EXPECT_EQ(range.error,
+              "__GetLogHour(buff.Ptr(), buff.Length(), beginHour, endHour) err, before_len:0."
+              "begintpos:0, endpos:0, filesize:78.");
     range = Period("", 9, 10);
-    EXPECT_EQ(range.error, "ftell(file) + __GetHeaderLen() + sizeof(kMagicEnd)) > file_size error"
-                           "begintpos:0, endpos:0, filesize:0.");
+    EXPECT_EQ(range.error,
+              "ftell(file) + __GetHeaderLen() + sizeof(kMagicEnd)) > file_size error"
+              "begintpos:0, endpos:0, filesize:0.");
     EXPECT_FALSE(Period(Record(7, 9, 9, 4), 10, 10).found);
 
     unsigned long begin, end;

@@ -16,17 +16,17 @@
 #include "Storage/Log/GameLog.h"
 #include "Storage/Log/SDKLog.h"
 #include "Storage/Log/StageLog.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/RecordDecoder.h"
 #include "Support/TestContainer.h"
+#include "Support/ThreadedConsole.h"
 #include "Support/WaitFor.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 
 namespace Quern {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 using ::testing::ElementsAre;
 
 const char* const kDevelopmentKeyFile = ORVANE_SOURCE_DIR "/Examples/Keys/development-log.key";
@@ -39,7 +39,7 @@ CurvePrivateKey DevelopmentKey() {
 
 class LoggerTest : public ::testing::Test {
 protected:
-    LoggerTest() : console(CapturedConsole::Install()) {
+    LoggerTest() : console(ThreadedConsole::Install()) {
         CacheFolder();
         Foreground();
     }
@@ -69,14 +69,15 @@ protected:
         return DecodeText(ReadLogFiles(module), DevelopmentKey());
     }
 
-    std::shared_ptr<CapturedConsole> console;
+    std::shared_ptr<ThreadedConsole> console;
     FakeConfigure configure;
     std::vector<std::unique_ptr<Logger>> loggers;
 };
 
 std::vector<std::string> Texts(const std::string& lines) {
     std::vector<std::string> texts;
-    const std::regex line(R"(\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d \d{3}\] \| (\w+) \| \[(\w+)\] \|\d+\| File.cpp:12\|Function\| (.*))");
+    const std::regex line(
+        R"(\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d \d{3}\] \| (\w+) \| \[(\w+)\] \|\d+\| File.cpp:12\|Function\| (.*))");
     std::istringstream in(lines);
     for (std::string text; std::getline(in, text);) {
         std::smatch match;
@@ -128,14 +129,17 @@ TEST_F(LoggerTest, LinesOfEveryLengthKeepTheirBytes) {
     Logger* logger = Make("Lengths", 2);
     std::string head;
     Say(logger, "");
-    for (const size_t length : {4095u, 4096u, 5000u, 1000000u}) Say(logger, std::string(length, 'y'));
+    for (const size_t length : {4095u, 4096u, 5000u, 1000000u})
+        Say(logger, std::string(length, 'y'));
     Say(logger, "ends in a newline\n");
     const std::string text = Reopen("Lengths", 2);
     std::istringstream in(text);
     std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
     ASSERT_EQ(lines.size(), 8u);
-    for (int i = 2; i <= 5; ++i) EXPECT_EQ(lines[static_cast<size_t>(i)].size(), 4095u);
+    for (int i = 2; i <= 5; ++i)
+        EXPECT_EQ(lines[static_cast<size_t>(i)].size(), 4095u);
     EXPECT_TRUE(lines[6].ends_with("| ends in a newline")) << "no second newline is added";
 }
 
@@ -238,19 +242,22 @@ TEST_F(LoggerTest, BeforeInitALineReachesConsoleAndCallbackOnly) {
 TEST_F(LoggerTest, HoldsAThousandLinesInTheBackground) {
     Logger* logger = Make("Held", 1);
     Background();
-    for (int i = 0; i < 1001; ++i) Say(logger, "held " + std::to_string(i));
+    for (int i = 0; i < 1001; ++i)
+        Say(logger, "held " + std::to_string(i));
     Foreground();
     Say(logger, "found them");
     const std::vector<std::string> texts = Texts(Reopen("Held", 1));
     ASSERT_EQ(texts.size(), 1003u);
-    for (size_t i = 0; i < 1000; ++i) ASSERT_EQ(texts[i + 1], "Info held " + std::to_string(i));
+    for (size_t i = 0; i < 1000; ++i)
+        ASSERT_EQ(texts[i + 1], "Info held " + std::to_string(i));
     EXPECT_EQ(texts[1001], "Info found them") << "the line after the thousandth is lost";
 }
 
 TEST_F(LoggerTest, AThirdOfTheBlockWakesTheFlushThread) {
     Logger* logger = Make("Flushed", 2);
     std::string expected;
-    for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i) Say(logger, "line number " + std::to_string(i));
+    for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i)
+        Say(logger, "line number " + std::to_string(i));
     ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Flushed").empty(); }));
     const auto record = DecodeRecords(ReadLogFiles("Flushed"), DevelopmentKey()).at(0);
     EXPECT_GE(record.payload.size() + 73, 51200u);
@@ -273,7 +280,8 @@ void FillTheBlock(ALogPriority, const char*) {
     unsigned noise = 1;
     for (int i = 0; i < 320; ++i) {
         std::string text;
-        for (int k = 0; k < 600; ++k) text += static_cast<char>('!' + (noise = noise * 1664525 + 1013904223) / 65536 % 90);
+        for (int k = 0; k < 600; ++k)
+            text += static_cast<char>('!' + (noise = noise * 1664525 + 1013904223) / 65536 % 90);
         g_calledLogger->Log(kLogInfo, "File.cpp", 12, "Function", nullptr, text.c_str());
     }
     g_calledLogger->SetCallback(nullptr);
@@ -310,9 +318,11 @@ TEST_F(LoggerTest, FourThreadsKeepTheirOrderAndEveryLine) {
         std::vector<std::thread> threads;
         for (int t = 0; t < 4; ++t)
             threads.emplace_back([=] {
-                for (int i = 0; i < kLines; ++i) Say(logger, std::to_string(t) + " " + std::to_string(i));
+                for (int i = 0; i < kLines; ++i)
+                    Say(logger, std::to_string(t) + " " + std::to_string(i));
             });
-        for (std::thread& thread : threads) thread.join();
+        for (std::thread& thread : threads)
+            thread.join();
         std::string text;
         if (mode == 0) {
             loggers.clear();
@@ -326,7 +336,8 @@ TEST_F(LoggerTest, FourThreadsKeepTheirOrderAndEveryLine) {
             if (sscanf(line.c_str(), "Info %d %d", &thread, &number) != 2) continue;
             ASSERT_EQ(number, next[thread]++) << "thread " << thread << " in mode " << mode;
         }
-        for (int t = 0; t < 4; ++t) EXPECT_EQ(next[t], kLines) << "mode " << mode;
+        for (int t = 0; t < 4; ++t)
+            EXPECT_EQ(next[t], kLines) << "mode " << mode;
     }
 }
 
@@ -335,7 +346,8 @@ TEST_F(LoggerTest, WhatCannotBeMappedIsKeptInMemory) {
     Logger* logger = Make("Unmapped", 2);
     EXPECT_EQ(console->Count("/Unmapped.mmap3) fail: Is a directory"), 1);
     EXPECT_EQ(console->Count("log init module Unmapped, logMode 2, sync:0, use mmap:0"), 1);
-    for (int i = 0; i < 20000 && FilesIn(LogFolder("Unmapped")).empty(); ++i) Say(logger, "line " + std::to_string(i));
+    for (int i = 0; i < 20000 && FilesIn(LogFolder("Unmapped")).empty(); ++i)
+        Say(logger, "line " + std::to_string(i));
     ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Unmapped").empty(); }));
     EXPECT_EQ(Texts(DecodeText(ReadLogFiles("Unmapped"), DevelopmentKey())).at(0), "Info line 0");
 }

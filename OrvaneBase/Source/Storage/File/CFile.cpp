@@ -45,8 +45,8 @@ void CFile::Close() {
     _appending = false;
 }
 
-// Asked before every line of a log: a look at the open file costs a third of a walk along its path. Deleting or renaming
-// a file touches its change time, and so does every write of our own, which brings the path's turn again.
+// Asked before every line of a log: a look at the open file costs a third of a walk along its path. Deleting or
+// renaming a file touches its change time, and so does every write of our own, which brings the path's turn again.
 bool CFile::Exist() const {
     if (!_stream) return false;
     struct stat status;

@@ -29,7 +29,9 @@ void AutoBuffer::AllocWrite(size_t length, bool changeLength) {
     if (changeLength) _length = std::max(_length, end);
 }
 
-void AutoBuffer::AddCapacity(size_t length) { FitSize(_capacity + length); }
+void AutoBuffer::AddCapacity(size_t length) {
+    FitSize(_capacity + length);
+}
 
 void AutoBuffer::Write(const void* data, size_t length) {
     Write(static_cast<long long>(_position), data, length);

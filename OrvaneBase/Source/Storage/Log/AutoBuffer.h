@@ -9,8 +9,8 @@
 
 namespace Quern {
 
-// Capacity grows to the next multiple of the allocation unit; new bytes are zero. Holds at most 20 MiB: one byte more, a
-// failed allocation and every other broken contract end the process.
+// Capacity grows to the next multiple of the allocation unit; new bytes are zero. Holds at most 20 MiB: one byte more,
+// a failed allocation and every other broken contract end the process.
 class AutoBuffer {
 public:
     static constexpr size_t kDefaultUnit = 128;

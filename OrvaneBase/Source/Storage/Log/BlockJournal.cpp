@@ -21,7 +21,9 @@ namespace {
 using namespace LogRecord;
 
 // Stores before this come before stores after it in the program, and so in what a killed process leaves behind.
-void StoreBarrier() { std::atomic_signal_fence(std::memory_order_seq_cst); }
+void StoreBarrier() {
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+}
 
 uint64_t StateOf(const uint8_t* block) {
     return static_cast<uint64_t>(LoadU16(block + kSeqAt)) << 32 | LoadU32(block + kLenAt);
@@ -126,29 +128,41 @@ const uint8_t* BlockJournal::Staged(size_t& length) const {
     return length > 0 ? _layout->record : nullptr;
 }
 
-bool BlockJournal::ResolveStaged(const std::string& directory) {
-    size_t length;
-    if (!Staged(length)) return false;
-    if (_layout->fileOffset < 0) return true;
-
+// Empty where no append had begun, and for what is no plain name.
+std::string BlockJournal::StagedPath(const std::string& directory) const {
     const std::string name(_layout->fileName, strnlen(_layout->fileName, sizeof _layout->fileName));
+    if (_layout->fileOffset < 0 || name.empty() || name.find('/') != std::string::npos) return "";
+    return directory + "/" + name;
+}
+
+BlockJournal::InFile BlockJournal::LookForStaged(const std::string& path) const {
     const off_t begin = _layout->fileOffset;
-    if (!name.empty() && name.find('/') == std::string::npos) {
-        const Descriptor file(open((directory + "/" + name).c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
-        struct stat status;
-        if (file && fstat(*file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > begin) {
-            std::vector<uint8_t> found(std::min(length, static_cast<size_t>(status.st_size - begin)));
-            if (ReadAt(*file, found.data(), found.size(), begin) &&
-                memcmp(found.data(), _layout->record, found.size()) == 0) {
-                if (found.size() == length) {
-                    Finish();
-                    return false;
-                }
-                // A part of the record alone: what is appended behind it would be taken for the rest of it.
-                (void)!ftruncate(*file, begin);
-            }
-        }
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    struct stat status;
+    if (!file || fstat(*file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= begin)
+        return InFile::kNothing;
+    const size_t length = _layout->recordLength;
+    std::vector<uint8_t> found(std::min(length, static_cast<size_t>(status.st_size - begin)));
+    if (!ReadAt(*file, found.data(), found.size(), begin) || memcmp(found.data(), _layout->record, found.size()) != 0)
+        return InFile::kNothing;
+    return found.size() == length ? InFile::kWhole : InFile::kPart;
+}
+
+bool BlockJournal::IsStagedInFile(const std::string& directory) const {
+    const std::string path = StagedPath(directory);
+    return _layout->recordLength > 0 && !path.empty() && LookForStaged(path) == InFile::kWhole;
+}
+
+bool BlockJournal::ResolveStaged(const std::string& directory) {
+    if (_layout->recordLength == 0) return false;
+    const std::string path = StagedPath(directory);
+    const InFile inFile = path.empty() ? InFile::kNothing : LookForStaged(path);
+    if (inFile == InFile::kWhole) {
+        Finish();
+        return false;
     }
+    // What is appended behind a part of the record would be taken for the rest of it.
+    if (inFile == InFile::kPart) (void)!truncate(path.c_str(), _layout->fileOffset);
     _layout->fileOffset = BlockJournalLayout::kNotBegun;
     StoreBarrier();
     return true;

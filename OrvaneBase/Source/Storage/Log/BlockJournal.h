@@ -27,11 +27,11 @@ struct BlockJournalLayout {
     static constexpr int64_t kNotBegun = -1;
 
     char signature[8];
-    uint64_t undoId;          // the block's sequence number << 32 | payload length for which undoTail holds; 0: none
-    uint8_t undoTail[8];      // the group that begins at the payload's last whole group's end, as it was
-    uint32_t recordLength;    // of the closed block below; 0: none
+    uint64_t undoId;        // the block's sequence number << 32 | payload length for which undoTail holds; 0: none
+    uint8_t undoTail[8];    // the group that begins at the payload's last whole group's end, as it was
+    uint32_t recordLength;  // of the closed block below; 0: none
     uint32_t reserved;
-    int64_t fileOffset;       // where the record begins in the file; kNotBegun before the append
+    int64_t fileOffset;            // where the record begins in the file; kNotBegun before the append
     char fileName[kNameCapacity];  // the file's name in the module's directory, null-terminated
     uint8_t padding[88];
     uint8_t record[kRecordCapacity];
@@ -62,11 +62,18 @@ public:
 
     // The staged record, or null.
     const uint8_t* Staged(size_t& length) const;
+    // Whether the file that it was meant for has the whole of it. Changes nothing.
+    bool IsStagedInFile(const std::string& directory) const;
     // After a restart: settles what the dead process left staged. If its file has the whole record, drops it; if its
     // file ends in a part of it, cuts that part off. Returns whether the record still has to be appended.
     bool ResolveStaged(const std::string& directory);
 
 private:
+    // What of the staged record its file has, at the place that it was meant for.
+    enum class InFile { kNothing, kPart, kWhole };
+    InFile LookForStaged(const std::string& path) const;
+    std::string StagedPath(const std::string& directory) const;
+
     BlockJournalLayout* _layout;
 };
 

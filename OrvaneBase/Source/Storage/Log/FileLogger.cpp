@@ -19,7 +19,9 @@ constexpr char kLongNameStandIn[] = "Quern";
 constexpr size_t kLongestName = 109;  // with the rest of a file's name it fits the buffer below
 constexpr size_t kFileNameCapacity = 128;
 
-bool IsEmpty(const char* text) { return !text || !*text; }
+bool IsEmpty(const char* text) {
+    return !text || !*text;
+}
 
 // Makes a directory below another one, if it does not exist.
 bool EnsureBelow(AString& path, const char* name) {
@@ -103,7 +105,9 @@ bool AFileLogger::EnsureDirectory() {
     return true;
 }
 
-bool AFileLogger::IsFileInPlace() const { return _logFile && _logFile->Exist(); }
+bool AFileLogger::IsFileInPlace() const {
+    return _logFile && _logFile->Exist();
+}
 
 bool AFileLogger::_IsNeedToCreateLogFile(const tm* now) {
     const bool isNeeded = !_lastTime || _lastTime->tm_hour != now->tm_hour || _lastTime->tm_mday != now->tm_mday ||
@@ -114,11 +118,12 @@ bool AFileLogger::_IsNeedToCreateLogFile(const tm* now) {
 
 bool AFileLogger::_GetFilePathByTime(AString& path) const {
     if (!_lastTime || _directory.empty()) return false;
-    const char* module = static_cast<size_t>(_moduleName.length()) <= kLongestName ? _moduleName.c_str() : kLongNameStandIn;
+    const char* module =
+        static_cast<size_t>(_moduleName.length()) <= kLongestName ? _moduleName.c_str() : kLongNameStandIn;
     char name[kFileNameCapacity];
-    const int length = snprintf(name, sizeof name, "%s_%4d%02d%02d%02d.%s", module, _lastTime->tm_year + 1900,
-                                _lastTime->tm_mon + 1, _lastTime->tm_mday, _lastTime->tm_hour,
-                                _mode == kAppendSync ? "log" : "xlog");
+    const int length =
+        snprintf(name, sizeof name, "%s_%4d%02d%02d%02d.%s", module, _lastTime->tm_year + 1900, _lastTime->tm_mon + 1,
+                 _lastTime->tm_mday, _lastTime->tm_hour, _mode == kAppendSync ? "log" : "xlog");
     if (length < 0 || static_cast<size_t>(length) >= sizeof name) return false;
     CPath::GetSubPath(path, _directory.c_str(), name);
     return true;

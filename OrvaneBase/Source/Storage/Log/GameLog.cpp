@@ -21,15 +21,25 @@ Orvane::ILogger* GetOrvaneGameLog() {
 
 }  // namespace Quern
 
-void orvane_log_set_loglevel(ALogPriority level) { Quern::GetOrvaneGameLog()->SetLogLevel(level); }
+void orvane_log_set_loglevel(ALogPriority level) {
+    Quern::GetOrvaneGameLog()->SetLogLevel(level);
+}
 
-ALogPriority orvane_log_get_loglevel() { return Quern::GetOrvaneGameLog()->GetLogLevel(); }
+ALogPriority orvane_log_get_loglevel() {
+    return Quern::GetOrvaneGameLog()->GetLogLevel();
+}
 
-void orvane_log_set_option_int(const char* key, int value) { Quern::GetOrvaneGameLog()->SetOption(key, value); }
+void orvane_log_set_option_int(const char* key, int value) {
+    Quern::GetOrvaneGameLog()->SetOption(key, value);
+}
 
-void orvane_log_set_option_str(const char* key, const char* value) { Quern::GetOrvaneGameLog()->SetOption(key, value); }
+void orvane_log_set_option_str(const char* key, const char* value) {
+    Quern::GetOrvaneGameLog()->SetOption(key, value);
+}
 
-void orvane_log_init() { Quern::GetOrvaneGameLog()->Init(); }
+void orvane_log_init() {
+    Quern::GetOrvaneGameLog()->Init();
+}
 
 void orvane_log_logx(ALogPriority level, const char* text, const char* file, unsigned int line, const char* function,
                      const char* tag) {

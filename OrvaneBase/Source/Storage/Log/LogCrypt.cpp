@@ -18,7 +18,9 @@ constexpr size_t kKeyTextBound = 256;
 
 static_assert(LogCrypt::GetHeaderLen() == kHeaderLength && LogCrypt::GetTailerLen() == kTailLength);
 
-uint8_t CurrentHour() { return static_cast<uint8_t>(LocalTime(time(nullptr)).tm_hour); }
+uint8_t CurrentHour() {
+    return static_cast<uint8_t>(LocalTime(time(nullptr)).tm_hour);
+}
 
 uint8_t MagicOf(bool compress, bool hasKey) {
     if (hasKey) return compress ? kMagicCompressedEncrypted : kMagicPlainWithKey;
@@ -55,7 +57,9 @@ bool LogCrypt::GetLogHour(const uint8_t* data, size_t length, int& beginHour, in
     return true;
 }
 
-void LogCrypt::UpdateLogHour(uint8_t* data) { data[kEndHourAt] = CurrentHour(); }
+void LogCrypt::UpdateLogHour(uint8_t* data) {
+    data[kEndHourAt] = CurrentHour();
+}
 
 uint32_t LogCrypt::GetLogLen(const uint8_t* data, size_t length) {
     return HasHeader(data, length) ? LoadU32(data + kLenAt) : 0;
@@ -76,14 +80,17 @@ void LogCrypt::SetHeaderInfo(uint8_t* data, bool compress) {
     data[kMagicAt] = MagicOf(compress, _hasKey);
 }
 
-void LogCrypt::SetTailerInfo(uint8_t* data) { *data = kMagicEnd; }
+void LogCrypt::SetTailerInfo(uint8_t* data) {
+    *data = kMagicEnd;
+}
 
 void LogCrypt::CryptSyncLog(const void* data, size_t length, AutoBuffer& out) {
     out.AllocWrite(length + kHeaderLength + kTailLength);
-    SetHeaderInfo(out.Ptr(), false);
-    UpdateLogLen(out.Ptr(), static_cast<uint32_t>(length));
-    SetTailerInfo(out.Ptr() + kHeaderLength + length);
-    memcpy(out.Ptr() + kHeaderLength, data, length);
+    uint8_t* const record = out.PosPtr();
+    SetHeaderInfo(record, false);
+    UpdateLogLen(record, static_cast<uint32_t>(length));
+    SetTailerInfo(record + kHeaderLength + length);
+    memcpy(record + kHeaderLength, data, length);
 }
 
 void LogCrypt::CryptAsyncLog(const void* data, size_t length, AutoBuffer& out, size_t& remain) {

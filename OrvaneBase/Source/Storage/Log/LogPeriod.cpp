@@ -49,8 +49,7 @@ public:
         const Walk end = IsMagic(_header[kMagicAt]) ? TryEnd() : Walk::kNoRecord;
         if (end != Walk::kNoRecord) return end;
         if (fseek(_file, _begin + 1, SEEK_SET) != 0)
-            return Stop(
-                Format("fseek(file, before_len+1, SEEK_SET) err:%s, before_len:%ld.", strerror(errno), _begin));
+            return Stop(Format("fseek(file, before_len+1, SEEK_SET) err:%s, before_len:%ld.", strerror(errno), _begin));
         return Walk::kNoRecord;
     }
 
@@ -60,11 +59,12 @@ private:
         _end = _begin + static_cast<long>(kHeaderLength) + static_cast<long>(length) + static_cast<long>(kTailLength);
         if (_end > _size) return Walk::kNoRecord;
         if (fseek(_file, static_cast<long>(length), SEEK_CUR) != 0)
-            return Stop(Format("fseek(file, len, SEEK_CUR):%s, before_len:%ld, len:%u.", strerror(errno), _begin, length));
+            return Stop(
+                Format("fseek(file, len, SEEK_CUR):%s, before_len:%ld, len:%u.", strerror(errno), _begin, length));
         uint8_t end;
         if (fread(&end, 1, 1, _file) != 1)
-            return Stop(Format("fread(&end, 1, 1, file) err:%s, before_len:%ld, len:%u.", strerror(ferror(_file)), _begin,
-                               length));
+            return Stop(Format("fread(&end, 1, 1, file) err:%s, before_len:%ld, len:%u.", strerror(ferror(_file)),
+                               _begin, length));
         return end == kMagicEnd ? Walk::kRecord : Walk::kNoRecord;
     }
 
@@ -82,8 +82,12 @@ private:
 };
 
 // Where a bound of the period lies in the walk.
-bool Straddles(int hour, int begin, int end) { return begin < hour && end >= hour; }
-bool StartsAfter(int hour, int previousEnd, int begin) { return previousEnd < hour && begin >= hour; }
+bool Straddles(int hour, int begin, int end) {
+    return begin < hour && end >= hour;
+}
+bool StartsAfter(int hour, int previousEnd, int begin) {
+    return previousEnd < hour && begin >= hour;
+}
 
 }  // namespace
 

@@ -22,7 +22,9 @@ struct LogFileEntry {
     time_t stamp;
 };
 
-bool compareFileCreateTime(const LogFileEntry& a, const LogFileEntry& b) { return difftime(a.stamp, b.stamp) < 0; }
+bool compareFileCreateTime(const LogFileEntry& a, const LogFileEntry& b) {
+    return difftime(a.stamp, b.stamp) < 0;
+}
 
 std::vector<std::string> Split(const std::string& text, char separator) {
     std::vector<std::string> parts;
@@ -33,7 +35,9 @@ std::vector<std::string> Split(const std::string& text, char separator) {
     return parts;
 }
 
-int Digits(const std::string& text, size_t at, size_t count) { return std::stoi(text.substr(at, count)); }
+int Digits(const std::string& text, size_t at, size_t count) {
+    return std::stoi(text.substr(at, count));
+}
 
 void RemoveFrom(const AString& directory, const std::string& name) {
     AString path;
@@ -112,6 +116,8 @@ time_t GetLogFileTimeStamp(const char* name) {
     return mktime(&local);
 }
 
-bool isDigits(const char* text) { return text && text[strspn(text, "0123456789")] == '\0'; }
+bool isDigits(const char* text) {
+    return text && text[strspn(text, "0123456789")] == '\0';
+}
 
 }  // namespace Quern

@@ -33,26 +33,28 @@ constexpr long kOutrunNapNanoseconds = 250000;
 }  // namespace
 
 LogStore::LogStore(const LogStoreOptions& options)
-    : _options(options),
-      _fileLogger(options.module.c_str(), options.mode, options.sizeLimitMiB, options.exceedOp) {}
+    : _options(options), _fileLogger(options.module.c_str(), options.mode, options.sizeLimitMiB, options.exceedOp) {}
+
+// Maps "<cache>/<module>.<extension>".
+void* LogStore::MapBesideTheLogs(const char* extension, size_t size) const {
+    const char* cache = CPath::GetCachePath();
+    if (!cache || !*cache) return nullptr;
+    char path[kPathCapacity];
+    const int length = snprintf(path, sizeof path, "%s/%s.%s", cache, _options.module.c_str(), extension);
+    if (length < 0 || static_cast<size_t>(length) >= sizeof path) return nullptr;  // cut, it would name another file
+    void* memory = nullptr;
+    return open_mmap_file(path, &memory, size) == 1 ? memory : nullptr;
+}
 
 bool LogStore::MapBlock() {
-    const char* cache = CPath::GetCachePath();
-    if (!cache) cache = "";
-    char path[kPathCapacity];
-    snprintf(path, sizeof path, "%s/%s.mmap3", cache, _options.module.c_str());
-    void* block = nullptr;
-    const bool isMapped = open_mmap_file(path, &block, BUFFER_BLOCK_LENTH) == 1;
-    if (isMapped) {
-        snprintf(path, sizeof path, "%s/%s.journal3", cache, _options.module.c_str());
-        void* journal = nullptr;
-        if (open_mmap_file(path, &journal, sizeof(BlockJournalLayout)) == 1) {
-            _journal = std::make_unique<BlockJournal>(journal);
-            _journal->Reconcile(static_cast<uint8_t*>(block), BUFFER_BLOCK_LENTH);
-        }
-    } else {
+    void* block = MapBesideTheLogs("mmap3", BUFFER_BLOCK_LENTH);
+    const bool isMapped = block != nullptr;
+    if (!isMapped) {
         _heapBlock = std::make_unique<uint8_t[]>(BUFFER_BLOCK_LENTH);
         block = _heapBlock.get();
+    } else if (void* journal = MapBesideTheLogs("journal3", sizeof(BlockJournalLayout))) {
+        _journal = std::make_unique<BlockJournal>(journal);
+        _journal->Reconcile(static_cast<uint8_t*>(block), BUFFER_BLOCK_LENTH);
     }
     _logBuffer = std::make_unique<LogBuffer>(block, BUFFER_BLOCK_LENTH, _options.compress,
                                              _options.crypt ? ORVANE_LOG_PUBLIC_KEY : "");

@@ -60,6 +60,7 @@ private:
     void HoldBack(const LogLine& line);
     void TakeHeldBack();
 
+    void* MapBesideTheLogs(const char* extension, size_t size) const;
     bool MapBlock();
     void Restore();
     void WriteTips(const char* format, ...) __attribute__((format(printf, 2, 3)));

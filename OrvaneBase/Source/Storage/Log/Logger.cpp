@@ -21,7 +21,9 @@ constexpr char kDorsel[] = "Dorsel";
 constexpr char kOldestDorsel[] = "4.2.027.27094";
 constexpr size_t kVersionFieldCapacity = 32;
 
-int Sign(double difference) { return difference < 0 ? -1 : difference > 0 ? 1 : 0; }
+int Sign(double difference) {
+    return difference < 0 ? -1 : difference > 0 ? 1 : 0;
+}
 
 // Takes the digits up to the next dot off the front of a version. False, and nothing taken, if there is no dot.
 bool TakeField(const char*& version, int& value) {
@@ -105,14 +107,14 @@ void Logger::Init() {
     if (_inited.load(std::memory_order_acquire)) return;
     ReadOptions(_moduleName.c_str());
     if (_moduleName == kProjectModule) ReadOptions(kCoreModule);
-    _threadWait = static_cast<uint32_t>(Orvane::Configure::GetInstance()->GetInt(kCoreModule, "LogThreadTimeWait",
-                                                                                 static_cast<int>(_threadWait)));
+    _threadWait = static_cast<uint32_t>(
+        Orvane::Configure::GetInstance()->GetInt(kCoreModule, "LogThreadTimeWait", static_cast<int>(_threadWait)));
     _loadDefaultLevel();
     SetFlagsFromMode();
 
-    _storeOwner = std::make_shared<LogStore>(LogStoreOptions{
-        _moduleName, _sync, _compress, _crypt, _singleSizeLimit.load(std::memory_order_relaxed),
-        static_cast<LogExceedOp>(_exceedOp.load(std::memory_order_relaxed)), _threadWait});
+    _storeOwner = std::make_shared<LogStore>(
+        LogStoreOptions{_moduleName, _sync, _compress, _crypt, _singleSizeLimit.load(std::memory_order_relaxed),
+                        static_cast<LogExceedOp>(_exceedOp.load(std::memory_order_relaxed)), _threadWait});
     const long long begin = CTime::GetTimeTick();
     bool isMapped = true;  // and in mode 0, which maps nothing, it is reported so all the same
     if (_sync != kAppendSync) isMapped = LogStore::OpenBlock(_storeOwner);
@@ -125,7 +127,8 @@ void Logger::Init() {
 
 void Logger::Log(ALogPriority priority, const char* file, unsigned int line, const char* function, const char*,
                  const char* text) {
-    if (!text || static_cast<uint32_t>(priority) >= kLogNone || priority < _level.load(std::memory_order_relaxed)) return;
+    if (!text || static_cast<uint32_t>(priority) >= kLogNone || priority < _level.load(std::memory_order_relaxed))
+        return;
     const int savedErrno = errno;
     LogLine formatted;
     formatted.length = XLogFormat(formatted.text, priority, file, line, function, _moduleName.c_str(), text);
@@ -152,11 +155,14 @@ void Logger::RemoveOldLog(int hours, int fileNumLimit) {
 
 void Logger::Perform(int) {}
 
-void Logger::OnConfigureRefreshed(Orvane::IStringIterator*) { SetLogLevel(GetLogLevel()); }
+void Logger::OnConfigureRefreshed(Orvane::IStringIterator*) {
+    SetLogLevel(GetLogLevel());
+}
 
 int Logger::_IsCompatible() const {
     if (_moduleName != kDorsel) return 1;
-    const Orvane::Plugin::PluginCollection plugins = *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection();
+    const Orvane::Plugin::PluginCollection plugins =
+        *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection();
     const auto found = plugins.find(kDorsel);
     return found != plugins.end() && compareVersion(found->second.pluginVersion.c_str()) < 0 ? 0 : 1;
 }

@@ -1,9 +1,9 @@
 // The front end of the log: one object for each module.
 //
-// The way of a line in modes 1 and 2: on the caller's thread it is filtered, formatted, printed if asked, and appended to
-// the block, under the log mutex; from there on it survives the death of the process. At a third of its room the block
-// wakes the flush thread, which closes it, copies it out and empties it, under the same mutex, and appends the copy to
-// the file of the hour, without it. In mode 0 the line goes to the file on the caller's thread.
+// The way of a line in modes 1 and 2: on the caller's thread it is filtered, formatted, printed if asked, and appended
+// to the block, under the log mutex; from there on it survives the death of the process. At a third of its room the
+// block wakes the flush thread, which closes it, copies it out and empties it, under the same mutex, and appends the
+// copy to the file of the hour, without it. In mode 0 the line goes to the file on the caller's thread.
 #ifndef ORVANE_STORAGE_LOG_LOGGER_H
 #define ORVANE_STORAGE_LOG_LOGGER_H
 
@@ -36,9 +36,10 @@ public:
     void Init() override;
     void Log(ALogPriority priority, const char* file, unsigned int line, const char* function, const char* tag,
              const char* text) override;
-    void XLogDetail(ALogPriority priority, const char* file, unsigned int line, const char* function, const char* module,
-                    const char* session, IntelliDevStage stage, IntelliDevStatus status, int errCode, int errCode2,
-                    const char* errorMsg, const char* userInfo, const char* resv, const char* text) override;
+    void XLogDetail(ALogPriority priority, const char* file, unsigned int line, const char* function,
+                    const char* module, const char* session, IntelliDevStage stage, IntelliDevStatus status,
+                    int errCode, int errCode2, const char* errorMsg, const char* userInfo, const char* resv,
+                    const char* text) override;
     ALogPriority GetLogLevel() override { return static_cast<ALogPriority>(_level.load(std::memory_order_relaxed)); }
     void RemoveOldLog(int hours, int fileNumLimit) override;
     void Perform(int operation) override;

@@ -20,7 +20,9 @@ struct CloseFile {
 };
 using File = std::unique_ptr<FILE, CloseFile>;
 
-long SizeOf(FILE* file) { return fseek(file, 0, SEEK_END) == 0 ? ftell(file) : -1; }
+long SizeOf(FILE* file) {
+    return fseek(file, 0, SEEK_END) == 0 ? ftell(file) : -1;
+}
 
 // Brings a file that is shorter to the wanted size, as zeros all through.
 bool EnsureSize(const char* path, size_t size) {

@@ -35,8 +35,8 @@ void* RemoveOldLogFilesThread(void* argument) {
 }  // namespace
 
 void Logger::XLogInit() {
-    // The plugins' names are taken here and not in the thread: the registry is not guarded, and the walks that follow on
-    // this thread write into it.
+    // The plugins' names are taken here and not in the thread: the registry is not guarded, and the walks that follow
+    // on this thread write into it.
     auto plugins = std::make_unique<std::vector<std::string>>();
     for (const auto& entry : *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection())
         plugins->push_back(entry.first);

@@ -53,4 +53,6 @@ void OrvaneSDKLog_setLogLevel(const char* module, ALogPriority level) {
     Orvane::OrvaneSDKLog::GetInstance()->SetLogLevel(module, level);
 }
 
-void OrvaneSDKLog_setAllLogLevel(ALogPriority level) { Orvane::OrvaneSDKLog::GetInstance()->SetAllLogLevel(level); }
+void OrvaneSDKLog_setAllLogLevel(ALogPriority level) {
+    Orvane::OrvaneSDKLog::GetInstance()->SetAllLogLevel(level);
+}

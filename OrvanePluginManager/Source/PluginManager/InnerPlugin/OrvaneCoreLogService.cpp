@@ -17,15 +17,22 @@ void OrvaneCoreLogSerivce::ReleaseInstance() {
     s_pInstance = nullptr;
 }
 
-const char* OrvaneCoreLogSerivce::GetName() const { return "LOG"; }
+const char* OrvaneCoreLogSerivce::GetName() const {
+    return "LOG";
+}
 
-const char* OrvaneCoreLogSerivce::GetPluginName() const { return "OrvaneCore"; }
+const char* OrvaneCoreLogSerivce::GetPluginName() const {
+    return "OrvaneCore";
+}
 
-int OrvaneCoreLogSerivce::GetVersion() { return 1; }
+int OrvaneCoreLogSerivce::GetVersion() {
+    return 1;
+}
 
 ILogger* OrvaneCoreLogSerivce::GetLogger(PluginBase* plugin) {
     const Quern::CCritical guard(&_mutex);
     const char* name = plugin->GetName();
+    if (!name) name = "";
     Quern::Logger*& logger = _loggers[name];
     if (!logger) {
         logger = new Quern::Logger(name);
@@ -34,6 +41,8 @@ ILogger* OrvaneCoreLogSerivce::GetLogger(PluginBase* plugin) {
     return logger;
 }
 
-LoggerCollection* OrvaneCoreLogSerivce::GetLoggerCollection() { return &_loggers; }
+LoggerCollection* OrvaneCoreLogSerivce::GetLoggerCollection() {
+    return &_loggers;
+}
 
 }  // namespace Orvane::Plugin
