@@ -31,8 +31,8 @@ struct regex_info {
     slre_cap* caps;
     int num_caps;
     int flags;
-    // The furthest place of the subject at which a byte, or whether the subject ends there, has been looked at. Matching
-    // again over a subject that ends behind this place would give the same.
+    // The furthest place of the subject at which a byte, or whether the subject ends there, has been looked at.
+    // Matching again over a subject that ends behind this place would give the same.
     const char* furthest;
 };
 
