@@ -165,7 +165,7 @@ bool operator<(const Value& left, const Value& right) {
         case NullValue:
             return false;
         case IntValue:
-            // Stored orders depend on this narrow comparison.
+            // On purpose by the low 32 bits: equality alone takes all 64.
             return static_cast<int32_t>(left._int) < static_cast<int32_t>(right._int);
         case UIntValue:
             return left._uint < right._uint;
