@@ -10,7 +10,7 @@
 #include <string>
 #include <thread>
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 constexpr std::chrono::seconds kDeadline{20};
 
@@ -62,6 +62,6 @@ inline bool WaitUntilGone(pid_t thread) {
     return WaitFor([&] { return ThreadState(thread) == 0; });
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

@@ -150,13 +150,13 @@ TEST_F(MainRunLoopTest, WatchesDescriptors) {
     EXPECT_THAT(told, ElementsAre(MainRunLoop::kReadable, MainRunLoop::kReadable)) << "asked again until drained";
     EXPECT_FALSE(IsReady(0)) << "what is left behind an ended watch wakes nobody";
 
-    const MainRunLoop::Id both = loop.Watch(ends[0], MainRunLoop::kReadable | MainRunLoop::kWritable, [&](int events) {
+    watch = loop.Watch(ends[0], MainRunLoop::kReadable | MainRunLoop::kWritable, [&](int events) {
         told.push_back(events);
+        loop.Unwatch(watch);
         loop.Stop();
     });
     loop.Watch(ends[0], MainRunLoop::kReadable, [&](int events) { told.push_back(events); });
     loop.Run();
-    loop.Unwatch(both);
     close(ends[0]);
     EXPECT_THAT(std::vector<int>(told.begin() + 2, told.end()),
                 testing::UnorderedElementsAre(MainRunLoop::kReadable | MainRunLoop::kWritable, MainRunLoop::kFailed))

@@ -13,8 +13,8 @@
 namespace Quern {
 namespace {
 
-using Orvane::Testing::WaitFor;
-using Orvane::Testing::WaitUntilAsleep;
+using OrvaneTest::WaitFor;
+using OrvaneTest::WaitUntilAsleep;
 
 // Threads that each do one thing and count when they have done it.
 class Waiters {

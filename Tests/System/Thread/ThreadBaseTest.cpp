@@ -8,17 +8,17 @@
 #include <string>
 #include <vector>
 
-#include "Support/CapturedConsole.h"
+#include "Support/ThreadedConsole.h"
 #include "System/Thread/ThreadName.h"
 
 namespace Quern {
 namespace {
 
-using Orvane::Testing::CapturedConsole;
-using Orvane::Testing::ThreadState;
-using Orvane::Testing::WaitFor;
-using Orvane::Testing::WaitUntilAsleep;
-using Orvane::Testing::WaitUntilGone;
+using OrvaneTest::ThreadedConsole;
+using OrvaneTest::ThreadState;
+using OrvaneTest::WaitFor;
+using OrvaneTest::WaitUntilAsleep;
+using OrvaneTest::WaitUntilGone;
 using testing::ElementsAre;
 
 // What the threads of a test did, in order; outlives them.
@@ -104,7 +104,7 @@ protected:
         EXPECT_EQ(thread->GetThreadState(), CThreadBase::kPaused);
     }
 
-    std::shared_ptr<CapturedConsole> console = CapturedConsole::Install();
+    std::shared_ptr<ThreadedConsole> console = ThreadedConsole::Install();
     Record record;
     Recorder* thread = new Recorder(&record);
     pid_t id = 0;
@@ -208,7 +208,7 @@ TEST_F(ThreadBaseTest, DestroyWithoutSelfDeleteWaitsAndKeepsTheObject) {
     EXPECT_EQ(record.Entries().back(), "exit");
     ASSERT_TRUE(WaitUntilGone(id));
     EXPECT_EQ(record.Entries().back(), "exit");
-    delete thread;
+    End();
 }
 
 TEST_F(ThreadBaseTest, DestroyTakesNull) {

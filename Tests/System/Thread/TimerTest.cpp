@@ -13,9 +13,9 @@
 namespace Quern {
 namespace {
 
-using Orvane::Testing::ThreadState;
-using Orvane::Testing::WaitFor;
-using Orvane::Testing::WaitUntilGone;
+using OrvaneTest::ThreadState;
+using OrvaneTest::WaitFor;
+using OrvaneTest::WaitUntilGone;
 using Clock = std::chrono::steady_clock;
 
 // The firings of a timer.

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "Orvane/RunTime.h"
 #include "System/Application/MainRunLoop.h"
+#include "System/Application/RunTimeClass.h"
 
 namespace Quern {
 namespace {
@@ -38,12 +38,11 @@ void* PerformRunPending(orvane_object*, const char*, void* const*) {
 
 void RegisterMainRunLoopClass() {
     if (orvane_class_lookup(kClassName)) return;
-    orvane_class* const cls = orvane_class_allocate(kClassName);
-    orvane_class_add_class_method(cls, "run", PerformRun);
-    orvane_class_add_class_method(cls, "stop", PerformStop);
-    orvane_class_add_class_method(cls, "descriptor", PerformDescriptor);
-    orvane_class_add_class_method(cls, "runPending", PerformRunPending);
-    orvane_class_register(cls);
+    RegisterRunTimeClass(kClassName, {},
+                         {{"run", PerformRun},
+                          {"stop", PerformStop},
+                          {"descriptor", PerformDescriptor},
+                          {"runPending", PerformRunPending}});
 }
 
 }  // namespace Quern

@@ -1,7 +1,7 @@
-// The console of a test: keeps the lines that the code under test writes. Until the library's own logger has started,
-// these are its log lines.
-#ifndef ORVANE_TESTS_SUPPORT_CAPTURED_CONSOLE_H
-#define ORVANE_TESTS_SUPPORT_CAPTURED_CONSOLE_H
+// The console of a test: keeps the lines that the code under test writes, and which thread wrote each. Until the
+// library's own logger has started, these are its log lines.
+#ifndef ORVANE_TESTS_SUPPORT_THREADED_CONSOLE_H
+#define ORVANE_TESTS_SUPPORT_THREADED_CONSOLE_H
 
 #include <unistd.h>
 
@@ -14,9 +14,9 @@
 #include "Base/ConsoleSink.h"
 #include "Support/WaitFor.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
-class CapturedConsole : public Quern::ConsoleSink {
+class ThreadedConsole : public Quern::ConsoleSink {
 public:
     struct Line {
         pid_t thread;  // the kernel's number of the thread that wrote it
@@ -24,8 +24,8 @@ public:
     };
 
     // Puts a new one in force.
-    static std::shared_ptr<CapturedConsole> Install() {
-        auto console = std::make_shared<CapturedConsole>();
+    static std::shared_ptr<ThreadedConsole> Install() {
+        auto console = std::make_shared<ThreadedConsole>();
         Use(console);
         return console;
     }
@@ -92,6 +92,6 @@ private:
     std::vector<Line> _lines;
 };
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif
