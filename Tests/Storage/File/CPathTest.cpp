@@ -7,11 +7,12 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "Base/QuernCommon.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/PathSource.h"
-#include "Support/CapturedConsole.h"
+#include "Support/ConsoleTranscript.h"
 #include "Support/TestContainer.h"
 
 namespace {
@@ -119,7 +120,7 @@ TEST(CPath, JoinsAndCutsPaths) {
 }
 
 TEST(CPath, ListsFilesAndDirectories) {
-    const auto console = Orvane::Testing::CapturedConsole::Install();
+    Orvane::Testing::ConsoleTranscript console;
     const std::string folder = CacheFolder() + "/listed";
     WriteFile(folder + "/file", "1");
     WriteFile(folder + "/.hidden", "1");
@@ -135,10 +136,10 @@ TEST(CPath, ListsFilesAndDirectories) {
     EXPECT_EQ(files.Count(), 3);
 
     EXPECT_FALSE(CPath::GetFiles((folder + "/file").c_str(), &files));
-    EXPECT_TRUE(console->Has("Error", "Open dir error..."));
+    EXPECT_EQ(console.Take(), std::vector<std::string>{"Error Open dir error..."});
     EXPECT_FALSE(CPath::GetFiles(nullptr, &files));
-    EXPECT_TRUE(console->Has("Error", "pszPath or files is NULL!"));
     EXPECT_FALSE(CPath::GetFiles(folder.c_str(), nullptr));
+    EXPECT_EQ(console.Take(), std::vector<std::string>(2, "Error pszPath or files is NULL!"));
     EXPECT_EQ(files.Count(), 3);
 }
 
