@@ -5,10 +5,9 @@
 #include <climits>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "Support/CapturedConsole.h"
+#include "Support/ConsoleTranscript.h"
 
 namespace {
 
@@ -21,12 +20,9 @@ static_assert(!std::is_constructible_v<Value, AString*>);
 class ValueTest : public testing::Test {
 protected:
     // Whether exactly that was logged since the last look.
-    bool Logged(const char* level, const char* message) {
-        const auto console = std::exchange(_console, Orvane::Testing::CapturedConsole::Install());
-        return console->Lines().size() == 1 && console->Has(level, message);
-    }
+    bool Logged(const std::string& line) { return _console.Take() == std::vector<std::string>{line}; }
 
-    std::shared_ptr<Orvane::Testing::CapturedConsole> _console = Orvane::Testing::CapturedConsole::Install();
+    Orvane::Testing::ConsoleTranscript _console;
 };
 
 TEST_F(ValueTest, TextsThatLookLikeNumbersAreNumbers) {
@@ -79,43 +75,43 @@ TEST_F(ValueTest, ConvertsNumbersByTheirBits) {
     EXPECT_STREQ(Value("text").asString().c_str(), "text");
     EXPECT_EQ(Value().asInt64() + static_cast<long long>(Value().asUInt64()) + Value().asInt32(), 0);
     EXPECT_STREQ(Value().asString().c_str(), "");
-    EXPECT_TRUE(_console->Lines().empty());
+    EXPECT_TRUE(_console.Take().empty());
 }
 
 TEST_F(ValueTest, SaysWhatItCannotConvert) {
     EXPECT_EQ(Value(7).asUInt64(), 7U);
-    EXPECT_TRUE(Logged("Warning", "Negative integer can not be converted to UInt64"));
+    EXPECT_TRUE(Logged("Warning Negative integer can not be converted to UInt64"));
     EXPECT_EQ(Value(7).asUInt32(), 7U);
-    EXPECT_TRUE(_console->Lines().empty());
+    EXPECT_TRUE(_console.Take().empty());
     Value object;
     object["a"] = 1;
     for (const Value& value : {Value("text"), Value(Quern::ArrayValue), object}) {
         EXPECT_EQ(value.asInt64(), 0);
-        EXPECT_TRUE(Logged("Warning", "Type is not convertible to Int64"));
+        EXPECT_TRUE(Logged("Warning Type is not convertible to Int64"));
         EXPECT_EQ(value.asUInt64(), 0U);
-        EXPECT_TRUE(Logged("Warning", "Type is not convertible to UInt64"));
+        EXPECT_TRUE(Logged("Warning Type is not convertible to UInt64"));
         EXPECT_EQ(value.asInt32(), 0);
-        EXPECT_TRUE(Logged("Warning", "Type is not convertible to int"));
+        EXPECT_TRUE(Logged("Warning Type is not convertible to int"));
         EXPECT_EQ(value.asUInt32(), 0U);
-        EXPECT_TRUE(Logged("Warning", "Type is not convertible to uint"));
+        EXPECT_TRUE(Logged("Warning Type is not convertible to uint"));
         EXPECT_EQ(value.asFloat(), 0);
-        EXPECT_TRUE(Logged("Error", "Type is not convertible to double"));
+        EXPECT_TRUE(Logged("Error Type is not convertible to double"));
     }
     for (const Value& value : {Value(1), Value(1U), Value(1.5), object}) {
         EXPECT_STREQ(value.asCString(), "");
-        EXPECT_TRUE(Logged("Error", "Type is not convertible to String"));
+        EXPECT_TRUE(Logged("Error Type is not convertible to String"));
     }
     EXPECT_STREQ(object.asString().c_str(), "");
-    EXPECT_TRUE(Logged("Error", "Type is not convertible to String"));
+    EXPECT_TRUE(Logged("Error Type is not convertible to String"));
 
     const Value unknown(static_cast<ValueType>(8));
-    EXPECT_TRUE(Logged("Error", "Unsupport type:8"));
+    EXPECT_TRUE(Logged("Error Unsupport type:8"));
     EXPECT_EQ(unknown.asInt32(), 0);
-    EXPECT_TRUE(Logged("Error", "Unsupported type:8"));
+    EXPECT_TRUE(Logged("Error Unsupported type:8"));
     EXPECT_FALSE(unknown == unknown);
-    EXPECT_TRUE(Logged("Error", "Unsupported type:8"));
+    EXPECT_TRUE(Logged("Error Unsupported type:8"));
     EXPECT_FALSE(unknown < unknown);
-    EXPECT_TRUE(Logged("Error", "Unsupported type:8"));
+    EXPECT_TRUE(Logged("Error Unsupported type:8"));
 }
 
 TEST_F(ValueTest, GrowsByWriting) {
