@@ -13,7 +13,7 @@
 
 namespace Orvane::Benchmarks {
 
-// A ratio of times: of the benchmark `ours` to the benchmark `peer`, by the names in the table.
+// A ratio of processor times: of the benchmark `ours` to the benchmark `peer`, by the names in the table.
 struct Ratio {
     std::string ours;
     std::string peer;
@@ -25,8 +25,8 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
             if (run.error_occurred || run.run_type != Run::RT_Iteration) continue;
-            const auto entry = _times.emplace(run.run_name.str(), run.GetAdjustedRealTime()).first;
-            entry->second = std::min(entry->second, run.GetAdjustedRealTime());
+            const auto entry = _times.emplace(run.run_name.str(), run.GetAdjustedCPUTime()).first;
+            entry->second = std::min(entry->second, run.GetAdjustedCPUTime());
         }
         ConsoleReporter::ReportRuns(runs);
     }

@@ -5,12 +5,12 @@
 #include "Base/XLog.h"
 #include "Orvane/IBase.h"
 #include "Orvane/OrvaneCore.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 
 namespace {
 
-using Orvane::Testing::ConsoleTranscript;
+using OrvaneTest::CapturedConsole;
 using testing::ElementsAre;
 using testing::MatchesRegex;
 
@@ -25,7 +25,7 @@ TEST(Facade, TellsItsVersion) {
 }
 
 TEST(Facade, GreetsOnceAndIsNeverReleased) {
-    ConsoleTranscript console;
+    CapturedConsole console;
     Orvane::IOrvaneCore* core = orvanecore_getInstance();
     EXPECT_THAT(console.Take(),
                 ElementsAre(MatchesRegex(
@@ -37,8 +37,8 @@ TEST(Facade, GreetsOnceAndIsNeverReleased) {
 }
 
 TEST(Facade, PassesLevelUserAndServerOn) {
-    ConsoleTranscript console;
-    Orvane::Testing::FakeConfigure configure;
+    CapturedConsole console;
+    OrvaneTest::FakeConfigure configure;
     orvanecore_getInstance();
     console.Take();
 
@@ -72,7 +72,7 @@ TEST(Facade, ReleaseOfTheRootRunsTheQuitCallbacksAndGivesTheCommonStateBack) {
 }
 
 TEST(Facade, ItsDestructorTakesTheLibraryDown) {
-    ConsoleTranscript console;
+    CapturedConsole console;
     AddApplicationQuitCallback([] { Quern::XLog2(kLogInfo, "f", 1, "f", "quit"); });
     Orvane::COrvaneCore* core = Orvane::COrvaneCore::GetInstance();
     console.Take();

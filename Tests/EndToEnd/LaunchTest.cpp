@@ -172,6 +172,7 @@ TEST_F(LaunchTest, SaysWhatItCannotDo) {
           "HostAppDelegate applicationDidReceiveMemoryWarning:"}) {
         EXPECT_THAT(_said, HasSubstr(text));
     }
+    _withPlugins = false;
     EXPECT_EQ(Run("launch\n", {"--plugins", "/nowhere"}).exitStatus, 1);
     EXPECT_THAT(_said, HasSubstr("cannot read /nowhere"));
     EXPECT_EQ(Run("launch\n", {"--threads", "-1"}).exitStatus, 2);

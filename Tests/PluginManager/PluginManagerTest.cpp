@@ -5,16 +5,16 @@
 #include <stdexcept>
 
 #include "PluginManager/ServiceRegister.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 
 namespace {
 
 using Orvane::Plugin::PluginManager;
-using Orvane::Testing::ConsoleTranscript;
-using Orvane::Testing::FakePlugin;
-using Orvane::Testing::Format;
-using Orvane::Testing::Journal;
+using OrvaneTest::CapturedConsole;
+using OrvaneTest::FakePlugin;
+using OrvaneTest::Format;
+using OrvaneTest::Journal;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -52,7 +52,7 @@ protected:
     }
 
     PluginManager* manager = PluginManager::GetInstance();
-    ConsoleTranscript console;
+    CapturedConsole console;
     Journal journal;
 };
 

@@ -3,15 +3,15 @@
 #include <gmock/gmock.h>
 
 #include "Orvane/PluginBase.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 
 namespace {
 
 using Orvane::Plugin::IPluginManager;
 using Orvane::Plugin::PluginManager;
-using Orvane::Testing::FakePlugin;
-using Orvane::Testing::Journal;
+using OrvaneTest::FakePlugin;
+using OrvaneTest::Journal;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -75,11 +75,11 @@ TEST(PluginBase, RegistersOnlyThroughACachedManager) {
 
     const std::string text = testing::internal::GetCapturedStderr();
     const std::string found =
-        Orvane::Testing::Format("gs_GetOrvanePluginManager pluginManager:%p", static_cast<void*>(manager));
+        OrvaneTest::Format("gs_GetOrvanePluginManager pluginManager:%p", static_cast<void*>(manager));
     EXPECT_NE(text.find(found), std::string::npos);
     EXPECT_EQ(text.find(found), text.rfind(found)) << "looked up once";
     EXPECT_THAT(text, testing::HasSubstr("PluginBase::RegisterPlugin plugin is null\n"));
-    EXPECT_THAT(text, testing::HasSubstr(Orvane::Testing::Format(
+    EXPECT_THAT(text, testing::HasSubstr(OrvaneTest::Format(
                           "PluginBase::RegisterPlugin PluginManager:%p , IPlugin:%p\n", static_cast<void*>(manager),
                           static_cast<void*>(static_cast<Orvane::Plugin::IPlugin*>(&plugin)))));
 }

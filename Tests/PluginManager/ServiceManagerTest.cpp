@@ -2,22 +2,22 @@
 
 #include <gmock/gmock.h>
 
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 
 namespace {
 
 using Orvane::Plugin::ServiceManager;
-using Orvane::Testing::FakePlugin;
-using Orvane::Testing::Format;
+using OrvaneTest::FakePlugin;
+using OrvaneTest::Format;
 using testing::ElementsAre;
 
 TEST(ServiceManager, FindsAServiceThroughThePluginThatOffersIt) {
     ServiceManager* services = ServiceManager::GetInstance();
     EXPECT_EQ(services->GetServiceByName("Report"), nullptr) << "no plugin PELL";
 
-    Orvane::Testing::Journal journal;
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::Journal journal;
+    OrvaneTest::FakePell pell(&journal);
     EXPECT_EQ(services->GetServiceByName("Report"), nullptr) << "the plugin serves another name";
     pell.plugin().services["Report"] = &pell;
     EXPECT_EQ(services->GetServiceByName("Report"), &pell);
@@ -33,7 +33,7 @@ TEST(ServiceManager, FindsAServiceThroughThePluginThatOffersIt) {
 }
 
 TEST(ServiceManager, TellsOfItsMakingAndItsEnd) {
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
     void* services = ServiceManager::GetInstance();
     ServiceManager::ReleaseInstance();
     ServiceManager::ReleaseInstance();

@@ -10,7 +10,7 @@
 
 #include "Base/Configure/Configure.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 class FakeConfigure final : public Orvane::Configure {
 public:
@@ -70,6 +70,6 @@ private:
     std::map<std::string, std::string> _values;
 };
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

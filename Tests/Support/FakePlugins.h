@@ -14,7 +14,7 @@
 #include "Orvane/RavelAccount.h"
 #include "PluginManager/PluginManager.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 using Journal = std::vector<std::string>;
 
@@ -129,6 +129,6 @@ private:
     FakePlugin _plugin{"RAVEL"};
 };
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

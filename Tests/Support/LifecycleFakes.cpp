@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "Orvane/AppLifecycle.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 namespace {
 
 std::vector<std::string> g_journal;
@@ -68,4 +68,4 @@ void LifecycleClass::RecordArguments(bool isOn) {
     g_recordArguments = isOn;
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest

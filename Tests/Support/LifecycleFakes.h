@@ -9,7 +9,7 @@
 
 #include "Orvane/RunTime.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 // A class of the table. Its instances write down "<instance> <selector>" in one journal of the process, with the
 // arguments behind it if so asked.
@@ -33,6 +33,6 @@ private:
     orvane_class* _class;
 };
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

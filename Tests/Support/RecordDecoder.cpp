@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 namespace {
 
 uint32_t Word(const std::string& bytes, size_t at) {
@@ -122,4 +122,4 @@ std::string DecodeText(const std::string& bytes, const Quern::CurvePrivateKey& p
     return text;
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest

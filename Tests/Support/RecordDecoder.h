@@ -8,7 +8,7 @@
 
 #include "Serializer/Codec/EllipticCurve.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 struct DecodedRecord {
     uint8_t magic;
@@ -34,6 +34,6 @@ std::string Inflate(const std::string& stream);
 // 16-round TEA of one payload's whole groups, undone.
 std::string Decrypt(std::string payload, const std::string& publicKey, const Quern::CurvePrivateKey& privateKey);
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

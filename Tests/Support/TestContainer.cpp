@@ -8,7 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 namespace fs = std::filesystem;
 namespace {
 
@@ -69,4 +69,4 @@ std::string ReadLogFiles(const std::string& module) {
     return content;
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest

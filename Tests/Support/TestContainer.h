@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 // The cache folder of the process's container, made at the first call; the library's paths lead there from then on.
 const std::string& CacheFolder();
@@ -19,6 +19,6 @@ std::vector<std::string> FilesIn(const std::string& folder);
 // Every file of the module's log folder, one behind the other in order of their names.
 std::string ReadLogFiles(const std::string& module);
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

@@ -23,7 +23,7 @@ public:
     void Perform(const std::string& line);
 
     // True while the last event holds the next one up: a sleep, or a file that is still being logged.
-    bool IsPaused() const;
+    bool IsPaused(Clock::time_point now) const;
     // When a sleep ends; in the past if there is none.
     Clock::time_point SleepsUntil() const { return _sleepsUntil; }
     // True after "quit".

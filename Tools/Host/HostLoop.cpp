@@ -21,8 +21,9 @@ void OnSignal(int number) {
     errno = savedErrno;
 }
 
-int MillisecondsUntil(EventScript::Clock::time_point time) {
-    const auto left = time - EventScript::Clock::now();
+// As poll takes it: -1 for no limit.
+int MillisecondsUntil(EventScript::Clock::time_point time, EventScript::Clock::time_point now) {
+    const auto left = time - now;
     if (left <= left.zero()) return -1;
     return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(left).count());
 }
@@ -44,7 +45,7 @@ void HostLoop::PerformLines() {
     std::string line;
     while (!_terminated && !_script.HasQuit()) {
         _linesLeft = true;
-        if (_script.IsPaused()) return;
+        if (_script.IsPaused(EventScript::Clock::now())) return;
         if (!_lines.Next(line)) {
             _linesLeft = false;
             return;
@@ -59,8 +60,12 @@ bool HostLoop::IsFinished() const {
 }
 
 void HostLoop::Wait() {
+    const auto now = EventScript::Clock::now();  // one moment for both: a sleep that pauses also limits the wait
+    const bool isPaused = _script.IsPaused(now);
+    if (_linesLeft && !isPaused) return;  // the pause has just ended
+
     // A negative descriptor is one that poll leaves out.
-    const bool wantsInput = !_lines.IsAtEnd() && !_script.IsPaused();
+    const bool wantsInput = !_lines.IsAtEnd() && !isPaused;
     pollfd watched[] = {
         {_signals, POLLIN, 0},
         {wantsInput ? _input : -1, POLLIN, 0},
@@ -68,7 +73,7 @@ void HostLoop::Wait() {
         {gs_OrvaneMainRunLoopDescriptor(), POLLIN, 0},
     };
     auto& [signals, input, ended, mainRunLoop] = watched;
-    if (poll(watched, std::size(watched), MillisecondsUntil(_script.SleepsUntil())) <= 0) return;
+    if (poll(watched, std::size(watched), MillisecondsUntil(_script.SleepsUntil(), now)) <= 0) return;
 
     if (mainRunLoop.revents) gs_OrvaneMainRunLoopRunPending();
     if (ended.revents) _feed.ClearEnded();

@@ -63,6 +63,11 @@ bool LineFeed::IsAnyRunning() const {
 void LineFeed::ClearEnded() {
     eventfd_t count;
     (void)!eventfd_read(_ended, &count);
+    std::erase_if(_feeds, [](const auto& feed) {
+        if (feed->running) return false;
+        feed->thread.join();
+        return true;
+    });
 }
 
 void LineFeed::Stop() {

@@ -31,7 +31,7 @@ public:
     void Start(unsigned thread, uint64_t firstSequence, LineSource source);
     bool IsRunning(unsigned thread) const;
     bool IsAnyRunning() const;
-    // Becomes readable when a feed has ended; ClearEnded makes it unreadable again.
+    // Becomes readable when a feed has ended; ClearEnded forgets such feeds and makes it unreadable again.
     int EndedDescriptor() const { return _ended; }
     void ClearEnded();
     // Ends every feed after the line it is at, and waits for that.

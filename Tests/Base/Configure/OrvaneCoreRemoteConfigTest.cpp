@@ -5,20 +5,20 @@
 #include <cstring>
 
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 
 namespace {
 
 using Orvane::OrvaneCoreRemoteConfig;
-using Orvane::Testing::FakePlugin;
+using OrvaneTest::FakePlugin;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 
 // Every read gives the default, and the broken link is told at construction alone.
-void ExpectDefaults(Orvane::Testing::ConsoleTranscript& console, const char* line) {
+void ExpectDefaults(OrvaneTest::CapturedConsole& console, const char* line) {
     OrvaneCoreRemoteConfig* config = OrvaneCoreRemoteConfig::GetInstance();
     EXPECT_THAT(console.Take(), Contains(line).Times(1));
     EXPECT_EQ(config->GetInt("x", 5), 5);
@@ -36,18 +36,18 @@ auto* CorePlugin() {
 }
 
 TEST(OrvaneCoreRemoteConfig, WithoutACachedManager) {
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
     ExpectDefaults(console, "Error pluginManager is NULL");
 }
 
 TEST(OrvaneCoreRemoteConfig, WithoutTheCorePlugin) {
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
     CorePlugin()->GetCachePluginManager();
     ExpectDefaults(console, "Error PLUGIN_NAME_ORVANECORE is NULL");
 }
 
 TEST(OrvaneCoreRemoteConfig, WithoutTheService) {
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
     CorePlugin()->GetCachePluginManager();
     FakePlugin core("OrvaneCore");
     ExpectDefaults(console, "Error PLUGIN_SERVICE_NAME_REMOTECONFIG is NULL");

@@ -6,7 +6,7 @@
 
 namespace {
 
-using Orvane::Testing::Witness;
+using OrvaneTest::Witness;
 using Quern::AArray;
 
 TEST(AArray, DeletesWhatItOwns) {

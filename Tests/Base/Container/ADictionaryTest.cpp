@@ -9,7 +9,7 @@
 
 namespace {
 
-using Orvane::Testing::Witness;
+using OrvaneTest::Witness;
 using Quern::ADictionary;
 using Quern::ANumber;
 using Quern::AString;

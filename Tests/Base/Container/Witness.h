@@ -4,7 +4,7 @@
 
 #include "Base/Container/AObject.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 class Witness : public Quern::AObject {
 public:
@@ -16,6 +16,6 @@ private:
     int* _alive;
 };
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

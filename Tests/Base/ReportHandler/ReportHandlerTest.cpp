@@ -6,14 +6,14 @@
 
 #include "Base/ReportHandler/ConfigureReport.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 
 namespace {
 
 using Orvane::Plugin::PluginManager;
-using Orvane::Testing::Journal;
+using OrvaneTest::Journal;
 using Quern::ReportHandler;
 using testing::Contains;
 using testing::ElementsAre;
@@ -30,13 +30,13 @@ class ReportHandlerTest : public testing::Test {
 protected:
     ReportHandlerTest() { InstallCorePlugin(); }
 
-    Orvane::Testing::FakeConfigure configure;
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::FakeConfigure configure;
+    OrvaneTest::CapturedConsole console;
     Journal journal;
 };
 
 TEST_F(ReportHandlerTest, FillsSendsAndGivesBackOneEvent) {
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::FakePell pell(&journal);
     {
         ReportHandler handler("Event", 2, 7);
         handler.Add("key", "value");
@@ -55,7 +55,7 @@ TEST_F(ReportHandlerTest, FillsSendsAndGivesBackOneEvent) {
 }
 
 TEST_F(ReportHandlerTest, IsInertWithoutAnEvent) {
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::FakePell pell(&journal);
     {
         ReportHandler refused("Event", 1, 7);  // by the data-type rule
         EXPECT_THAT(console.Take(), testing::IsSupersetOf({"Warning event is null", "Warning createEvent failed"}));
@@ -69,7 +69,7 @@ TEST_F(ReportHandlerTest, IsInertWithoutAnEvent) {
 }
 
 TEST_F(ReportHandlerTest, IsInertWhereTheSettingSwitchesItOff) {
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::FakePell pell(&journal);
     configure.Set("OrvaneCore", "PellReportAvailable", "0");
     console.Take();
     {
@@ -85,8 +85,8 @@ TEST_F(ReportHandlerTest, IsInertWhereTheSettingSwitchesItOff) {
 }
 
 TEST_F(ReportHandlerTest, PostStartupSendsTheVersionOfEveryPlugin) {
-    Orvane::Testing::FakePell pell(&journal);
-    Orvane::Testing::FakePlugin later("Zed", "3.1", &journal);
+    OrvaneTest::FakePell pell(&journal);
+    OrvaneTest::FakePlugin later("Zed", "3.1", &journal);
     PluginManager::GetInstance()->PostStartup();
     EXPECT_THAT(journal, ElementsAre("create 2000 OrvaneSDK_Versions", "add 100001=3", "add 100002=0",
                                      "add 'OrvaneCore'='1.5.11.2664'", "add 'PELL'='1.0'", "Zed OnPostStartup",
@@ -94,14 +94,14 @@ TEST_F(ReportHandlerTest, PostStartupSendsTheVersionOfEveryPlugin) {
 }
 
 TEST_F(ReportHandlerTest, PostStartupNeedsNoDataPlugin) {
-    Orvane::Testing::FakePlugin plugin("P", "1", &journal);
+    OrvaneTest::FakePlugin plugin("P", "1", &journal);
     PluginManager::GetInstance()->PostStartup();
     EXPECT_THAT(journal, ElementsAre("P OnPostStartup"));
     EXPECT_THAT(console.Take(), Contains("Warning createEvent failed"));
 }
 
 TEST_F(ReportHandlerTest, ConfigureReportSendsItsRecordsByKindAndForgetsThem) {
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::FakePell pell(&journal);
     Quern::ConfigureReport* report = Quern::ConfigureReport::GetInstance();
     report->RecordUploadResult(-3, "id", "path");
     report->RecordRecieveUploadTask("id", "*.log", nullptr, 512);
@@ -122,7 +122,7 @@ TEST_F(ReportHandlerTest, ConfigureReportSendsItsRecordsByKindAndForgetsThem) {
 }
 
 TEST_F(ReportHandlerTest, ConfigureReportIsFedFromAnyThread) {
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::FakePell pell(&journal);
     std::vector<std::thread> feeders;
     for (int i = 0; i < 4; ++i)
         feeders.emplace_back([] {

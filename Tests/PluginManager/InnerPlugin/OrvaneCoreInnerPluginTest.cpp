@@ -5,7 +5,7 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 #include "PluginManager/ServiceRegister.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ using testing::Contains;
 using testing::ElementsAre;
 
 TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
     OrvaneCoreInnerPlugin* core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
     EXPECT_EQ(Singleton<OrvaneCoreInnerPlugin>::GetInstance(), core);
     IPlugin* plugin = core;
@@ -35,7 +35,7 @@ TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
 }
 
 TEST(OrvaneCoreInnerPlugin, DeclaresFourServicesAndTellsItsStages) {
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
     IPlugin* plugin = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
     ServiceRegister services;
     plugin->OnStartup(&services);

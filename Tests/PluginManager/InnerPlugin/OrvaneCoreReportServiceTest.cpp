@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 using Orvane::Plugin::IEvent;
 using Orvane::Plugin::OrvaneCoreReportSerivce;
-using Orvane::Testing::Journal;
+using OrvaneTest::Journal;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -32,13 +32,13 @@ protected:
         return journal;
     }
 
-    Orvane::Testing::FakeConfigure configure;
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::FakeConfigure configure;
+    OrvaneTest::CapturedConsole console;
     Journal journal;
 };
 
 TEST_F(ReportServiceTest, TheDataTypeRule) {
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::FakePell pell(&journal);
     struct {
         int setting, dataType;
         bool passes;
@@ -53,18 +53,18 @@ TEST_F(ReportServiceTest, TheDataTypeRule) {
         const Journal calls = Calls(one.dataType, one.setting);
         if (!one.passes) {
             EXPECT_THAT(calls, IsEmpty());
-            EXPECT_THAT(console.Take(), Contains(Orvane::Testing::Format(
-                                            "Info do not report, ReportDataType : %d, currentDataType : %d",
-                                            one.setting ? one.setting : 2, one.dataType)));
+            EXPECT_THAT(console.Take(),
+                        Contains(OrvaneTest::Format("Info do not report, ReportDataType : %d, currentDataType : %d",
+                                                    one.setting ? one.setting : 2, one.dataType)));
         } else {
-            EXPECT_THAT(calls, ElementsAre("create 2000 E", Orvane::Testing::Format("add 100001=%d", one.types),
-                                           Orvane::Testing::Format("add 100002=%d", one.common), "destroy"));
+            EXPECT_THAT(calls, ElementsAre("create 2000 E", OrvaneTest::Format("add 100001=%d", one.types),
+                                           OrvaneTest::Format("add 100002=%d", one.common), "destroy"));
         }
     }
 }
 
 TEST_F(ReportServiceTest, TheSettingIsReadOnceUnlessItIsMinusOne) {
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::FakePell pell(&journal);
     OrvaneCoreReportSerivce* service = OrvaneCoreReportSerivce::GetInstance();
     const auto passes = [&](int dataType) {
         IEvent* event = service->CreateEvent(dataType, 1, "E");
@@ -81,8 +81,8 @@ TEST_F(ReportServiceTest, TheSettingIsReadOnceUnlessItIsMinusOne) {
 }
 
 TEST_F(ReportServiceTest, ALoginPutsTheAccountOnTheEvent) {
-    Orvane::Testing::FakePell pell(&journal);
-    Orvane::Testing::FakeRavel ravel;
+    OrvaneTest::FakePell pell(&journal);
+    OrvaneTest::FakeRavel ravel;
     EXPECT_THAT(Calls(2), ElementsAre("create 2000 E", "add 100001=2", "add 100002=0", "add 100000=7",
                                       "add 110002='someone'", "destroy"));
     // As long as the buffer, and so without a terminator.
@@ -93,16 +93,16 @@ TEST_F(ReportServiceTest, ALoginPutsTheAccountOnTheEvent) {
 }
 
 TEST_F(ReportServiceTest, WithoutALoginTheEventGoesOn) {
-    Orvane::Testing::FakePell pell(&journal);
+    OrvaneTest::FakePell pell(&journal);
     const auto bare = ElementsAre("create 2000 E", "add 100001=2", "add 100002=0", "destroy");
     EXPECT_THAT(Calls(2), bare);
     EXPECT_THAT(console.Take(), Contains("Debug ICadmoPlugin is null"));
     {
-        Orvane::Testing::FakePlugin empty("RAVEL");
+        OrvaneTest::FakePlugin empty("RAVEL");
         EXPECT_THAT(Calls(2), bare);
         EXPECT_THAT(console.Take(), Contains("Error Account Service is null"));
     }
-    Orvane::Testing::FakeRavel ravel;
+    OrvaneTest::FakeRavel ravel;
     ravel.loggedIn = false;
     EXPECT_THAT(Calls(2), bare);
     EXPECT_THAT(console.Take(), Contains("Debug Get LoginRet fail!"));
@@ -125,7 +125,7 @@ TEST_F(ReportServiceTest, WithoutTheDataPluginThereIsNoEvent) {
     EXPECT_THAT(console.Take(), ElementsAre("Debug OrvaneCoreReportSerivce::DestroyEvent",
                                             "Warning plugin:PELL not exist:", "Error plugin is null"));
 
-    std::optional<Orvane::Testing::FakePell> pell(&journal);
+    std::optional<OrvaneTest::FakePell> pell(&journal);
     pell->refuses = true;
     EXPECT_EQ(service->CreateEvent(2, 5, "E"), nullptr);
     EXPECT_THAT(console.Take(), Contains("Error Report event is null"));

@@ -12,9 +12,9 @@
 
 namespace {
 
-using Orvane::Testing::CacheFolder;
-using Orvane::Testing::ReadFile;
-using Orvane::Testing::WriteFile;
+using OrvaneTest::CacheFolder;
+using OrvaneTest::ReadFile;
+using OrvaneTest::WriteFile;
 using Quern::AString;
 using Quern::CFile;
 

@@ -27,8 +27,8 @@
 namespace Quern {
 namespace {
 
-using Orvane::Testing::DecodeText;
-using Orvane::Testing::TestPublicKeyDigits;
+using OrvaneTest::DecodeText;
+using OrvaneTest::TestPublicKeyDigits;
 
 constexpr size_t kBlock = 153600;
 constexpr size_t kJournal = sizeof(BlockJournalLayout);
@@ -191,13 +191,13 @@ protected:
     }
     // Whether a process that finds `file` has to append the record, which the dead one meant to begin at `offset`.
     bool Resolve(const std::string& file, size_t offset, const char* name = "Sample_2026010203.xlog") {
-        Orvane::Testing::WriteFile(folder + "/Sample_2026010203.xlog", file);
+        OrvaneTest::WriteFile(folder + "/Sample_2026010203.xlog", file);
         journal.BeginAppend(name, static_cast<int64_t>(offset));
         return BlockJournal(memory.data()).ResolveStaged(folder);
     }
-    std::string File() const { return Orvane::Testing::ReadFile(folder + "/Sample_2026010203.xlog"); }
+    std::string File() const { return OrvaneTest::ReadFile(folder + "/Sample_2026010203.xlog"); }
 
-    const std::string folder = Orvane::Testing::LogFolder("Sample");
+    const std::string folder = OrvaneTest::LogFolder("Sample");
     std::vector<uint8_t> memory;
     BlockJournal journal;
     std::string record;

@@ -13,10 +13,10 @@
 namespace Quern {
 namespace {
 
-using Orvane::Testing::DecodedRecord;
-using Orvane::Testing::DecodeRecords;
-using Orvane::Testing::DecodeText;
-using Orvane::Testing::TestPublicKeyDigits;
+using OrvaneTest::DecodedRecord;
+using OrvaneTest::DecodeRecords;
+using OrvaneTest::DecodeText;
+using OrvaneTest::TestPublicKeyDigits;
 
 constexpr size_t kBlock = 153600;
 

@@ -12,7 +12,7 @@
 namespace Quern {
 namespace {
 
-using Orvane::Testing::TestPublicKeyDigits;
+using OrvaneTest::TestPublicKeyDigits;
 
 TEST(LogCrypt, OnlyAPointOfTheCurveInSoManyDigitsMakesAKey) {
     const std::string& digits = TestPublicKeyDigits();
@@ -81,8 +81,8 @@ struct Range {
 };
 
 Range Period(const std::string& content, int beginHour, int endHour) {
-    const std::string path = Orvane::Testing::CacheFolder() + "/period.xlog";
-    Orvane::Testing::WriteFile(path, content);
+    const std::string path = OrvaneTest::CacheFolder() + "/period.xlog";
+    OrvaneTest::WriteFile(path, content);
     Range range{false, 99, 99, ""};
     range.found = LogCrypt::GetPeriodLogs(path.c_str(), beginHour, endHour, range.begin, range.end, range.error);
     return range;

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/LifecycleFakes.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/SwizzleHelper.h"
@@ -12,7 +12,7 @@ namespace {
 using Orvane::OrvaneAppLifecycle;
 using Orvane::OrvaneAppLifecycleDispatcher;
 using Orvane::SwizzleHelper;
-using Orvane::Testing::LifecycleClass;
+using OrvaneTest::LifecycleClass;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -28,7 +28,7 @@ protected:
     }
     static void* Number(uintptr_t value) { return reinterpret_cast<void*>(value); }
 
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
 };
 
 TEST_F(DispatcherTest, ManualHookComesAfterTheClassAndOnlyOnce) {

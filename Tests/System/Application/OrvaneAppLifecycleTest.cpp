@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "Base/XLog.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 #include "Support/LifecycleFakes.h"
 #include "Support/TestContainer.h"
@@ -12,8 +12,8 @@
 namespace {
 
 using Orvane::OrvaneAppLifecycle;
-using Orvane::Testing::Journal;
-using Orvane::Testing::LifecycleClass;
+using OrvaneTest::Journal;
+using OrvaneTest::LifecycleClass;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
@@ -26,7 +26,7 @@ constexpr char kOrientations[] = "application:supportedInterfaceOrientationsForW
 class LifecycleTest : public testing::Test {
 protected:
     OrvaneAppLifecycle* lifecycle = OrvaneAppLifecycle::sharedInstance();
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
 };
 
 TEST_F(LifecycleTest, HoldsEachObserverThatFollowsTheProtocolOnce) {
@@ -42,10 +42,10 @@ TEST_F(LifecycleTest, HoldsEachObserverThatFollowsTheProtocolOnce) {
     lifecycle->addObserver(&a);
     lifecycle->addObserver(&b);
     EXPECT_THAT(console.Take(),
-                ElementsAre(MatchesRegex(Orvane::Testing::Format(
-                                "OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p", static_cast<void*>(&b))),
-                            MatchesRegex(Orvane::Testing::Format(
-                                "OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p", static_cast<void*>(&a)))));
+                ElementsAre(MatchesRegex(OrvaneTest::Format("OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p",
+                                                            static_cast<void*>(&b))),
+                            MatchesRegex(OrvaneTest::Format("OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p",
+                                                            static_cast<void*>(&a)))));
     lifecycle->applicationDidEnterBackground(nullptr);
     EXPECT_THAT(LifecycleClass::Heard(),
                 ElementsAre("b applicationDidEnterBackground:", "a applicationDidEnterBackground:"));
@@ -70,9 +70,9 @@ TEST_F(LifecycleTest, SendsEveryEventWithItsArguments) {
     orvane_object observer = cls.Make("o");
     lifecycle->addObserver(&observer);
     char app, x, y;
-    const std::string a = Orvane::Testing::Format(" %p", static_cast<void*>(&app));
-    const std::string ax = a + Orvane::Testing::Format(" %p", static_cast<void*>(&x));
-    const std::string axy = ax + Orvane::Testing::Format(" %p", static_cast<void*>(&y));
+    const std::string a = OrvaneTest::Format(" %p", static_cast<void*>(&app));
+    const std::string ax = a + OrvaneTest::Format(" %p", static_cast<void*>(&x));
+    const std::string axy = ax + OrvaneTest::Format(" %p", static_cast<void*>(&y));
     LifecycleClass::RecordArguments(true);
 
     EXPECT_TRUE(lifecycle->handleOpenURL(&app));
@@ -206,9 +206,9 @@ TEST_F(LifecycleTest, OnlyTheLoginPluginsObserverDecidesTheOrientations) {
 }
 
 TEST_F(LifecycleTest, LaunchStartsTheLibraryInOrder) {
-    Orvane::Testing::CacheFolder();
+    OrvaneTest::CacheFolder();
     Journal journal;
-    Orvane::Testing::FakePlugin plugin("Zed", "1", &journal);
+    OrvaneTest::FakePlugin plugin("Zed", "1", &journal);
     LifecycleClass cls("Launcher");
     cls.Act(kLaunch, [&] {
         const auto& plugins = *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection();

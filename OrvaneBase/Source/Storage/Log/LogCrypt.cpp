@@ -86,10 +86,11 @@ void LogCrypt::SetTailerInfo(uint8_t* data) {
 
 void LogCrypt::CryptSyncLog(const void* data, size_t length, AutoBuffer& out) {
     out.AllocWrite(length + kHeaderLength + kTailLength);
-    SetHeaderInfo(out.Ptr(), false);
-    UpdateLogLen(out.Ptr(), static_cast<uint32_t>(length));
-    SetTailerInfo(out.Ptr() + kHeaderLength + length);
-    memcpy(out.Ptr() + kHeaderLength, data, length);
+    uint8_t* const record = out.PosPtr();
+    SetHeaderInfo(record, false);
+    UpdateLogLen(record, static_cast<uint32_t>(length));
+    SetTailerInfo(record + kHeaderLength + length);
+    memcpy(record + kHeaderLength, data, length);
 }
 
 void LogCrypt::CryptAsyncLog(const void* data, size_t length, AutoBuffer& out, size_t& remain) {

@@ -10,6 +10,9 @@ class CTargetBase;
 
 // A plain value; owns nothing. Whoever made the target sees to it that it lives when the call is performed.
 struct CAFunctionSelector {
+    // Not defaulted: the compiler would zero the whole by a string instruction, which takes as long as posting a call.
+    CAFunctionSelector() {}  // NOLINT(modernize-use-equals-default)
+
     CTargetBase* target = nullptr;  // null for a function
     void (CTargetBase::*member0)() = nullptr;
     void (CTargetBase::*member1)(void*) = nullptr;

@@ -1,40 +1,42 @@
 #include "System/Selector/SelectorManager.h"
 
+#include <utility>
+
 namespace Quern {
 
-bool CSelectorManager::Queue::Pop(CAFunctionSelector& selector) {
-    const CCritical guard(&mutex);
-    if (selectors.empty()) return false;
-    selector = selectors.front();
-    selectors.pop_front();
-    return true;
-}
-
 CSelectorManager::~CSelectorManager() {
-    const CCritical guard(&_queue->mutex);
-    _queue->selectors.clear();
+    const CCritical guard(&_mutex);  // behind whoever is adding
+    _selectors.Clear();
+    if (_destroyed) *_destroyed = true;
 }
 
 void CSelectorManager::AddSelector(const CAFunctionSelector& selector) {
-    const CCritical guard(&_queue->mutex);
-    _queue->selectors.push_back(selector);
+    const CCritical guard(&_mutex);
+    _selectors.Push(selector);
 }
 
 bool CSelectorManager::Pop1stSelector(CAFunctionSelector& selector) {
-    return _queue->Pop(selector);
+    const CCritical guard(&_mutex);
+    return _selectors.Pop(selector);
 }
 
 void CSelectorManager::Update() {
-    const std::shared_ptr<Queue> queue = _queue;
+    bool destroyed = false;
+    bool* const outer = std::exchange(_destroyed, &destroyed);  // a call may update in turn
     CAFunctionSelector selector;
-    for (int done = 0; done < kSelectorsPerUpdate && queue->Pop(selector); ++done)
+    for (int done = 0; done < kSelectorsPerUpdate && Pop1stSelector(selector); ++done) {
         selector.Perform();
+        if (destroyed) {
+            if (outer) *outer = true;
+            return;
+        }
+    }
+    _destroyed = outer;
 }
 
 void CSelectorManager::IgnoreTarget(void* target) {
-    const CCritical guard(&_queue->mutex);
-    std::erase_if(_queue->selectors,
-                  [target](const CAFunctionSelector& selector) { return selector.target == target; });
+    const CCritical guard(&_mutex);
+    _selectors.RemoveTarget(target);
 }
 
 }  // namespace Quern

@@ -2,10 +2,8 @@
 #ifndef ORVANE_SYSTEM_SELECTOR_SELECTOR_MANAGER_H
 #define ORVANE_SYSTEM_SELECTOR_SELECTOR_MANAGER_H
 
-#include <deque>
-#include <memory>
-
 #include "System/Selector/ISelectorCollection.h"
+#include "System/Selector/SelectorList.h"
 #include "System/Thread/Mutex.h"
 
 namespace Quern {
@@ -15,8 +13,8 @@ public:
     // What one Update may take of a game's frame.
     static constexpr int kSelectorsPerUpdate = 20;
 
-    CSelectorManager() = default;
-    // Drops the waiting calls. A call that Update performs may destroy the manager: Update then ends behind that call.
+    // Drops the waiting calls. On the thread of Update, and also from a call that this performs: Update then ends with
+    // that call.
     ~CSelectorManager() override;
 
     void AddSelector(const CAFunctionSelector& selector) override;
@@ -29,14 +27,9 @@ public:
     void IgnoreTarget(void* target) override;
 
 private:
-    struct Queue {
-        CMutex mutex{true};
-        std::deque<CAFunctionSelector> selectors ORVANE_GUARDED_BY(mutex);  // oldest first
-
-        bool Pop(CAFunctionSelector& selector);
-    };
-
-    const std::shared_ptr<Queue> _queue = std::make_shared<Queue>();  // shared with an Update that is under way
+    SelectorList _selectors ORVANE_GUARDED_BY(_mutex);
+    CMutex _mutex{true};
+    bool* _destroyed = nullptr;  // on the stack of the innermost Update; set by the destructor
 };
 
 }  // namespace Quern

@@ -52,14 +52,14 @@ void CThreadBase::AddSelector(void (CTargetBase::*member)()) {
     CAFunctionSelector selector;
     selector.Set(this, member);
     const CCritical guard(&_selectorLock);
-    _selectors.push_back(selector);
+    _selectors.Push(selector);
 }
 
 void CThreadBase::AddSelector(void (CTargetBase::*member)(void*), void* data) {
     CAFunctionSelector selector;
     selector.Set(this, member, data);
     const CCritical guard(&_selectorLock);
-    _selectors.push_back(selector);
+    _selectors.Push(selector);
 }
 
 void CThreadBase::Destroy(CThreadBase** thread, bool selfDelete) {
@@ -185,9 +185,7 @@ void CThreadBase::runSelectors() {
         CAFunctionSelector selector;
         {
             const CCritical guard(&_selectorLock);
-            if (_selectors.empty()) return;
-            selector = _selectors.front();
-            _selectors.pop_front();
+            if (!_selectors.Pop(selector)) return;
         }
         ORVANE_LOG_INFO("runSelectors has selector");
         selector.Perform();

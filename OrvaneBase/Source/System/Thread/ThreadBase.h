@@ -15,9 +15,8 @@
 #include <pthread.h>
 
 #include <atomic>
-#include <deque>
 
-#include "System/Selector/FunctionSelector.h"
+#include "System/Selector/SelectorList.h"
 #include "System/Selector/TargetBase.h"
 #include "System/Thread/Atomic.h"
 #include "System/Thread/Condition.h"
@@ -86,7 +85,7 @@ private:
     std::atomic<bool> _selfDelete{false};
     std::atomic<bool> _destroyerInside{false};  // Destroy still uses the object that it has marked for self-delete
     CMutex _selectorLock{true};
-    std::deque<CAFunctionSelector> _selectors ORVANE_GUARDED_BY(_selectorLock);  // oldest first
+    SelectorList _selectors ORVANE_GUARDED_BY(_selectorLock);
 };
 
 }  // namespace Quern

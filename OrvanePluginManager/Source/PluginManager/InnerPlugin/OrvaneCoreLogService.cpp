@@ -32,6 +32,7 @@ int OrvaneCoreLogSerivce::GetVersion() {
 ILogger* OrvaneCoreLogSerivce::GetLogger(PluginBase* plugin) {
     const Quern::CCritical guard(&_mutex);
     const char* name = plugin->GetName();
+    if (!name) name = "";
     Quern::Logger*& logger = _loggers[name];
     if (!logger) {
         logger = new Quern::Logger(name);

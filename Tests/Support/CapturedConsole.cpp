@@ -1,4 +1,4 @@
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 
 #include <cstdarg>
 #include <cstdio>
@@ -6,16 +6,16 @@
 
 #include "Base/ConsoleSink.h"
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 namespace {
 
 // "[time] | Level | [module] |thread| file:line|function| text" becomes "Level text".
 std::string Shorten(const std::string& line) {
-    constexpr size_t kBarsBeforeText = 5;
+    constexpr size_t kBarsBeforeText = 6;
     const size_t level = line.find("] | ");
     if (line.empty() || line[0] != '[' || level == std::string::npos) return line;
     size_t bar = std::string::npos;
-    for (size_t bars = 0; bars <= kBarsBeforeText; ++bars) {
+    for (size_t bars = 0; bars < kBarsBeforeText; ++bars) {
         bar = line.find('|', bar + 1);
         if (bar == std::string::npos) return line;
     }
@@ -25,7 +25,7 @@ std::string Shorten(const std::string& line) {
 
 }  // namespace
 
-class ConsoleTranscript::Sink final : public Quern::ConsoleSink {
+class CapturedConsole::Sink final : public Quern::ConsoleSink {
 public:
     void Write(const char* text, size_t length) override {
         if (length > 0 && text[length - 1] == '\n') --length;
@@ -42,15 +42,15 @@ private:
     std::vector<std::string> _lines;
 };
 
-ConsoleTranscript::ConsoleTranscript() : _sink(std::make_shared<Sink>()) {
+CapturedConsole::CapturedConsole() : _sink(std::make_shared<Sink>()) {
     Quern::ConsoleSink::Use(_sink);
 }
 
-ConsoleTranscript::~ConsoleTranscript() {
+CapturedConsole::~CapturedConsole() {
     Quern::ConsoleSink::Use(nullptr);
 }
 
-std::vector<std::string> ConsoleTranscript::Take() {
+std::vector<std::string> CapturedConsole::Take() {
     std::vector<std::string> lines = _sink->Take();
     for (std::string& line : lines)
         line = Shorten(line);
@@ -66,4 +66,4 @@ std::string Format(const char* format, ...) {
     return text;
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
