@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ protected:
     // Whether exactly that was logged since the last look.
     bool Logged(const std::string& line) { return _console.Take() == std::vector<std::string>{line}; }
 
-    Orvane::Testing::ConsoleTranscript _console;
+    OrvaneTest::CapturedConsole _console;
 };
 
 TEST_F(ValueTest, TextsThatLookLikeNumbersAreNumbers) {
