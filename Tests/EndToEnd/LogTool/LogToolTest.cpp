@@ -26,7 +26,8 @@ struct Result {
     int status = -1;
 };
 
-Result RunReader(std::vector<std::string> arguments, std::vector<std::pair<std::string, std::string>> environment = {}) {
+Result RunReader(std::vector<std::string> arguments,
+                 std::vector<std::pair<std::string, std::string>> environment = {}) {
     arguments.insert(arguments.begin(), ORVANE_LOG_PROGRAM);
     Result result;
     Ending ending;
