@@ -71,6 +71,7 @@ void Reading::Run() {
     const SourceList list = ListSources(_arguments.paths, _arguments.filter.modules);
     for (const std::string& problem : list.problems)
         _report.Problem(problem);
+    FindTornFiles(list.files);
 
     std::unique_ptr<Printer> printer = MakePrinter(_arguments, _colour, _output);
     std::unique_ptr<TailPrinter> tail;
