@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 namespace {
 
 void AppendLittleEndian(std::string& out, uint32_t value, int bytes) {
@@ -147,4 +147,4 @@ std::string MappedBlock(const std::string& bytes) {
     return bytes + std::string(153600 - bytes.size(), '\0');
 }
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest

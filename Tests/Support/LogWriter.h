@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace Orvane::Testing {
+namespace OrvaneTest {
 
 // A line of the logger's format without its newline; different for each number.
 std::string NumberedLine(unsigned number);
@@ -47,6 +47,6 @@ std::string EncryptedRecord(unsigned seq, const std::vector<std::string>& lines,
 // A mapped file that holds these bytes and zeros behind them.
 std::string MappedBlock(const std::string& bytes);
 
-}  // namespace Orvane::Testing
+}  // namespace OrvaneTest
 
 #endif

@@ -2,7 +2,6 @@
 #ifndef ORVANE_TOOLS_LOG_BYTE_SOURCE_H
 #define ORVANE_TOOLS_LOG_BYTE_SOURCE_H
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -82,20 +81,19 @@ private:
     std::span<const uint8_t> _bytes;
 };
 
-// The beginning of another source, which is borrowed.
-class CutSource : public ByteSource {
+// The first bytes of another source.
+class BoundedSource : public ByteSource {
 public:
-    CutSource(ByteSource& source, uint64_t end) : _source(source), _end(end) {}
+    // Borrows the source.
+    BoundedSource(ByteSource& source, uint64_t size) : _source(source), _size(size) {}
 
-    size_t ReadAt(uint64_t offset, uint8_t* out, size_t atLeast, size_t atMost) override {
-        const size_t left = offset < _end ? static_cast<size_t>(std::min<uint64_t>(_end - offset, atMost)) : 0;
-        return left == 0 ? 0 : _source.ReadAt(offset, out, std::min(atLeast, left), left);
-    }
-    std::optional<uint64_t> Size() const override { return _end; }
+    size_t ReadAt(uint64_t offset, uint8_t* out, size_t atLeast, size_t atMost) override;
+    std::optional<uint64_t> Size() const override { return _size; }
+    void Forget(uint64_t offset) override { _source.Forget(offset); }
 
 private:
     ByteSource& _source;
-    uint64_t _end;
+    uint64_t _size;
 };
 
 // Opens a file for reading, or standard input for "-". Null, and the reason in `error`, if that fails.

@@ -1,8 +1,5 @@
 #include "Log/LeftOver.h"
 
-#include <string.h>
-
-#include <algorithm>
 #include <filesystem>
 
 #include "Log/BlockWalk.h"
@@ -28,22 +25,6 @@ std::vector<uint8_t> ReadJournal(const fs::path& path) {
     return bytes;
 }
 
-// Whether the process died while it appended the staged record: then its file ends in the first bytes of it.
-void FindTornPart(const Quern::BlockJournalLayout& journal, const fs::path& folder, LeftOver& leftOver) {
-    const std::string name(journal.fileName, strnlen(journal.fileName, sizeof journal.fileName));
-    if (journal.fileOffset < 0 || name.empty() || name.find('/') != std::string::npos) return;
-    const std::string path = (folder / name).string();
-    std::string ignored;
-    const std::unique_ptr<ByteSource> file = OpenSource(path, ignored);
-    if (!file) return;
-    std::vector<uint8_t> part(leftOver.staged.size());
-    const uint64_t begin = static_cast<uint64_t>(journal.fileOffset);
-    part.resize(file->ReadAt(begin, part.data(), part.size(), part.size()));
-    if (part.empty() || !std::equal(part.begin(), part.end(), leftOver.staged.begin())) return;
-    leftOver.tornFile = path;
-    leftOver.tornAt = begin;
-}
-
 }  // namespace
 
 LeftOver ReadLeftOver(const std::string& path, ByteSource& block) {
@@ -59,9 +40,14 @@ LeftOver ReadLeftOver(const std::string& path, ByteSource& block) {
     const fs::path folder = blockPath.parent_path() / kLogFolder / blockPath.stem();
     size_t length;
     const uint8_t* staged = journal.Staged(length);
-    if (!staged || journal.IsStagedInFile(folder.string())) return leftOver;
+    if (!staged) return leftOver;
+    const Quern::BlockJournal::StagedPlace place = journal.FindStaged(folder.string());
+    if (place.inFile == Quern::BlockJournal::InFile::kWhole) return leftOver;
     leftOver.staged.assign(staged, staged + length);
-    FindTornPart(*reinterpret_cast<const Quern::BlockJournalLayout*>(bytes.data()), folder, leftOver);
+    if (place.inFile == Quern::BlockJournal::InFile::kPart) {
+        leftOver.tornFile = place.path;
+        leftOver.tornFrom = place.offset;
+    }
     return leftOver;
 }
 

@@ -13,11 +13,12 @@
 namespace OrvaneLog {
 
 struct LeftOver {
-    std::vector<uint8_t> staged;  // a closed block that had left the mapped file and not reached its log file; or empty
-    std::vector<uint8_t> block;   // the mapped block, with what the journal beside it puts right
-    // The log file that ends in a part of `staged`, and where that begins; empty as a rule.
+    // A closed block that had left the mapped file and not, or not all of it, reached its log file; or empty.
+    std::vector<uint8_t> staged;
+    // The file that ends in a part of it, which begins there; or empty. That part is of no use beside the whole.
     std::string tornFile;
-    uint64_t tornAt = 0;
+    uint64_t tornFrom = 0;
+    std::vector<uint8_t> block;  // the mapped block, with what the journal beside it puts right
 };
 
 // `path` is that of the block, which says where its journal and its files are. Changes nothing on the disk.

@@ -15,6 +15,8 @@
 namespace OrvaneLog {
 namespace {
 
+namespace fs = std::filesystem;
+
 // Reports, and moves the progress bar.
 class WatchedEvents : public ReportingEvents {
 public:
@@ -34,12 +36,6 @@ private:
     Progress* _progress;
     uint64_t _before;
 };
-
-std::string Canonical(const std::string& path) {
-    std::error_code error;
-    const std::filesystem::path canonical = std::filesystem::weakly_canonical(path, error);
-    return error ? path : canonical.string();
-}
 
 }  // namespace
 
@@ -71,6 +67,7 @@ void Reading::Run() {
     const SourceList list = ListSources(_arguments.paths, _arguments.filter.modules);
     for (const std::string& problem : list.problems)
         _report.Problem(problem);
+
     FindTornFiles(list.files);
 
     std::unique_ptr<Printer> printer = MakePrinter(_arguments, _colour, _output);
@@ -83,24 +80,32 @@ void Reading::Run() {
     _output.Flush();
 }
 
+// A file that a dead logger left with a part of a record at its end is read up to there, if the block that goes with it
+// is read as well: the whole record comes with that.
 void Reading::FindTornFiles(const std::vector<std::string>& files) {
-    for (const std::string& file : files) {
-        if (!ParseLogFileName(file).isBlock) continue;
+    for (const std::string& path : files) {
         std::string ignored;
-        const std::unique_ptr<ByteSource> block = OpenSource(file, ignored);
+        if (!path.ends_with(kBlockExtension)) continue;
+        const std::unique_ptr<ByteSource> block = OpenSource(path, ignored);
         if (!block) continue;
-        const LeftOver leftOver = ReadLeftOver(file, *block);
-        if (!leftOver.tornFile.empty()) _tornFiles[Canonical(leftOver.tornFile)] = leftOver.tornAt;
+        const LeftOver leftOver = ReadLeftOver(path, *block);
+        std::error_code error;
+        if (!leftOver.tornFile.empty()) _tornFrom[fs::weakly_canonical(leftOver.tornFile, error)] = leftOver.tornFrom;
     }
 }
 
 void Reading::ReadFile(const std::string& path, Printer* printer) {
     std::string error;
-    const std::unique_ptr<ByteSource> source = OpenSource(path, error);
-    if (!source) {
+    std::unique_ptr<ByteSource> opened = OpenSource(path, error);
+    if (!opened) {
         _report.Problem(path + ": " + error);
         return;
     }
+    std::error_code ignored;
+    const auto torn = _tornFrom.empty() ? _tornFrom.end() : _tornFrom.find(fs::weakly_canonical(path, ignored));
+    std::unique_ptr<ByteSource> bounded;
+    if (torn != _tornFrom.end()) bounded = std::make_unique<BoundedSource>(*opened, torn->second);
+    ByteSource* const source = bounded ? bounded.get() : opened.get();
     const SourceKind kind = KindOf(path, *source);
     if (_arguments.action == Action::kRecords) {
         RecordTable table(_output, path, _arguments.json);
@@ -122,15 +127,10 @@ void Reading::ReadFile(const std::string& path, Printer* printer) {
 
 void Reading::Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events) {
     WatchedEvents watched(_report, path, events, _progress, _done);
-    const auto torn = _tornFiles.find(Canonical(path));
-    if (kind == SourceKind::kMappedBlock) {
+    if (kind == SourceKind::kMappedBlock)
         WalkLeftOver(ReadLeftOver(path, source), _keys, watched);
-    } else if (torn != _tornFiles.end()) {
-        CutSource sound(source, torn->second);
-        MakeWalk(kind, sound, _keys, watched)->Advance(false);
-    } else {
+    else
         MakeWalk(kind, source, _keys, watched)->Advance(false);
-    }
 }
 
 }  // namespace OrvaneLog

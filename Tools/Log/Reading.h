@@ -2,10 +2,9 @@
 #ifndef ORVANE_TOOLS_LOG_READING_H
 #define ORVANE_TOOLS_LOG_READING_H
 
+#include <filesystem>
 #include <map>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "Log/Arguments.h"
 #include "Log/KeyRing.h"
@@ -43,9 +42,8 @@ private:
     Output& _output;
     Report& _report;
     Progress* _progress;
-    // Files that end in a part of a record which a block's journal gives whole: where that part begins.
-    std::map<std::string, uint64_t> _tornFiles;
-    uint64_t _done = 0;  // bytes of the files before the one being read
+    std::map<std::filesystem::path, uint64_t> _tornFrom;  // where a torn record begins that the journal has whole
+    uint64_t _done = 0;                                   // bytes of the files before the one being read
 };
 
 }  // namespace OrvaneLog

@@ -53,7 +53,7 @@ TEST(LogTea, AgreesWithThePlainWayAndIsUndone) {
             std::string buffer = std::string(shift, 'x') + data + "y";
             uint8_t* const at = reinterpret_cast<uint8_t*>(buffer.data()) + shift;
             LogTeaEncrypt(at, length, key);
-            EXPECT_EQ(buffer.substr(shift, length), Orvane::Testing::EncryptGroups(data, key)) << length;
+            EXPECT_EQ(buffer.substr(shift, length), OrvaneTest::EncryptGroups(data, key)) << length;
             EXPECT_EQ(buffer.back(), 'y');
             LogTeaDecrypt(at, length, key);
             EXPECT_EQ(buffer.substr(shift, length), data) << length;

@@ -8,7 +8,7 @@
 namespace OrvaneLog {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 
 Collected WalkOf(const std::string& bytes, KeyRing& keys) {
     Collected collected;

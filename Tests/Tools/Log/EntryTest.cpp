@@ -9,7 +9,7 @@
 namespace OrvaneLog {
 namespace {
 
-using Orvane::Testing::NumberedLine;
+using OrvaneTest::NumberedLine;
 
 const std::string kLoss = "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: 122900";
 

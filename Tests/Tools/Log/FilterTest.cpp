@@ -11,7 +11,7 @@
 namespace OrvaneLog {
 namespace {
 
-using Orvane::Testing::NumberedLine;
+using OrvaneTest::NumberedLine;
 
 Entry EntryOf(const std::string& whole) {
     return MakeEntry(whole);

@@ -9,7 +9,7 @@
 namespace OrvaneLog {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 
 std::string Open(std::string record) {
     record.pop_back();

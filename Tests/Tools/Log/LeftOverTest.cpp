@@ -10,7 +10,7 @@
 namespace OrvaneLog {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 
 std::string LittleEndian(uint64_t value, int bytes) {
     std::string text;

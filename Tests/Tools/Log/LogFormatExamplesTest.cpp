@@ -10,7 +10,7 @@
 namespace OrvaneLog {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 
 // The bytes of the example behind a mark in the page.
 std::string Example(const std::string& name) {

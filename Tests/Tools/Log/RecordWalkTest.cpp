@@ -10,7 +10,7 @@
 namespace OrvaneLog {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 
 const std::string kTip = "----------- begin of mmap -----------\n";
 

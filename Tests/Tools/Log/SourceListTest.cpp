@@ -55,7 +55,7 @@ TEST(KindOf, ByNameElseByContent) {
         MemorySource source(Bytes(content));
         return KindOf(name, source);
     };
-    const std::string record = Orvane::Testing::CompressedRecord(1, {"text"});
+    const std::string record = OrvaneTest::CompressedRecord(1, {"text"});
     EXPECT_EQ(kind("a.xlog", "text"), SourceKind::kRecords);
     EXPECT_EQ(kind("a.log", "text"), SourceKind::kText);
     EXPECT_EQ(kind("a.log", std::string(100, '\0') + "text"), SourceKind::kText);
@@ -64,7 +64,7 @@ TEST(KindOf, ByNameElseByContent) {
     EXPECT_EQ(kind("-", "text\n\ttext"), SourceKind::kText);
     EXPECT_EQ(kind("-", record), SourceKind::kRecords);
     EXPECT_EQ(kind("-", "torn\x01" + record), SourceKind::kRecords);
-    EXPECT_EQ(kind("copy.bin", Orvane::Testing::MappedBlock(record)), SourceKind::kMappedBlock);
+    EXPECT_EQ(kind("copy.bin", OrvaneTest::MappedBlock(record)), SourceKind::kMappedBlock);
 }
 
 TEST(TextWalk, HandsOnTextAndLeavesOutZeros) {

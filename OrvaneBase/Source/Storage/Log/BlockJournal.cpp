@@ -128,13 +128,6 @@ const uint8_t* BlockJournal::Staged(size_t& length) const {
     return length > 0 ? _layout->record : nullptr;
 }
 
-// Empty where no append had begun, and for what is no plain name.
-std::string BlockJournal::StagedPath(const std::string& directory) const {
-    const std::string name(_layout->fileName, strnlen(_layout->fileName, sizeof _layout->fileName));
-    if (_layout->fileOffset < 0 || name.empty() || name.find('/') != std::string::npos) return "";
-    return directory + "/" + name;
-}
-
 BlockJournal::InFile BlockJournal::LookForStaged(const std::string& path) const {
     const off_t begin = _layout->fileOffset;
     const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
@@ -148,21 +141,23 @@ BlockJournal::InFile BlockJournal::LookForStaged(const std::string& path) const 
     return found.size() == length ? InFile::kWhole : InFile::kPart;
 }
 
-bool BlockJournal::IsStagedInFile(const std::string& directory) const {
-    const std::string path = StagedPath(directory);
-    return _layout->recordLength > 0 && !path.empty() && LookForStaged(path) == InFile::kWhole;
+BlockJournal::StagedPlace BlockJournal::FindStaged(const std::string& directory) const {
+    const std::string name(_layout->fileName, strnlen(_layout->fileName, sizeof _layout->fileName));
+    const bool hasBegun = _layout->recordLength > 0 && _layout->fileOffset >= 0;
+    if (!hasBegun || name.empty() || name.find('/') != std::string::npos) return {};  // a name is no path
+    const std::string path = directory + "/" + name;
+    return {LookForStaged(path), path, static_cast<uint64_t>(_layout->fileOffset)};
 }
 
 bool BlockJournal::ResolveStaged(const std::string& directory) {
     if (_layout->recordLength == 0) return false;
-    const std::string path = StagedPath(directory);
-    const InFile inFile = path.empty() ? InFile::kNothing : LookForStaged(path);
-    if (inFile == InFile::kWhole) {
+    const StagedPlace place = FindStaged(directory);
+    if (place.inFile == InFile::kWhole) {
         Finish();
         return false;
     }
     // What is appended behind a part of the record would be taken for the rest of it.
-    if (inFile == InFile::kPart) (void)!truncate(path.c_str(), _layout->fileOffset);
+    if (place.inFile == InFile::kPart) (void)!truncate(place.path.c_str(), static_cast<off_t>(place.offset));
     _layout->fileOffset = BlockJournalLayout::kNotBegun;
     StoreBarrier();
     return true;

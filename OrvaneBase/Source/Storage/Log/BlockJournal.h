@@ -62,17 +62,20 @@ public:
 
     // The staged record, or null.
     const uint8_t* Staged(size_t& length) const;
-    // Whether the file that it was meant for has the whole of it. Changes nothing.
-    bool IsStagedInFile(const std::string& directory) const;
+    // What of the staged record the file has that it was meant for, and from where on. Changes nothing.
+    enum class InFile { kNothing, kPart, kWhole };
+    struct StagedPlace {
+        InFile inFile = InFile::kNothing;
+        std::string path;
+        uint64_t offset = 0;
+    };
+    StagedPlace FindStaged(const std::string& directory) const;
     // After a restart: settles what the dead process left staged. If its file has the whole record, drops it; if its
     // file ends in a part of it, cuts that part off. Returns whether the record still has to be appended.
     bool ResolveStaged(const std::string& directory);
 
 private:
-    // What of the staged record its file has, at the place that it was meant for.
-    enum class InFile { kNothing, kPart, kWhole };
     InFile LookForStaged(const std::string& path) const;
-    std::string StagedPath(const std::string& directory) const;
 
     BlockJournalLayout* _layout;
 };
