@@ -16,7 +16,7 @@
 namespace {
 
 using namespace Orvane::Bench;
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 using namespace OrvaneLog;
 
 constexpr int kRounds = 15;

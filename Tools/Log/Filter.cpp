@@ -1,6 +1,8 @@
 #include "Log/Filter.h"
 
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <utility>
 
 #include "Orvane/LogPriority.h"
@@ -13,16 +15,51 @@ namespace {
 constexpr size_t kMatchLength = 16384;
 constexpr size_t kRecursiveMatchLength = 2048;
 
+constexpr std::string_view kSpecial = "^$\\.*+?()[]{}|";
+constexpr std::string_view kQuantifiers = "*+?{";
+
 constexpr std::regex::flag_type kGrammar = std::regex::ECMAScript | std::regex::multiline;
 // The library's usual matcher goes down a level of recursion for each character; this one does not, nor does it take
 // time beyond measure, but it knows no back-references.
 constexpr std::regex::flag_type kBounded = kGrammar | std::regex_constants::__polynomial;
 
+// The longest text that any match of a valid expression holds, as far as that can be seen with little reading. Looking
+// for it first spares the matcher, which is slow, most entries.
+std::string RequiredText(const std::string& expression) {
+    if (expression.find('|') != std::string::npos) return "";
+    std::string longest, run;
+    const auto endRun = [&longest, &run] {
+        if (run.size() > longest.size()) longest = run;
+        run.clear();
+    };
+    for (size_t i = 0; i < expression.size(); ++i) {
+        const char c = expression[i];
+        if (kSpecial.find(c) == std::string_view::npos) {
+            run += c;
+            continue;
+        }
+        // What stands in front of a quantifier may be missing, or come twice.
+        if (kQuantifiers.find(c) != std::string_view::npos && !run.empty()) run.pop_back();
+        endRun();
+        if (c == '(' || c == '[') return longest;  // what follows may belong to the group
+        if (c == '{') i = std::min(expression.find('}', i), expression.size());
+        if (c == '\\') {
+            if (i + 1 < expression.size() && isalnum(static_cast<unsigned char>(expression[i + 1]))) {
+                // A class, or a character by its number: its digits are no text.
+                if (strchr("dDwWsSbB", expression[i + 1]) == nullptr) return longest;
+            }
+            ++i;
+        }
+    }
+    endRun();
+    return longest;
+}
+
 }  // namespace
 
 std::shared_ptr<const Pattern> Pattern::Compile(const std::string& expression, std::string& error) {
     auto pattern = std::make_shared<Pattern>();
-    if (expression.find_first_of("^$\\.*+?()[]{}|") == std::string::npos) {
+    if (expression.find_first_of(kSpecial) == std::string::npos) {
         pattern->_literal = expression;
         return pattern;
     }
@@ -31,6 +68,7 @@ std::shared_ptr<const Pattern> Pattern::Compile(const std::string& expression, s
         try {
             pattern->_expression.emplace(expression, flags);
             pattern->_matchLength = length;
+            pattern->_literal = RequiredText(expression);
             return pattern;
         } catch (const std::regex_error& problem) {
             error = problem.what();
@@ -40,7 +78,8 @@ std::shared_ptr<const Pattern> Pattern::Compile(const std::string& expression, s
 }
 
 bool Pattern::IsFoundIn(std::string_view text) const {
-    if (!_expression) return text.find(_literal) != std::string_view::npos;
+    if (text.find(_literal) == std::string_view::npos) return false;
+    if (!_expression) return true;
     text = text.substr(0, _matchLength);
     return std::regex_search(text.begin(), text.end(), *_expression);
 }

@@ -21,7 +21,7 @@ public:
     bool IsFoundIn(std::string_view text) const;
 
 private:
-    std::string _literal;
+    std::string _literal;  // the whole pattern, or text that every match must hold
     std::optional<std::regex> _expression;
     size_t _matchLength = 0;
 };

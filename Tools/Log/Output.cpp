@@ -1,6 +1,7 @@
 #include "Log/Output.h"
 
 #include <errno.h>
+#include <poll.h>
 #include <string.h>
 #include <unistd.h>
 
@@ -33,6 +34,11 @@ void DescriptorOutput::WriteOut(const char* data, size_t length) {
     while (length > 0 && _error == 0) {
         const ssize_t count = write(_descriptor, data, length);
         if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && errno == EAGAIN) {  // a pipe that somebody else set so
+            pollfd room{_descriptor, POLLOUT, 0};
+            poll(&room, 1, -1);
+            continue;
+        }
         if (count < 0) {
             _error = errno;
             return;

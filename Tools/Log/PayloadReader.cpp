@@ -82,7 +82,7 @@ std::string_view PayloadReader::NextInflated() {
         // Without further input the stream may still hold back text for which there was no room before.
         const bool hasInput = _stream.avail_in > 0 || Refill();
         const int result = inflate(&_stream, Z_SYNC_FLUSH);
-        const bool starved = result == Z_BUF_ERROR && _stream.avail_in == 0;
+        const bool starved = result == Z_BUF_ERROR;
         if ((result == Z_OK || starved) && hasInput) continue;
         _failed = result != Z_OK && result != Z_STREAM_END && !starved;
         _atEnd = result != Z_OK || _stream.avail_out > 0;
@@ -99,7 +99,8 @@ uint64_t PayloadReader::TextUpToLastFlush(const Payload& payload) {
     Begin(payload);
     _endsAtFlush = false;
     // Stops at every end of a deflate block. A flush is an empty block that ends on a byte's edge.
-    uint64_t flushed = 0, flushedAt = 0, text = 0, textAtBlock = 0;
+    uint64_t text = 0, textAtBlock = 0, textAtFlush = 0;
+    _consumedAtFlush = 0;
     for (;;) {
         const bool hasInput = _stream.avail_in > 0 || Refill();
         _stream.next_out = _text.get();
@@ -107,19 +108,19 @@ uint64_t PayloadReader::TextUpToLastFlush(const Payload& payload) {
         const int result = inflate(&_stream, Z_BLOCK);
         _consumed = _read - _stream.avail_in;
         text += kTextChunk - _stream.avail_out;
-        const bool starved = result == Z_BUF_ERROR && _stream.avail_in == 0;
-        if (starved && !hasInput) {
-            _endsAtFlush = flushedAt == _consumed;
+        if (result == Z_BUF_ERROR && !hasInput) {
+            _endsAtFlush = _consumedAtFlush == _consumed;
             return text;
         }
-        if (result != Z_OK && !starved) {
+        if (result != Z_OK && result != Z_BUF_ERROR) {
             _failed = result != Z_STREAM_END;
-            return flushed;
+            _endsAtFlush = !_failed && _consumed == payload.size;
+            return _endsAtFlush ? text : textAtFlush;
         }
         if (!(_stream.data_type & kAtBlockEnd)) continue;
         if (text == textAtBlock && !(_stream.data_type & kUnusedBits)) {
-            flushed = text;
-            flushedAt = _consumed;
+            textAtFlush = text;
+            _consumedAtFlush = _consumed;
         }
         textAtBlock = text;
     }

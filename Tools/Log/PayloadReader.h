@@ -48,8 +48,10 @@ public:
     // How much text can be trusted of a payload that runs into foreign bytes: all up to the last flush that the
     // writer made, or all there is if the data just ends; Failed() tells which. Begin must be called again afterwards.
     uint64_t TextUpToLastFlush(const Payload& payload);
-    // Whether that found the payload to end just where the writer made a flush, as it does in a whole record.
+    // Whether that found the payload to end just where the writer made a flush, as it does in a whole record; and how
+    // many bytes of it go up to the last flush.
     bool EndsAtFlush() const { return _endsAtFlush; }
+    uint64_t ConsumedAtFlush() const { return _consumedAtFlush; }
 
 private:
     bool Refill();
@@ -67,6 +69,7 @@ private:
     bool _failed = false;
     bool _atEnd = false;
     bool _endsAtFlush = false;
+    uint64_t _consumedAtFlush = 0;
 };
 
 }  // namespace OrvaneLog

@@ -60,9 +60,9 @@ void RecordDecoder::MeasurePayload() {
     if (IsTorn() || _framing == Framing::kMappedBlock) {
         // A block holds no more than this, so that more than this does not matter.
         const size_t inBlock = std::min(_window.At(_report.offset, kBlockSize).size(), kBlockSize);
-        const uint64_t available = inBlock - LogRecord::kHeaderLength;
+        _available = inBlock - LogRecord::kHeaderLength;
         // The length of a record without an end is not to be believed.
-        _payload.size = _framing == Framing::kNoEnd ? available : std::min(_payload.size, available);
+        _payload.size = _framing == Framing::kNoEnd ? _available : std::min(_payload.size, _available);
     }
     if (!_report.header.IsEncrypted()) return;
     // Whole groups are enciphered, the rest of a whole payload is not; of a torn one it is unknown where it ended.
@@ -94,6 +94,7 @@ bool RecordDecoder::OpenPlain() {
     const bool text = ShowsText(begin);
     if (IsTorn()) {
         if (!text) return Refuse(TornWhy());
+        _tornSize = _available;
         _report.verdict = Verdict::kTorn;
         _report.why = TornWhy();
         return true;
@@ -166,6 +167,7 @@ bool RecordDecoder::JudgeTorn() {
     const uint64_t trusted = _reader.TextUpToLastFlush(_payload);
     _work += _reader.Consumed();
     if (trusted == 0) return Refuse(TornWhy());
+    _tornSize = TornSize();
     Read(_payload, trusted);
     if (!IsConvincing(_first)) return Refuse(TornWhy());
     _report.verdict = Verdict::kTorn;
@@ -173,10 +175,35 @@ bool RecordDecoder::JudgeTorn() {
     return true;
 }
 
+// What a torn record takes of the source: all that is left of one that is cut off, else what goes up to its last flush,
+// and an end byte if there is one there.
+uint64_t RecordDecoder::TornSize() {
+    if (_framing == Framing::kCutOff && !_reader.Failed()) return _available;
+    const uint64_t size = _reader.ConsumedAtFlush();
+    uint8_t byte = 1;
+    _window.Peek(_payload.offset + size, &byte, 1);
+    return byte == LogRecord::kMagicEnd ? size + LogRecord::kTailLength : size;
+}
+
 std::string RecordDecoder::TornWhy() const {
     const std::string claim = "a record at " + std::to_string(_report.offset) + " of " +
                               std::to_string(_report.header.length) + " bytes payload ";
     return claim + (_framing == Framing::kCutOff ? "is cut off by the end" : "has no end byte there");
+}
+
+// All text is out: whether that was all there should be.
+void RecordDecoder::JudgeDelivered(bool isBinary) {
+    if (isBinary)
+        _report.why = "its text holds a zero byte, and is given up to that";
+    else if (_payload.compressed && _reader.Failed())
+        _report.why = "its payload inflates no further than " + std::to_string(_report.textSize) + " bytes of text";
+    else if (_payload.compressed && _reader.Consumed() < _payload.size)
+        _report.why = "its deflate stream ends " + std::to_string(_payload.size - _reader.Consumed()) +
+                      " bytes before its payload does";
+    else if (_framing == Framing::kMappedBlock && _payload.size < _report.header.length)
+        _report.why =
+            "its header claims " + std::to_string(_report.header.length) + " bytes payload, more than a block holds";
+    if (!_report.why.empty()) _report.verdict = Verdict::kDamaged;
 }
 
 RecordReport RecordDecoder::Deliver(ReadEvents& events) {
@@ -196,25 +223,9 @@ RecordReport RecordDecoder::Deliver(ReadEvents& events) {
         }
         _work += _reader.Consumed();
     }
-    _report.size = LogRecord::kHeaderLength + (IsTorn() ? _reader.Consumed() : _payload.size);
+    _report.size = LogRecord::kHeaderLength + (IsTorn() ? _tornSize : _payload.size);
     if (!IsTorn() && _framing != Framing::kMappedBlock) _report.size += LogRecord::kTailLength;
-    if (_report.verdict == Verdict::kSound) {
-        if (binary) {
-            _report.verdict = Verdict::kDamaged;
-            _report.why = "its text holds a zero byte, and is given up to that";
-        } else if (_payload.compressed && _reader.Failed()) {
-            _report.verdict = Verdict::kDamaged;
-            _report.why = "its payload inflates no further than " + std::to_string(_report.textSize) + " bytes of text";
-        } else if (_payload.compressed && _reader.Consumed() < _payload.size) {
-            _report.verdict = Verdict::kDamaged;
-            _report.why = "its deflate stream ends " + std::to_string(_payload.size - _reader.Consumed()) +
-                          " bytes before its payload does";
-        } else if (_framing == Framing::kMappedBlock && _payload.size < _report.header.length) {
-            _report.verdict = Verdict::kDamaged;
-            _report.why = "its header claims " + std::to_string(_report.header.length) +
-                          " bytes payload, more than a block holds";
-        }
-    }
+    if (_report.verdict == Verdict::kSound) JudgeDelivered(binary);
     events.OnRecordEnd(_report);
     return _report;
 }

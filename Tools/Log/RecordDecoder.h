@@ -51,6 +51,8 @@ private:
     void Read(const Payload& payload, uint64_t textLimit = PayloadReader::kAllText);
     bool IsTorn() const { return _framing == Framing::kCutOff || _framing == Framing::kNoEnd; }
     bool IsInPlace() const { return _framing == Framing::kWholeInRow || _framing == Framing::kMappedBlock; }
+    uint64_t TornSize();
+    void JudgeDelivered(bool isBinary);
     std::string TornWhy() const;
 
     ByteWindow& _window;
@@ -59,6 +61,8 @@ private:
 
     Framing _framing = Framing::kWhole;
     Payload _payload;
+    uint64_t _available = 0;        // bytes behind the header, as far as a block goes; of what is not framed
+    uint64_t _tornSize = 0;         // bytes of them that a torn record takes
     std::array<uint8_t, 64> _head;  // the payload's first bytes, as stored
     size_t _headSize = 0;
     std::string_view _first;  // the first piece of the text

@@ -70,6 +70,13 @@ TEST(Pattern, FindsExpressionsAndPlainText) {
     EXPECT_FALSE(found("^took", kError));
     EXPECT_TRUE(found("(o)\\1k", kError)) << "back-references";
     EXPECT_FALSE(found("Took", kError));
+    // What an expression demands is found whatever stands around it.
+    for (const char* matches :
+         {"tooo*k", "tooz?k", "took.{1,9}ms", "x*took", "took|never", "(never)?took", "[t]ook 1", "\\x74ook", "to{2}k",
+          "\\btook\\b", "took\\s15", "15 ms\\nback", "\\[Ravel\\]", "(?=took)took 15"})
+        EXPECT_TRUE(found(matches, kError)) << matches;
+    for (const char* differs : {"too?k\\d", "took 16", "took.{9,}ms$", "[u]ook", "\\x75ook", "never?took"})
+        EXPECT_FALSE(found(differs, kError)) << differs;
     EXPECT_TRUE(error.empty() || found("took", kError));
     for (const char* wrong : {"(", "[a", "a{2", "*", "\\"}) {
         error.clear();

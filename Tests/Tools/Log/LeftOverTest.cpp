@@ -10,7 +10,7 @@
 namespace OrvaneLog {
 namespace {
 
-using namespace Orvane::Testing;
+using namespace OrvaneTest;
 
 std::string LittleEndian(uint64_t value, int bytes) {
     std::string text;
@@ -66,14 +66,16 @@ TEST_F(LeftOverTest, TheTailOfAnInterruptedWriteIsPutBack) {
     // The group that the tail begins is enciphered already, together with the first bytes of the next line.
     fields.payload = EncryptGroups(deflated + std::string(8 - tail, '\x55'), _writer.tea).substr(0, deflated.size());
     _folder.Write("Pell.mmap3", MappedBlock(RecordBytes(fields, false)));
-    EXPECT_NE(Read(), Joined(lines));
+    Read();
+    EXPECT_NE(_said, "") << "the journal is needed";
     _folder.Write("Pell.journal3",
                   Journal(5ull << 32 | deflated.size(), deflated.substr(deflated.size() - tail), "", -1, ""));
     _said.clear();
     EXPECT_EQ(Read(), Joined(lines));
     EXPECT_EQ(_said, "");
     _folder.Write("Pell.journal3", Journal(4ull << 32 | deflated.size(), "wrong", "", -1, ""));
-    EXPECT_NE(Read(), Joined(lines)) << "the tail of another block";
+    Read();
+    EXPECT_NE(_said, "") << "the tail of another state";
 }
 
 TEST_F(LeftOverTest, AStagedRecordCountsOnceWhereverTheProcessDied) {

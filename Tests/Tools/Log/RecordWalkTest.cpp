@@ -161,6 +161,7 @@ TEST(RecordWalk, AFalseLengthHidesNoRecord) {
         const Collected read = WalkRecords(next + lied + next);
         EXPECT_EQ(read.text, Joined(more) + Joined(lines) + Joined(more)) << length;
         EXPECT_EQ(read.Verdicts(), "sound torn sound") << length;
+        EXPECT_TRUE(read.gaps.empty()) << read.Told();
     }
 }
 
