@@ -55,15 +55,17 @@ protected:
         logger->SetOption("LogMode", mode);
         logger->SetOption("LogConsoleOutput", 0);
         logger->Init();
-        // The flush thread looks at the block as soon as it runs, and then waits to be woken.
-        EXPECT_TRUE(WaitUntilAllAsleep("XLogThread", console->Count(", sync:0, use mmap:")));
+        AwaitFlushThreads();
         return logger;
     }
+    // A flush thread looks at the block as soon as it runs, and then waits to be woken.
+    void AwaitFlushThreads() { EXPECT_TRUE(WaitUntilAllAsleep("XLogThread", console->Count(", sync:0, use mmap:"))); }
     static void Say(Logger* logger, const std::string& text, ALogPriority level = kLogInfo) {
         logger->Log(level, "some/where/File.cpp", 12, "Function", nullptr, text.c_str());
     }
     // Ends the loggers of this process, and reads what a next one brings back.
     std::string Reopen(const std::string& module, int mode) {
+        AwaitFlushThreads();  // one that is at work would end with its logger, the others wait on
         loggers.clear();
         Make(module, mode);
         return DecodeText(ReadLogFiles(module), DevelopmentKey());
@@ -300,6 +302,7 @@ TEST_F(LoggerTest, AThirdOfTheBlockWakesTheFlushThread) {
     for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i)
         Say(logger, "line number " + std::to_string(i));
     ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Flushed").empty(); }));
+    AwaitFlushThreads();  // the append is not one step
     const auto record = DecodeRecords(ReadLogFiles("Flushed"), DevelopmentKey()).at(0);
     EXPECT_GE(record.payload.size() + 73, 51200u);
     EXPECT_LT(record.payload.size(), 76800u);
@@ -335,6 +338,7 @@ TEST_F(LoggerTest, MarkersTakeThePlaceOfLinesInAFullBlock) {
     logger->SetCallback(FillTheBlock);
     Say(logger, "begin");
     ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Full").empty(); }));
+    AwaitFlushThreads();  // the append is not one step
     const std::string text = DecodeText(ReadLogFiles("Full"));
     const size_t marker = text.find("[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: ");
     ASSERT_NE(marker, std::string::npos);
@@ -390,6 +394,7 @@ TEST_F(LoggerTest, WhatCannotBeMappedIsKeptInMemory) {
     for (int i = 0; i < 20000 && FilesIn(LogFolder("Unmapped")).empty(); ++i)
         Say(logger, "line " + std::to_string(i));
     ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Unmapped").empty(); }));
+    AwaitFlushThreads();  // the append is not one step
     EXPECT_EQ(Texts(DecodeText(ReadLogFiles("Unmapped"), DevelopmentKey())).at(0), "Info line 0");
 }
 
