@@ -38,7 +38,8 @@ ORVANE_EXPORT extern const unsigned char OrvaneCoreVersionString[];
 
 /* --- Facade ------------------------------------------------------------------------------------------------------- */
 
-/// The facade object, made at the first call; the same pointer for the life of the process.
+/// The facade object, made at the first call, which belongs on the main thread; the same pointer for the life of the
+/// process.
 ORVANE_EXPORT orvanecore_instance* orvanecore_getInstance(void);
 /// Kept for its callers; destroys nothing.
 ORVANE_EXPORT void orvanecore_releaseInstance(void);

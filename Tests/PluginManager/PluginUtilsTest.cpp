@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
+
 #include "Orvane/PluginBase.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
@@ -31,6 +33,12 @@ TEST(PluginUtils, IsReachedByNameAndDrivesTheWalks) {
     for (const char* stage : {"nativeStartup", "nativePostStartup", "nativePreShutdown", "nativeShutdown"})
         orvane_object_perform(Shared(), stage, nullptr);
     EXPECT_THAT(journal, ElementsAre("P OnStartup", "P OnPostStartup", "P OnPreShutdown", "P OnShutdown"));
+}
+
+TEST(PluginUtils, WhatAPluginThrowsPassesThroughTheRunTime) {
+    FakePlugin plugin("P");
+    plugin.actions["OnStartup"] = [] { throw std::runtime_error("broken"); };
+    EXPECT_THROW(orvane_object_perform(Shared(), "nativeStartup", nullptr), std::runtime_error);
 }
 
 TEST(PluginUtils, AManagerThatIsSetIsGivenOutAndNotDriven) {
