@@ -10,6 +10,9 @@ namespace Quern {
 // so a thread does it once a second. The result is the calling thread's, valid until its next call.
 const tm& LocalTime(time_t seconds);
 
+// The second of a broken-down local time, which is normalised: the counterpart, as mktime gives it.
+time_t TimeOfLocal(tm& local);
+
 }  // namespace Quern
 
 #endif

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Base/Container/AArray.h"
+#include "Base/LocalClock.h"
 #include "Base/XLog.h"
 #include "Storage/File/CPath.h"
 #include "Storage/Log/FileLogger.h"
@@ -113,7 +114,7 @@ time_t GetLogFileTimeStamp(const char* name) {
     local.tm_isdst = 0;
     local.tm_gmtoff = 28800;
     local.tm_zone = "CST";
-    return mktime(&local);
+    return TimeOfLocal(local);
 }
 
 bool isDigits(const char* text) {
