@@ -114,19 +114,7 @@ int UnpackText(ZylReadBuf& src, char* text, size_t size) {
     return isConsistent ? ZylError::ZYL_NO_ERROR : ZylError::ZYL_STRING_SIZE_CONFLICT;
 }
 
-int OpenEntry(ZylXmlWriter& writer, const char* name) {
-    if (const int code = writer.openSimple(name)) return code;
-    return writer.format() == Quern::ZYL_XML_ATTRIBUTE ? writer.join({" value=\""}) : ZylError::ZYL_NO_ERROR;
-}
-
-int CloseEntry(ZylXmlWriter& writer, const char* name) {
-    if (writer.format() == Quern::ZYL_XML_ATTRIBUTE) {
-        if (const int code = writer.join({"\""})) return code;
-    }
-    return writer.closeSimple(name);
-}
-
-const char* ReadEntry(ZylXmlReader& reader, const char* name) {
+const char* ReadEntry(ZylXmlReader& reader, Quern::ZylName name) {
     const char* text = nullptr;
     if (reader.format() != Quern::ZYL_XML_ATTRIBUTE) {
         text = reader.getEntryValue(name);
@@ -137,7 +125,7 @@ const char* ReadEntry(ZylXmlReader& reader, const char* name) {
     return text == nullptr ? "" : text;
 }
 
-int ReadText(ZylXmlReader& reader, const char* name, char* text, size_t size) {
+int ReadText(ZylXmlReader& reader, Quern::ZylName name, char* text, size_t size) {
     const char* const value = ReadEntry(reader, name);
     const size_t length = strlen(value);
     if (length >= size) return ZylError::ZYL_STRING_TOO_LONG;

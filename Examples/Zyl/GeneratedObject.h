@@ -46,18 +46,19 @@ int PackText(Quern::ZylWriteBuf& dest, const char* text);
 int UnpackText(Quern::ZylReadBuf& src, char* text, size_t size);
 
 // A simple field of the XML form: in the attribute form its value is the attribute "value" of its element.
-int OpenEntry(Quern::ZylXmlWriter& writer, const char* name);
-int CloseEntry(Quern::ZylXmlWriter& writer, const char* name);
 template <typename PutValue>
-int WriteEntry(Quern::ZylXmlWriter& writer, const char* name, const PutValue& putValue) {
-    if (const int code = OpenEntry(writer, name)) return code;
+int WriteEntry(Quern::ZylXmlWriter& writer, Quern::ZylName name, const PutValue& putValue) {
+    const bool isAttribute = writer.format() == Quern::ZYL_XML_ATTRIBUTE;
+    if (const int code = writer.openSimple(name)) return code;
+    if (isAttribute && writer.join(" value=\"") != 0) return writer.ZylOutStream::state();
     if (const int code = putValue()) return code;
-    return CloseEntry(writer, name);
+    if (isAttribute && writer.join("\"") != 0) return writer.ZylOutStream::state();
+    return writer.closeSimple(name);
 }
 // The text of a field, empty if it is missing.
-const char* ReadEntry(Quern::ZylXmlReader& reader, const char* name);
+const char* ReadEntry(Quern::ZylXmlReader& reader, Quern::ZylName name);
 // -3 for a text longer than `size` holds.
-int ReadText(Quern::ZylXmlReader& reader, const char* name, char* text, size_t size);
+int ReadText(Quern::ZylXmlReader& reader, Quern::ZylName name, char* text, size_t size);
 
 }  // namespace Example
 

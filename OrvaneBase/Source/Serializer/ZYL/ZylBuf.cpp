@@ -6,9 +6,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "Base/Assert.h"
-#include "Serializer/ZYL/ZylError.h"
-
 namespace Quern {
 namespace {
 
@@ -32,11 +29,6 @@ void ZylWriteBuf::_set(char* buffer, unsigned long capacity) {
     beginPtr = buffer;
     position = 0;
     length = buffer == nullptr ? 0 : capacity;
-}
-
-size_t ZylWriteBuf::room() const {
-    ORVANE_ASSERT(position <= length);
-    return length - position;
 }
 
 template <typename Unsigned>
@@ -116,22 +108,6 @@ int ZylWriteBuf::vtextize(const char* format, va_list arguments) {
     return ZylError::ZYL_NO_ERROR;
 }
 
-int ZylWriteBuf::join(std::initializer_list<std::string_view> pieces) {
-    const size_t free = room();
-    size_t size = 0;
-    for (std::string_view piece : pieces)
-        size += piece.size();
-    if (size >= free) return ZylError::ZYL_SHORT_BUFFER_TO_WRITE;
-    char* target = beginPtr + position;
-    for (std::string_view piece : pieces) {
-        memcpy(target, piece.data(), piece.size());
-        target += piece.size();
-    }
-    *target = '\0';
-    position += size;
-    return ZylError::ZYL_NO_ERROR;
-}
-
 void ZylReadBuf::_reset() {
     _set(nullptr, 0);
 }
@@ -140,11 +116,6 @@ void ZylReadBuf::_set(const char* data, unsigned long size) {
     beginPtr = data;
     position = 0;
     length = data == nullptr ? 0 : size;
-}
-
-size_t ZylReadBuf::left() const {
-    ORVANE_ASSERT(position <= length);
-    return length - position;
 }
 
 template <typename Unsigned, typename Value>

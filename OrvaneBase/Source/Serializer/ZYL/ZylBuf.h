@@ -11,8 +11,11 @@
 
 #include <cstdarg>
 #include <cstddef>
-#include <initializer_list>
 #include <string_view>
+
+#include "Base/Assert.h"
+#include "Serializer/ZYL/ZylError.h"
+#include "Serializer/ZYL/ZylShortText.h"
 
 namespace Quern {
 
@@ -52,11 +55,40 @@ public:
     // print has left behind the position is garbage. The terminator is not counted: the next write overwrites it.
     int textize(const char* format, ...) __attribute__((format(printf, 2, 3)));
     int vtextize(const char* format, va_list arguments) __attribute__((format(printf, 2, 0)));
-    // The pieces in a row as one print, without the cost of a format. They must not lie in the buffer.
-    int join(std::initializer_list<std::string_view> pieces);
+    // The pieces, texts all, in a row as one print, without the cost of a format. They must not lie in the buffer.
+    template <typename... Pieces>
+    int join(const Pieces&... pieces) {
+        return joinViews(std::string_view(pieces)...);
+    }
+    // The same for a short text that `print` puts at a given place; it gets room for kMaxShortText characters and
+    // returns the end of the text.
+    template <typename Print>
+    int printShort(const Print& print) {
+        if (room() <= kMaxShortText) {
+            char text[kMaxShortText];
+            return joinViews(std::string_view(text, static_cast<size_t>(print(text) - text)));
+        }
+        char* const end = print(beginPtr + position);
+        *end = '\0';
+        position = static_cast<size_t>(end - beginPtr);
+        return ZylError::ZYL_NO_ERROR;
+    }
 
 private:
-    size_t room() const;
+    size_t room() const {
+        ORVANE_ASSERT(position <= length);
+        return length - position;
+    }
+    template <typename... Views>
+    int joinViews(Views... views) {
+        const size_t size = (views.size() + ...);
+        if (size >= room()) return ZylError::ZYL_SHORT_BUFFER_TO_WRITE;
+        char* target = beginPtr + position;
+        ((target = CopyText(target, views)), ...);
+        *target = '\0';
+        position += size;
+        return ZylError::ZYL_NO_ERROR;
+    }
     template <typename Unsigned>
     int writeBigEndian(Unsigned value);
 };
@@ -101,7 +133,10 @@ public:
     int fromHexStr(const char* src, unsigned long size, unsigned long* usedSize);
 
 private:
-    size_t left() const;
+    size_t left() const {
+        ORVANE_ASSERT(position <= length);
+        return length - position;
+    }
     template <typename Unsigned, typename Value>
     int readBigEndian(Value& value);
 };

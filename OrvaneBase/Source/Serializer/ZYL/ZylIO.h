@@ -4,7 +4,6 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <initializer_list>
 #include <string_view>
 
 #include "Serializer/ZYL/ZylBuf.h"
@@ -29,11 +28,28 @@ public:
     int textize(const char* format, ...) __attribute__((format(printf, 2, 3)));
     int vtextize(const char* format, va_list arguments) __attribute__((format(printf, 2, 0)));
     // The same for pieces that need no format.
-    int join(std::initializer_list<std::string_view> pieces);
+    template <typename... Pieces>
+    int join(const Pieces&... pieces) {
+        ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
+        if (_file == nullptr) return _state = _buf.join(pieces...);
+        (void)(writeFile(std::string_view(pieces)) && ...);
+        return _state;
+    }
+    template <typename Print>
+    int printShort(const Print& print) {
+        ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
+        if (_file == nullptr) return _state = _buf.printShort(print);
+        char text[kMaxShortText];
+        writeFile({text, static_cast<size_t>(print(text) - text)});
+        return _state;
+    }
     // Bytes as they are, without a terminator.
     int output(const char* data, unsigned long size);
 
 private:
+    // False, and a state, where the file takes less than all.
+    bool writeFile(std::string_view bytes);
+
     FILE* _file;
     ZylWriteBuf _buf;
     int _state;

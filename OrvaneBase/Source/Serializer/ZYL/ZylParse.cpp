@@ -1,9 +1,11 @@
 #include "Serializer/ZYL/ZylParse.h"
 
+#include <charconv>
 #include <cstdlib>
 #include <limits>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "Base/Assert.h"
 #include "Serializer/ZYL/ZylError.h"
@@ -93,6 +95,8 @@ struct IntegerRule {
     }
 };
 
+// The plain numbers that the XML form is made of need no strtod, which has the last word on everything else: a sign
+// "+", hexadecimal, trailing characters, numbers beyond the range.
 template <typename Float>
 struct FloatRule {
     Float defaultValue;
@@ -103,9 +107,13 @@ struct FloatRule {
     }
 
     int convert(std::string_view token, Float& value) const {
-        char* end;
-        const double number = strtod(token.data(), &end);
-        if (end == token.data()) return ZylError::ZYL_PARSE_NUMBER_FAILED;
+        double number;
+        const auto [stop, error] = std::from_chars(token.data(), token.data() + token.size(), number);
+        if (error != std::errc() || stop != token.data() + token.size()) {
+            char* end;
+            number = strtod(token.data(), &end);
+            if (end == token.data()) return ZylError::ZYL_PARSE_NUMBER_FAILED;
+        }
         value = static_cast<Float>(number);
         return ZylError::ZYL_NO_ERROR;
     }
@@ -122,7 +130,8 @@ struct TextRule {
     }
 
     int convert(std::string_view token, unsigned int& value) const {
-        return conversion(value, std::string(token).c_str());
+        const bool isTerminated = token.data()[token.size()] == '\0';
+        return isTerminated ? conversion(value, token.data()) : conversion(value, std::string(token).c_str());
     }
 };
 

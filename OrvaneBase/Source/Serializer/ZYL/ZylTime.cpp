@@ -1,7 +1,6 @@
 #include "Serializer/ZYL/ZylTime.h"
 
 #include <algorithm>
-#include <tuple>
 
 namespace Quern {
 namespace {
@@ -51,8 +50,10 @@ bool ZylDate::isValid() const {
     return -9999 <= nYear && nYear <= 9999 && nMonth < 13 && nDay <= DaysOfMonth(nYear, nMonth);
 }
 
-bool ZylDate::operator<(const ZylDate& other) const {
-    return std::tie(nYear, nMonth, nDay) < std::tie(other.nYear, other.nMonth, other.nDay);
+std::strong_ordering ZylDate::operator<=>(const ZylDate& other) const {
+    if (const auto order = nYear <=> other.nYear; order != 0) return order;
+    if (const auto order = nMonth <=> other.nMonth; order != 0) return order;
+    return nDay <=> other.nDay;
 }
 
 void ZylDate::fromTm(const tm& source) {
@@ -77,8 +78,10 @@ bool ZylTime::isValid() const {
     return -999 <= nHour && nHour <= 999 && nMin < 60 && nSec < 60;
 }
 
-bool ZylTime::operator<(const ZylTime& other) const {
-    return std::tie(nHour, nMin, nSec) < std::tie(other.nHour, other.nMin, other.nSec);
+std::strong_ordering ZylTime::operator<=>(const ZylTime& other) const {
+    if (const auto order = nHour <=> other.nHour; order != 0) return order;
+    if (const auto order = nMin <=> other.nMin; order != 0) return order;
+    return nSec <=> other.nSec;
 }
 
 void ZylTime::fromTm(const tm& source) {
@@ -106,8 +109,9 @@ bool ZylDateTime::isValid() const {
     return date.isValid() && time.isValid();
 }
 
-bool ZylDateTime::operator<(const ZylDateTime& other) const {
-    return std::tie(date, time) < std::tie(other.date, other.time);
+std::strong_ordering ZylDateTime::operator<=>(const ZylDateTime& other) const {
+    if (const auto order = date <=> other.date; order != 0) return order;
+    return time <=> other.time;
 }
 
 void ZylDateTime::fromTm(const tm& source) {

@@ -1,7 +1,10 @@
 // The packed date, time and address values of the Zyl forms: plain values, convertible to and from integers.
+//
+// Two values of one type are ordered by what they mean, not by their integer forms.
 #ifndef ORVANE_SERIALIZER_ZYL_ZYL_TIME_H
 #define ORVANE_SERIALIZER_ZYL_ZYL_TIME_H
 
+#include <compare>
 #include <cstdint>
 #include <ctime>
 
@@ -24,8 +27,8 @@ struct ZylDate {
 
     // Years -9999 to 9999 of the Gregorian calendar. Month 0 and day 0 pass, on purpose.
     bool isValid() const;
-    bool operator==(const ZylDate& other) const = default;
-    bool operator<(const ZylDate& other) const;
+    // Field by field from the year.
+    std::strong_ordering operator<=>(const ZylDate& other) const;
 
     // A year that 16 bits do not hold becomes the nearest that they do, and is then not valid.
     void fromTm(const tm& source);
@@ -48,9 +51,8 @@ struct ZylTime {
 
     // Hours -999 to 999.
     bool isValid() const;
-    bool operator==(const ZylTime& other) const = default;
     // Field by field from the hours: of two spans of the same negative hour, the one with more minutes is the greater.
-    bool operator<(const ZylTime& other) const;
+    std::strong_ordering operator<=>(const ZylTime& other) const;
 
     void fromTm(const tm& source);
     // Sets the fields of the time alone.
@@ -68,8 +70,8 @@ struct ZylDateTime {
     operator unsigned long long() const;
 
     bool isValid() const;
-    bool operator==(const ZylDateTime& other) const = default;
-    bool operator<(const ZylDateTime& other) const;
+    // Field by field from the year.
+    std::strong_ordering operator<=>(const ZylDateTime& other) const;
 
     void fromTm(const tm& source);
     void toTm(tm& target) const;

@@ -4,51 +4,58 @@
 
 #include <charconv>
 #include <cstring>
-#include <string_view>
 
 #include "Base/Assert.h"
 #include "Serializer/ZYL/ZylError.h"
+#include "Serializer/ZYL/ZylShortText.h"
 
 namespace Quern {
 namespace {
 
-// The longest text is that of a date and time of six-character fields.
-struct Text {
-    char characters[48];
-    size_t size = 0;
+// Each print puts a text of at most kMaxShortText characters at a place and returns its end. The texts are made by
+// hand: going through printf, as inet_ntop does too, would cost more than all the rest of an XML field.
 
-    void put(char character) { characters[size++] = character; }
-    // As printf's "%*d" pads, but that a sign goes behind leading zeros.
-    void putNumber(int value, int width, char padding) {
-        char digits[12];
-        const int count = static_cast<int>(std::to_chars(digits, digits + sizeof digits, value).ptr - digits);
-        for (int i = count; i < width; ++i)
-            put(padding);
-        for (int i = 0; i < count; ++i)
-            put(digits[i]);
+// As printf's "%*d".
+char* PrintNumber(char* place, int value, int width) {
+    char digits[12];
+    const auto count = std::to_chars(digits, digits + sizeof digits, value).ptr - digits;
+    for (auto i = count; i < width; ++i)
+        *place++ = ' ';
+    return CopyText(place, {digits, static_cast<size_t>(count)});
+}
+
+// As printf's "%02d": of a negative number, the sign and one digit fill both places.
+char* PrintTwo(char* place, int value) {
+    if (value < 0 || value > 99) return PrintNumber(place, value, 2);
+    *place++ = static_cast<char>('0' + value / 10);
+    *place++ = static_cast<char>('0' + value % 10);
+    return place;
+}
+
+char* Print(char* place, const ZylDate& date) {
+    if (1000 <= date.nYear && date.nYear <= 9999) {
+        place = PrintTwo(PrintTwo(place, date.nYear / 100), date.nYear % 100);
+    } else {
+        place = PrintNumber(place, date.nYear, 4);
     }
-};
-
-void Print(Text& text, const ZylDate& date) {
-    text.putNumber(date.nYear, 4, ' ');
-    text.put('-');
-    text.putNumber(date.nMonth, 2, '0');
-    text.put('-');
-    text.putNumber(date.nDay, 2, '0');
+    *place++ = '-';
+    place = PrintTwo(place, date.nMonth);
+    *place++ = '-';
+    return PrintTwo(place, date.nDay);
 }
 
-void Print(Text& text, const ZylTime& time) {
-    text.putNumber(time.nHour, 2, '0');  // a sign and a digit fill both places
-    text.put(':');
-    text.putNumber(time.nMin, 2, '0');
-    text.put(':');
-    text.putNumber(time.nSec, 2, '0');
+char* Print(char* place, const ZylTime& time) {
+    place = PrintTwo(place, time.nHour);
+    *place++ = ':';
+    place = PrintTwo(place, time.nMin);
+    *place++ = ':';
+    return PrintTwo(place, time.nSec);
 }
 
-void Print(Text& text, const ZylDateTime& dateTime) {
-    Print(text, dateTime.date);
-    text.put(' ');
-    Print(text, dateTime.time);
+char* Print(char* place, const ZylDateTime& dateTime) {
+    place = Print(place, dateTime.date);
+    *place++ = ' ';
+    return Print(place, dateTime.time);
 }
 
 // Network byte order: the first byte in memory is the first number.
@@ -56,40 +63,32 @@ struct Address {
     unsigned int ip;
 };
 
-void Print(Text& text, const Address& address) {
+char* Print(char* place, const Address& address) {
     unsigned char bytes[4];
     memcpy(bytes, &address.ip, sizeof bytes);
     for (int i = 0; i < 4; ++i) {
-        if (i > 0) text.put('.');
-        text.putNumber(bytes[i], 1, '0');
+        if (i > 0) *place++ = '.';
+        place = std::to_chars(place, place + 3, bytes[i]).ptr;
     }
-}
-
-// The texts are made by hand: going through printf, as inet_ntop does too, would cost more than all the rest of an XML
-// field.
-template <typename Value>
-int print2Buf(char* dest, unsigned long size, const Value& value) {
-    Text text;
-    Print(text, value);
-    if (text.size >= size) return ZylError::ZYL_SHORT_BUFFER_TO_WRITE;
-    memcpy(dest, text.characters, text.size);
-    dest[text.size] = '\0';
-    return ZylError::ZYL_NO_ERROR;
+    return place;
 }
 
 template <typename Value>
 int print2Buf(ZylWriteBuf& dest, const Value& value) {
-    Text text;
-    Print(text, value);
-    return dest.join({std::string_view(text.characters, text.size)});
+    return dest.printShort([&](char* place) { return Print(place, value); });
+}
+
+template <typename Value>
+int print2Buf(char* dest, unsigned long size, const Value& value) {
+    ZylWriteBuf buffer(dest, size);
+    return print2Buf(buffer, value);
 }
 
 // Two digits, or -1.
 int TwoDigits(const char* text) {
-    const unsigned tens = static_cast<unsigned char>(text[0]) - '0';
-    if (tens > 9) return -1;
-    const unsigned ones = static_cast<unsigned char>(text[1]) - '0';
-    return ones > 9 ? -1 : static_cast<int>(10 * tens + ones);
+    const auto isDigit = [](char character) { return '0' <= character && character <= '9'; };
+    if (!isDigit(text[0]) || !isDigit(text[1])) return -1;
+    return 10 * (text[0] - '0') + text[1] - '0';
 }
 
 // The shapes that this library prints, read at a fraction of the cost of strptime. False says nothing about the text:
@@ -126,6 +125,25 @@ bool ReadDateTimeQuickly(const char* text, tm& fields) {
     return ReadDateQuickly(text, fields) && text[10] == ' ' && ReadTimeQuickly(text + 11, fields);
 }
 
+// inet_pton's own rules: four numbers up to 255 without leading zeros.
+bool ReadIpQuickly(const char* text, unsigned int& ip) {
+    unsigned char bytes[4];
+    for (int i = 0; i < 4; ++i) {
+        if (i > 0 && *text++ != '.') return false;
+        if (*text < '0' || *text > '9') return false;
+        unsigned int number = 0;
+        const char* const begin = text;
+        for (; '0' <= *text && *text <= '9' && text - begin < 3; ++text) {
+            number = 10 * number + static_cast<unsigned int>(*text - '0');
+        }
+        if (number > 255 || (*begin == '0' && text - begin > 1)) return false;
+        bytes[i] = static_cast<unsigned char>(number);
+    }
+    if (*text != '\0') return false;
+    memcpy(&ip, bytes, sizeof bytes);
+    return true;
+}
+
 template <typename Value, typename Packed>
 int Read(Packed& target, const char* text, bool (*readQuickly)(const char*, tm&), const char* format, int failure) {
     tm fields = {};
@@ -150,6 +168,7 @@ int Compare(const Value& left, const Value& right) {
 
 int ZylTypeUtil::str2ZylIP(unsigned int& ip, const char* pszIP) {
     ORVANE_ASSERT(NULL != pszIP);
+    if (ReadIpQuickly(pszIP, ip)) return ZylError::ZYL_NO_ERROR;
     in_addr address;
     if (inet_pton(AF_INET, pszIP, &address) != 1) return ZylError::ZYL_INVALID_IP;
     ip = address.s_addr;

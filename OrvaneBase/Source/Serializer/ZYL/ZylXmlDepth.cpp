@@ -67,8 +67,9 @@ bool HasFewTags(const char* text, int limit) {
 
 }  // namespace
 
-bool IsXmlDepthWithin(const char* text, int limit) {
-    if (HasFewTags(text, limit)) return true;
+bool IsXmlDepthWithin(const char* text, size_t size, int limit) {
+    constexpr size_t kShortestTag = 3;  // "<a>"
+    if (size / kShortestTag <= static_cast<size_t>(limit) || HasFewTags(text, limit)) return true;
     int depth = 0;
     while (text != nullptr && (text = strchr(text, '<')) != nullptr) {
         ++text;

@@ -1,6 +1,5 @@
 #include "Serializer/ZYL/ZylXmlReader.h"
 
-#include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -12,8 +11,13 @@
 namespace Quern {
 namespace {
 
+// isspace in the C locale.
 bool IsSpace(char character) {
-    return isspace(static_cast<unsigned char>(character)) != 0;
+    return character == ' ' || ('\t' <= character && character <= '\r');
+}
+
+bool HasName(const rapidxml::xml_node<char>* node, ZylName name) {
+    return rapidxml::internal::compare(node->name(), node->name_size(), name.text(), name.size(), true);
 }
 
 // Cuts the white space off both ends of a text, in place; `end` is its last character. Null if nothing is left.
@@ -39,7 +43,7 @@ const char* StrippedValue(rapidxml::xml_base<char>* entry) {
 ZylXmlReader::ZylXmlReader(char* text, ZylXmlFormat format)
     : _format(format), _state(ZylError::ZYL_NO_ERROR), _current(nullptr), _previous(nullptr) {
     ORVANE_ASSERT(NULL != text);
-    _parse(text);
+    _parse(text, strlen(text));
 }
 
 ZylXmlReader::ZylXmlReader(const char* text, unsigned long size, ZylXmlFormat format)
@@ -52,11 +56,11 @@ ZylXmlReader::ZylXmlReader(const char* text, unsigned long size, ZylXmlFormat fo
     }
     memcpy(_buffer.get(), text, size);
     _buffer[size] = '\0';
-    _parse(_buffer.get());
+    _parse(_buffer.get(), size);
 }
 
-void ZylXmlReader::_parse(char* text) {
-    if (!IsXmlDepthWithin(text, kMaxXmlDepth)) {
+void ZylXmlReader::_parse(char* text, size_t size) {
+    if (!IsXmlDepthWithin(text, size, kMaxXmlDepth)) {
         _state = ZylError::ZYL_PARSE_XML_FAILED;
         return;
     }
@@ -73,44 +77,46 @@ void ZylXmlReader::_parse(char* text) {
     _previous = nullptr;
 }
 
-int ZylXmlReader::stepIn(const char* name) {
+rapidxml::xml_node<char>* ZylXmlReader::find(ZylName name) const {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
-    ORVANE_ASSERT(NULL != name);
-    const size_t size = strlen(name);
-    const bool isRepeated =
-        _previous != nullptr && _previous->name_size() == size && memcmp(_previous->name(), name, size) == 0;
-    rapidxml::xml_node<char>* const next =
-        isRepeated ? _previous->next_sibling(name, size) : _current->first_node(name, size);
+    ORVANE_ASSERT_TEXT(name.text() != nullptr, "NULL != name");
+    if (_previous != nullptr && HasName(_previous, name)) return _previous->next_sibling(name.text(), name.size());
+    return _current->first_node(name.text(), name.size());
+}
+
+int ZylXmlReader::stepIn(ZylName name) {
+    rapidxml::xml_node<char>* const next = find(name);
     if (next == nullptr) return 1;
     _current = next;
     _previous = nullptr;
     return 0;
 }
 
-void ZylXmlReader::stepOut(const char* name) {
+void ZylXmlReader::stepOut(ZylName name) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
-    ORVANE_ASSERT(NULL != name);
-    ORVANE_ASSERT(0 == strcmp(name, _current->name()));
+    ORVANE_ASSERT_TEXT(name.text() != nullptr, "NULL != name");
+    ORVANE_ASSERT_TEXT(HasName(_current, name), "0 == strcmp(name, _current->name())");
     ORVANE_ASSERT(&_document != _current);
     _previous = _current;
     _current = _current->parent();
 }
 
-const char* ZylXmlReader::getEntryValue(const char* name) {
+const char* ZylXmlReader::getEntryValue(ZylName name) {
     return _format == ZYL_XML_ATTRIBUTE ? getAttrValue(name) : getNodeValue(name);
 }
 
-const char* ZylXmlReader::getAttrValue(const char* name) {
+const char* ZylXmlReader::getAttrValue(ZylName name) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
-    ORVANE_ASSERT(NULL != name);
-    rapidxml::xml_attribute<char>* const attribute = _current->first_attribute(name);
+    ORVANE_ASSERT_TEXT(name.text() != nullptr, "NULL != name");
+    rapidxml::xml_attribute<char>* const attribute = _current->first_attribute(name.text(), name.size());
     return attribute == nullptr ? nullptr : StrippedValue(attribute);
 }
 
-const char* ZylXmlReader::getNodeValue(const char* name) {
-    if (stepIn(name) != 0) return nullptr;
-    rapidxml::xml_node<char>* const node = _current;
-    stepOut(name);
+// A stepIn and a stepOut, of which only the place last left remains.
+const char* ZylXmlReader::getNodeValue(ZylName name) {
+    rapidxml::xml_node<char>* const node = find(name);
+    if (node == nullptr) return nullptr;
+    _previous = node;
     return StrippedValue(node);
 }
 

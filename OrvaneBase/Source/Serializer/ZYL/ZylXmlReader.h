@@ -5,6 +5,7 @@
 #include <memory>
 #include <rapidxml/rapidxml.hpp>
 
+#include "Serializer/ZYL/ZylName.h"
 #include "Serializer/ZYL/ZylXmlFormat.h"
 
 namespace Quern {
@@ -28,17 +29,19 @@ public:
 
     // Goes down into the first child of that name or, right behind a stepOut of the same name, into its next sibling of
     // that name, which is how repeated elements are walked. 0, or 1 if there is none and nothing has moved.
-    int stepIn(const char* name);
+    int stepIn(ZylName name);
     // REQUIRES: name is that of the element stepped into.
-    void stepOut(const char* name);
+    void stepOut(ZylName name);
 
     // The text of a field without the white space around it, or null if there is no such field or no text in it.
-    const char* getEntryValue(const char* name);  // by the layout: one of the two below
-    const char* getAttrValue(const char* name);   // an attribute of the current element
-    const char* getNodeValue(const char* name);   // the text of a child element, reached by stepIn
+    const char* getEntryValue(ZylName name);  // by the layout: one of the two below
+    const char* getAttrValue(ZylName name);   // an attribute of the current element
+    const char* getNodeValue(ZylName name);   // the text of a child element, reached by stepIn
 
 private:
-    void _parse(char* text);
+    void _parse(char* text, size_t size);
+    // What stepIn goes to, or null.
+    rapidxml::xml_node<char>* find(ZylName name) const;
 
     std::unique_ptr<char[]> _buffer;  // the copy of the text, or null
     ZylXmlFormat _format;

@@ -1,8 +1,8 @@
 #include "Serializer/ZYL/ZylXmlWriter.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <cstring>
 
 #include "Base/Assert.h"
 #include "Serializer/ZYL/ZylError.h"
@@ -11,23 +11,20 @@
 namespace Quern {
 namespace {
 
-// The entity of a character, or an empty text for a character that stands for itself.
-std::string_view EntityOf(char character) {
-    switch (character) {
-        case '<':
-            return "&lt;";
-        case '>':
-            return "&gt;";
-        case '&':
-            return "&amp;";
-        case '\'':
-            return "&apos;";
-        case '"':
-            return "&quot;";
-        default:
-            return {};
-    }
-}
+// The entities, at the indices that kEntityOf gives; 0 for a character that stands for itself, the terminator not.
+constexpr std::string_view kEntities[] = {"", "&lt;", "&gt;", "&amp;", "&apos;", "&quot;"};
+constexpr unsigned char kEndOfText = 255;
+
+constexpr auto kEntityOf = [] {
+    std::array<unsigned char, 256> table{};
+    table['\0'] = kEndOfText;
+    table['<'] = 1;
+    table['>'] = 2;
+    table['&'] = 3;
+    table['\''] = 4;
+    table['"'] = 5;
+    return table;
+}();
 
 }  // namespace
 
@@ -41,86 +38,83 @@ std::string_view ZylXmlWriter::indentText() const {
     return {_indentText, static_cast<size_t>(std::min(_indentLevel, kMaxTabs))};
 }
 
-void ZylXmlWriter::_indent() {
-    if (_indentLevel < kMaxTabs) _indentText[_indentLevel] = '\t';
-    ++_indentLevel;
-    if (_indentLevel < kMaxTabs) _indentText[_indentLevel] = '\0';
-}
-
 void ZylXmlWriter::_dedent() {
     ORVANE_ASSERT(0 < _indentLevel);  // closing what was never opened
-    if (_indentLevel < kMaxTabs) _indentText[_indentLevel] = '\t';
     --_indentLevel;
-    if (_indentLevel < kMaxTabs) _indentText[_indentLevel] = '\0';
 }
 
-int ZylXmlWriter::openSimple(const char* name) {
+int ZylXmlWriter::openSimple(ZylName name) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
-    ORVANE_ASSERT(NULL != name);
+    ORVANE_ASSERT_TEXT(name.text() != nullptr, "NULL != name");
     ORVANE_ASSERT(false == _isSimple);
     _isSimple = true;
-    const std::string_view parentEnd = _pendingOpen ? ">\n" : "";
+    const std::string_view parentEnd(">\n", _pendingOpen ? 2 : 0);
     _pendingOpen = false;
-    if (isAttributeForm()) return _state = join({parentEnd, indentText(), "<", name});
-    _state = join({parentEnd, indentText(), "<", name, ">\n"});
+    if (isAttributeForm()) return _state = join(parentEnd, indentText(), "<", name.view());
+    _state = join(parentEnd, indentText(), "<", name.view(), ">\n");
     _indent();
     return _state;
 }
 
-int ZylXmlWriter::closeSimple(const char* name) {
+int ZylXmlWriter::closeSimple(ZylName name) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
-    ORVANE_ASSERT(NULL != name);
+    ORVANE_ASSERT_TEXT(name.text() != nullptr, "NULL != name");
     ORVANE_ASSERT(true == _isSimple);
     _isSimple = false;
-    if (isAttributeForm()) return _state = join({"/>\n"});
+    if (isAttributeForm()) return _state = join("/>\n");
     _dedent();
-    return _state = join({indentText(), "</", name, ">\n"});
+    return _state = join(indentText(), "</", name.view(), ">\n");
 }
 
-int ZylXmlWriter::openComplex(const char* name) {
+int ZylXmlWriter::openComplex(ZylName name) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
-    ORVANE_ASSERT(NULL != name);
+    ORVANE_ASSERT_TEXT(name.text() != nullptr, "NULL != name");
     ORVANE_ASSERT(false == _isSimple);
-    _state = join({_pendingOpen ? ">\n" : "\n", indentText(), "<", name});
+    _state = join(_pendingOpen ? ">" : "", "\n", indentText(), "<", name.view());
     _indent();
     _pendingOpen = true;
     return _state;
 }
 
-int ZylXmlWriter::closeComplex(const char* name) {
+int ZylXmlWriter::closeComplex(ZylName name) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
-    ORVANE_ASSERT(NULL != name);
+    ORVANE_ASSERT_TEXT(name.text() != nullptr, "NULL != name");
     ORVANE_ASSERT(false == _isSimple);
     _dedent();
-    if (!_pendingOpen) return _state = join({indentText(), "</", name, ">\n"});
+    if (!_pendingOpen) return _state = join(indentText(), "</", name.view(), ">\n");
     _pendingOpen = false;
-    return _state = join({"/>\n"});
+    return _state = join("/>\n");
 }
 
 int ZylXmlWriter::textizeStr(const char* src, bool withBlank) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
     ORVANE_ASSERT(NULL != src);
     const char* end = src;
-    for (; *end != '\0'; ++end) {
-        const std::string_view entity = EntityOf(*end);
-        if (entity.empty()) continue;
-        if ((_state = output(src, static_cast<unsigned long>(end - src))) != ZylError::ZYL_NO_ERROR) return _state;
-        if ((_state = output(entity.data(), entity.size())) != ZylError::ZYL_NO_ERROR) return _state;
-        src = end + 1;
+    while (true) {
+        const unsigned char entity = kEntityOf[static_cast<unsigned char>(*end)];
+        if (entity == kEndOfText) break;
+        if (entity != 0) {
+            if ((_state = output(src, static_cast<unsigned long>(end - src))) != ZylError::ZYL_NO_ERROR) return _state;
+            const std::string_view text = kEntities[entity];
+            if ((_state = output(text.data(), text.size())) != ZylError::ZYL_NO_ERROR) return _state;
+            src = end + 1;
+        }
+        ++end;
     }
     return putValue({src, static_cast<size_t>(end - src)}, withBlank);
 }
 
 int ZylXmlWriter::putValue(std::string_view text, bool withBlank) {
-    return _state = join({text, withBlank ? " " : ""});
+    return _state = withBlank ? join(text, " ") : join(text);
 }
 
 template <typename Packed>
-int ZylXmlWriter::putConverted(int (*convert)(char*, unsigned long, Packed), Packed value, bool withBlank) {
+int ZylXmlWriter::putConverted(int (*convert)(ZylWriteBuf&, Packed), Packed value, bool withBlank) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
     char text[64];
-    if ((_state = convert(text, sizeof text, value)) != ZylError::ZYL_NO_ERROR) return _state;
-    return putValue(text, withBlank);
+    ZylWriteBuf converted(text, sizeof text);
+    if ((_state = convert(converted, value)) != ZylError::ZYL_NO_ERROR) return _state;
+    return putValue({text, converted.position}, withBlank);
 }
 
 int ZylXmlWriter::textizeIP(unsigned int ip, bool withBlank) {
@@ -142,9 +136,11 @@ int ZylXmlWriter::textizeDateTime(unsigned long long dateTime, bool withBlank) {
 template <typename Number>
 int ZylXmlWriter::putNumber(Number value, bool withBlank) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
-    char text[32];  // the longest are 20 digits with a sign and "-1.7976931348623157e+308"
-    const char* const end = std::to_chars(text, text + sizeof text, value).ptr;
-    return putValue({text, static_cast<size_t>(end - text)}, withBlank);
+    return _state = printShort([=](char* place) {
+               char* const end = std::to_chars(place, place + kMaxShortText, value).ptr;
+               if (withBlank) *end = ' ';
+               return end + (withBlank ? 1 : 0);
+           });
 }
 
 int ZylXmlWriter::textizeInt(long long value, bool withBlank) {

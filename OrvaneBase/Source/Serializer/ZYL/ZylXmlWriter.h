@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "Serializer/ZYL/ZylIO.h"
+#include "Serializer/ZYL/ZylName.h"
 #include "Serializer/ZYL/ZylXmlFormat.h"
 
 namespace Quern {
@@ -24,10 +25,10 @@ public:
     int state() const { return _state; }
     ZylXmlFormat format() const { return _format; }
 
-    int openSimple(const char* name);   // REQUIRES: no simple element is open
-    int closeSimple(const char* name);  // REQUIRES: a simple element is open
-    int openComplex(const char* name);
-    int closeComplex(const char* name);
+    int openSimple(ZylName name);   // REQUIRES: no simple element is open
+    int closeSimple(ZylName name);  // REQUIRES: a simple element is open
+    int openComplex(ZylName name);
+    int closeComplex(ZylName name);
 
     // Values, each followed by a blank where `withBlank` is set, as lists of values are. The text is written with
     // <, >, &, ' and " as entities.
@@ -47,20 +48,21 @@ private:
 
     bool isAttributeForm() const { return _format == ZYL_XML_ATTRIBUTE; }
     std::string_view indentText() const;
-    void _indent();
+    void _indent() { ++_indentLevel; }
     void _dedent();
     int putValue(std::string_view text, bool withBlank);
     template <typename Packed>
-    int putConverted(int (*convert)(char*, unsigned long, Packed), Packed value, bool withBlank);
+    int putConverted(int (*convert)(ZylWriteBuf&, Packed), Packed value, bool withBlank);
     template <typename Number>
     int putNumber(Number value, bool withBlank);
 
     ZylXmlFormat _format;
     int _state;
-    bool _isSimple = false;            // a simple element is open
-    bool _pendingOpen = false;         // the ">" of a complex element is not yet written
-    int _indentLevel = 0;              // depth, counted past what the text shows
-    char _indentText[kMaxTabs + 1]{};  // _indentLevel tabs, at most 32
+    bool _isSimple = false;     // a simple element is open
+    bool _pendingOpen = false;  // the ">" of a complex element is not yet written
+    int _indentLevel = 0;       // depth, counted past what the text shows
+    // The tabs, of which the first _indentLevel are written, at most all.
+    char _indentText[kMaxTabs + 1] = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
 };
 
 }  // namespace Quern
