@@ -2,12 +2,12 @@
 
 #include <arpa/inet.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
 #include "Base/Assert.h"
 #include "Serializer/ZYL/ZylError.h"
-#include "Serializer/ZYL/ZylShortText.h"
 
 namespace Quern {
 namespace {
@@ -18,10 +18,9 @@ namespace {
 // As printf's "%*d".
 char* PrintNumber(char* place, int value, int width) {
     char digits[12];
-    const auto count = std::to_chars(digits, digits + sizeof digits, value).ptr - digits;
-    for (auto i = count; i < width; ++i)
-        *place++ = ' ';
-    return CopyText(place, {digits, static_cast<size_t>(count)});
+    const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    for (auto count = end - digits; count < width; ++count) *place++ = ' ';
+    return std::copy(static_cast<const char*>(digits), end, place);
 }
 
 // As printf's "%02d": of a negative number, the sign and one digit fill both places.
