@@ -2,9 +2,9 @@
 /// How another library observes the application's lifecycle without linking to the host: an object of a run-time class
 /// that declares the observer protocol and has a method for each event it wants.
 ///
-/// Arguments of the events, in the order of the selector's colons: the application is an opaque pointer; a URL, a device
-/// token, an error and a notification are null-terminated UTF-8 texts (a notification as JSON); options, annotations,
-/// handlers, activities and windows are opaque pointers of the application's making and may be null.
+/// Arguments of the events, in the order of the selector's colons: the application is an opaque pointer; a URL, a
+/// device token, an error and a notification are null-terminated UTF-8 texts (a notification as JSON); options,
+/// annotations, handlers, activities and windows are opaque pointers of the application's making and may be null.
 #ifndef ORVANE_APP_LIFECYCLE_H
 #define ORVANE_APP_LIFECYCLE_H
 

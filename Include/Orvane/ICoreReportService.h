@@ -5,6 +5,7 @@
 
 #include "Orvane/IEvent.h"
 #include "Orvane/IPluginService.h"
+#include "Orvane/PluginBase.h"
 
 namespace Orvane {
 namespace Plugin {
@@ -21,6 +22,26 @@ public:
     /// Gives an event back to the data plugin, which clears the pointer.
     virtual void DestroyEvent(IEvent** event) = 0;
 };
+
+/// Finds the service through the plugin's cached manager.
+/// \return null at any null on the way
+inline ICoreReportService* sg_get_orvanecore_report_service(PluginBase* plugin) {
+    IPluginManager* manager = plugin ? plugin->GetPluginManager() : nullptr;
+    IPlugin* core = manager ? manager->GetPluginByName("OrvaneCore") : nullptr;
+    return core ? static_cast<ICoreReportService*>(core->GetServiceByName("COREREPORT")) : nullptr;
+}
+
+/// ICoreReportService::CreateEvent for a plugin that has cached its manager. Null without the service.
+inline IEvent* sg_create_orvanecore_report_event(PluginBase* plugin, int dataType, int srcID, const char* eventName) {
+    ICoreReportService* service = sg_get_orvanecore_report_service(plugin);
+    return service ? service->CreateEvent(dataType, srcID, eventName) : nullptr;
+}
+
+/// ICoreReportService::DestroyEvent for a plugin that has cached its manager. Does nothing without the service.
+inline void sg_destroy_orvanecore_report_event(PluginBase* plugin, IEvent** event) {
+    ICoreReportService* service = sg_get_orvanecore_report_service(plugin);
+    if (service) service->DestroyEvent(event);
+}
 
 }  // namespace Plugin
 }  // namespace Orvane

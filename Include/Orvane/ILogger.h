@@ -20,9 +20,9 @@ class ILogger {
 public:
     /// \return 1 if the library can serve this module's version, else 0. It is no version number.
     virtual int GetVersion() = 0;
-    /// Sets "LogMode" (0 plain text, 1 deflated, 2 deflated and encrypted), "LogSingleSizeLimit" (MiB, 0 or less: none),
-    /// "LogExceedOp" (0 start the file over, 1 drop) or "LogConsoleOutput" (at least 1: print every line). All but the
-    /// last are read at Init, where the configuration goes before them.
+    /// Sets "LogMode" (0 plain text, 1 deflated, 2 deflated and encrypted), "LogSingleSizeLimit" (MiB, 0 or less:
+    /// none), "LogExceedOp" (0 start the file over, 1 drop) or "LogConsoleOutput" (at least 1: print every line). All
+    /// but the last are read at Init, where the configuration goes before them.
     virtual void SetOption(const char* key, int value) = 0;
     /// Reserved; does nothing.
     virtual void SetOption(const char* key, const char* value) = 0;

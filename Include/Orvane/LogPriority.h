@@ -11,12 +11,12 @@ enum ALogPriority : int32_t {
 #else
 typedef enum ALogPriority {
 #endif
-    kLogDebug = 0,    ///< most verbose
-    kLogInfo = 1,     ///< the default threshold
+    kLogDebug = 0,  ///< most verbose
+    kLogInfo = 1,   ///< the default threshold
     kLogWarning = 2,
     kLogEvent = 3,
     kLogError = 4,
-    kLogNone = 5      ///< as a threshold: nothing is logged. A line cannot carry it.
+    kLogNone = 5  ///< as a threshold: nothing is logged. A line cannot carry it.
 #ifdef __cplusplus
 };
 #else

@@ -98,9 +98,10 @@ ORVANE_EXPORT void Quern_EnableManualUpdate(void);
 ORVANE_EXPORT int Quern_IsManualUpdate(void);
 /// Performs up to 20 waiting calls. Always from the same thread: the engine's tick.
 ORVANE_EXPORT void Quern_UpdateUIThread(void);
-/// Drops the waiting calls to a target that is about to die, wherever they wait.
+/// Drops the waiting calls to a target that is about to die: those that wait for Quern_UpdateUIThread after
+/// Quern_EnableManualUpdate, those that wait for the main run loop before it.
 ORVANE_EXPORT void Quern_IgnoreUIThread(void* target);
-/// The same for those that wait for the main run loop.
+/// Drops those that wait for the main run loop.
 ORVANE_EXPORT void Quern_RemoveTargetFromMainThread(void* target);
 /// Ends the pump; calls that still wait are lost.
 ORVANE_EXPORT void Quern_EndUIThread(void);

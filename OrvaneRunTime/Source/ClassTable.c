@@ -119,7 +119,9 @@ orvane_class* orvane_class_lookup(const char* name) {
     return cls;
 }
 
-const char* orvane_class_name(const orvane_class* cls) { return cls ? cls->name : NULL; }
+const char* orvane_class_name(const orvane_class* cls) {
+    return cls ? cls->name : NULL;
+}
 
 int orvane_class_add_method(orvane_class* cls, const char* selector, orvane_implementation code) {
     return add_method(cls, cls ? &cls->instance_methods : NULL, selector, code);

@@ -1,7 +1,7 @@
 // The one pattern by which the logic reaches the platform.
 //
-// A seam is a small abstract class named for a need (ConsoleSink, PathSource, ...). It derives from Seam<itself> and says
-// how its built-in is made:
+// A seam is a small abstract class named for a need (ConsoleSink, PathSource, ...). It derives from Seam<itself> and
+// says how its built-in is made:
 //
 //     class PathSource : public Seam<PathSource> { public: virtual std::string Home() = 0; ... };
 //     template <> std::shared_ptr<PathSource> Seam<PathSource>::MakeBuiltIn();   // in Linux/PathSource_Linux.cpp

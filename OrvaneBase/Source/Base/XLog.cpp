@@ -9,9 +9,9 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 
 #include "Base/ConsoleSink.h"
+#include "Base/LocalClock.h"
 #include "Orvane/ILogger.h"
 #include "Orvane/OrvaneCore.h"
 
@@ -28,17 +28,6 @@ std::atomic<Orvane::ILogger*> g_coreLogger{nullptr};
 unsigned long long CurrentThreadId() {
     static thread_local const unsigned long long id = static_cast<unsigned long long>(gettid());
     return id;
-}
-
-// localtime takes a global lock and may look at the zone's file, so a thread breaks each second down once.
-const tm& LocalTime(time_t seconds) {
-    static thread_local time_t cachedSecond = -1;
-    static thread_local tm cached;
-    if (seconds != cachedSecond) {
-        localtime_r(&seconds, &cached);
-        cachedSecond = seconds;
-    }
-    return cached;
 }
 
 // The path's last component: after the last backslash if there is one, else after the last slash; never mixed.
@@ -162,7 +151,9 @@ size_t XLogFormat(char* out, ALogPriority level, const char* file, unsigned int 
     return writer.Finish();
 }
 
-void PrintLogToConsole(ALogPriority, const char*, const char* text) { PlatformLog("%s\n", text); }
+void PrintLogToConsole(ALogPriority, const char*, const char* text) {
+    PlatformLog("%s\n", text);
+}
 
 void PrintLogToConsoleFormat(ALogPriority level, const char* file, unsigned int line, const char* function,
                              const char* format, ...) {
@@ -188,18 +179,26 @@ void SetQuernLogLevel(ALogPriority level) {
     if (Orvane::ILogger* core = CoreLogger()) core->SetLogLevel(level);
 }
 
-ALogPriority GetQuernLogLevel() { return static_cast<ALogPriority>(g_defaultLevel.load(std::memory_order_relaxed)); }
+ALogPriority GetQuernLogLevel() {
+    return static_cast<ALogPriority>(g_defaultLevel.load(std::memory_order_relaxed));
+}
 
 bool ACheckLogLevel(ALogPriority level) {
     Orvane::ILogger* core = CoreLogger();
     return !core || core->GetLogLevel() <= level;
 }
 
-Orvane::ILogger* CoreLogger() { return g_coreLogger.load(std::memory_order_acquire); }
+Orvane::ILogger* CoreLogger() {
+    return g_coreLogger.load(std::memory_order_acquire);
+}
 
-bool IsCoreLoggerStarted() { return g_coreLogThreshold.load(std::memory_order_acquire) != &g_everythingPasses; }
+bool IsCoreLoggerStarted() {
+    return g_coreLogThreshold.load(std::memory_order_acquire) != &g_everythingPasses;
+}
 
-void SetCoreLogger(Orvane::ILogger* logger) { g_coreLogger.store(logger, std::memory_order_release); }
+void SetCoreLogger(Orvane::ILogger* logger) {
+    g_coreLogger.store(logger, std::memory_order_release);
+}
 
 void StartCoreLogger(const std::atomic<int32_t>* threshold) {
     g_coreLogThreshold.store(threshold, std::memory_order_release);
@@ -211,4 +210,6 @@ void OrvaneCore_XLog(ALogPriority level, const char* file, unsigned int line, co
     Quern::XLog2(level, file, line, function, text);
 }
 
-void OrvaneCore_SetQuernLogLevel(ALogPriority level) { Quern::SetQuernLogLevel(level); }
+void OrvaneCore_SetQuernLogLevel(ALogPriority level) {
+    Quern::SetQuernLogLevel(level);
+}

@@ -69,8 +69,8 @@ inline bool IsLogFiltered(ALogPriority level) {
 }  // namespace Quern
 
 // One macro a level. The arguments of a filtered line are not evaluated.
-#define ORVANE_LOG(level, ...)                                                                             \
-    do {                                                                                                   \
+#define ORVANE_LOG(level, ...)                                                                               \
+    do {                                                                                                     \
         if (!::Quern::IsLogFiltered(level)) ::Quern::XLog(level, __FILE__, __LINE__, __func__, __VA_ARGS__); \
     } while (0)
 #define ORVANE_LOG_DEBUG(...) ORVANE_LOG(kLogDebug, __VA_ARGS__)

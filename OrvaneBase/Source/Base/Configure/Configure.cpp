@@ -31,6 +31,8 @@ Configure* Configure::GetInstance() {
     return inForce ? inForce : defaults;
 }
 
-void Configure::Use(Configure* configure) { g_inForce.store(configure, std::memory_order_release); }
+void Configure::Use(Configure* configure) {
+    g_inForce.store(configure, std::memory_order_release);
+}
 
 }  // namespace Orvane

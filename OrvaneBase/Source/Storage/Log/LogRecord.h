@@ -26,10 +26,16 @@ constexpr uint8_t kMagicCompressedEncrypted = 7;
 constexpr uint8_t kMagicPlain = 8;
 constexpr uint8_t kMagicCompressed = 9;
 
-constexpr bool IsMagic(uint8_t magic) { return magic >= kMagicPlainWithKey && magic <= kMagicCompressed; }
-constexpr bool IsCompressed(uint8_t magic) { return magic == kMagicCompressedEncrypted || magic == kMagicCompressed; }
+constexpr bool IsMagic(uint8_t magic) {
+    return magic >= kMagicPlainWithKey && magic <= kMagicCompressed;
+}
+constexpr bool IsCompressed(uint8_t magic) {
+    return magic == kMagicCompressedEncrypted || magic == kMagicCompressed;
+}
 
-inline uint16_t LoadU16(const uint8_t* at) { return static_cast<uint16_t>(at[0] | at[1] << 8); }
+inline uint16_t LoadU16(const uint8_t* at) {
+    return static_cast<uint16_t>(at[0] | at[1] << 8);
+}
 inline uint32_t LoadU32(const uint8_t* at) {
     return static_cast<uint32_t>(at[0]) | static_cast<uint32_t>(at[1]) << 8 | static_cast<uint32_t>(at[2]) << 16 |
            static_cast<uint32_t>(at[3]) << 24;

@@ -12,7 +12,8 @@ constexpr size_t kLanes = 4;
 
 struct Key {
     explicit Key(const LogTeaKey& key) {
-        for (size_t i = 0; i < 4; ++i) word[i] = LogRecord::LoadU32(key.data() + 4 * i);
+        for (size_t i = 0; i < 4; ++i)
+            word[i] = LogRecord::LoadU32(key.data() + 4 * i);
     }
     uint32_t word[4];
 };

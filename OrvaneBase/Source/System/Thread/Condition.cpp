@@ -8,7 +8,9 @@ CCondition::CCondition(CMutex* mutex, bool lockOnWait) : _mutex(mutex), _lockOnW
     pthread_cond_init(&_condition, nullptr);
 }
 
-CCondition::~CCondition() { pthread_cond_destroy(&_condition); }
+CCondition::~CCondition() {
+    pthread_cond_destroy(&_condition);
+}
 
 void CCondition::Wait() {
     if (!_mutex) return;

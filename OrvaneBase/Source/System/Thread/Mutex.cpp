@@ -10,6 +10,8 @@ CMutex::CMutex(bool recursive) {
     pthread_mutexattr_destroy(&attributes);
 }
 
-CMutex::~CMutex() { pthread_mutex_destroy(&_mutex); }
+CMutex::~CMutex() {
+    pthread_mutex_destroy(&_mutex);
+}
 
 }  // namespace Quern

@@ -1,0 +1,87 @@
+// The selector pump against the plainest thing that does its work: a mutex around a deque of functions.
+
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "Support/Ratios.h"
+#include "System/Selector/SelectorManager.h"
+#include "System/Selector/TargetBase.h"
+
+namespace {
+
+class Counter : public Quern::CTargetBase {
+public:
+    Counter() : CTargetBase(false) {}
+    void Add(void* number) { sum += reinterpret_cast<intptr_t>(number); }
+    intptr_t sum = 0;
+};
+
+class FunctionQueue {
+public:
+    void Post(std::function<void()> function) {
+        const std::lock_guard guard(_mutex);
+        _functions.push_back(std::move(function));
+    }
+    void Update() {
+        for (;;) {
+            std::function<void()> function;
+            {
+                const std::lock_guard guard(_mutex);
+                if (_functions.empty()) return;
+                function = std::move(_functions.front());
+                _functions.pop_front();
+            }
+            function();
+        }
+    }
+
+private:
+    std::mutex _mutex;
+    std::deque<std::function<void()>> _functions;
+};
+
+// `state.range(0)` posts, then one update.
+void Pump(benchmark::State& state) {
+    Quern::CSelectorManager manager;
+    Counter counter;
+    const auto member = static_cast<void (Quern::CTargetBase::*)(void*)>(&Counter::Add);
+    for (auto _ : state) {
+        for (intptr_t i = 0; i < state.range(0); ++i) {
+            Quern::CAFunctionSelector selector;
+            selector.Set(&counter, member, reinterpret_cast<void*>(i));
+            manager.AddSelector(selector);
+        }
+        manager.Update();
+    }
+    benchmark::DoNotOptimize(counter.sum);
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void Peer(benchmark::State& state) {
+    FunctionQueue queue;
+    Counter counter;
+    Counter* const target = &counter;
+    for (auto _ : state) {
+        for (intptr_t i = 0; i < state.range(0); ++i)
+            queue.Post([target, i] { target->Add(reinterpret_cast<void*>(i)); });
+        queue.Update();
+    }
+    benchmark::DoNotOptimize(counter.sum);
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+BENCHMARK(Pump)->Arg(1)->Arg(20);
+BENCHMARK(Peer)->Arg(1)->Arg(20);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // The C library leaves the atomic steps of a lock out of a process with a single thread, and no game is that.
+    std::thread([] { pause(); }).detach();
+    return Orvane::Benchmarks::RunWithRatios(argc, argv, {{"Pump/1", "Peer/1"}, {"Pump/20", "Peer/20"}});
+}

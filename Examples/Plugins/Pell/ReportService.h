@@ -1,0 +1,23 @@
+// The service "REPORT": makes events that are written to a file.
+#ifndef ORVANE_EXAMPLES_PELL_REPORT_SERVICE_H
+#define ORVANE_EXAMPLES_PELL_REPORT_SERVICE_H
+
+#include "Orvane/IEvent.h"
+
+namespace Pell {
+
+constexpr char kPluginName[] = "PELL";
+constexpr char kServiceName[] = "REPORT";
+
+// Any thread.
+class ReportService final : public Orvane::Plugin::IReportService {
+public:
+    const char* GetName() const override;
+    const char* GetPluginName() const override;
+    Orvane::Plugin::IEvent* CreateEvent(int srcID, const char* eventName) override;
+    void DestroyEvent(Orvane::Plugin::IEvent** event) override;
+};
+
+}  // namespace Pell
+
+#endif

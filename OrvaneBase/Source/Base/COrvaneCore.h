@@ -1,0 +1,31 @@
+// The facade of the library for native callers.
+#ifndef ORVANE_BASE_C_ORVANE_CORE_H
+#define ORVANE_BASE_C_ORVANE_CORE_H
+
+#include "Orvane/IOrvaneCore.h"
+
+namespace Orvane {
+
+class COrvaneCore final : public IOrvaneCore {
+public:
+    // Made at the first call, and the base library's root with it. Not locked: first reached on the main thread.
+    static COrvaneCore* GetInstance();
+    // Does nothing, on purpose: callers release the facade and go on using it.
+    static void ReleaseInstance();
+
+    ~COrvaneCore() override;
+    int Initialize() override;
+    void SetLogLevel(int level) override;
+    const char* GetVersion() override;
+    void SetRemoteConfigUrl(const char* url) override;
+    void ClearRemoteConfigCache() override;
+
+private:
+    COrvaneCore();
+
+    static COrvaneCore* s_pInstance;
+};
+
+}  // namespace Orvane
+
+#endif

@@ -1,0 +1,185 @@
+#include "Base/Container/ADictionary.h"
+
+#include <memory>
+
+#include "Base/Assert.h"
+
+namespace Quern {
+namespace {
+
+void DeleteIfOwned(AObject* object) {
+    if (object->IsOwned()) delete object;
+}
+
+AObject* CloneOwned(const AObject& object) {
+    AObject* clone = object.Clone();
+    clone->SetOwned(true);
+    return clone;
+}
+
+}  // namespace
+
+// The two makers of what is left behind. They are functions of their own so that a leak report names them.
+__attribute__((noinline)) AObject* CloneKeyForOrder(const AObject& key) {
+    AObject* clone = key.Clone();
+    clone->SetOwned(false);
+    return clone;
+}
+
+__attribute__((noinline)) AObject* CloneForUnownedEntry(const AObject& object) {
+    AObject* clone = object.Clone();
+    clone->SetOwned(false);
+    return clone;
+}
+
+ADictionary::ADictionary(const ADictionary& other) : AObject(other) {
+    Set(other);
+}
+
+ADictionary& ADictionary::operator=(const ADictionary& other) {
+    Set(other);
+    return *this;
+}
+
+ADictionary::~ADictionary() {
+    RemoveAll();
+}
+
+void ADictionary::Set(const ADictionary& other) {
+    if (this == &other) return;
+    RemoveAll();
+    std::multimap<size_t, Entries::const_iterator> inOrder;
+    for (auto entry = other._entries.begin(); entry != other._entries.end(); ++entry)
+        inOrder.emplace(other.PositionOf(*entry->first), entry);
+    for (const auto& [position, entry] : inOrder)
+        Set(entry->first, CloneForUnownedEntry(*entry->second));
+}
+
+void ADictionary::Set(AObject* key, AObject* value) {
+    if (!key || !value) return;
+    AObject* clone = CloneForUnownedEntry(*key);
+    value->SetOwned(false);
+    _entries[clone] = value;
+    _keys.push_back(clone);
+}
+
+void ADictionary::Set(const AObject& key, AObject* value) {
+    if (!value) return;
+    AObject* clone = CloneOwned(key);
+    value->SetOwned(false);
+    SetOwnedKey(clone, value);
+}
+
+void ADictionary::Set(const AObject& key, const AObject& value) {
+    SetOwnedKey(CloneOwned(key), CloneOwned(value));
+}
+
+void ADictionary::Set(const ANumber& key, AObject* value) {
+    Set(static_cast<const AObject&>(key), value);
+}
+
+void ADictionary::Set(const ANumber& key, const AObject& value) {
+    Set(static_cast<const AObject&>(key), value);
+}
+
+void ADictionary::Set(const ANumber& key, const char* value) {
+    if (value) Set(key, AString(value));
+}
+
+void ADictionary::Set(const ANumber& key, const ANumber& value) {
+    Set(key, static_cast<const AObject&>(value));
+}
+
+void ADictionary::Set(const char* key, AObject* value) {
+    if (key) Set(AString(key), value);
+}
+
+void ADictionary::Set(const char* key, const AObject& value) {
+    if (key) Set(AString(key), value);
+}
+
+void ADictionary::Set(const char* key, const char* value) {
+    if (key && value) Set(AString(key), AString(value));
+}
+
+void ADictionary::Set(const char* key, const ANumber& value) {
+    if (key) Set(AString(key), static_cast<const AObject&>(value));
+}
+
+void ADictionary::SetOwnedKey(AObject* key, AObject* value) {
+    const auto found = Find(*key);
+    if (found == _entries.end()) {
+        _keys.push_back(CloneKeyForOrder(*key));
+    } else {
+        DeleteIfOwned(found->first);
+        if (found->second != value) DeleteIfOwned(found->second);
+        _entries.erase(found);
+    }
+    _entries[key] = value;
+}
+
+AObject* ADictionary::ObjectForKey(const AObject* key) const {
+    if (!key) return nullptr;
+    const auto found = Find(*key);
+    return found == _entries.end() ? nullptr : found->second;
+}
+
+AObject* ADictionary::ObjectForKey(const char* key) const {
+    return key ? ObjectForKey(AString(key)) : nullptr;
+}
+
+AObject* ADictionary::KeyAt(int index) const {
+    return index >= 0 && index < static_cast<int>(_keys.size()) ? _keys[static_cast<size_t>(index)] : nullptr;
+}
+
+const char* ADictionary::CStringKeyAt(int index) const {
+    const AString* key = AStringKeyAt(index);
+    return key ? key->c_str() : nullptr;
+}
+
+void ADictionary::Remove(const AObject* key) {
+    if (!key) return;
+    const size_t position = PositionOf(*key);
+    if (position == _keys.size()) return;
+    _keys.erase(_keys.begin() + static_cast<std::ptrdiff_t>(position));
+    const auto found = Find(*key);
+    if (found == _entries.end()) return;
+    const auto [oldKey, oldValue] = *found;
+    _entries.erase(found);
+    DeleteIfOwned(oldKey);
+    DeleteIfOwned(oldValue);
+}
+
+void ADictionary::RemoveAll() {
+    for (const auto& [key, value] : _entries) {
+        DeleteIfOwned(key);
+        DeleteIfOwned(value);
+    }
+    _entries.clear();
+    _keys.clear();
+}
+
+bool ADictionary::IsEqual(const AObject*) const {
+    ORVANE_ASSERT_TEXT(false, "0");
+    return false;
+}
+
+ADictionary* ADictionary::Clone() const {
+    return new ADictionary(*this);
+}
+
+ADictionary::Entries::const_iterator ADictionary::Find(const AObject& key) const {
+    auto entry = _entries.begin();
+    while (entry != _entries.end() && !key.IsEqual(entry->first))
+        ++entry;
+    return entry;
+}
+
+size_t ADictionary::PositionOf(const AObject& key) const {
+    size_t position = 0;
+    while (position < _keys.size() && !key.IsEqual(_keys[position]))
+        ++position;
+    return position;
+}
+
+}  // namespace Quern

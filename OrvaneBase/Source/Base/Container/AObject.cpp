@@ -1,0 +1,9 @@
+#include "Base/Container/AObject.h"
+
+namespace Quern {
+
+bool AObject::IsEqual(const AObject* other) const {
+    return this == other;
+}
+
+}  // namespace Quern

@@ -1,0 +1,82 @@
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+#include "Storage/File/PathSource.h"
+
+namespace Quern {
+namespace {
+
+constexpr mode_t kPrivate = 0700;
+
+// The value of a variable that holds an absolute path, without the slashes at its end; else empty. A relative one would
+// move with the working directory, and the XDG rules tell to ignore it.
+std::string DirectoryFromEnvironment(const char* name) {
+    const char* value = getenv(name);
+    if (!value || *value != '/') return {};
+    std::string path = value;
+    while (path.size() > 1 && path.back() == '/')
+        path.pop_back();
+    return path;
+}
+
+std::string UserHome() {
+    const std::string home = DirectoryFromEnvironment("HOME");
+    if (!home.empty()) return home;
+    passwd entry;
+    passwd* found = nullptr;
+    char texts[4096];
+    if (getpwuid_r(getuid(), &entry, texts, sizeof texts, &found) == 0 && found && found->pw_dir && *found->pw_dir)
+        return found->pw_dir;
+    return "/";
+}
+
+std::string ExecutableName() {
+    char path[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+    const std::string whole(path, length > 0 ? static_cast<size_t>(length) : 0);
+    const std::string name = whole.substr(whole.rfind('/') + 1);
+    return name.empty() ? "OrvaneCore" : name;
+}
+
+std::string ContainerPath() {
+    const std::string chosen = DirectoryFromEnvironment("ORVANE_HOME");
+    if (!chosen.empty()) return chosen;
+    std::string data = DirectoryFromEnvironment("XDG_DATA_HOME");
+    if (data.empty()) data = UserHome() + "/.local/share";
+    return data + "/" + ExecutableName();
+}
+
+// Makes a directory and those above it, readable by their user alone. What exists stays as it is.
+void MakeDirectory(const std::string& path) {
+    if (mkdir(path.c_str(), kPrivate) == 0 || errno != ENOENT) return;
+    const size_t slash = path.rfind('/');
+    if (slash == std::string::npos || slash == 0) return;
+    MakeDirectory(path.substr(0, slash));
+    mkdir(path.c_str(), kPrivate);
+}
+
+std::string Made(std::string path) {
+    MakeDirectory(path);
+    return path;
+}
+
+class ContainerPaths final : public PathSource {
+public:
+    std::string Home() override { return Made(ContainerPath()); }
+    std::string Documents() override { return Made(ContainerPath() + "/Documents"); }
+    std::string Caches() override { return Made(ContainerPath() + "/Library/Caches"); }
+};
+
+}  // namespace
+
+template <>
+std::shared_ptr<PathSource> Seam<PathSource>::MakeBuiltIn() {
+    return std::make_shared<ContainerPaths>();
+}
+
+}  // namespace Quern

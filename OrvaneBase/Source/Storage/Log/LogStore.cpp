@@ -1,0 +1,241 @@
+#include "Storage/Log/LogStore.h"
+
+#include <pthread.h>
+#include <time.h>
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+#include "Storage/File/CPath.h"
+#include "Storage/Log/LogRecord.h"
+#include "Storage/Log/Logger.h"
+#include "Storage/Log/MappedFile.h"
+#include "System/Application/BackgroundState.h"
+#include "System/Thread/ThreadName.h"
+
+namespace Quern {
+namespace {
+
+constexpr size_t kMarkerLength = BUFFER_BLOCK_LENTH * 4 / 5;  // from here on markers take the place of lines
+constexpr size_t kFlushUnit = 2048;
+constexpr size_t kFlushUnits = 25;  // 51200 bytes, a third of the block, wake the flush thread
+constexpr int kMaxPendingLines = 1000;
+constexpr size_t kPathCapacity = 512;
+constexpr char kFlushThreadName[] = "XLogThread";
+
+// A block that grows past this although the flush thread was woken has outrun it: lines then wait a little, a few
+// milliseconds at most, before the markers would replace them.
+constexpr size_t kOutrunLength = BUFFER_BLOCK_LENTH / 2;
+constexpr int kOutrunNaps = 20;
+constexpr long kOutrunNapNanoseconds = 250000;
+
+}  // namespace
+
+LogStore::LogStore(const LogStoreOptions& options)
+    : _options(options), _fileLogger(options.module.c_str(), options.mode, options.sizeLimitMiB, options.exceedOp) {}
+
+// Maps "<cache>/<module>.<extension>".
+void* LogStore::MapBesideTheLogs(const char* extension, size_t size) const {
+    const char* cache = CPath::GetCachePath();
+    if (!cache || !*cache) return nullptr;
+    char path[kPathCapacity];
+    const int length = snprintf(path, sizeof path, "%s/%s.%s", cache, _options.module.c_str(), extension);
+    if (length < 0 || static_cast<size_t>(length) >= sizeof path) return nullptr;  // cut, it would name another file
+    void* memory = nullptr;
+    return open_mmap_file(path, &memory, size) == 1 ? memory : nullptr;
+}
+
+bool LogStore::MapBlock() {
+    void* block = MapBesideTheLogs("mmap3", BUFFER_BLOCK_LENTH);
+    const bool isMapped = block != nullptr;
+    if (!isMapped) {
+        _heapBlock = std::make_unique<uint8_t[]>(BUFFER_BLOCK_LENTH);
+        block = _heapBlock.get();
+    } else if (void* journal = MapBesideTheLogs("journal3", sizeof(BlockJournalLayout))) {
+        _journal = std::make_unique<BlockJournal>(journal);
+        _journal->Reconcile(static_cast<uint8_t*>(block), BUFFER_BLOCK_LENTH);
+    }
+    _logBuffer = std::make_unique<LogBuffer>(block, BUFFER_BLOCK_LENTH, _options.compress,
+                                             _options.crypt ? ORVANE_LOG_PUBLIC_KEY : "");
+    _logBuffer->SetJournal(_journal.get());
+    return isMapped;
+}
+
+bool LogStore::OpenBlock(const std::shared_ptr<LogStore>& store) {
+    bool isMapped;
+    {
+        const CCritical guard(&store->_mutex);
+        isMapped = store->MapBlock();
+    }
+    store->Restore();
+    auto* shared = new std::shared_ptr<LogStore>(store);
+    if (LogCreateThread(FlushThread, kFlushThreadName, shared))
+        store->_hasFlushThread.store(true, std::memory_order_relaxed);
+    else
+        delete shared;
+    return isMapped;
+}
+
+void LogStore::CloseBlock() {
+    const CCritical guard(&_mutex);
+    _logBuffer.reset();
+}
+
+// What a dead process staged goes first: its lines are older than those of the block.
+void LogStore::Restore() {
+    AutoBuffer staged, block;
+    size_t length = 0;
+    const uint8_t* const record = _journal ? _journal->Staged(length) : nullptr;
+    if (record && _journal->ResolveStaged(_fileLogger.Directory().c_str())) {
+        if (LogRecord::IsCompressed(record[LogRecord::kMagicAt]))
+            staged.Write(record, length);
+        else
+            AppendStaged(record, length);  // the tip that the restoring before this one had yet to end with
+    }
+    bool hasBlock;
+    {
+        const CCritical guard(&_mutex);
+        PtrBuffer& data = _logBuffer->GetData();
+        hasBlock = LogCrypt::GetLogLen(data.Ptr(), data.Length()) != 0;
+        if (staged.Length() == 0) _logBuffer->Flush(block);
+    }
+    if (staged.Length() == 0 && !hasBlock) return;
+
+    // A torn record is taken for the begin of what is appended behind it. If this process is killed in the first tip,
+    // that is the first tip of the next one, which finds everything still to be restored. Behind the last tip come
+    // lines: it goes by way of the journal.
+    WriteTips(nullptr, "----------- begin of mmap -----------\n");
+    if (staged.Length() > 0) {
+        AppendStaged(staged.Ptr(), staged.Length());
+        const CCritical guard(&_mutex);
+        _logBuffer->Flush(block);
+    }
+    if (block.Length() > 0) AppendStaged(block.Ptr(), block.Length());
+    WriteTips(_journal.get(), "----------- end of mmap -----------\n");
+}
+
+void LogStore::WriteTips(BlockJournal* journal, const char* format, ...) {
+    char text[kLogLineCapacity];
+    va_list arguments;
+    va_start(arguments, format);
+    vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    AutoBuffer record;
+    {
+        const CCritical guard(&_mutex);
+        _logBuffer->Write(text, strlen(text), record);
+    }
+    if (journal) journal->Stage(record.Ptr(), record.Length());
+    _fileLogger.Log2File(record.Ptr(), record.Length(), journal);
+    if (journal) journal->Finish();
+}
+
+void LogStore::AppendStaged(const void* data, size_t length) {
+    _fileLogger.Log2File(data, length, _journal.get());
+    if (_journal) _journal->Finish();
+}
+
+void LogStore::Append(LogLine& line) {
+    if (_options.mode == kAppendSync) {
+        SyncAppend(line);
+        return;
+    }
+    try {
+        AsyncAppendAdapter(line);
+    } catch (...) {
+        ORVANE_CONSOLE(kLogError, "XLog AsyncAppend catch Exception.");
+    }
+}
+
+void LogStore::SyncAppend(LogLine& line) {
+    // The line and its newline share the capacity of a line: the longest one goes without.
+    if (line.length < kLogLineCapacity - 1) line.text[line.length++] = '\n';
+    line.text[line.length] = '\0';
+    _fileLogger.Log2File(line.text, line.length);
+}
+
+void LogStore::AsyncAppendAdapter(LogLine& line) {
+    if (line.length == 0 || line.text[line.length - 1] != '\n') line.text[line.length++] = '\n';
+    if (isIosBackground()) {
+        HoldBack(line);
+        return;
+    }
+    if (_hasPendingLines.load(std::memory_order_acquire)) TakeHeldBack();
+    WaitForRoom();
+    AsyncAppend(line.text, line.length);
+}
+
+void LogStore::HoldBack(const LogLine& line) {
+    const CCritical guard(&_pendingMutex);
+    if (_pendingLines.Count() >= kMaxPendingLines) return;
+    _pendingLines.Add(new AString(line.text, static_cast<int>(line.length)), true);
+    _hasPendingLines.store(true, std::memory_order_release);
+}
+
+void LogStore::TakeHeldBack() {
+    AArray lines;
+    {
+        const CCritical guard(&_pendingMutex);
+        lines = _pendingLines;
+        _pendingLines.RemoveAll();
+        _hasPendingLines.store(false, std::memory_order_relaxed);
+    }
+    for (int i = 0; i < lines.Count(); ++i) {
+        WaitForRoom();
+        const AString* line = lines.AStringAtIndex(i);
+        AsyncAppend(line->c_str(), static_cast<size_t>(line->length()));
+    }
+}
+
+void LogStore::WaitForRoom() const {
+    if (!_hasFlushThread.load(std::memory_order_relaxed)) return;
+    for (int nap = 0; nap < kOutrunNaps && _blockLength.load(std::memory_order_relaxed) >= kOutrunLength; ++nap) {
+        const timespec pause{0, kOutrunNapNanoseconds};
+        nanosleep(&pause, nullptr);
+    }
+}
+
+void LogStore::AsyncAppend(const char* line, size_t length) {
+    const CCritical guard(&_mutex);
+    if (!_logBuffer) return;
+    char marker[128];
+    const size_t blockLength = _logBuffer->GetData().Length();
+    if (blockLength >= kMarkerLength) {
+        length = static_cast<size_t>(snprintf(marker, sizeof marker,
+                                              "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: %d\n",
+                                              static_cast<int>(blockLength)));
+        line = marker;
+    }
+    const bool isWritten = _logBuffer->Write(line, length);
+    const size_t newLength = _logBuffer->GetData().Length();
+    _blockLength.store(newLength, std::memory_order_relaxed);
+    if (isWritten && newLength / kFlushUnit >= kFlushUnits) _condition.WakeUp();
+}
+
+// Returns whether to go on.
+bool LogStore::Flush() {
+    AutoBuffer block;
+    {
+        const CCritical guard(&_mutex);
+        if (!_logBuffer) return false;
+        _logBuffer->Flush(block);
+        _blockLength.store(0, std::memory_order_relaxed);
+    }
+    if (block.Length() > 0) AppendStaged(block.Ptr(), block.Length());
+    return true;
+}
+
+void* LogStore::FlushThread(void* argument) {
+    const std::unique_ptr<std::shared_ptr<LogStore>> owner(static_cast<std::shared_ptr<LogStore>*>(argument));
+    LogStore& store = **owner;
+    pthread_detach(pthread_self());
+    set_thread_name(kFlushThreadName);
+    for (;;) {
+        if (!isIosBackground() && !store.Flush()) return nullptr;
+        store._condition.TimeWait(store._options.threadWaitMilliseconds);
+    }
+}
+
+}  // namespace Quern

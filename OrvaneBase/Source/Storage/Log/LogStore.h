@@ -1,0 +1,91 @@
+// Where a logger's lines go once it is initialised: the plain file, or the block and the thread that drains it.
+#ifndef ORVANE_STORAGE_LOG_LOG_STORE_H
+#define ORVANE_STORAGE_LOG_LOG_STORE_H
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "Base/Container/AArray.h"
+#include "Base/XLog.h"
+#include "Storage/Log/BlockJournal.h"
+#include "Storage/Log/FileLogger.h"
+#include "Storage/Log/LogBuffer.h"
+#include "System/Thread/Condition.h"
+
+namespace Quern {
+
+// Printed in the place of lines that find the block all but full; the misspelling is what is printed.
+constexpr size_t BUFFER_BLOCK_LENTH = 153600;
+
+// One line on its way, with room behind it for the newline that the store adds.
+struct LogLine {
+    char text[kLogLineCapacity + 1];
+    size_t length = 0;
+};
+
+struct LogStoreOptions {
+    std::string module;
+    TAppenderMode mode;
+    bool compress;
+    bool crypt;
+    int sizeLimitMiB;
+    LogExceedOp exceedOp;
+    uint32_t threadWaitMilliseconds;
+};
+
+class LogStore {
+public:
+    explicit LogStore(const LogStoreOptions& options);
+
+    // Modes 1 and 2: opens the block, brings back what a dead process left in it, and starts the flush thread, which
+    // shares the ownership of the store. Returns whether the block lies in a mapped file.
+    static bool OpenBlock(const std::shared_ptr<LogStore>& store);
+    // Lets the flush thread end at its next turn; what is in the block stays there.
+    void CloseBlock();
+
+    // Any thread. Appends the line, in the form of the mode. `line` has room for the newline.
+    void Append(LogLine& line);
+
+    // The log mutex: guards the block and the callback. Recursive: a callback may log.
+    CMutex& Mutex() { return _mutex; }
+
+private:
+    void SyncAppend(LogLine& line);
+    void AsyncAppendAdapter(LogLine& line);
+    void AsyncAppend(const char* line, size_t length);
+    void WaitForRoom() const;
+    void HoldBack(const LogLine& line);
+    void TakeHeldBack();
+
+    void* MapBesideTheLogs(const char* extension, size_t size) const;
+    bool MapBlock();
+    void Restore();
+    void WriteTips(BlockJournal* journal, const char* format, ...) __attribute__((format(printf, 3, 4)));
+    void AppendStaged(const void* data, size_t length);
+    bool Flush();
+    static void* FlushThread(void* argument);
+
+    const LogStoreOptions _options;
+    CMutex _mutex{true};
+    AFileLogger _fileLogger;
+    CCondition _condition{&_mutex, false};  // wakes the flush thread
+
+    // The block; all under _mutex.
+    std::unique_ptr<uint8_t[]> _heapBlock;  // where no file can be mapped; such a block does not survive
+    std::unique_ptr<BlockJournal> _journal;
+    std::unique_ptr<LogBuffer> _logBuffer;
+
+    std::atomic<size_t> _blockLength{0};  // for looking at without the mutex
+    std::atomic<bool> _hasFlushThread{false};
+
+    CMutex _pendingMutex{true};
+    AArray _pendingLines;  // of AString; under _pendingMutex
+    std::atomic<bool> _hasPendingLines{false};
+};
+
+}  // namespace Quern
+
+#endif

@@ -1,0 +1,58 @@
+#include "Storage/Log/SDKLog.h"
+
+#include <cstring>
+
+#include "Base/XLog.h"
+#include "Orvane/OrvaneCore.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"  // upward: the collection of the plugins' loggers
+#include "Storage/Log/Logger.h"
+
+namespace Orvane {
+namespace {
+
+constexpr char kCoreModule[] = "OrvaneCore";
+
+Plugin::LoggerCollection CopyOfCollection() {
+    return *Plugin::OrvaneCoreLogSerivce::GetInstance()->GetLoggerCollection();
+}
+
+}  // namespace
+
+OrvaneSDKLog* OrvaneSDKLog::s_pInstance = nullptr;
+
+OrvaneSDKLog* OrvaneSDKLog::GetInstance() {
+    if (!s_pInstance) s_pInstance = new OrvaneSDKLog;
+    return s_pInstance;
+}
+
+void OrvaneSDKLog::ReleaseInstance() {
+    delete s_pInstance;
+    s_pInstance = nullptr;
+}
+
+void OrvaneSDKLog::SetLogLevel(const char* module, ALogPriority level) {
+    if (!module) return;
+    if (strcmp(module, kCoreModule) == 0) {
+        Quern::SetQuernLogLevel(level);
+        return;
+    }
+    const Plugin::LoggerCollection loggers = CopyOfCollection();
+    const auto found = loggers.find(module);
+    if (found != loggers.end()) found->second->SetLogLevel(level);
+}
+
+void OrvaneSDKLog::SetAllLogLevel(ALogPriority level) {
+    for (const auto& [name, logger] : CopyOfCollection())
+        if (name != kCoreModule) logger->SetLogLevel(level);
+    Quern::SetQuernLogLevel(level);
+}
+
+}  // namespace Orvane
+
+void OrvaneSDKLog_setLogLevel(const char* module, ALogPriority level) {
+    Orvane::OrvaneSDKLog::GetInstance()->SetLogLevel(module, level);
+}
+
+void OrvaneSDKLog_setAllLogLevel(ALogPriority level) {
+    Orvane::OrvaneSDKLog::GetInstance()->SetAllLogLevel(level);
+}

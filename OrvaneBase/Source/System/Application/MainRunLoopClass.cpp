@@ -1,0 +1,48 @@
+#include "System/Application/MainRunLoopClass.h"
+
+#include <cstdint>
+
+#include "System/Application/MainRunLoop.h"
+#include "System/Application/RunTimeClass.h"
+
+namespace Quern {
+namespace {
+
+constexpr char kClassName[] = "OrvaneMainRunLoop";
+
+void* Result(intptr_t value) {
+    return reinterpret_cast<void*>(value);
+}
+
+void* PerformRun(orvane_object*, const char*, void* const*) {
+    return Result(MainRunLoop::Current().Run());
+}
+
+void* PerformStop(orvane_object*, const char*, void* const*) {
+    MainRunLoop::Current().Stop();
+    return nullptr;
+}
+
+void* PerformDescriptor(orvane_object*, const char*, void* const*) {
+    return Result(MainRunLoop::Current().Descriptor());
+}
+
+void* PerformRunPending(orvane_object*, const char*, void* const*) {
+    MainRunLoop::Current().RunPending();
+    return nullptr;
+}
+
+[[maybe_unused]] const bool g_registered = (RegisterMainRunLoopClass(), true);
+
+}  // namespace
+
+void RegisterMainRunLoopClass() {
+    if (orvane_class_lookup(kClassName)) return;
+    RegisterRunTimeClass(kClassName, {},
+                         {{"run", PerformRun},
+                          {"stop", PerformStop},
+                          {"descriptor", PerformDescriptor},
+                          {"runPending", PerformRunPending}});
+}
+
+}  // namespace Quern

@@ -1,0 +1,48 @@
+// The lifecycle object as other libraries and hosts reach it: by the names of run-time classes.
+#include "System/Application/OrvaneAppLifecycle.h"
+#include "System/Application/RunTimeClass.h"
+
+namespace Orvane {
+namespace {
+
+void* AddObserver(orvane_object*, const char*, void* const* arguments) {
+    if (arguments) OrvaneAppLifecycle::sharedInstance()->addObserver(static_cast<orvane_object*>(arguments[0]));
+    return nullptr;
+}
+
+void* RemoveObserver(orvane_object*, const char*, void* const* arguments) {
+    if (arguments) OrvaneAppLifecycle::sharedInstance()->removeObserver(static_cast<orvane_object*>(arguments[0]));
+    return nullptr;
+}
+
+void* HasExtraSupportWindowImplementation(orvane_object*, const char*, void* const*) {
+    const bool has = OrvaneAppLifecycle::sharedInstance()->hasExtraSupportWindowImplementation();
+    return reinterpret_cast<void*>(static_cast<uintptr_t>(has));
+}
+
+void* DeliverEvent(orvane_object*, const char* selector, void* const* arguments) {
+    const AppEventDescription* description = FindAppEvent(selector);
+    return description ? OrvaneAppLifecycle::sharedInstance()->Deliver(description->event, arguments) : nullptr;
+}
+
+void* SharedInstance(orvane_object*, const char*, void* const*) {
+    static orvane_object shared = {orvane_class_lookup("OrvaneAppLifecycle"), nullptr};
+    return &shared;
+}
+
+}  // namespace
+
+void OrvaneAppLifecycle::RegisterRunTimeClasses() {
+    std::vector<Quern::RunTimeMethod> methods = {
+        {"addObserver:", AddObserver},
+        {"removeObserver:", RemoveObserver},
+        {"hasExtraSupportWindowImplementation", HasExtraSupportWindowImplementation},
+    };
+    for (const AppEventDescription& description : kAppEvents)
+        methods.push_back({description.selector, DeliverEvent});
+    Quern::RegisterRunTimeClass("OrvaneAppLifecycle", methods, {{"sharedInstance", SharedInstance}});
+    Quern::RegisterRunTimeClass("OrvaneAppLifecycleWrapper",
+                                {{"addObserver:", AddObserver}, {"removeObserver:", RemoveObserver}});
+}
+
+}  // namespace Orvane

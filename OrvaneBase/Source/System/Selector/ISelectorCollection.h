@@ -1,0 +1,20 @@
+// What holds calls until the right thread performs them.
+#ifndef ORVANE_SYSTEM_SELECTOR_I_SELECTOR_COLLECTION_H
+#define ORVANE_SYSTEM_SELECTOR_I_SELECTOR_COLLECTION_H
+
+#include "System/Selector/FunctionSelector.h"
+
+namespace Quern {
+
+// Thread rule: Update belongs to one thread, that on which the calls are meant to run; the rest may be called from any.
+class ISelectorCollection {
+public:
+    virtual ~ISelectorCollection() = default;
+    virtual void AddSelector(const CAFunctionSelector& selector) = 0;
+    virtual void Update() = 0;
+    virtual void IgnoreTarget(void* target) = 0;
+};
+
+}  // namespace Quern
+
+#endif

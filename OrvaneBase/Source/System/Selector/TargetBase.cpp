@@ -1,0 +1,22 @@
+#include "System/Selector/TargetBase.h"
+
+#include "System/Selector/SelectorManager.h"
+
+namespace Quern {
+
+CTargetBase::~CTargetBase() {
+    EnableManualUpdate(false);
+}
+
+void CTargetBase::EnableManualUpdate(bool enable) {
+    if (!enable)
+        delete _selectors.exchange(nullptr, std::memory_order_acq_rel);
+    else if (!IsManualUpdateEnable())
+        _selectors.store(new CSelectorManager, std::memory_order_release);
+}
+
+void CTargetBase::UpdateByManual() {
+    if (ISelectorCollection* const selectors = GetSelectorCollection()) selectors->Update();
+}
+
+}  // namespace Quern

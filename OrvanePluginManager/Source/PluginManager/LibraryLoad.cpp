@@ -1,0 +1,26 @@
+// All that happens while the library loads, before main. The one file with objects of static lifetime that do work;
+// none of them has a destructor that does.
+#include "Base/QuernCommon.h"
+#include "PluginManager/PluginUtils.h"
+#include "System/Application/OrvaneAppLifecycle.h"
+#include "System/Application/OrvaneAppLifecycleDispatcher.h"
+
+namespace {
+
+// The object run time of the home platform knows a library's classes, and has loaded them, before any initialiser of
+// the library runs: so it is here.
+struct RunTimeClassesLoad {
+    RunTimeClassesLoad() {
+        PluginUtils::RegisterRunTimeClasses();
+        Orvane::OrvaneAppLifecycle::RegisterRunTimeClasses();
+        Orvane::OrvaneAppLifecycleDispatcher::RegisterRunTimeClass();
+        Orvane::OrvaneAppLifecycleDispatcher::load();
+    }
+};
+
+const RunTimeClassesLoad g_runTimeClassesLoad;
+const Quern::QuernInitializer g_quernInitializer("Orvane");
+const PluginUtilsLaunch g_pluginUtilsLaunch;
+const Orvane::CAppLifecycleLaunch g_appLifecycleLaunch;
+
+}  // namespace

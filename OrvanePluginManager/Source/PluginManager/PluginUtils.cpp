@@ -1,0 +1,68 @@
+#include "PluginManager/PluginUtils.h"
+
+#include "PluginManager/PluginManager.h"
+#include "System/Application/RunTimeClass.h"
+
+using Orvane::Plugin::IPluginManager;
+using Orvane::Plugin::PluginManager;
+
+PluginUtils* PluginUtils::sharedInstance() {
+    static PluginUtils* instance = new PluginUtils;
+    return instance;
+}
+
+PluginUtils::PluginUtils() : _pluginManager(PluginManager::GetInstance()) {}
+
+void PluginUtils::nativeStartup() {
+    PluginManager::GetInstance()->Startup();
+}
+
+void PluginUtils::nativePostStartup() {
+    PluginManager::GetInstance()->PostStartup();
+}
+
+void PluginUtils::nativePreShutdown() {
+    PluginManager::GetInstance()->PreShutdown();
+}
+
+void PluginUtils::nativeShutdown() {
+    PluginManager::GetInstance()->Shutdown();
+}
+
+namespace {
+
+// The shared instance is the only one that the process can reach, so the methods ask for it and not for `self`.
+template <void (PluginUtils::*Operation)()>
+void* Call(orvane_object*, const char*, void* const*) {
+    (PluginUtils::sharedInstance()->*Operation)();
+    return nullptr;
+}
+
+void* SetNativePluginManager(orvane_object*, const char*, void* const* arguments) {
+    if (arguments) PluginUtils::sharedInstance()->setNativePluginManager(static_cast<IPluginManager*>(arguments[0]));
+    return nullptr;
+}
+
+void* GetNativePluginManager(orvane_object*, const char*, void* const*) {
+    return PluginUtils::sharedInstance()->getNativePluginManager();
+}
+
+void* SharedInstance(orvane_object*, const char*, void* const*) {
+    static orvane_object shared = {orvane_class_lookup("PluginUtils"), nullptr};
+    return &shared;
+}
+
+}  // namespace
+
+void PluginUtils::RegisterRunTimeClasses() {
+    Quern::RegisterRunTimeClass("PluginUtils",
+                                {{"setNativePluginManager:", SetNativePluginManager},
+                                 {"getNativePluginManager", GetNativePluginManager},
+                                 {"nativeStartup", Call<&PluginUtils::nativeStartup>},
+                                 {"nativePostStartup", Call<&PluginUtils::nativePostStartup>},
+                                 {"nativePreShutdown", Call<&PluginUtils::nativePreShutdown>},
+                                 {"nativeShutdown", Call<&PluginUtils::nativeShutdown>}},
+                                {{"sharedInstance", SharedInstance}});
+    Quern::RegisterRunTimeClass("PluginUtilsWrapper", {{"setNativePluginManager:", SetNativePluginManager},
+                                                       {"getNativePluginManager", GetNativePluginManager}});
+}

@@ -1,0 +1,92 @@
+#include <gmock/gmock.h>
+
+#include "Base/COrvaneCore.h"
+#include "Base/QuernCommon.h"
+#include "Base/XLog.h"
+#include "Orvane/IBase.h"
+#include "Orvane/OrvaneCore.h"
+#include "Support/CapturedConsole.h"
+#include "Support/FakeConfigure.h"
+
+namespace {
+
+using OrvaneTest::CapturedConsole;
+using testing::ElementsAre;
+using testing::MatchesRegex;
+
+TEST(Facade, TellsItsVersion) {
+    EXPECT_STREQ(orvanecore_get_version(), "1.5.11.2664");
+    EXPECT_THAT(orvanecore_get_version_hash(), MatchesRegex("[0-9a-f]{40}"));
+    EXPECT_STREQ(orvanecore_get_orvane_version_string(), "ORVANE_VERSION_ORVANECORE_1.5.11.2664");
+    EXPECT_EQ(OrvaneCoreVersionNumber, 1.0);
+    EXPECT_STREQ(reinterpret_cast<const char*>(OrvaneCoreVersionString),
+                 "@(#)PROGRAM:OrvaneCore  PROJECT:OrvaneCore-1\n");
+    EXPECT_STREQ(orvanecore_getInstance()->GetVersion(), "1.5.11.2664");
+}
+
+TEST(Facade, GreetsOnceAndIsNeverReleased) {
+    CapturedConsole console;
+    Orvane::IOrvaneCore* core = orvanecore_getInstance();
+    EXPECT_THAT(console.Take(),
+                ElementsAre(MatchesRegex(
+                    "Event Hello OrvaneCore! OS_TYPE:iOS, Version:1\\.5\\.11\\.2664, VersionHash:[0-9a-f]{40}")));
+    EXPECT_EQ(orvanecore_init(), 0);
+    orvanecore_releaseInstance();
+    EXPECT_EQ(orvanecore_getInstance(), core);
+    EXPECT_THAT(console.Take(), ElementsAre("Event  orvanecore_init", "Event  orvanecore_release"));
+}
+
+TEST(Facade, PassesLevelUserAndServerOn) {
+    CapturedConsole console;
+    OrvaneTest::FakeConfigure configure;
+    orvanecore_getInstance();
+    console.Take();
+
+    orvanecore_setLogLevel(kLogWarning);
+    EXPECT_EQ(Quern::GetQuernLogLevel(), kLogWarning);
+    orvanecore_setUserInfo("12", "someone");
+    EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetChannelID(), "12");
+    EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetOpenID(), "someone");
+    EXPECT_THAT(console.Take(), ElementsAre("Event orvanecore_setLogLevel:2", "Event orvanecore_setUserInfo"));
+
+    orvanecore_getInstance()->SetRemoteConfigUrl("https://example.org");
+    orvanecore_getInstance()->ClearRemoteConfigCache();
+    EXPECT_EQ(configure.lastUrl, "https://example.org");
+    EXPECT_EQ(configure.clears, 1);
+}
+
+int g_quits = 0;
+
+TEST(Facade, ReleaseOfTheRootRunsTheQuitCallbacksAndGivesTheCommonStateBack) {
+    Quern::QuernCommon::GetInstance()->SetProjectName("Another");
+    AddApplicationQuitCallback([] { ++g_quits; });
+    Quern::IBase::Release();
+    EXPECT_EQ(g_quits, 1);
+    EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetProjectName(), "Another") << "no root stood that holds it";
+
+    orvanecore_getInstance();  // makes the root
+    EXPECT_TRUE(InitQuernObjectEnvironment());
+    Quern::IBase::Release();
+    EXPECT_EQ(g_quits, 1);
+    EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetProjectName(), "Orvane");
+}
+
+TEST(Facade, ItsDestructorTakesTheLibraryDown) {
+    CapturedConsole console;
+    AddApplicationQuitCallback([] { Quern::XLog2(kLogInfo, "f", 1, "f", "quit"); });
+    Orvane::COrvaneCore* core = Orvane::COrvaneCore::GetInstance();
+    console.Take();
+    delete core;
+    EXPECT_THAT(console.Take(), ElementsAre("Event COrvaneCore::~COrvaneCore(), start", "Info quit",
+                                            "Event COrvaneCore::~COrvaneCore(), end"));
+}
+
+TEST(QuernCommon, IsNamedByItsInitializer) {
+    EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetProjectName(), "Orvane");
+    const Quern::QuernInitializer named("Another");
+    EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetProjectName(), "Another");
+    const Quern::QuernInitializer unnamed;
+    EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetProjectName(), "Orvane");
+}
+
+}  // namespace

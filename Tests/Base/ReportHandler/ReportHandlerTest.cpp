@@ -1,0 +1,138 @@
+#include "Base/ReportHandler/ReportHandler.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "Base/ReportHandler/ConfigureReport.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
+#include "Support/CapturedConsole.h"
+#include "Support/FakeConfigure.h"
+#include "Support/FakePlugins.h"
+
+namespace {
+
+using Orvane::Plugin::PluginManager;
+using OrvaneTest::Journal;
+using Quern::ReportHandler;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+void InstallCorePlugin() {
+    auto* core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
+    core->GetCachePluginManager();
+    core->RegisterPlugin(core);
+}
+
+class ReportHandlerTest : public testing::Test {
+protected:
+    ReportHandlerTest() { InstallCorePlugin(); }
+
+    OrvaneTest::FakeConfigure configure;
+    OrvaneTest::CapturedConsole console;
+    Journal journal;
+};
+
+TEST_F(ReportHandlerTest, FillsSendsAndGivesBackOneEvent) {
+    OrvaneTest::FakePell pell(&journal);
+    {
+        ReportHandler handler("Event", 2, 7);
+        handler.Add("key", "value");
+        handler.Add(nullptr, static_cast<const char*>(nullptr));
+        handler.Add(1, 2);
+        handler.Add(3, "four");
+        handler.Add(5, static_cast<const char*>(nullptr));
+        handler.Report();
+        handler.Report();
+    }
+    EXPECT_THAT(journal, ElementsAre("create 7 Event", "add 100001=2", "add 100002=0", "add 'key'='value'", "add ''=''",
+                                     "add 1=2", "add 3='four'", "add 5=''", "report", "report", "destroy"));
+    journal.clear();
+    { ReportHandler nameless(nullptr, 2, 7); }
+    EXPECT_THAT(journal, Contains("create 7 "));
+}
+
+TEST_F(ReportHandlerTest, IsInertWithoutAnEvent) {
+    OrvaneTest::FakePell pell(&journal);
+    {
+        ReportHandler refused("Event", 1, 7);  // by the data-type rule
+        EXPECT_THAT(console.Take(), testing::IsSupersetOf({"Warning event is null", "Warning createEvent failed"}));
+        refused.Add("key", "value");
+        refused.Add(1, 2);
+        refused.Add(3, "four");
+        refused.Report();
+    }
+    EXPECT_THAT(journal, IsEmpty());
+    EXPECT_THAT(console.Take(), IsEmpty());
+}
+
+TEST_F(ReportHandlerTest, IsInertWhereTheSettingSwitchesItOff) {
+    OrvaneTest::FakePell pell(&journal);
+    configure.Set("OrvaneCore", "PellReportAvailable", "0");
+    console.Take();
+    {
+        ReportHandler handler("Event", 2, 7);
+        handler.Add(1, 2);
+        handler.Report();
+    }
+    EXPECT_THAT(journal, IsEmpty());
+    EXPECT_THAT(console.Take(), IsEmpty());
+    configure.Set("OrvaneCore", "PellReportAvailable", "-1");
+    { ReportHandler handler("Event", 2, 7); }
+    EXPECT_THAT(journal, Not(IsEmpty())) << "read anew at each construction; only 0 switches off";
+}
+
+TEST_F(ReportHandlerTest, PostStartupSendsTheVersionOfEveryPlugin) {
+    OrvaneTest::FakePell pell(&journal);
+    OrvaneTest::FakePlugin later("Zed", "3.1", &journal);
+    PluginManager::GetInstance()->PostStartup();
+    EXPECT_THAT(journal, ElementsAre("create 2000 OrvaneSDK_Versions", "add 100001=3", "add 100002=0",
+                                     "add 'OrvaneCore'='1.5.11.2664'", "add 'PELL'='1.0'", "Zed OnPostStartup",
+                                     "add 'Zed'='3.1'", "report", "destroy"));
+}
+
+TEST_F(ReportHandlerTest, PostStartupNeedsNoDataPlugin) {
+    OrvaneTest::FakePlugin plugin("P", "1", &journal);
+    PluginManager::GetInstance()->PostStartup();
+    EXPECT_THAT(journal, ElementsAre("P OnPostStartup"));
+    EXPECT_THAT(console.Take(), Contains("Warning createEvent failed"));
+}
+
+TEST_F(ReportHandlerTest, ConfigureReportSendsItsRecordsByKindAndForgetsThem) {
+    OrvaneTest::FakePell pell(&journal);
+    Quern::ConfigureReport* report = Quern::ConfigureReport::GetInstance();
+    report->RecordUploadResult(-3, "id", "path");
+    report->RecordRecieveUploadTask("id", "*.log", nullptr, 512);
+    report->RecordPullConfigResult(0, 120, 1);
+    report->RecordPullConfigResult(404, 80, 2);
+    report->Report();
+    EXPECT_THAT(journal, ElementsAre("create 2000 PullConfigResult", "add 100001=2", "add 100002=0", "add 30001=0",
+                                     "add 30002=120", "add 30003=1", "report", "destroy",  //
+                                     "create 2000 PullConfigResult", "add 100001=2", "add 100002=0", "add 30001=404",
+                                     "add 30002=80", "add 30003=2", "report", "destroy",  //
+                                     "create 2000 RecieveUploadTask", "add 100001=2", "add 100002=0", "add 30001='id'",
+                                     "add 30002='*.log'", "add 30003=''", "add 30004=512", "report", "destroy",  //
+                                     "create 2000 UploadResult", "add 100001=2", "add 100002=0", "add 30001=-3",
+                                     "add 30002='id'", "add 30003='path'", "add 30004=0", "report", "destroy"));
+    journal.clear();
+    report->Report();
+    EXPECT_THAT(journal, IsEmpty());
+}
+
+TEST_F(ReportHandlerTest, ConfigureReportIsFedFromAnyThread) {
+    OrvaneTest::FakePell pell(&journal);
+    std::vector<std::thread> feeders;
+    for (int i = 0; i < 4; ++i)
+        feeders.emplace_back([] {
+            for (int n = 0; n < 100; ++n)
+                Quern::ConfigureReport::GetInstance()->RecordPullConfigResult(n, 0, 0);
+        });
+    for (std::thread& feeder : feeders)
+        feeder.join();
+    Quern::ConfigureReport::GetInstance()->Report();
+    EXPECT_EQ(std::count(journal.begin(), journal.end(), "report"), 400);
+}
+
+}  // namespace

@@ -1,0 +1,79 @@
+#include "Base/XLog.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <ctime>
+#include <regex>
+#include <string>
+
+#include "Base/LocalClock.h"
+
+namespace Quern {
+namespace {
+
+std::string Format(const char* file, const char* text, const char* module = "Module") {
+    char out[kLogLineCapacity];
+    const size_t length = XLogFormat(out, kLogEvent, file, 7, "Function", module, text);
+    EXPECT_EQ(strlen(out), length);
+    return out;
+}
+
+TEST(XLogFormat, TellsTimeLevelModuleThreadAndPlace) {
+    const time_t before = time(nullptr);
+    const std::string line = Format("/a/b/c.cpp", "the text");
+    const time_t after = time(nullptr);
+    const std::regex pattern(
+        R"(\[(\d{4})-(\d\d)-(\d\d) (\d\d):(\d\d):(\d\d) \d{3}\] \| Event \| \[Module\] \|(\d+)\| c\.cpp:7\|Function\| the text)");
+    std::smatch match;
+    ASSERT_TRUE(std::regex_match(line, match, pattern)) << line;
+    tm local{};
+    local.tm_year = stoi(match[1]) - 1900;
+    local.tm_mon = stoi(match[2]) - 1;
+    local.tm_mday = stoi(match[3]);
+    local.tm_hour = stoi(match[4]);
+    local.tm_min = stoi(match[5]);
+    local.tm_sec = stoi(match[6]);
+    local.tm_isdst = -1;
+    const time_t told = mktime(&local);
+    EXPECT_LE(before, told);
+    EXPECT_LE(told, after);
+    EXPECT_EQ(stol(match[7]), gettid());
+}
+
+TEST(XLogFormat, CutsThePathAtItsLastSeparatorOfOneKind) {
+    EXPECT_NE(Format("a/b\\c", "t").find("| c:7|"), std::string::npos);
+    EXPECT_NE(Format("a\\b/c", "t").find("| b/c:7|"), std::string::npos) << "the backslash wins";
+    EXPECT_NE(Format("plain", "t").find("| plain:7|"), std::string::npos);
+    EXPECT_NE(Format("folder/", "t").find("| :7|"), std::string::npos);
+    EXPECT_NE(Format(nullptr, nullptr, nullptr).find("[(null)]"), std::string::npos);
+}
+
+TEST(XLogFormat, CutsALineAtItsCapacityWhereverThatFalls) {
+    const size_t head = Format("f", "").size();
+    EXPECT_EQ(Format("f", std::string(4095 - head, 'x').c_str()).size(), 4095u);
+    EXPECT_EQ(Format("f", std::string(5000, 'x').c_str()).size(), 4095u);
+    EXPECT_EQ(Format(std::string(5000, 'x').c_str(), "t").size(), 4095u);
+    EXPECT_EQ(Format("f", "t", std::string(5000, 'x').c_str()).size(), 4095u);
+}
+
+TEST(LocalClock, FollowsTheZoneWhileTheProcessRuns) {
+    constexpr time_t kNoon = 1767268800;  // in UTC
+    setenv("TZ", "UTC0", 1);
+    EXPECT_EQ(LocalTime(kNoon).tm_hour, 12);
+    setenv("TZ", "EAST-9", 1);
+    EXPECT_EQ(LocalTime(kNoon + 1).tm_hour, 21);
+}
+
+TEST(XLog, LevelsHaveTheirWords) {
+    const char* const words[] = {"Debug", "Info", "Warning", "Event", "Error"};
+    for (int i = 0; i < 5; ++i)
+        EXPECT_STREQ(GetQuernLogLevelString(i), words[i]);
+    for (const int other : {-1, 5, 6, 7, 1000})
+        EXPECT_STREQ(GetQuernLogLevelString(other), "Unkonwn");
+}
+
+}  // namespace
+}  // namespace Quern

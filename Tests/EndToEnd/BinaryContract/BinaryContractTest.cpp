@@ -1,0 +1,132 @@
+// Loads the product and a sibling that share no symbol and no header, and drives them as an application does.
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "Orvane/RunTime.h"
+
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+void* Load(const char* path) {
+    void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    if (!library) ADD_FAILURE() << dlerror();
+    return library;
+}
+
+template <typename Function>
+Function Symbol(void* library, const char* name) {
+    return reinterpret_cast<Function>(dlsym(library, name));
+}
+
+std::string g_heard;
+
+void* Launched(orvane_object*, const char*, void* const*) {
+    g_heard += "delegate launched\n";
+    return reinterpret_cast<void*>(1);
+}
+
+// The application's container, for the log that the launch starts.
+class Container {
+public:
+    Container() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "orvane-contract-XXXXXX").string();
+        home = mkdtemp(pattern.data());
+        setenv("ORVANE_HOME", home.c_str(), 1);
+        // Without this, the C library reads the zone anew at each conversion, under a lock that the thread sanitizer
+        // does not see.
+        setenv("TZ", "UTC", 1);
+    }
+    ~Container() {
+        std::error_code ignored;
+        std::filesystem::remove_all(home, ignored);
+    }
+    std::string home;
+};
+
+TEST(BinaryContract, ASiblingInAProcessWithoutTheHostFindsNothing) {
+    void* sibling = Load(SIBLING_LIBRARY);
+    EXPECT_EQ(Symbol<void* (*)()>(sibling, "sibling_find_host")(), nullptr);
+    EXPECT_STREQ(Symbol<const char* (*)()>(sibling, "sibling_journal")(), "");
+
+    Load(CORE_LIBRARY);
+    EXPECT_NE(Symbol<void* (*)()>(sibling, "sibling_find_host")(), nullptr);
+}
+
+TEST(BinaryContract, TheLibraryLoadsInOrder) {
+    testing::internal::CaptureStderr();
+    void* core = Load(CORE_LIBRARY);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                ContainsRegex("OrvHook No Derived UIApplicationDelegate found\n"
+                              ".*PluginManager::PluginManager\\(\\):0x.*\n"
+                              ".*version 1\\.5\\.11\\.2664,hash [0-9a-f]*,version_tag .*\n"
+                              ".*CAppLifecycleLaunch::CAppLifecycleLaunch\n$"));
+    EXPECT_EQ(dlsym(RTLD_DEFAULT, "orvanecore_getInstance"), nullptr) << "loaded for itself alone";
+    dlclose(core);
+    EXPECT_NE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "never unmapped under its threads";
+}
+
+TEST(BinaryContract, ASiblingLivesThroughTheWholeLifecycle) {
+    const Container container;
+    orvane_class* delegateClass = orvane_class_allocate("AppDelegate");
+    orvane_class_add_method(delegateClass, "application:didFinishLaunchingWithOptions:", Launched);
+    orvane_class_register(delegateClass);
+    orvane_object delegate = {delegateClass, nullptr};
+
+    void* core = Load(CORE_LIBRARY);
+    void* sibling = Load(SIBLING_LIBRARY);
+    const auto journal = Symbol<const char* (*)()>(sibling, "sibling_journal");
+    EXPECT_STREQ(journal(), "entered Sibling\nentered PELL\nentered RAVEL\n");
+
+    void* const arguments[] = {nullptr, nullptr};
+    EXPECT_EQ(orvane_object_perform(&delegate, "application:didFinishLaunchingWithOptions:", arguments),
+              reinterpret_cast<void*>(1));
+    EXPECT_EQ(g_heard, "delegate launched\n");
+    auto* host = static_cast<orvane_object*>(
+        orvane_class_perform(orvane_class_lookup("PluginUtils"), "sharedInstance", nullptr));
+    orvane_object_perform(host, "nativePreShutdown", nullptr);
+    orvane_object_perform(host, "nativeShutdown", nullptr);
+
+    const std::string openId(128, 'o');
+    const std::string account = " number 100000=42\n text 110002=" + openId + "\n";
+    EXPECT_EQ(journal(),
+              "entered Sibling\nentered PELL\nentered RAVEL\n"
+              "first 110\n"
+              "event 2000 OrvaneSDK_Versions\n number 100001=3\n number 100002=0\n" +
+                  account +
+                  " named OrvaneCore=1.5.11.2664\n named PELL=0.9\n named RAVEL=0.8\n"
+                  "second\n"
+                  " name OrvaneCore\n name PELL\n name RAVEL\n name Sibling\n"
+                  " entry OrvaneCore=OrvaneCore 1.5.11.2664 COREREPORT YARROW REMOTECONFIG CONFIGFILE\n"
+                  " entry PELL=PELL 0.9 REPORT\n"
+                  " entry RAVEL=RAVEL 0.8\n"
+                  " entry Sibling=Sibling 2.5 S1 S2\n"
+                  " service COREREPORT of OrvaneCore\n"
+                  "event 55 FromSibling\n number 100001=2\n number 100002=0\n" +
+                  account +
+                  " named k=val\n send\n unmake\n"
+                  " service LOG of OrvaneCore version 1\n"
+                  " threshold 2\n"
+                  " line 3| above\n"
+                  "second done\n"
+                  " named Sibling=2.5\n send\n unmake\n"
+                  "third\nfourth\n");
+    EXPECT_TRUE(std::filesystem::exists(container.home + "/Library/Caches/OrvaneSDKLog/Sibling"));
+
+    // The host's own way down, by the names that the product exports.
+    static int quits = 0;
+    const auto add = Symbol<void (*)(void (*)())>(core, "_Z26AddApplicationQuitCallbackPFvvE");
+    const auto release = Symbol<void (*)()>(core, "_ZN5Quern5IBase7ReleaseEv");
+    ASSERT_TRUE(add && release);
+    add([] { ++quits; });
+    release();
+    release();
+    EXPECT_EQ(quits, 1);
+}
+
+}  // namespace

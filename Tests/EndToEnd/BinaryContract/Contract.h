@@ -1,0 +1,110 @@
+// The binary contract, written down a second time: nothing here comes from the product's headers. What the two sides
+// share is the order of the virtual operations, the exact types of their arguments, and the layout of the registry.
+#ifndef ORVANE_TESTS_BINARY_CONTRACT_H
+#define ORVANE_TESTS_BINARY_CONTRACT_H
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Contract {
+
+struct ServiceRoot {
+    virtual ~ServiceRoot() {}
+    virtual const char* Name() const = 0;
+    virtual const char* PluginName() const = 0;
+};
+
+struct Registrar {  // no destructor in its table
+    virtual bool Declare(const char* service) = 0;
+};
+
+struct Module {
+    virtual ~Module() {}
+    virtual const char* Name() const = 0;
+    virtual const char* Version() const = 0;
+    virtual void First(Registrar* registrar) = 0;
+    virtual void Second() = 0;
+    virtual void Third() = 0;
+    virtual void Fourth() = 0;
+    virtual ServiceRoot* Service(const char* name) = 0;
+};
+
+struct Entry {
+    Module* module;
+    std::string name;
+    std::string version;
+    std::vector<std::string> services;
+};
+
+struct Host {  // no destructor in its table
+    virtual bool Enter(Module* module) = 0;
+    virtual bool Remove(Module* module) = 0;
+    virtual bool RemoveNamed(const char* name) = 0;
+    virtual const char* const* Names() = 0;
+    virtual Module* Find(const char* name) = 0;
+    virtual std::map<std::string, Entry>* Registry() = 0;
+    virtual void WalkFirst() = 0;
+    virtual void WalkSecond() = 0;
+    virtual void WalkThird() = 0;
+    virtual void WalkFourth() = 0;
+};
+
+// A module that keeps the host it found. Other services take a pointer to this.
+struct ModuleBase : Module {
+    Host* host = nullptr;
+};
+
+struct Event {
+    virtual ~Event() {}
+    virtual void PutNamed(const char* key, const char* value, int length) = 0;
+    virtual void PutText(int key, const char* value, int length) = 0;
+    virtual void PutNumber(int key, int value) = 0;
+    virtual void Send() = 0;
+};
+
+struct DataService : ServiceRoot {
+    virtual Event* Make(int source, const char* name) = 0;
+    virtual void Unmake(Event** event) = 0;
+};
+
+struct CoreReport : ServiceRoot {
+    virtual Event* Make(int dataType, int source, const char* name) = 0;
+    virtual void Unmake(Event** event) = 0;
+};
+
+struct Log {  // no destructor in its table
+    virtual int IsCompatible() = 0;
+    virtual void Option(const char* key, int value) = 0;
+    virtual void Option(const char* key, const char* value) = 0;
+    virtual void Callback(void (*sink)(int level, const char* line)) = 0;
+    virtual void Threshold(int level) = 0;
+    virtual void Open() = 0;
+    virtual void Line(int level, const char* file, unsigned int line, const char* function, const char* tag,
+                      const char* text) = 0;
+    virtual void StageLine(int level, const char* file, unsigned int line, const char* function, const char* module,
+                           const char* session, int stage, int status, int code, int code2, const char* message,
+                           const char* userInfo, const char* reserved, const char* text) = 0;
+    virtual int Threshold() = 0;
+    virtual void Prune(int hours, int count) = 0;
+    virtual void Reserved(int operation) = 0;
+};
+
+struct LogService : ServiceRoot {
+    virtual int Version() = 0;
+    virtual Log* Get(ModuleBase* module) = 0;
+};
+
+struct Account {
+    char* openId;     // 128 bytes
+    char* others[3];  // 1024, 64 and 16 bytes
+    int channel;
+};
+
+struct AccountService : ServiceRoot {
+    virtual bool Fill(Account* account) = 0;
+};
+
+}  // namespace Contract
+
+#endif

@@ -1,0 +1,61 @@
+// An application's container in a temporary folder, with what the host leaves there.
+#ifndef ORVANE_TESTS_END_TO_END_CONTAINER_H
+#define ORVANE_TESTS_END_TO_END_CONTAINER_H
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Support/Process.h"
+
+namespace EndToEnd {
+
+// A fresh folder, removed with all that is in it at the end.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return _path; }
+
+private:
+    std::filesystem::path _path;
+};
+
+// The text of the place in a line of the log behind the head that the logger puts in front; the whole line if it has
+// no such head.
+std::string TextOfLogLine(const std::string& line);
+
+class Container {
+public:
+    // ORVANE_HOME of the hosts that are started here.
+    std::filesystem::path Home() const { return _folder.Path() / "home"; }
+    // A place outside of it for a test's own files.
+    const std::filesystem::path& Outside() const { return _folder.Path(); }
+    std::filesystem::path Caches() const { return Home() / "Library" / "Caches"; }
+    std::filesystem::path LogFolder(const std::string& module) const { return Caches() / "OrvaneSDKLog" / module; }
+    std::filesystem::path MappedFile(const std::string& module) const { return Caches() / (module + ".mmap3"); }
+    // The log files of all hours, in order of time.
+    std::vector<std::filesystem::path> LogFiles(const std::string& module) const;
+
+    // orvane-host with these arguments, in this container.
+    Command Host(std::vector<std::string> arguments) const;
+    // Every line that orvane-log gives of the module's files and of its block, in order.
+    std::vector<std::string> ReadLog(const std::string& module) const;
+    // The events that the data plugin wrote.
+    std::filesystem::path EventsFile() const { return _folder.Path() / "events.jsonl"; }
+
+private:
+    TemporaryFolder _folder;
+};
+
+// Splits at newlines; what stands behind the last one is a line too, unless it is empty.
+std::vector<std::string> SplitLines(const std::string& text);
+std::string ReadWholeFile(const std::filesystem::path& path);
+void WriteWholeFile(const std::filesystem::path& path, const std::string& content);
+
+}  // namespace EndToEnd
+
+#endif

@@ -1,0 +1,87 @@
+#include "PluginManager/PluginUtils.h"
+
+#include <gmock/gmock.h>
+
+#include "Orvane/PluginBase.h"
+#include "Support/CapturedConsole.h"
+#include "Support/FakePlugins.h"
+
+namespace {
+
+using Orvane::Plugin::IPluginManager;
+using Orvane::Plugin::PluginManager;
+using OrvaneTest::FakePlugin;
+using OrvaneTest::Journal;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+orvane_object* Shared() {
+    return static_cast<orvane_object*>(
+        orvane_class_perform(orvane_class_lookup("PluginUtils"), "sharedInstance", nullptr));
+}
+
+TEST(PluginUtils, IsReachedByNameAndDrivesTheWalks) {
+    ASSERT_NE(Shared(), nullptr);
+    EXPECT_EQ(Shared(), Shared());
+    EXPECT_EQ(orvane_object_perform(Shared(), "getNativePluginManager", nullptr),
+              static_cast<IPluginManager*>(PluginManager::GetInstance()));
+
+    Journal journal;
+    FakePlugin plugin("P", "1", &journal);
+    for (const char* stage : {"nativeStartup", "nativePostStartup", "nativePreShutdown", "nativeShutdown"})
+        orvane_object_perform(Shared(), stage, nullptr);
+    EXPECT_THAT(journal, ElementsAre("P OnStartup", "P OnPostStartup", "P OnPreShutdown", "P OnShutdown"));
+}
+
+TEST(PluginUtils, AManagerThatIsSetIsGivenOutAndNotDriven) {
+    char other;
+    orvane_object* wrapper = orvane_object_create(orvane_class_lookup("PluginUtilsWrapper"));
+    void* arguments[] = {&other};
+    orvane_object_perform(wrapper, "setNativePluginManager:", arguments);
+    EXPECT_EQ(orvane_object_perform(wrapper, "getNativePluginManager", nullptr), &other);
+    EXPECT_EQ(orvane_object_perform(Shared(), "getNativePluginManager", nullptr), &other);
+    EXPECT_EQ(static_cast<void*>(Orvane::Plugin::gs_GetOrvanePluginManager()), &other);
+
+    Journal journal;
+    FakePlugin plugin("P", "1", &journal);
+    orvane_object_perform(Shared(), "nativeStartup", nullptr);
+    EXPECT_THAT(journal, ElementsAre("P OnStartup"));
+
+    arguments[0] = nullptr;
+    orvane_object_perform(Shared(), "setNativePluginManager:", arguments);
+    EXPECT_EQ(Orvane::Plugin::gs_GetOrvanePluginManager(), nullptr);
+    orvane_object_release(wrapper);
+}
+
+TEST(PluginBase, RegistersOnlyThroughACachedManager) {
+    FakePlugin plugin("P");
+    PluginManager* manager = PluginManager::GetInstance();
+    manager->Uninstall(&plugin);
+
+    testing::internal::CaptureStderr();  // this code runs in sibling libraries too, and writes there by itself
+    plugin.RegisterPlugin(&plugin);
+    EXPECT_EQ(plugin.GetPluginManager(), nullptr);
+    EXPECT_THAT(*manager->GetPluginCollection(), IsEmpty());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+
+    testing::internal::CaptureStderr();
+    plugin.GetCachePluginManager();
+    plugin.GetCachePluginManager();
+    EXPECT_EQ(plugin.GetPluginManager(), manager);
+    plugin.RegisterPlugin(nullptr);
+    EXPECT_THAT(*manager->GetPluginCollection(), IsEmpty());
+    plugin.RegisterPlugin(&plugin);
+    EXPECT_EQ(manager->GetPluginByName("P"), &plugin);
+
+    const std::string text = testing::internal::GetCapturedStderr();
+    const std::string found =
+        OrvaneTest::Format("gs_GetOrvanePluginManager pluginManager:%p", static_cast<void*>(manager));
+    EXPECT_NE(text.find(found), std::string::npos);
+    EXPECT_EQ(text.find(found), text.rfind(found)) << "looked up once";
+    EXPECT_THAT(text, testing::HasSubstr("PluginBase::RegisterPlugin plugin is null\n"));
+    EXPECT_THAT(text, testing::HasSubstr(OrvaneTest::Format(
+                          "PluginBase::RegisterPlugin PluginManager:%p , IPlugin:%p\n", static_cast<void*>(manager),
+                          static_cast<void*>(static_cast<Orvane::Plugin::IPlugin*>(&plugin)))));
+}
+
+}  // namespace

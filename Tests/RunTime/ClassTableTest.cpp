@@ -1,0 +1,164 @@
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Orvane/RunTime.h"
+
+namespace {
+
+void* Number(uintptr_t value) {
+    return reinterpret_cast<void*>(value);
+}
+
+void* One(orvane_object*, const char*, void* const*) {
+    return Number(1);
+}
+void* Two(orvane_object*, const char*, void* const*) {
+    return Number(2);
+}
+void* SecondArgument(orvane_object*, const char*, void* const* arguments) {
+    return arguments[1];
+}
+void* SelfData(orvane_object* self, const char*, void* const*) {
+    return self ? self->data : Number(99);
+}
+void* Selector(orvane_object*, const char* selector, void* const*) {
+    return const_cast<char*>(selector);
+}
+
+TEST(ClassTable, AClassIsFoundOnceItIsRegistered) {
+    EXPECT_EQ(orvane_class_allocate(nullptr), nullptr);
+    EXPECT_EQ(orvane_class_allocate(""), nullptr);
+    orvane_class* cls = orvane_class_allocate("Class");
+    EXPECT_STREQ(orvane_class_name(cls), "Class");
+    EXPECT_EQ(orvane_class_lookup("Class"), nullptr);
+    orvane_class* rival = orvane_class_allocate("Class");
+    EXPECT_TRUE(orvane_class_register(cls));
+    EXPECT_FALSE(orvane_class_register(cls));
+    EXPECT_FALSE(orvane_class_register(rival));
+    EXPECT_EQ(orvane_class_lookup("Class"), cls);
+    EXPECT_EQ(orvane_class_lookup("class"), nullptr);
+}
+
+TEST(ClassTable, InstancesAndTheClassHaveMethodsOfTheirOwn) {
+    orvane_class* cls = orvane_class_allocate("Class");
+    EXPECT_TRUE(orvane_class_add_method(cls, "number", One));
+    EXPECT_FALSE(orvane_class_add_method(cls, "number", Two)) << "nothing is replaced";
+    EXPECT_TRUE(orvane_class_add_class_method(cls, "number", Two));
+    EXPECT_FALSE(orvane_class_add_method(cls, "codeless", nullptr));
+    orvane_class_add_method(cls, "a:b:", SecondArgument);
+    orvane_class_add_method(cls, "data", SelfData);
+    orvane_class_add_class_method(cls, "data", SelfData);
+    orvane_class_add_method(cls, "selector", Selector);
+
+    char kept;
+    orvane_object object = {cls, &kept};
+    EXPECT_EQ(orvane_object_perform(&object, "number", nullptr), Number(1));
+    EXPECT_EQ(orvane_class_perform(cls, "number", nullptr), Number(2));
+    void* arguments[] = {Number(10), Number(20)};
+    EXPECT_EQ(orvane_object_perform(&object, "a:b:", arguments), Number(20));
+    EXPECT_EQ(orvane_object_perform(&object, "data", nullptr), &kept);
+    EXPECT_EQ(orvane_class_perform(cls, "data", nullptr), Number(99)) << "a class method has no self";
+    EXPECT_STREQ(static_cast<char*>(orvane_object_perform(&object, "selector", nullptr)), "selector");
+    EXPECT_EQ(orvane_object_perform(&object, "a:b", arguments), nullptr);
+    EXPECT_FALSE(orvane_object_responds(&object, "codeless"));
+}
+
+TEST(ClassTable, ExchangeSwapsTwoMethodsOrNothing) {
+    orvane_class* cls = orvane_class_allocate("Class");
+    orvane_class_add_method(cls, "one", One);
+    orvane_class_add_method(cls, "two", Two);
+    EXPECT_FALSE(orvane_class_exchange_methods(cls, "one", "three"));
+    EXPECT_EQ(orvane_class_get_method(cls, "one"), One);
+    EXPECT_TRUE(orvane_class_exchange_methods(cls, "one", "two"));
+    EXPECT_EQ(orvane_class_get_method(cls, "one"), Two);
+    EXPECT_EQ(orvane_class_get_method(cls, "two"), One);
+    EXPECT_TRUE(orvane_class_exchange_methods(cls, "one", "one"));
+    EXPECT_EQ(orvane_class_get_method(cls, "one"), Two);
+}
+
+TEST(ClassTable, ProtocolsAreDeclaredOnce) {
+    orvane_class* cls = orvane_class_allocate("Class");
+    EXPECT_FALSE(orvane_class_conforms(cls, "P"));
+    EXPECT_TRUE(orvane_class_add_protocol(cls, "P"));
+    EXPECT_FALSE(orvane_class_add_protocol(cls, "P"));
+    EXPECT_TRUE(orvane_class_conforms(cls, "P"));
+    EXPECT_FALSE(orvane_class_conforms(cls, "Q"));
+}
+
+std::string g_life;
+
+TEST(ClassTable, InstancesBeginWithInitAndEndWithDealloc) {
+    orvane_class* cls = orvane_class_allocate("Class");
+    orvane_class_add_method(cls, "init", [](orvane_object* self, const char*, void* const*) -> void* {
+        g_life += self->data ? "?" : "i";
+        self->data = &g_life;
+        return nullptr;
+    });
+    orvane_class_add_method(cls, "dealloc", [](orvane_object* self, const char*, void* const*) -> void* {
+        g_life += self->data == &g_life ? "d" : "?";
+        return nullptr;
+    });
+    orvane_object* object = orvane_object_create(cls);
+    ASSERT_NE(object, nullptr);
+    EXPECT_EQ(object->isa, cls);
+    orvane_object_release(object);
+    EXPECT_EQ(g_life, "id");
+    orvane_object_release(orvane_object_create(orvane_class_allocate("Plain")));
+}
+
+TEST(ClassTable, NullGivesTheNeutralValue) {
+    orvane_class* cls = orvane_class_allocate("Class");
+    orvane_object object = {cls, nullptr};
+    EXPECT_FALSE(orvane_class_register(nullptr));
+    EXPECT_EQ(orvane_class_lookup(nullptr), nullptr);
+    EXPECT_EQ(orvane_class_name(nullptr), nullptr);
+    EXPECT_FALSE(orvane_class_add_method(nullptr, "s", One));
+    EXPECT_FALSE(orvane_class_add_method(cls, nullptr, One));
+    EXPECT_FALSE(orvane_class_add_class_method(nullptr, "s", One));
+    EXPECT_EQ(orvane_class_get_method(nullptr, "s"), nullptr);
+    EXPECT_EQ(orvane_class_get_method(cls, nullptr), nullptr);
+    EXPECT_EQ(orvane_class_get_class_method(nullptr, "s"), nullptr);
+    EXPECT_FALSE(orvane_class_exchange_methods(nullptr, "s", "t"));
+    EXPECT_FALSE(orvane_class_exchange_methods(cls, nullptr, "t"));
+    EXPECT_FALSE(orvane_class_add_protocol(cls, nullptr));
+    EXPECT_FALSE(orvane_class_conforms(nullptr, "P"));
+    EXPECT_EQ(orvane_class_perform(nullptr, "s", nullptr), nullptr);
+    EXPECT_EQ(orvane_object_create(nullptr), nullptr);
+    orvane_object_release(nullptr);
+    EXPECT_FALSE(orvane_object_responds(nullptr, "s"));
+    EXPECT_FALSE(orvane_object_responds(&object, nullptr));
+    EXPECT_EQ(orvane_object_perform(nullptr, "s", nullptr), nullptr);
+    EXPECT_EQ(orvane_object_perform(&object, nullptr, nullptr), nullptr);
+}
+
+// Of several threads that bring the same class and methods, one succeeds with each.
+TEST(ClassTable, IsSafeUnderManyThreads) {
+    constexpr int kThreads = 4, kRounds = 200;
+    std::atomic<int> registered{0}, added{0}, performed{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t)
+        threads.emplace_back([&] {
+            for (int i = 0; i < kRounds; ++i) {
+                const std::string name = "Class" + std::to_string(i);
+                registered += orvane_class_register(orvane_class_allocate(name.c_str()));
+                orvane_class* cls = orvane_class_lookup(name.c_str());
+                added += orvane_class_add_method(cls, "one", One);
+                orvane_class_add_method(cls, "two", Two);
+                orvane_class_exchange_methods(cls, "one", "two");
+                orvane_object* object = orvane_object_create(cls);
+                performed += orvane_object_perform(object, "one", nullptr) != nullptr;
+                orvane_object_release(object);
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(registered, kRounds);
+    EXPECT_EQ(added, kRounds);
+    EXPECT_EQ(performed, kThreads * kRounds);
+}
+
+}  // namespace

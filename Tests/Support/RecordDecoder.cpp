@@ -1,0 +1,125 @@
+#include "Support/RecordDecoder.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <cstring>
+
+namespace OrvaneTest {
+namespace {
+
+uint32_t Word(const std::string& bytes, size_t at) {
+    uint32_t word;
+    memcpy(&word, bytes.data() + at, 4);
+    return word;
+}
+
+void SetWord(std::string& bytes, size_t at, uint32_t word) {
+    memcpy(bytes.data() + at, &word, 4);
+}
+
+}  // namespace
+
+const Quern::CurvePrivateKey& TestPrivateKey() {
+    static const Quern::CurvePrivateKey key = [] {
+        Quern::CurvePrivateKey made;
+        for (size_t i = 0; i < made.size(); ++i)
+            made[i] = static_cast<uint8_t>(i * 7 + 1);
+        return made;
+    }();
+    return key;
+}
+
+const std::string& TestPublicKeyDigits() {
+    static const std::string digits = [] {
+        Quern::CurvePublicKey point;
+        EXPECT_TRUE(Quern::CurvePublicFromPrivate(TestPrivateKey(), point));
+        std::string text;
+        for (const uint8_t byte : point) {
+            char pair[3];
+            snprintf(pair, sizeof pair, "%02X", byte);
+            text += pair;
+        }
+        return text;
+    }();
+    return digits;
+}
+
+std::string Decrypt(std::string payload, const std::string& publicKey, const Quern::CurvePrivateKey& privateKey) {
+    Quern::CurvePublicKey point;
+    memcpy(point.data(), publicKey.data(), point.size());
+    Quern::CurveSecret secret;
+    EXPECT_TRUE(Quern::CurveSharedSecret(point, privateKey, secret));
+    uint32_t key[4];
+    memcpy(key, secret.data(), sizeof key);
+    for (size_t at = 0; at + 8 <= payload.size(); at += 8) {
+        uint32_t first = Word(payload, at), second = Word(payload, at + 4), sum = 0x9E3779B9u * 16;
+        for (int round = 0; round < 16; ++round) {
+            second -= ((first << 4) + key[2]) ^ (first + sum) ^ ((first >> 5) + key[3]);
+            first -= ((second << 4) + key[0]) ^ (second + sum) ^ ((second >> 5) + key[1]);
+            sum -= 0x9E3779B9u;
+        }
+        SetWord(payload, at, first);
+        SetWord(payload, at + 4, second);
+    }
+    return payload;
+}
+
+std::string Inflate(const std::string& stream) {
+    z_stream inflater{};
+    EXPECT_EQ(inflateInit2(&inflater, -15), Z_OK);
+    inflater.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(stream.data()));
+    inflater.avail_in = static_cast<uInt>(stream.size());
+    std::string text;
+    int result;
+    do {
+        char chunk[4096];
+        inflater.next_out = reinterpret_cast<Bytef*>(chunk);
+        inflater.avail_out = sizeof chunk;
+        result = inflate(&inflater, Z_SYNC_FLUSH);
+        text.append(chunk, sizeof chunk - inflater.avail_out);
+    } while (result == Z_OK && (inflater.avail_in > 0 || inflater.avail_out == 0));
+    EXPECT_TRUE(result == Z_OK || result == Z_BUF_ERROR) << "inflate gave " << result;
+    inflateEnd(&inflater);
+    return text;
+}
+
+std::vector<DecodedRecord> DecodeRecords(const std::string& bytes, const Quern::CurvePrivateKey& privateKey) {
+    std::vector<DecodedRecord> records;
+    for (size_t at = 0; at < bytes.size();) {
+        if (bytes.size() - at < 74) {
+            ADD_FAILURE() << "a rest of " << bytes.size() - at << " bytes";
+            break;
+        }
+        DecodedRecord record{};
+        record.magic = static_cast<uint8_t>(bytes[at]);
+        record.seq =
+            static_cast<uint16_t>(static_cast<uint8_t>(bytes[at + 1]) | static_cast<uint8_t>(bytes[at + 2]) << 8);
+        record.beginHour = static_cast<int8_t>(bytes[at + 3]);
+        record.endHour = static_cast<int8_t>(bytes[at + 4]);
+        const uint32_t length = Word(bytes, at + 5);
+        record.publicKey = bytes.substr(at + 9, 64);
+        if (record.magic < 6 || record.magic > 9 || length > bytes.size() - at - 74) {
+            ADD_FAILURE() << "no record at " << at;
+            break;
+        }
+        record.payload = bytes.substr(at + 73, length);
+        record.tail = static_cast<uint8_t>(bytes[at + 73 + length]);
+        EXPECT_EQ(record.tail, 0);
+        record.text = record.payload;
+        if (record.magic == 7) record.text = Decrypt(record.payload, record.publicKey, privateKey);
+        if (record.magic == 7 || record.magic == 9) record.text = Inflate(record.text);
+        at += 74 + length;
+        records.push_back(std::move(record));
+    }
+    return records;
+}
+
+std::string DecodeText(const std::string& bytes, const Quern::CurvePrivateKey& privateKey) {
+    std::string text;
+    for (const DecodedRecord& record : DecodeRecords(bytes, privateKey))
+        text += record.text;
+    return text;
+}
+
+}  // namespace OrvaneTest

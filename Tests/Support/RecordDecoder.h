@@ -1,0 +1,39 @@
+// Decodes sound log records the plain way, for tests that look at what the log wrote.
+#ifndef ORVANE_TESTS_SUPPORT_RECORD_DECODER_H
+#define ORVANE_TESTS_SUPPORT_RECORD_DECODER_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Serializer/Codec/EllipticCurve.h"
+
+namespace OrvaneTest {
+
+struct DecodedRecord {
+    uint8_t magic;
+    uint16_t seq;
+    int beginHour, endHour;
+    std::string publicKey;
+    std::string payload;
+    std::string text;  // what the payload says: inflated, decrypted
+    uint8_t tail;
+};
+
+// The key pair that the tests encrypt for.
+const Quern::CurvePrivateKey& TestPrivateKey();
+const std::string& TestPublicKeyDigits();
+
+// Every record of `bytes`, which holds nothing else. Fails the running test otherwise.
+std::vector<DecodedRecord> DecodeRecords(const std::string& bytes,
+                                         const Quern::CurvePrivateKey& privateKey = TestPrivateKey());
+// The texts of all records, one behind the other.
+std::string DecodeText(const std::string& bytes, const Quern::CurvePrivateKey& privateKey = TestPrivateKey());
+// Raw inflate of a stream without an end.
+std::string Inflate(const std::string& stream);
+// 16-round TEA of one payload's whole groups, undone.
+std::string Decrypt(std::string payload, const std::string& publicKey, const Quern::CurvePrivateKey& privateKey);
+
+}  // namespace OrvaneTest
+
+#endif

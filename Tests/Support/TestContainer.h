@@ -1,0 +1,24 @@
+// The application's container of a test process: a temporary folder, gone when the process ends.
+#ifndef ORVANE_TESTS_SUPPORT_TEST_CONTAINER_H
+#define ORVANE_TESTS_SUPPORT_TEST_CONTAINER_H
+
+#include <string>
+#include <vector>
+
+namespace OrvaneTest {
+
+// The cache folder of the process's container, made at the first call; the library's paths lead there from then on.
+const std::string& CacheFolder();
+// "<cache>/OrvaneSDKLog/<module>".
+std::string LogFolder(const std::string& module);
+
+std::string ReadFile(const std::string& path);
+void WriteFile(const std::string& path, const std::string& content);
+// The names in a folder, sorted; none if it does not exist.
+std::vector<std::string> FilesIn(const std::string& folder);
+// Every file of the module's log folder, one behind the other in order of their names.
+std::string ReadLogFiles(const std::string& module);
+
+}  // namespace OrvaneTest
+
+#endif

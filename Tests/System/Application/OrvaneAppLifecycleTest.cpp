@@ -1,0 +1,229 @@
+#include "System/Application/OrvaneAppLifecycle.h"
+
+#include <gmock/gmock.h>
+
+#include "Base/XLog.h"
+#include "Support/CapturedConsole.h"
+#include "Support/FakePlugins.h"
+#include "Support/LifecycleFakes.h"
+#include "Support/TestContainer.h"
+#include "System/Application/BackgroundState.h"
+
+namespace {
+
+using Orvane::OrvaneAppLifecycle;
+using OrvaneTest::Journal;
+using OrvaneTest::LifecycleClass;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+
+constexpr char kLaunch[] = "application:didFinishLaunchingWithOptions:";
+constexpr char kBackground[] = "applicationDidEnterBackground:";
+constexpr char kOrientations[] = "application:supportedInterfaceOrientationsForWindow:";
+
+class LifecycleTest : public testing::Test {
+protected:
+    OrvaneAppLifecycle* lifecycle = OrvaneAppLifecycle::sharedInstance();
+    OrvaneTest::CapturedConsole console;
+};
+
+TEST_F(LifecycleTest, HoldsEachObserverThatFollowsTheProtocolOnce) {
+    LifecycleClass follower("Follower"), stranger("Stranger", false);
+    follower.Answer(kBackground, 0);
+    stranger.Answer(kBackground, 0);
+    orvane_object a = follower.Make("a"), b = follower.Make("b"), c = stranger.Make("c");
+    lifecycle->addObserver(nullptr);
+    lifecycle->addObserver(&c);
+    lifecycle->removeObserver(&c);
+    EXPECT_THAT(console.Take(), IsEmpty());
+    lifecycle->addObserver(&b);
+    lifecycle->addObserver(&a);
+    lifecycle->addObserver(&b);
+    EXPECT_THAT(console.Take(),
+                ElementsAre(MatchesRegex(OrvaneTest::Format("OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p",
+                                                            static_cast<void*>(&b))),
+                            MatchesRegex(OrvaneTest::Format("OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p",
+                                                            static_cast<void*>(&a)))));
+    lifecycle->applicationDidEnterBackground(nullptr);
+    EXPECT_THAT(LifecycleClass::Heard(),
+                ElementsAre("b applicationDidEnterBackground:", "a applicationDidEnterBackground:"));
+
+    orvane_object unknown = follower.Make("unknown");
+    console.Take();
+    lifecycle->removeObserver(&unknown);
+    lifecycle->removeObserver(&b);
+    EXPECT_EQ(console.Take().size(), 2u);
+    lifecycle->applicationDidEnterBackground(nullptr);
+    EXPECT_THAT(LifecycleClass::Heard(), ElementsAre("a applicationDidEnterBackground:"));
+
+    lifecycle->foreachObserver(nullptr);
+}
+
+// Each event through its typed member: the observer hears the selector with the arguments in order, and the caller gets
+// what the event answers.
+TEST_F(LifecycleTest, SendsEveryEventWithItsArguments) {
+    LifecycleClass cls("Everything");
+    for (const auto& event : Orvane::kAppEvents)
+        cls.Answer(event.selector, 0);
+    orvane_object observer = cls.Make("o");
+    lifecycle->addObserver(&observer);
+    char app, x, y;
+    const std::string a = OrvaneTest::Format(" %p", static_cast<void*>(&app));
+    const std::string ax = a + OrvaneTest::Format(" %p", static_cast<void*>(&x));
+    const std::string axy = ax + OrvaneTest::Format(" %p", static_cast<void*>(&y));
+    LifecycleClass::RecordArguments(true);
+
+    EXPECT_TRUE(lifecycle->handleOpenURL(&app));
+    EXPECT_TRUE(lifecycle->application_openURL_options(&app, &x, &y));
+    EXPECT_TRUE(lifecycle->application_openURL_sourceApplication_annotation(&app, &x, &y, &app));
+    lifecycle->applicationDidEnterBackground(&app);
+    lifecycle->applicationWillEnterForeground(&app);
+    lifecycle->applicationDidBecomeActive(&app);
+    lifecycle->applicationWillResignActive(&app);
+    lifecycle->applicationWillTerminate(&app);
+    lifecycle->applicationDidReceiveMemoryWarning(&app);
+    lifecycle->application_didRegisterForRemoteNotificationsWithDeviceToken(&app, &x);
+    lifecycle->application_didFailToRegisterForRemoteNotificationsWithError(&app, &x);
+    lifecycle->application_didReceiveRemoteNotification_fetchCompletionHandler(&app, &x, &y);
+    lifecycle->application_didReceiveRemoteNotification(&app, &x);
+    lifecycle->application_didReceiveLocalNotification(&app, &x);
+    EXPECT_TRUE(lifecycle->application_continueUserActivity_restorationHandler(&app, &x, &y));
+    lifecycle->application_handleEventsForBackgroundURLSession_completionHandler(&app, &x, &y);
+    EXPECT_THAT(LifecycleClass::Heard(),
+                ElementsAreArray({
+                    "o handleOpenURL:" + a,
+                    "o application:openURL:options:" + axy,
+                    "o application:openURL:sourceApplication:annotation:" + axy + a,
+                    "o applicationDidEnterBackground:" + a,
+                    "o applicationWillEnterForeground:" + a,
+                    "o applicationDidBecomeActive:" + a,
+                    "o applicationWillResignActive:" + a,
+                    "o applicationWillTerminate:" + a,
+                    "o applicationDidReceiveMemoryWarning:" + a,
+                    "o application:didRegisterForRemoteNotificationsWithDeviceToken:" + ax,
+                    "o application:didFailToRegisterForRemoteNotificationsWithError:" + ax,
+                    "o application:didReceiveRemoteNotification:fetchCompletionHandler:" + axy,
+                    "o application:didReceiveRemoteNotification:" + ax,
+                    "o application:didReceiveLocalNotification:" + ax,
+                    "o application:continueUserActivity:restorationHandler:" + axy,
+                    "o application:handleEventsForBackgroundURLSession:completionHandler:" + axy,
+                }));
+}
+
+// The same events by name, as a host without a delegate class drives the object.
+TEST_F(LifecycleTest, IsDrivenByName) {
+    auto* shared = static_cast<orvane_object*>(
+        orvane_class_perform(orvane_class_lookup("OrvaneAppLifecycle"), "sharedInstance", nullptr));
+    ASSERT_NE(shared, nullptr);
+    LifecycleClass cls("ByName");
+    orvane_object observer = cls.Make("o");
+    for (const auto& event : Orvane::kAppEvents)
+        if (event.event != Orvane::AppEvent::DidFinishLaunching) cls.Answer(event.selector, 0);
+    void* arguments[] = {&observer};
+    orvane_object_perform(shared, "addObserver:", arguments);
+
+    for (const auto& event : Orvane::kAppEvents) {
+        if (event.event == Orvane::AppEvent::DidFinishLaunching) continue;
+        SCOPED_TRACE(event.selector);
+        EXPECT_TRUE(orvane_object_responds(shared, event.selector));
+        void* answer = orvane_object_perform(shared, event.selector, nullptr);  // a sloppy host: no array at all
+        if (event.event == Orvane::AppEvent::SupportedInterfaceOrientations) {
+            EXPECT_EQ(answer, reinterpret_cast<void*>(30));
+            EXPECT_THAT(LifecycleClass::Heard(), IsEmpty());
+        } else {
+            EXPECT_EQ(answer, reinterpret_cast<void*>(event.answersYes ? 1 : 0));
+            EXPECT_THAT(LifecycleClass::Heard(), ElementsAre(std::string("o ") + event.selector));
+        }
+    }
+    orvane_object_perform(shared, "removeObserver:", arguments);
+    orvane_object_perform(shared, kBackground, nullptr);
+    EXPECT_THAT(LifecycleClass::Heard(), IsEmpty());
+}
+
+TEST_F(LifecycleTest, OtherLibrariesAddObserversThroughTheWrapper) {
+    LifecycleClass cls("Sibling");
+    cls.Answer(kBackground, 0);
+    orvane_object observer = cls.Make("o");
+    gs_OrvaneAppLifecycleAddObserver(&observer);
+    gs_OrvaneAppLifecycleAddObserver(nullptr);
+    lifecycle->applicationDidEnterBackground(nullptr);
+    EXPECT_THAT(LifecycleClass::Heard(), ElementsAre("o applicationDidEnterBackground:"));
+
+    orvane_object* wrapper = orvane_object_create(orvane_class_lookup("OrvaneAppLifecycleWrapper"));
+    void* arguments[] = {&observer};
+    orvane_object_perform(wrapper, "removeObserver:", arguments);
+    orvane_object_release(wrapper);
+    lifecycle->applicationDidEnterBackground(nullptr);
+    EXPECT_THAT(LifecycleClass::Heard(), IsEmpty());
+}
+
+TEST_F(LifecycleTest, AnObserverHearsOnlyWhatItImplements) {
+    LifecycleClass cls("Quiet");
+    cls.Answer(kLaunch, 0);
+    orvane_object observer = cls.Make("o");
+    lifecycle->addObserver(&observer);
+    lifecycle->applicationDidEnterBackground(nullptr);
+    lifecycle->handleOpenURL("u");
+    EXPECT_THAT(LifecycleClass::Heard(), IsEmpty());
+}
+
+// An observer is told while the state is still the old one.
+TEST_F(LifecycleTest, TheStateChangesOnThreeEventsAlone) {
+    LifecycleClass cls("Watcher");
+    cls.Act(kBackground, [] { LifecycleClass::Note(Quern::isIosBackground() ? "background" : "foreground"); });
+    cls.Act("applicationDidBecomeActive:",
+            [] { LifecycleClass::Note(Quern::isIosBackground() ? "background" : "foreground"); });
+    orvane_object observer = cls.Make("o");
+    lifecycle->addObserver(&observer);
+    EXPECT_EQ(lifecycle->innerAppState(), 2) << "until launch";
+    lifecycle->applicationWillEnterForeground(nullptr);
+    EXPECT_EQ(lifecycle->innerAppState(), 2);
+    lifecycle->applicationDidBecomeActive(nullptr);
+    EXPECT_EQ(lifecycle->innerAppState(), 0);
+    EXPECT_FALSE(Quern::isIosBackground());
+    lifecycle->applicationWillResignActive(nullptr);
+    EXPECT_EQ(lifecycle->innerAppState(), 0);
+    lifecycle->applicationDidEnterBackground(nullptr);
+    EXPECT_EQ(lifecycle->innerAppState(), 2);
+    EXPECT_TRUE(Quern::isIosBackground());
+    EXPECT_THAT(LifecycleClass::Heard(), ElementsAre("background", "foreground"));
+}
+
+TEST_F(LifecycleTest, OnlyTheLoginPluginsObserverDecidesTheOrientations) {
+    LifecycleClass other("PluginRavelLifecycle2"), login("PluginRavelLifecycle");
+    other.Answer(kOrientations, 4);
+    orvane_object stranger = other.Make("stranger"), mute = login.Make("mute");
+    lifecycle->addObserver(&stranger);
+    lifecycle->addObserver(&mute);
+    EXPECT_FALSE(lifecycle->hasExtraSupportWindowImplementation()) << "it does not have the method";
+    EXPECT_EQ(lifecycle->application_supportedInterfaceOrientationsForWindow(nullptr, nullptr), 30u);
+    login.Answer(kOrientations, 2);
+    EXPECT_TRUE(lifecycle->hasExtraSupportWindowImplementation());
+    EXPECT_EQ(lifecycle->application_supportedInterfaceOrientationsForWindow(nullptr, nullptr), 2u);
+    EXPECT_THAT(LifecycleClass::Heard(), ElementsAre(std::string("mute ") + kOrientations));
+}
+
+TEST_F(LifecycleTest, LaunchStartsTheLibraryInOrder) {
+    OrvaneTest::CacheFolder();
+    Journal journal;
+    OrvaneTest::FakePlugin plugin("Zed", "1", &journal);
+    LifecycleClass cls("Launcher");
+    cls.Act(kLaunch, [&] {
+        const auto& plugins = *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection();
+        EXPECT_EQ(lifecycle->innerAppState(), 0);
+        EXPECT_EQ(plugins.count("OrvaneCore"), 1u);
+        EXPECT_TRUE(Quern::IsCoreLoggerStarted());
+        journal.push_back("observer");
+    });
+    orvane_object observer = cls.Make("o");
+    lifecycle->addObserver(&observer);
+    EXPECT_FALSE(Quern::IsCoreLoggerStarted());
+    EXPECT_TRUE(lifecycle->application_didFinishLaunchingWithOptions(nullptr, nullptr));
+    EXPECT_THAT(journal, ElementsAre("observer", "Zed OnStartup", "Zed OnPostStartup"));
+    EXPECT_THAT(Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection()->at("OrvaneCore").serviceNames,
+                ElementsAre("COREREPORT", "YARROW", "REMOTECONFIG", "CONFIGFILE"));
+}
+
+}  // namespace

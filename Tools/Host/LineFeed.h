@@ -1,0 +1,65 @@
+// Logs many lines from threads of its own and acknowledges each one when its log call has returned.
+#ifndef ORVANE_TOOLS_HOST_LINE_FEED_H
+#define ORVANE_TOOLS_HOST_LINE_FEED_H
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace OrvaneHost {
+
+class GameLogger;
+struct Options;
+
+// Gives the next line, or nothing at the end. On the feeding thread.
+using LineSource = std::function<std::optional<std::string>()>;
+
+// Used by the main thread; the descriptor becomes readable when a feed has ended.
+class LineFeed {
+public:
+    // REQUIRES: the logger is open before the first Start.
+    LineFeed(const Options& options, GameLogger& logger);
+    // Stops and joins.
+    ~LineFeed();
+
+    // Feeds the lines of the source from a new thread, as that thread number, with numbers from `firstSequence` on.
+    void Start(unsigned thread, uint64_t firstSequence, LineSource source);
+    bool IsRunning(unsigned thread) const;
+    bool IsAnyRunning() const;
+    // Becomes readable when a feed has ended; ClearEnded forgets such feeds and makes it unreadable again.
+    int EndedDescriptor() const { return _ended; }
+    void ClearEnded();
+    // Ends every feed after the line it is at, and waits for that.
+    void Stop();
+
+private:
+    struct Feed {
+        unsigned number;
+        std::atomic<bool> running{true};
+        std::thread thread;
+    };
+
+    void Run(unsigned thread, uint64_t firstSequence, const LineSource& source);
+    void Acknowledge(unsigned thread, uint64_t sequence);
+
+    const Options& _options;
+    GameLogger& _logger;
+    int _ended;
+    std::atomic<bool> _stop{false};
+    std::atomic<int> _acknowledge;  // -1 once it is gone
+    std::vector<std::unique_ptr<Feed>> _feeds;
+};
+
+// The numbered lines of one load thread; 0 lines: no end.
+LineSource NumberedLines(unsigned thread, uint64_t firstSequence, uint64_t lines);
+// The lines of a text file, without their newlines. Nothing, and told, if it cannot be opened.
+std::optional<LineSource> FileLines(const std::string& path);
+
+}  // namespace OrvaneHost
+
+#endif

@@ -1,0 +1,28 @@
+// Lines from a descriptor that is read only when it is ready.
+#ifndef ORVANE_TOOLS_HOST_LINE_READER_H
+#define ORVANE_TOOLS_HOST_LINE_READER_H
+
+#include <string>
+
+namespace OrvaneHost {
+
+class LineReader {
+public:
+    explicit LineReader(int descriptor) : _descriptor(descriptor) {}
+
+    // Reads once; call when the descriptor is readable.
+    void Fill();
+    // Takes the next whole line, or at the end what stands without a newline. False if there is none.
+    bool Next(std::string& line);
+    // True when nothing more can be read; lines may still be left.
+    bool IsAtEnd() const { return _end; }
+
+private:
+    int _descriptor;
+    bool _end = false;
+    std::string _buffer;
+};
+
+}  // namespace OrvaneHost
+
+#endif

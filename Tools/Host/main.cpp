@@ -1,0 +1,48 @@
+// orvane-host: a game-like process around the library. See Options.cpp for its manual.
+#include <errno.h>
+#include <fcntl.h>
+#include <string.h>
+#include <unistd.h>
+
+#include "AppDelegate.h"
+#include "EventScript.h"
+#include "GameLogger.h"
+#include "HostLoop.h"
+#include "LineFeed.h"
+#include "Options.h"
+#include "Orvane/RunTime.h"
+#include "PluginLoader.h"
+
+using namespace OrvaneHost;
+
+int main(int count, char** arguments) {
+    Options options;
+    switch (ParseOptions(count, arguments, options)) {
+        case ParseResult::kHelp:
+            PrintUsage();
+            return 0;
+        case ParseResult::kWrong:
+            return 2;
+        case ParseResult::kRun:
+            break;
+    }
+
+    int input = STDIN_FILENO;
+    if (!options.scriptPath.empty()) {
+        input = open(options.scriptPath.c_str(), O_RDONLY | O_CLOEXEC);
+        if (input < 0) {
+            orvane_console_log("orvane-host: cannot open %s: %s", options.scriptPath.c_str(), strerror(errno));
+            return 1;
+        }
+    }
+    const int signals = WatchStopSignals();
+    AppDelegate delegate;
+    if (!options.pluginFolder.empty() && !LoadPlugins(options.pluginFolder)) return 1;
+
+    GameLogger logger(options);
+    LineFeed feed(options, logger);
+    EventScript script(options, delegate, logger, feed);
+    HostLoop(input, signals, script, feed).Run();
+    orvane_console_log("orvane-host: ends");
+    return 0;
+}

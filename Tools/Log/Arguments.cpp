@@ -1,0 +1,196 @@
+#include "Log/Arguments.h"
+
+#include <getopt.h>
+
+#include <charconv>
+
+#include "Log/TimeArgument.h"
+#include "Orvane/LogPriority.h"
+
+namespace OrvaneLog {
+namespace {
+
+enum Option : int { kKey = 256, kKeygen, kLevel, kModule, kSince, kUntil, kGrep, kJson, kColour, kRecords, kVerify };
+
+const option kOptions[] = {
+    {"key", required_argument, nullptr, kKey},
+    {"keygen", optional_argument, nullptr, kKeygen},
+    {"level", required_argument, nullptr, kLevel},
+    {"module", required_argument, nullptr, kModule},
+    {"since", required_argument, nullptr, kSince},
+    {"until", required_argument, nullptr, kUntil},
+    {"grep", required_argument, nullptr, kGrep},
+    {"lines", required_argument, nullptr, 'n'},
+    {"follow", no_argument, nullptr, 'f'},
+    {"json", no_argument, nullptr, kJson},
+    {"color", optional_argument, nullptr, kColour},
+    {"colour", optional_argument, nullptr, kColour},
+    {"quiet", no_argument, nullptr, 'q'},
+    {"records", no_argument, nullptr, kRecords},
+    {"verify", no_argument, nullptr, kVerify},
+    {"help", no_argument, nullptr, 'h'},
+    {nullptr, 0, nullptr, 0},
+};
+
+template <typename Number>
+bool ParseNumber(const std::string& text, Number& number) {
+    const auto [stop, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return failure == std::errc() && stop == text.data() + text.size() && !text.empty();
+}
+
+bool ParseLevel(const std::string& text, int& level) {
+    if (const int known = LevelOfWord(text); known != kUnknownLevel) {
+        level = known;
+        return true;
+    }
+    int number = 0;
+    if (!ParseNumber(text, number) || number < kLogDebug || number > kLogError) return false;
+    level = number;
+    return true;
+}
+
+// Takes the options one by one.
+class Parser {
+public:
+    Parser(Arguments& arguments, time_t now, std::string& error) : _arguments(arguments), _now(now), _error(error) {}
+
+    bool Take(int option, const std::string& value, bool hasValue) {
+        FilterOptions& filter = _arguments.filter;
+        switch (option) {
+            case kKey:
+                _arguments.keyFiles.push_back(value);
+                return true;
+            case kKeygen:
+                if (hasValue) _arguments.keygenFile = value;
+                return Choose(Action::kKeygen);
+            case kLevel:
+                return ParseLevel(value, filter.minimumLevel) ||
+                       Wrong("--level", value, "Debug, Info, Warning, Event, Error, or 0 to 4");
+            case kModule:
+                filter.modules.push_back(value);
+                return true;
+            case kSince:
+                return TakeTime("--since", value, filter.since);
+            case kUntil:
+                return TakeTime("--until", value, filter.until);
+            case kGrep:
+                return TakePattern(value);
+            case 'n':
+                return TakeLines(value);
+            case 'f':
+                return Choose(Action::kFollow);
+            case kJson:
+                _arguments.json = true;
+                return true;
+            case kColour:
+                return TakeColour(hasValue ? value : "always");
+            case 'q':
+                _arguments.quiet = true;
+                return true;
+            case kRecords:
+                return Choose(Action::kRecords);
+            case kVerify:
+                return Choose(Action::kVerify);
+            case 'h':
+                _arguments.action = Action::kHelp;
+                return true;
+            default:
+                return false;
+        }
+    }
+
+private:
+    bool Wrong(const char* option, const std::string& value, const char* wanted) {
+        _error = std::string(option) + ": \"" + value + "\" is none of: " + wanted;
+        return false;
+    }
+    bool Choose(Action action) {
+        if (_arguments.action == Action::kHelp || _arguments.action == action) return true;
+        if (_arguments.action != Action::kPrint) {
+            _error = "--records, --verify, --follow and --keygen exclude each other";
+            return false;
+        }
+        _arguments.action = action;
+        return true;
+    }
+    bool TakeTime(const char* option, const std::string& value, std::optional<LocalStamp>& stamp) {
+        LocalStamp parsed = 0;
+        if (!ParseTimeArgument(value, _now, parsed))
+            return Wrong(option, value, "\"YYYY-MM-DD HH:MM[:SS]\", \"YYYY-MM-DD\", \"HH:MM[:SS]\", \"-10m\"");
+        stamp = parsed;
+        return true;
+    }
+    bool TakePattern(const std::string& value) {
+        std::string problem;
+        _arguments.filter.pattern = Pattern::Compile(value, problem);
+        if (!_arguments.filter.pattern) _error = "--grep: \"" + value + "\" is no valid expression: " + problem;
+        return _arguments.filter.pattern != nullptr;
+    }
+    bool TakeLines(const std::string& value) {
+        size_t count = 0;
+        if (!ParseNumber(value, count)) return Wrong("--lines", value, "a number");
+        _arguments.lines = count;
+        return true;
+    }
+    bool TakeColour(const std::string& value) {
+        if (value == "auto")
+            _arguments.colour = ColourChoice::kAuto;
+        else if (value == "always")
+            _arguments.colour = ColourChoice::kAlways;
+        else if (value == "never")
+            _arguments.colour = ColourChoice::kNever;
+        else
+            return Wrong("--color", value, "auto, always, never");
+        return true;
+    }
+
+    Arguments& _arguments;
+    time_t _now;
+    std::string& _error;
+};
+
+bool CheckWhole(Arguments& arguments, std::string& error) {
+    if (arguments.action == Action::kHelp) return true;
+    if (arguments.action == Action::kKeygen) {
+        if (arguments.paths.size() > 1) error = "--keygen makes one file";
+        if (arguments.paths.size() == 1) arguments.keygenFile = arguments.paths[0];
+        return error.empty();
+    }
+    if (arguments.paths.empty()) error = "no file or folder named; see --help";
+    if (arguments.action == Action::kFollow)
+        for (const std::string& path : arguments.paths)
+            if (path == "-") error = "--follow takes files and folders; standard input is followed to its end as it is";
+    return error.empty();
+}
+
+}  // namespace
+
+bool ParseArguments(const std::vector<std::string>& words, time_t now, Arguments& arguments, std::string& error) {
+    std::vector<std::string> copies = {"orvane-log"};
+    copies.insert(copies.end(), words.begin(), words.end());
+    std::vector<char*> pointers;
+    for (std::string& word : copies)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    const int count = static_cast<int>(copies.size());
+
+    Parser parser(arguments, now, error);
+    optind = 0;  // start over
+    opterr = 0;
+    for (;;) {
+        const int at = optind == 0 ? 1 : optind;
+        const int found = getopt_long(count, pointers.data(), ":fhn:q", kOptions, nullptr);
+        if (found == -1) break;
+        if (found == '?' || found == ':') {
+            error =
+                copies[static_cast<size_t>(at)] + (found == ':' ? ": wants a value" : ": no such option; see --help");
+            return false;
+        }
+        if (!parser.Take(found, optarg ? optarg : "", optarg != nullptr)) return false;
+    }
+    for (int i = optind; i < count; ++i)
+        arguments.paths.push_back(pointers[static_cast<size_t>(i)]);
+    return CheckWhole(arguments, error);
+}
+
+}  // namespace OrvaneLog

@@ -1,0 +1,54 @@
+// An entry of a log: a line of the logger's format with the further lines that its text held, or any one line that
+// belongs to none. And how text is cut into entries.
+#ifndef ORVANE_TOOLS_LOG_ENTRY_H
+#define ORVANE_TOOLS_LOG_ENTRY_H
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "Log/LogLine.h"
+
+namespace OrvaneLog {
+
+enum class EntryKind {
+    kLine,        // of the logger's format: `line` is filled
+    kLossNotice,  // the logger's word that the block was full and a line was lost
+    kOther,       // anything else: tips around a restored block, what damage left of a line
+};
+
+struct Entry {
+    EntryKind kind = EntryKind::kOther;
+    std::string_view whole;  // as it stands in the log, newlines inside; without the last one
+    LogLine line;
+};
+
+// Makes an entry of a text that is one.
+Entry MakeEntry(std::string_view whole);
+
+// Takes text in pieces cut anywhere. Memory is bounded: an entry longer than any logger writes is given in parts.
+class EntrySplitter {
+public:
+    static constexpr size_t kLongestEntry = 64u << 10;
+
+    // `splitGlued`: the lines come from a plain-text file, in which a line of full length has lost its newline.
+    EntrySplitter(std::function<void(const Entry&)> take, bool splitGlued)
+        : _take(std::move(take)), _splitGlued(splitGlued) {}
+
+    void Feed(std::string_view piece);
+    // The text ends here, or the record does: nothing that follows belongs to the entry before.
+    void End();
+
+private:
+    void Scan(bool atEnd);
+    void Give(std::string_view text);
+
+    std::function<void(const Entry&)> _take;
+    bool _splitGlued;
+    std::string _pending;  // begins with the entry that is not complete yet
+    size_t _scanned = 0;   // up to here no further entry begins
+};
+
+}  // namespace OrvaneLog
+
+#endif

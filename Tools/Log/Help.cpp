@@ -1,0 +1,44 @@
+#include "Log/Arguments.h"
+
+namespace OrvaneLog {
+
+const char kHelpText[] =
+    R"(usage: orvane-log [OPTION]... PATH...
+       orvane-log --keygen [FILE]
+
+Reads the logs of OrvaneCore: compressed and encrypted "*.xlog" files, plain "*.log" files, and the "*.mmap3" blocks
+that a killed process left behind. PATH is a file, a folder (all its log files, at any depth, by module and hour, the
+blocks last), or "-" for standard input. Damage is stepped over and reported on standard error.
+
+Keys
+  --key FILE          a private key, 64 hexadecimal digits; may be given several times
+  --keygen [FILE]     makes a key pair: the private half goes to FILE ("orvane-log.key"), which must not exist; the
+                      public half, which a deployment sets, is printed
+
+What is shown
+  --level LEVEL       this level and above: Debug, Info, Warning, Event, Error, or 0 to 4
+  --module NAME       this module; may be given several times
+  --since TIME        from this time on. TIME is local: "YYYY-MM-DD HH:MM[:SS]", "YYYY-MM-DD", "HH:MM[:SS]" of today,
+  --until TIME        or "-10m" ago (s, m, h, d). --until is the last moment shown
+  --grep REGEX        entries in which the ECMAScript expression is found
+  -n, --lines N       the last N entries of all that
+  -f, --follow        then go on as the logs grow, through changes of hour and over the live block. PATH is a file or a
+                      folder; shows the last 10 entries first unless --lines says otherwise
+
+How
+  --json              one JSON object a line
+  --color[=WHEN]      colours by level: auto (on a terminal, unless NO_COLOR is set), always, never
+  -q, --quiet         nothing on standard error but errors of use
+  --records           a table of the records instead of their text
+  --verify            no text: only reads everything and sets the exit status
+  -h, --help          this text
+
+Exit status
+  0  all sound
+  1  damage was found: something was skipped, or a record gave only part of its text
+  2  wrong use, or a file that cannot be read or written
+  3  all sound, but there are encrypted records that no key opens (0 with --verify)
+The highest of 2, 1, 3 that applies, in this order.
+)";
+
+}  // namespace OrvaneLog

@@ -1,0 +1,33 @@
+// What the name of a log file tells.
+#ifndef ORVANE_TOOLS_LOG_LOG_FILE_NAME_H
+#define ORVANE_TOOLS_LOG_LOG_FILE_NAME_H
+
+#include <string>
+#include <string_view>
+
+namespace OrvaneLog {
+
+inline constexpr std::string_view kBlockExtension = ".mmap3";
+// The companion of a block, which keeps it whole across a kill.
+inline constexpr std::string_view kJournalExtension = ".journal3";
+// The folder, in the library's cache folder, that holds a folder for each module.
+inline constexpr std::string_view kLogFolder = "OrvaneSDKLog";
+// Stands in a file name for a module name that is too long for one.
+inline constexpr std::string_view kLongModule = "Quern";
+
+struct LogFileName {
+    std::string module;  // the whole stem, if the name is not of the logger's form
+    std::string hour;    // "2026112421"; empty likewise, and of a mapped block
+    bool isBlock = false;
+};
+
+// Whether a file in a folder is one of a logger's, by its extension.
+bool IsLogFile(std::string_view path);
+LogFileName ParseLogFileName(std::string_view path);
+
+// The last component of a path.
+std::string_view BaseName(std::string_view path);
+
+}  // namespace OrvaneLog
+
+#endif

@@ -1,0 +1,52 @@
+// Where text goes.
+#ifndef ORVANE_TOOLS_LOG_OUTPUT_H
+#define ORVANE_TOOLS_LOG_OUTPUT_H
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace OrvaneLog {
+
+class Output {
+public:
+    virtual ~Output() = default;
+    virtual void Write(std::string_view text) = 0;
+    virtual void Flush() {}
+};
+
+// A descriptor, in large writes. A write that fails is remembered, and what comes after it is dropped.
+class DescriptorOutput : public Output {
+public:
+    // Does not own the descriptor.
+    explicit DescriptorOutput(int descriptor);
+    ~DescriptorOutput() override { Flush(); }
+    DescriptorOutput(const DescriptorOutput&) = delete;
+    DescriptorOutput& operator=(const DescriptorOutput&) = delete;
+
+    void Write(std::string_view text) override;
+    void Flush() override;
+    // The errno of the write that failed, else 0.
+    int Error() const { return _error; }
+
+private:
+    void WriteOut(const char* data, size_t length);
+
+    int _descriptor;
+    std::unique_ptr<char[]> _buffer;
+    size_t _used = 0;
+    int _error = 0;
+};
+
+class StringOutput : public Output {
+public:
+    void Write(std::string_view text) override { _text += text; }
+    const std::string& Text() const { return _text; }
+
+private:
+    std::string _text;
+};
+
+}  // namespace OrvaneLog
+
+#endif

@@ -1,0 +1,34 @@
+// A bar on standard error for work that takes long.
+#ifndef ORVANE_TOOLS_LOG_PROGRESS_H
+#define ORVANE_TOOLS_LOG_PROGRESS_H
+
+#include <chrono>
+#include <cstdint>
+
+namespace OrvaneLog {
+
+class Progress {
+public:
+    // Does nothing unless `shown`. `total` bytes are expected; 0 if that is not known.
+    Progress(bool shown, uint64_t total);
+    ~Progress() { Clear(); }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    // So many bytes are done, of all.
+    void At(uint64_t done);
+    // Takes the bar off the terminal, so that something else can be said; it comes back by itself.
+    void Clear();
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool _shown;
+    uint64_t _total;
+    Clock::time_point _next;
+    bool _drawn = false;
+};
+
+}  // namespace OrvaneLog
+
+#endif

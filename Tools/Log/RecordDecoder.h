@@ -1,0 +1,73 @@
+// Judges whether a header begins a record, and hands out the record's text.
+#ifndef ORVANE_TOOLS_LOG_RECORD_DECODER_H
+#define ORVANE_TOOLS_LOG_RECORD_DECODER_H
+
+#include <array>
+#include <string>
+
+#include "Log/KeyRing.h"
+#include "Log/PayloadReader.h"
+#include "Log/ReadEvents.h"
+
+namespace OrvaneLog {
+
+// How a header's claim stands against the bytes around it.
+enum class Framing {
+    kWhole,        // the payload fits, and the end byte stands behind it
+    kWholeInRow,   // and behind that the source ends or another record seems to begin
+    kCutOff,       // the source ends before the payload does
+    kNoEnd,        // the byte behind the payload is no end byte, or the length is none
+    kMappedBlock,  // in a mapped block, whose end byte was never written
+};
+
+class RecordDecoder {
+public:
+    // All borrowed.
+    RecordDecoder(ByteWindow& window, KeyRing& keys) : _window(window), _keys(keys), _reader(window) {}
+
+    // Judges the record at `offset`. False, with the reason in Why(), if this is no record or none that gives anything.
+    // Moves the window.
+    bool Open(const RecordHeader& header, uint64_t offset, Framing framing);
+    // After Open gave true: hands the record to `events`, its report included.
+    RecordReport Deliver(ReadEvents& events);
+
+    const std::string& Why() const { return _why; }
+    // Whether what was opened shows by itself that it is a record, so that its length can be relied on if all of it
+    // turns out sound.
+    bool Convinces() const { return _convinces; }
+    // Bytes of payload that were looked at, all told: the measure of the work done.
+    uint64_t Work() const { return _work; }
+
+private:
+    bool OpenPlain();
+    bool OpenCompressed();
+    bool OpenEncrypted();
+    void MeasurePayload();
+    bool InflatesThroughout();
+    bool JudgeWhole();
+    bool JudgeTorn();
+    bool ShowsText(std::string_view text) const;
+    bool Refuse(std::string why);
+    void Read(const Payload& payload, uint64_t textLimit = PayloadReader::kAllText);
+    bool IsTorn() const { return _framing == Framing::kCutOff || _framing == Framing::kNoEnd; }
+    bool IsInPlace() const { return _framing == Framing::kWholeInRow || _framing == Framing::kMappedBlock; }
+    std::string TornWhy() const;
+
+    ByteWindow& _window;
+    KeyRing& _keys;
+    PayloadReader _reader;
+
+    Framing _framing = Framing::kWhole;
+    Payload _payload;
+    std::array<uint8_t, 64> _head;  // the payload's first bytes, as stored
+    size_t _headSize = 0;
+    std::string_view _first;  // the first piece of the text
+    RecordReport _report;
+    std::string _why;
+    bool _convinces = false;
+    uint64_t _work = 0;
+};
+
+}  // namespace OrvaneLog
+
+#endif

@@ -1,0 +1,54 @@
+// The header of a record, taken apart.
+#ifndef ORVANE_TOOLS_LOG_RECORD_HEADER_H
+#define ORVANE_TOOLS_LOG_RECORD_HEADER_H
+
+#include <cstdint>
+#include <cstring>
+
+#include "Serializer/Codec/EllipticCurve.h"
+#include "Storage/Log/LogRecord.h"
+
+namespace OrvaneLog {
+
+namespace LogRecord = Quern::LogRecord;
+
+constexpr size_t kSmallestRecord = LogRecord::kHeaderLength + LogRecord::kTailLength;
+// The logger's block: the size of the mapped file.
+constexpr size_t kBlockSize = 153600;
+// A record is put together in a buffer that holds no more than this: a larger length is no length.
+constexpr uint32_t kLargestPayload = 20 * 1024 * 1024 - kSmallestRecord;
+
+struct RecordHeader {
+    uint8_t magic = 0;
+    uint16_t seq = 0;
+    int8_t beginHour = 0;
+    int8_t endHour = 0;
+    uint32_t length = 0;
+    Quern::CurvePublicKey publicKey{};
+
+    // Reads kHeaderLength bytes.
+    static RecordHeader Parse(const uint8_t* bytes) {
+        RecordHeader header;
+        header.magic = bytes[LogRecord::kMagicAt];
+        header.seq = LogRecord::LoadU16(bytes + LogRecord::kSeqAt);
+        header.beginHour = static_cast<int8_t>(bytes[LogRecord::kBeginHourAt]);
+        header.endHour = static_cast<int8_t>(bytes[LogRecord::kEndHourAt]);
+        header.length = LogRecord::LoadU32(bytes + LogRecord::kLenAt);
+        memcpy(header.publicKey.data(), bytes + LogRecord::kPublicKeyAt, header.publicKey.size());
+        return header;
+    }
+
+    bool IsCompressed() const { return LogRecord::IsCompressed(magic); }
+    bool IsEncrypted() const { return magic == LogRecord::kMagicCompressedEncrypted; }
+
+    // Whether the fields that nothing depends on hold what a writer puts there. Four bytes that chance seldom gets
+    // right.
+    bool IsPlausible() const {
+        const bool hours = beginHour >= 0 && beginHour < 24 && endHour >= 0 && endHour < 24;
+        return LogRecord::IsMagic(magic) && hours && (IsCompressed() ? seq != 0 : seq == 0);
+    }
+};
+
+}  // namespace OrvaneLog
+
+#endif

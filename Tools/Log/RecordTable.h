@@ -1,0 +1,45 @@
+// The table of records: one row for each record, and for each gap.
+#ifndef ORVANE_TOOLS_LOG_RECORD_TABLE_H
+#define ORVANE_TOOLS_LOG_RECORD_TABLE_H
+
+#include <string>
+
+#include "Log/Output.h"
+#include "Log/ReadEvents.h"
+
+namespace OrvaneLog {
+
+class RecordTable : public ReadEvents {
+public:
+    // Of one source, whose rows bear `path`. `json`: an object a row. The output is borrowed.
+    RecordTable(Output& output, std::string path, bool json) : _output(output), _path(std::move(path)), _json(json) {}
+
+    static void WriteHeading(Output& output);
+
+    void OnText(std::string_view piece) override;
+    void OnRecordEnd(const RecordReport& record) override;
+    void OnSkipped(uint64_t offset, uint64_t size, const std::string& why) override;
+    void OnTextRead(uint64_t offset) override { _textRead = offset; }
+    // The source is over: a plain-text one gives a row of its own.
+    void End();
+
+private:
+    struct Row {
+        uint64_t offset = 0;
+        std::string magic = "-", seq = "-", hours = "-", key = "-";
+        uint64_t length = 0, textSize = 0, lines = 0;
+        std::string keyName, verdict, why;
+    };
+    void Write(const Row& row);
+
+    Output& _output;
+    std::string _path;
+    bool _json;
+    uint64_t _lines = 0;
+    char _last = '\n';
+    uint64_t _textRead = 0;
+};
+
+}  // namespace OrvaneLog
+
+#endif

@@ -1,0 +1,43 @@
+// Keeps the last entries of many.
+#ifndef ORVANE_TOOLS_LOG_TAIL_PRINTER_H
+#define ORVANE_TOOLS_LOG_TAIL_PRINTER_H
+
+#include <deque>
+#include <string>
+
+#include "Log/Printer.h"
+
+namespace OrvaneLog {
+
+class TailPrinter : public Printer {
+public:
+    // `next` is borrowed.
+    TailPrinter(Printer& next, size_t count) : _next(next), _count(count) {}
+
+    void Print(const Entry& entry) override {
+        if (!_holding) {
+            _next.Print(entry);
+            return;
+        }
+        _kept.emplace_back(entry.whole);
+        if (_kept.size() > _count) _kept.pop_front();
+    }
+
+    // Prints what is kept; what comes later is printed at once.
+    void Release() {
+        _holding = false;
+        for (const std::string& whole : _kept)
+            _next.Print(MakeEntry(whole));
+        _kept.clear();
+    }
+
+private:
+    Printer& _next;
+    size_t _count;
+    bool _holding = true;
+    std::deque<std::string> _kept;
+};
+
+}  // namespace OrvaneLog
+
+#endif

@@ -1,0 +1,47 @@
+// Brings the text of a source to the output: untouched, or entry by entry through filter and printer.
+#ifndef ORVANE_TOOLS_LOG_TEXT_EVENTS_H
+#define ORVANE_TOOLS_LOG_TEXT_EVENTS_H
+
+#include <memory>
+
+#include "Log/Entry.h"
+#include "Log/Filter.h"
+#include "Log/Output.h"
+#include "Log/Printer.h"
+#include "Log/ReadEvents.h"
+
+namespace OrvaneLog {
+
+class TextEvents : public ReadEvents {
+public:
+    // Text goes on untouched.
+    explicit TextEvents(Output& output) : _output(&output) {}
+    // Entries that `filter` lets pass are printed. `plainFile`: the source holds lines as they are.
+    TextEvents(Printer& printer, const FilterOptions& filter, std::string sourceModule, bool plainFile);
+
+    void OnText(std::string_view piece) override;
+    void OnRecordEnd(const RecordReport&) override { End(); }
+    // What comes after a gap continues no line before it.
+    void OnSkipped(uint64_t, uint64_t, const std::string&) override { End(); }
+
+    // The source is over, or the text so far stands for itself. A line that lacks its newline gets one.
+    void End();
+    // As End, if what was taken last is a whole line: for a file that may grow, when it has not for a while.
+    void Pause();
+
+private:
+    struct Entries {
+        Entries(Printer& printer, const FilterOptions& options, std::string sourceModule, bool plainFile);
+        Printer& printer;
+        Filter filter;
+        EntrySplitter splitter;
+    };
+
+    Output* _output = nullptr;
+    std::unique_ptr<Entries> _entries;
+    char _last = '\n';
+};
+
+}  // namespace OrvaneLog
+
+#endif

@@ -1,0 +1,105 @@
+// orvane-log: reads the library's logs. See --help.
+#include <string.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "Log/Arguments.h"
+#include "Log/Follow.h"
+#include "Log/KeyFile.h"
+#include "Log/Reading.h"
+#include "Log/SourceList.h"
+
+namespace OrvaneLog {
+namespace {
+
+void SayLine(const std::string& message) {
+    const std::string line = "orvane-log: " + message + "\n";
+    (void)!write(STDERR_FILENO, line.data(), line.size());
+}
+
+int MakeKey(const std::string& path) {
+    Quern::CurvePublicKey publicKey;
+    std::string error;
+    if (!MakeKeyFile(path, publicKey, error)) {
+        SayLine(error);
+        return kExitUnreadable;
+    }
+    DescriptorOutput output(STDOUT_FILENO);
+    output.Write(ToHex(publicKey.data(), publicKey.size()) + "\n");
+    output.Flush();
+    if (output.Error() != 0) {
+        // The pair is of no use to who does not see its public half.
+        SayLine(std::string("standard output: ") + strerror(output.Error()));
+        unlink(path.c_str());
+        return kExitUnreadable;
+    }
+    return kExitSound;
+}
+
+bool WantsColour(const Arguments& arguments) {
+    if (arguments.json || arguments.colour == ColourChoice::kNever) return false;
+    if (arguments.colour == ColourChoice::kAlways) return true;
+    const char* no = getenv("NO_COLOR");
+    const char* terminal = getenv("TERM");
+    return isatty(STDOUT_FILENO) && !(no && *no) && !(terminal && strcmp(terminal, "dumb") == 0);
+}
+
+// The size of all that will be read; 0 if that is not known.
+uint64_t TotalSize(const Arguments& arguments) {
+    uint64_t total = 0;
+    for (const std::string& file : ListSources(arguments.paths, arguments.filter.modules).files) {
+        std::error_code error;
+        const uint64_t size = std::filesystem::file_size(file, error);
+        if (error) return 0;
+        total += size;
+    }
+    return total;
+}
+
+int Read(const Arguments& arguments) {
+    const bool printsToTerminal = isatty(STDOUT_FILENO) && arguments.action != Action::kVerify;
+    const bool bar =
+        isatty(STDERR_FILENO) && !printsToTerminal && !arguments.quiet && arguments.action != Action::kFollow;
+    Progress progress(bar, bar ? TotalSize(arguments) : 0);
+    DescriptorOutput output(STDOUT_FILENO);
+    Report report([&](const std::string& message) {
+        if (arguments.quiet) return;
+        if (printsToTerminal) output.Flush();  // what is said comes behind the text that it is about
+        progress.Clear();
+        SayLine(message);
+    });
+
+    KeyRing keys;
+    if (!LoadKeys(arguments.keyFiles, keys, report)) return kExitUnreadable;
+    if (arguments.action == Action::kFollow)
+        Follow(arguments, WantsColour(arguments), keys, output, report);
+    else
+        Reading(arguments, WantsColour(arguments), keys, output, report, &progress).Run();
+    output.Flush();
+    if (output.Error() != 0) report.Problem(std::string("standard output: ") + strerror(output.Error()));
+    if (arguments.action == Action::kVerify) report.Note(report.Summary());
+    return report.Status(arguments.action == Action::kVerify);
+}
+
+int Main(const std::vector<std::string>& words) {
+    Arguments arguments;
+    std::string error;
+    if (!ParseArguments(words, time(nullptr), arguments, error)) {
+        SayLine(error);
+        return kExitUnreadable;
+    }
+    if (arguments.action == Action::kHelp) {
+        DescriptorOutput(STDOUT_FILENO).Write(kHelpText);
+        return kExitSound;
+    }
+    return arguments.action == Action::kKeygen ? MakeKey(arguments.keygenFile) : Read(arguments);
+}
+
+}  // namespace
+}  // namespace OrvaneLog
+
+int main(int count, char** words) {
+    return OrvaneLog::Main({words + 1, words + count});
+}
