@@ -1,0 +1,217 @@
+// The TEA block routines and both chains. The ciphertexts and blocks were made by another implementation.
+#include "Serializer/Codec/KxSymmetry.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "Serializer/Codec/Tea.h"
+
+namespace Orvane {
+namespace Quern {
+namespace {
+
+std::string Bytes(const std::string& hex) {
+    std::string bytes;
+    for (size_t i = 0; i < hex.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+    return bytes;
+}
+
+const std::string kKey = Bytes("000102030405060708090a0b0c0d0e0f");
+
+using BlockRoutine = void (*)(const char*, const char*, char*);
+using Encrypt = void (*)(const char*, int, const char*, char*, int*);
+using Decrypt = int (*)(const char*, int, const char*, char*, int*);
+
+std::string Apply(BlockRoutine routine, const std::string& block, const std::string& key) {
+    std::string out(8, '\0');
+    routine(block.data(), key.data(), out.data());
+    return out;
+}
+
+TEST(Tea, BlocksOfSixteenAndThirteenRounds) {
+    const struct {
+        const char *key, *plain, *sixteen, *thirteen;
+    } kBlocks[] = {
+        {"00000000000000000000000000000000", "0000000000000000", "a889f798182d8083", "26dc357b238b2f61"},
+        {"000102030405060708090a0b0c0d0e0f", "0123456789abcdef", "9b38757c61d7741b", "70fc106f96823678"},
+        {"fedcba98765432100f1e2d3c4b5a6978", "ffffffffffffffff", "db94ede9a1088675", "7f497b53b1b44ce9"},
+    };
+    for (const auto& block : kBlocks) {
+        const std::string key = Bytes(block.key), plain = Bytes(block.plain);
+        EXPECT_EQ(Apply(TeaEncryptECB, plain, key), Bytes(block.sixteen));
+        EXPECT_EQ(Apply(TeaEncryptECB3, plain, key), Bytes(block.thirteen));
+        EXPECT_EQ(Apply(TeaDecryptECB, Bytes(block.sixteen), key), plain);
+        EXPECT_EQ(Apply(TeaDecryptECB3, Bytes(block.thirteen), key), plain);
+        EXPECT_NE(Apply(TeaDecryptECB3, Bytes(block.sixteen), key), plain);
+
+        std::string inPlace = plain;
+        TeaEncryptECB(inPlace.data(), key.data(), inPlace.data());
+        EXPECT_EQ(inPlace, Bytes(block.sixteen));
+    }
+}
+
+struct Chain {
+    const char* name;
+    Encrypt encrypt;
+    Decrypt decrypt;
+    bool isDouble;
+};
+
+void PrintTo(const Chain& chain, std::ostream* out) {
+    *out << chain.name;
+}
+
+class KxSymmetry : public testing::TestWithParam<Chain> {
+protected:
+    std::string EncryptText(const std::string& text) {
+        std::string out(static_cast<size_t>(kx_symmetry_encrypt2_len(static_cast<int>(text.size()))), '\0');
+        int length = -1;
+        GetParam().encrypt(text.data(), static_cast<int>(text.size()), kKey.data(), out.data(), &length);
+        EXPECT_EQ(length, static_cast<int>(out.size()));
+        return out;
+    }
+    // Decrypts into `out`, whose size is the capacity; `length` is *outLength afterwards.
+    int DecryptInto(const std::string& cipher, std::string& out) {
+        length = static_cast<int>(out.size());
+        return GetParam().decrypt(cipher.data(), static_cast<int>(cipher.size()), kKey.data(), out.data(), &length);
+    }
+    // Undoes the chain only: the frame as it was before.
+    std::string FrameOf(const std::string& cipher) {
+        std::string frame, previous(8, '\0'), mixed(8, '\0');
+        for (size_t at = 0; at < cipher.size(); at += 8) {
+            std::string block = cipher.substr(at, 8);
+            if (GetParam().isDouble) block = Xor(block, mixed);
+            mixed = Apply(TeaDecryptECB, block, kKey);
+            frame += Xor(mixed, previous);
+            previous = cipher.substr(at, 8);
+        }
+        return frame;
+    }
+    static std::string Xor(std::string a, const std::string& b) {
+        for (size_t i = 0; i < a.size(); ++i)
+            a[i] = static_cast<char>(a[i] ^ b[i]);
+        return a;
+    }
+
+    int length = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(Chains, KxSymmetry,
+                         testing::Values(Chain{"Single", kx_symmetry_encrypt, kx_symmetry_decrypt, false},
+                                         Chain{"Double", kx_symmetry_encrypt2, kx_symmetry_decrypt2, true}),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_P(KxSymmetry, DecryptsWhatAnotherImplementationMade) {
+    const struct {
+        std::string text;
+        const char *single, *twofold;
+    } kCiphers[] = {
+        {"", "a6f1319d58d00ef20d30d064c74cacd9", "a6f1319d58d00ef2a36a8b389a12f3b9"},
+        {"a", "5ef7c21ab31de5270416dd55473a7267", "5ef7c21ab31de527a94c86091a642d07"},
+        {"sixsix", "e090f55d2be9044263c19b7345575b47", "e090f55d2be90442cb9bc0002c2f282e"},
+        {"seven!!", "ce387ca83905b3d46df42e15321f1e410dc4d2d2d43285e3",
+         "ce387ca83905b3d4c2ae75496f414121cb0321163eb8f96f"},
+        {std::string("The quick brown fox\0jumps over the lazy dog", 43),
+         "cea469c899005c401c22255524e98293b607cfda298c38c1999acf32ab839af05a93e492a9a7d1eecc327d7ef42ae5e458fa6607a208"
+         "ba5c",
+         "cea469c899005c40b7787e0979b7d6fb54334fbca3fe71192c11e4b430fbd2890e0a0f215aa824118c65c7da0b25541b479baa616031"
+         "09a2"},
+    };
+    for (const auto& cipher : kCiphers) {
+        const std::string bytes = Bytes(GetParam().isDouble ? cipher.twofold : cipher.single);
+        EXPECT_EQ(kx_symmetry_encrypt2_len(static_cast<int>(cipher.text.size())), static_cast<int>(bytes.size()));
+        std::string out(cipher.text.size(), 'x');
+        EXPECT_EQ(DecryptInto(bytes, out), 1);
+        EXPECT_EQ(length, static_cast<int>(cipher.text.size()));
+        EXPECT_EQ(out, cipher.text);
+    }
+}
+
+TEST_P(KxSymmetry, FramesHavePadSaltTextAndZeros) {
+    for (size_t size = 0; size < 40; ++size) {
+        SCOPED_TRACE(size);
+        const std::string text(size, static_cast<char>('A' + size));
+        const size_t pad = (16 - (size + 10) % 8) % 8;
+        srand(static_cast<unsigned>(size) + 1);
+        const std::string cipher = EncryptText(text);
+
+        srand(static_cast<unsigned>(size) + 1);
+        std::string expected(1, static_cast<char>((rand() & 0xF8) | static_cast<int>(pad)));
+        for (size_t i = 0; i < pad + 2; ++i)
+            expected += static_cast<char>(rand());
+        expected += text + std::string(7, '\0');
+        ASSERT_EQ(expected.size() % 8, 0u);
+        EXPECT_EQ(FrameOf(cipher), expected);
+
+        std::string out(size + 3, 'x');
+        EXPECT_EQ(DecryptInto(cipher, out), 1);
+        EXPECT_EQ(out, text + "xxx");
+
+        std::string inPlace = cipher;
+        EXPECT_EQ(DecryptInto(inPlace, inPlace), 1);
+        EXPECT_EQ(inPlace.substr(0, size), text);
+    }
+}
+
+TEST_P(KxSymmetry, LengthsThatNoCiphertextHasChangeNothing) {
+    for (size_t size : {0, 8, 15, 17, 23}) {
+        std::string out(64, 'x');
+        EXPECT_EQ(DecryptInto(std::string(size, 'c'), out), 0);
+        EXPECT_EQ(length, 64);
+        EXPECT_EQ(out, std::string(64, 'x'));
+    }
+}
+
+TEST_P(KxSymmetry, TooLittleRoomIsRefusedBeforeAnythingIsWritten) {
+    const std::string cipher = EncryptText("fourteen bytes");
+    std::string out(13, 'x');
+    EXPECT_EQ(DecryptInto(cipher, out), 0);
+    EXPECT_EQ(length, 13);
+    EXPECT_EQ(out, std::string(13, 'x'));
+}
+
+TEST_P(KxSymmetry, AFrameTooShortForItsPadIsRefused) {
+    const std::string cipher = Bytes(GetParam().isDouble ? "6c23ef4be818a2836fe779564196c720"  // pad 7 in 16 bytes
+                                                         : "6c23ef4be818a28368e779564196c720");
+    std::string out(20, 'x');
+    EXPECT_EQ(DecryptInto(cipher, out), 0);
+    EXPECT_EQ(length, GetParam().isDouble ? 20 : -1);
+    EXPECT_EQ(out, std::string(20, 'x'));
+
+    int negative = -2;  // below even that length: refused by the first test
+    EXPECT_EQ(GetParam().decrypt(cipher.data(), 16, kKey.data(), out.data(), &negative), 0);
+    EXPECT_EQ(negative, -2);
+}
+
+TEST_P(KxSymmetry, DamageOfTheLastBlockShowsInTheZerosAndLeavesTheText) {
+    const std::string text = "a text of several blocks";
+    const std::string cipher = EncryptText(text);
+    for (size_t bit = 0; bit < 64; ++bit) {
+        std::string damaged = cipher;
+        damaged[damaged.size() - 8 + bit / 8] = static_cast<char>(damaged[damaged.size() - 8 + bit / 8] ^ 1 << bit % 8);
+        std::string out(text.size(), 'x');
+        EXPECT_EQ(DecryptInto(damaged, out), 0) << bit;
+        EXPECT_EQ(length, static_cast<int>(text.size()));
+        EXPECT_EQ(out.substr(0, 16), text.substr(0, 16));
+    }
+}
+
+TEST_P(KxSymmetry, WrongKeysNeverOverrunTheRoom) {
+    std::string cipher = EncryptText(std::string(100, 'p'));
+    int whole = 0;
+    for (int i = 0; i < 2000; ++i) {
+        std::string key = kKey;
+        key[static_cast<size_t>(i) % 16] = static_cast<char>(key[static_cast<size_t>(i) % 16] + 1 + i / 16);
+        const size_t capacity = static_cast<size_t>(i) % 110;
+        std::string out(capacity, 'x');
+        int outLength = static_cast<int>(capacity);
+        whole += GetParam().decrypt(cipher.data(), static_cast<int>(cipher.size()), key.data(), out.data(), &outLength);
+    }
+    EXPECT_EQ(whole, 0);
+}
+
+}  // namespace
+}  // namespace Quern
+}  // namespace Orvane
