@@ -1,7 +1,8 @@
 // A player, as a generator would emit it from:
 //
 //   struct PlayerRecord (baseversion 2, version 3) {
-//       uint64 uid; string name<32>; int32 level; date birthday; time played; datetime lastLogin; ip lastIp;
+//       uint64 uid; string name<32>; int32 level; date birthday = 1970-01-01; time played;
+//       datetime lastLogin = 1970-01-01 00:00:00; ip lastIp;
 //       wstring title<16>; int16 itemCount; PlayerItem items[8] (refer itemCount); double rating (since 3);
 //   }
 #ifndef ORVANE_EXAMPLES_ZYL_PLAYER_RECORD_H
@@ -9,6 +10,7 @@
 
 #include "GeneratedObject.h"
 #include "PlayerItem.h"
+#include "Serializer/ZYL/ZylTime.h"
 
 namespace Example {
 
@@ -23,10 +25,10 @@ public:
     unsigned long long uid = 0;
     char name[32] = "";
     int level = 0;
-    unsigned int birthday = 0;         // ZylDate
-    unsigned int played = 0;           // ZylTime, a span
-    unsigned long long lastLogin = 0;  // ZylDateTime
-    unsigned int lastIp = 0;           // zyl_ip_t
+    unsigned int birthday = Quern::ZylDate(1970, 1, 1);
+    unsigned int played = 0;  // ZylTime, a span; one beyond what a clock shows can be written as XML, but not read back
+    unsigned long long lastLogin = Quern::ZylDateTime(Quern::ZylDate(1970, 1, 1), Quern::ZylTime());
+    unsigned int lastIp = 0;  // zyl_ip_t
     unsigned short title[kMaxTitle] = {};
     short itemCount = 0;
     PlayerItem items[kMaxItems];

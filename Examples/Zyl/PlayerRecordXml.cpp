@@ -20,11 +20,11 @@ int WriteTitle(Quern::ZylXmlWriter& writer, const unsigned short* title) {
     });
 }
 
-// The texts of dates and times cover what a clock shows: a span beyond it can be written, but not read back.
+// The default of the schema. A date of all zeros would do in the binary form, but no text can be read as one.
+constexpr char kDefaultDate[] = "1970-01-01";
+
 int ReadDateTime(unsigned long long& dateTime, const char* text) {
-    if (*text != '\0') return ZylTypeUtil::str2ZylDateTime(dateTime, text);
-    dateTime = 0;
-    return ZylError::ZYL_NO_ERROR;
+    return ZylTypeUtil::str2ZylDateTime(dateTime, *text != '\0' ? text : "1970-01-01 00:00:00");
 }
 
 }  // namespace
@@ -55,7 +55,8 @@ int PlayerRecord::readXmlFields(Quern::ZylXmlReader& reader, unsigned int) {
     if (const int code = ZylParse::parseUInt64(uid, ReadEntry(reader, "uid"), nullptr, 0)) return code;
     if (const int code = ReadText(reader, "name", name, sizeof name)) return code;
     if (const int code = ZylParse::parseInt32(level, ReadEntry(reader, "level"), nullptr, 0)) return code;
-    if (const int code = ZylParse::parseDate(birthday, ReadEntry(reader, "birthday"), nullptr, nullptr)) return code;
+    if (const int code = ZylParse::parseDate(birthday, ReadEntry(reader, "birthday"), nullptr, kDefaultDate))
+        return code;
     if (const int code = ZylParse::parseTime(played, ReadEntry(reader, "played"), nullptr, nullptr)) return code;
     if (const int code = ReadDateTime(lastLogin, ReadEntry(reader, "lastLogin"))) return code;
     if (const int code = ZylParse::parseIP(lastIp, ReadEntry(reader, "lastIp"), nullptr, nullptr)) return code;
