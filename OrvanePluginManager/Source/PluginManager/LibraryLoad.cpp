@@ -2,6 +2,7 @@
 // none of them has a destructor that does.
 #include "Base/QuernCommon.h"
 #include "PluginManager/PluginUtils.h"
+#include "System/Application/MainRunLoopClass.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/OrvaneAppLifecycleDispatcher.h"
 
@@ -11,6 +12,7 @@ namespace {
 // the library runs: so it is here.
 struct RunTimeClassesLoad {
     RunTimeClassesLoad() {
+        Quern::RegisterMainRunLoopClass();
         PluginUtils::RegisterRunTimeClasses();
         Orvane::OrvaneAppLifecycle::RegisterRunTimeClasses();
         Orvane::OrvaneAppLifecycleDispatcher::RegisterRunTimeClass();

@@ -6,12 +6,14 @@
 #include <filesystem>
 #include <string>
 
+#include "Contract.h"
 #include "Orvane/RunTime.h"
 
 namespace {
 
 using testing::ContainsRegex;
 using testing::HasSubstr;
+using testing::Not;
 
 void* Load(const char* path) {
     void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
@@ -69,6 +71,21 @@ TEST(BinaryContract, TheLibraryLoadsInOrder) {
     EXPECT_EQ(dlsym(RTLD_DEFAULT, "orvanecore_getInstance"), nullptr) << "loaded for itself alone";
     dlclose(core);
     EXPECT_NE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "never unmapped under its threads";
+}
+
+TEST(BinaryContract, TheFacadeIsCalledByItsSlots) {
+    void* core = Load(CORE_LIBRARY);
+    const auto getInstance = Symbol<Contract::Facade* (*)()>(core, "orvanecore_getInstance");
+    ASSERT_NE(getInstance, nullptr);
+    Contract::Facade* facade = getInstance();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(facade->Start(), 0);
+    facade->Threshold(3);
+    EXPECT_STREQ(facade->Version(), "1.5.11.2664");
+    facade->Server("https://example.org");
+    facade->ForgetAnswer();
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), Not(HasSubstr("~COrvaneCore")));
+    EXPECT_EQ(getInstance(), facade);
 }
 
 TEST(BinaryContract, ASiblingLivesThroughTheWholeLifecycle) {

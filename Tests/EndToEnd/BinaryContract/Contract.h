@@ -99,10 +99,21 @@ struct Account {
     char* openId;     // 128 bytes
     char* others[3];  // 1024, 64 and 16 bytes
     int channel;
+    long word;
 };
 
 struct AccountService : ServiceRoot {
     virtual bool Fill(Account* account) = 0;
+};
+
+// What orvanecore_getInstance hands out.
+struct Facade {
+    virtual ~Facade() {}
+    virtual int Start() = 0;
+    virtual void Threshold(int level) = 0;
+    virtual const char* Version() = 0;
+    virtual void Server(const char* url) = 0;
+    virtual void ForgetAnswer() = 0;
 };
 
 }  // namespace Contract

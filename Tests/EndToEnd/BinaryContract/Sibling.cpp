@@ -89,6 +89,7 @@ public:
         memset(account->others[1], '2', 64);
         memset(account->others[2], '3', 16);
         account->channel = 42;
+        account->word = -1;
         return true;
     }
 };

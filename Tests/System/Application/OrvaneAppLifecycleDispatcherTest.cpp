@@ -197,8 +197,12 @@ TEST(SwizzleHelper, ExchangesAndAddsByItsRules) {
         << "the class itself responds";
     EXPECT_EQ(orvane_class_get_method(target.get(), "new:"), nullptr);
 
-    EXPECT_TRUE(SwizzleHelper::originalClass_swizzledClass_originalSelector_swizzleSelector(
-                    target.get(), source.get(), "missing:", "added:") == false);
+    source.Act("lone:", [] {});
+    EXPECT_TRUE(SwizzleHelper::originalClass_swizzledClass_originalSelector_swizzleSelector(target.get(), source.get(),
+                                                                                            "missing:", "lone:"))
+        << "added, though there is nothing to exchange it with";
+    EXPECT_EQ(orvane_class_get_method(target.get(), "lone:"), orvane_class_get_method(source.get(), "lone:"));
+    EXPECT_EQ(orvane_class_get_method(target.get(), "missing:"), nullptr);
     source.Act("hook:", [] {});
     EXPECT_TRUE(SwizzleHelper::originalClass_swizzledClass_originalSelector_swizzleSelector(target.get(), source.get(),
                                                                                             "own:", "hook:"));

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "Base/Container/StringConversion.h"
+#include "Base/Container/Truncation.h"
 
 namespace Quern {
 namespace {
@@ -15,15 +16,6 @@ namespace {
 constexpr double kTolerance = 1e-6;
 // Room for the longest double: a sign, its whole part, the point, six places and the terminator.
 constexpr size_t kFractionCapacity = 1 + DBL_MAX_10_EXP + 1 + 1 + 6 + 1;
-
-// Cuts off the fraction; out of range gives the nearest end, no number gives 0.
-long long Truncate(double value) {
-    constexpr double kTwoTo63 = 9223372036854775808.0;
-    if (std::isnan(value)) return 0;
-    if (value >= kTwoTo63) return LLONG_MAX;
-    if (value < -kTwoTo63) return LLONG_MIN;
-    return static_cast<long long>(value);
-}
 
 }  // namespace
 
@@ -79,9 +71,9 @@ long long ANumber::LongLongValue() const {
         case kNumberInt64:
             return _int64;
         case kNumberFloat:
-            return Truncate(static_cast<double>(_float));
+            return TruncateToInt64(static_cast<double>(_float));
         case kNumberDouble:
-            return Truncate(_double);
+            return TruncateToInt64(_double);
     }
     return 0;
 }

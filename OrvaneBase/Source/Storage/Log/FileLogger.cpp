@@ -94,8 +94,10 @@ void AFileLogger::Append(const void* data, size_t length, const AString& path, B
 
     _logFile.reset();
     // A part of a record (the disk is full) would be taken for the begin of what is appended behind it.
-    if (before >= 0 && FileSize(path.c_str()) < before + static_cast<int64_t>(length))
+    if (before >= 0 && FileSize(path.c_str()) < before + static_cast<int64_t>(length)) {
+        ORVANE_CONSOLE(kLogError, "append %zu bytes to %s fail, the data is lost", length, path.c_str());
         (void)!truncate(path.c_str(), before);
+    }
 }
 
 bool AFileLogger::EnsureDirectory() {

@@ -49,6 +49,7 @@ int open_mmap_file(const char* path, void** memory, size_t size) {
         return 0;
     }
     if (!EnsureSize(path, size)) {
+        ORVANE_CONSOLE(kLogError, "fill %s with %zu bytes fail: %s", path, size, strerror(errno));
         close(descriptor);
         return 0;
     }

@@ -8,8 +8,6 @@
 namespace Quern {
 namespace {
 
-constexpr char kClassName[] = "OrvaneMainRunLoop";
-
 void* Result(intptr_t value) {
     return reinterpret_cast<void*>(value);
 }
@@ -32,13 +30,10 @@ void* PerformRunPending(orvane_object*, const char*, void* const*) {
     return nullptr;
 }
 
-[[maybe_unused]] const bool g_registered = (RegisterMainRunLoopClass(), true);
-
 }  // namespace
 
 void RegisterMainRunLoopClass() {
-    if (orvane_class_lookup(kClassName)) return;
-    RegisterRunTimeClass(kClassName, {},
+    RegisterRunTimeClass("OrvaneMainRunLoop", {},
                          {{"run", PerformRun},
                           {"stop", PerformStop},
                           {"descriptor", PerformDescriptor},

@@ -4,8 +4,8 @@
 
 namespace Quern {
 
-// Registers the class "OrvaneMainRunLoop" with the class methods "run", "stop", "descriptor" and "runPending". Runs
-// while the library loads; a further call does nothing.
+// Registers the class "OrvaneMainRunLoop" with the class methods "run", "stop", "descriptor" and "runPending". Called
+// once, while the library loads.
 void RegisterMainRunLoopClass();
 
 }  // namespace Quern
