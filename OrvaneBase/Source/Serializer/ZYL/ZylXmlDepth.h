@@ -6,7 +6,7 @@
 
 namespace Quern {
 
-// Far deeper than any object nests, and some 300 KiB of stack on a small thread.
+// Far deeper than any object nests.
 constexpr int kMaxXmlDepth = 1000;
 
 // Whether the parser, given this text, would hold no more than `limit` elements open at any moment. Of a text that the
