@@ -65,8 +65,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string input(reinterpret_cast<const char*>(data), size);
     const char* const text = input.c_str();
 
-#define CHECK(name, type)                                                              \
-    Check<type>(static_cast<OneInteger<type>>(ZylParse::parse##name),                  \
+#define CHECK(name, type)                                                                           \
+    Check<type>(static_cast<OneInteger<type>>(ZylParse::parse##name),                               \
                 static_cast<ManyIntegers<type>>(ZylParse::parse##name), text, static_cast<type>(7), \
                 static_cast<Quern::ZylMacroLookup>(size % 2 == 0 ? LookUp : nullptr), static_cast<void*>(nullptr));
     ORVANE_ZYL_INTEGERS(CHECK)

@@ -19,7 +19,8 @@ namespace {
 char* PrintNumber(char* place, int value, int width) {
     char digits[12];
     const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    for (auto count = end - digits; count < width; ++count) *place++ = ' ';
+    for (auto count = end - digits; count < width; ++count)
+        *place++ = ' ';
     return std::copy(static_cast<const char*>(digits), end, place);
 }
 
