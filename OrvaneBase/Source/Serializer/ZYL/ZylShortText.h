@@ -1,0 +1,45 @@
+// The short texts of which the text forms are made: printed numbers, dates and addresses, and a copy that suits them.
+#ifndef ORVANE_SERIALIZER_ZYL_ZYL_SHORT_TEXT_H
+#define ORVANE_SERIALIZER_ZYL_ZYL_SHORT_TEXT_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace Quern {
+
+// Enough for any printed number, address, date or date and time.
+constexpr size_t kMaxShortText = 32;
+
+// Copies the two ends of a text of sizeof(Word) to 2 * sizeof(Word) bytes; they overlap as they must.
+template <typename Word>
+inline void CopyEnds(char* target, std::string_view text) {
+    Word head;
+    Word tail;
+    memcpy(&head, text.data(), sizeof head);
+    memcpy(&tail, text.data() + text.size() - sizeof tail, sizeof tail);
+    memcpy(target, &head, sizeof head);
+    memcpy(target + text.size() - sizeof tail, &tail, sizeof tail);
+}
+
+// Returns the place behind the copy. Below 16 bytes the call of memcpy would cost more than the copy.
+inline char* CopyText(char* target, std::string_view text) {
+    const size_t size = text.size();
+    if (size > 16 || __builtin_constant_p(size)) {
+        memcpy(target, text.data(), size);
+    } else if (size >= 8) {
+        CopyEnds<uint64_t>(target, text);
+    } else if (size >= 4) {
+        CopyEnds<uint32_t>(target, text);
+    } else if (size >= 2) {
+        CopyEnds<uint16_t>(target, text);
+    } else if (size == 1) {
+        *target = text[0];
+    }
+    return target + size;
+}
+
+}  // namespace Quern
+
+#endif

@@ -1,0 +1,68 @@
+#include "Serializer/ZYL/ZylXmlFile.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace Quern {
+namespace {
+
+std::string TemporaryFile(const std::string& content) {
+    char path[] = "/tmp/zyl-file-XXXXXX";
+    const int descriptor = mkstemp(path);
+    EXPECT_EQ(write(descriptor, content.data(), content.size()), static_cast<ssize_t>(content.size()));
+    close(descriptor);
+    return path;
+}
+
+TEST(ZylXmlFileTest, LoadsTheWholeFile) {
+    for (const std::string& content : {std::string(), std::string("<a/>\n"), std::string("a\0b", 3)}) {
+        const std::string path = TemporaryFile(content);
+        ZylXmlFile file;
+        EXPECT_EQ(file.load(path.c_str()), 0);
+        EXPECT_EQ(file.state, 0);
+        EXPECT_EQ(std::string(file.buffer, content.size() + 1), content + '\0');
+        EXPECT_DEATH(file.load(path.c_str()), "Assertion failed") << "loads once";
+        unlink(path.c_str());
+    }
+}
+
+TEST(ZylXmlFileTest, SaysWhatFailed) {
+    ZylXmlFile missing;
+    EXPECT_EQ(missing.load("/nonexistent/file.xml"), -22);
+    EXPECT_EQ(missing.state, -22);
+    EXPECT_EQ(missing.buffer, nullptr);
+    EXPECT_DEATH(missing.load("/dev/null"), "Assertion failed") << "a failed load is not fresh either";
+    EXPECT_DEATH(ZylXmlFile().load(nullptr), "NULL != path");
+
+    const std::string path = TemporaryFile("");
+    unlink(path.c_str());
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const int held = open(path.c_str(), O_RDWR);  // or the load would wait for a writer
+    ZylXmlFile unseekable;
+    EXPECT_EQ(unseekable.load(path.c_str()), -24);
+    close(held);
+    unlink(path.c_str());
+    const char* const kAttribute = "/sys/devices/system/cpu/online";  // claims a page, gives a line
+    if (access(kAttribute, R_OK) == 0) {
+        ZylXmlFile shorter;
+        EXPECT_EQ(shorter.load(kAttribute), -24);
+        EXPECT_EQ(shorter.buffer, nullptr);
+    }
+}
+
+TEST(ZylXmlFileTest, AFileLargerThanMemoryIsAnError) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer's allocator ends the process at a size that it cannot give";
+#endif
+    ZylXmlFile directory;
+    EXPECT_EQ(directory.load("/"), -26) << "a directory claims the largest size of all";
+    EXPECT_EQ(directory.buffer, nullptr);
+}
+
+}  // namespace
+}  // namespace Quern
