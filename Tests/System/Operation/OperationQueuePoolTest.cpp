@@ -42,7 +42,8 @@ TEST_F(OperationQueuePoolTest, IsChosenByTheMode) {
 }
 
 TEST_F(OperationQueuePoolTest, TheThreadedQueueIsTheDefault) {
-    EXPECT_EQ(OperationQueue::GetInstance(), OperationQueueImp::GetInstance());
+    OperationQueue* const queue = OperationQueue::GetInstance();
+    EXPECT_EQ(queue, OperationQueueImp::GetInstance());
     EXPECT_EQ(settings.reads[0], "OperationMode=1");
     EXPECT_TRUE(console->Has("Info", "Operation mode is 1"));
 }

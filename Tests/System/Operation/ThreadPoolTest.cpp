@@ -3,10 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include "Support/ThreadedConsole.h"
 #include "System/Operation/Gate.h"
@@ -31,6 +35,13 @@ protected:
             pool.pushTask([&gate](int) { gate.Pass(); }, 0);
             ASSERT_TRUE(gate.WaitForEntered(before + i + 1));
         }
+    }
+
+    // Pushes a task and waits until it has run.
+    static void RunOne(ThreadPool& pool) {
+        const auto ran = std::make_shared<std::atomic<bool>>(false);
+        pool.pushTask([ran](int) { *ran = true; }, 0);
+        ASSERT_TRUE(WaitFor([&] { return ran->load(); }));
     }
 
     std::shared_ptr<ThreadedConsole> console = ThreadedConsole::Install();
@@ -99,19 +110,19 @@ TEST_F(ThreadPoolTest, ShrinksAtAPushByItsStepDownToItsMinimum) {
     gate.Open();
     ASSERT_TRUE(WaitForIdle(pool, 6));
 
-    pool.pushTask([](int) {}, 0);
+    RunOne(pool);
     EXPECT_EQ(pool.getCurrentSize(), 6) << "5 s have not passed";
     ASSERT_TRUE(WaitForIdle(pool, 6));
     pool.setShrinkInterval(0);
-    pool.pushTask([](int) {}, 0);
+    RunOne(pool);
     EXPECT_EQ(pool.getCurrentSize(), 4) << "the shrink step stays at 2";
     EXPECT_EQ(console->Count("shrink pool, _idleThreadNum = 6"), 1);
     EXPECT_EQ(console->Count("shrink 2 threads, waste: "), 1);
     ASSERT_TRUE(WaitForIdle(pool, 4));
-    pool.pushTask([](int) {}, 0);
+    RunOne(pool);
     EXPECT_EQ(pool.getCurrentSize(), 3);
     ASSERT_TRUE(WaitForIdle(pool, 3));
-    pool.pushTask([](int) {}, 0);
+    RunOne(pool);
     EXPECT_EQ(pool.getCurrentSize(), 3);
 
     Occupy(pool, again, 4);
