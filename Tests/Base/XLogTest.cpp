@@ -9,6 +9,8 @@
 #include <regex>
 #include <string>
 
+#include "Base/LocalClock.h"
+
 namespace Quern {
 namespace {
 
@@ -55,6 +57,14 @@ TEST(XLogFormat, CutsALineAtItsCapacityWhereverThatFalls) {
     EXPECT_EQ(Format("f", std::string(5000, 'x').c_str()).size(), 4095u);
     EXPECT_EQ(Format(std::string(5000, 'x').c_str(), "t").size(), 4095u);
     EXPECT_EQ(Format("f", "t", std::string(5000, 'x').c_str()).size(), 4095u);
+}
+
+TEST(LocalClock, FollowsTheZoneWhileTheProcessRuns) {
+    constexpr time_t kNoon = 1767268800;  // in UTC
+    setenv("TZ", "UTC0", 1);
+    EXPECT_EQ(LocalTime(kNoon).tm_hour, 12);
+    setenv("TZ", "EAST-9", 1);
+    EXPECT_EQ(LocalTime(kNoon + 1).tm_hour, 21);
 }
 
 TEST(XLog, LevelsHaveTheirWords) {

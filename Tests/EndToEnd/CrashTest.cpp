@@ -25,6 +25,7 @@ call had returned is there exactly once, byte for byte, in its thread's order.
   --threads N            threads that log (default: 4)
   --mode N               "LogMode", 1 or 2 (default: 2)
   --lines-per-second N   pace of each thread; 0: as fast as it goes (default: 0)
+  --fresh                each life in a container of its own, read as the kill left it, without another start
   --seed N               for the same draws again (default: a new one, which is printed)
   --help                 show this
 
@@ -34,19 +35,17 @@ Exit status: 0 if nothing was missing, 1 if something was, 2 for a wrong command
 struct Arguments {
     unsigned cycles = 15;
     uint64_t seed = std::random_device()();
+    bool isFresh = false;
     CrashPlan plan;
 };
 
 // False for a wrong command line.
 bool Parse(int count, char** words, Arguments& out) {
     const option options[] = {
-        {"cycles", required_argument, nullptr, 'c'},
-        {"threads", required_argument, nullptr, 't'},
-        {"mode", required_argument, nullptr, 'm'},
-        {"lines-per-second", required_argument, nullptr, 'p'},
-        {"seed", required_argument, nullptr, 's'},
-        {"help", no_argument, nullptr, 'h'},
-        {nullptr, 0, nullptr, 0},
+        {"cycles", required_argument, nullptr, 'c'}, {"threads", required_argument, nullptr, 't'},
+        {"mode", required_argument, nullptr, 'm'},   {"lines-per-second", required_argument, nullptr, 'p'},
+        {"fresh", no_argument, nullptr, 'f'},        {"seed", required_argument, nullptr, 's'},
+        {"help", no_argument, nullptr, 'h'},         {nullptr, 0, nullptr, 0},
     };
     int code;
     while ((code = getopt_long(count, words, "", options, nullptr)) != -1) {
@@ -55,6 +54,10 @@ bool Parse(int count, char** words, Arguments& out) {
             exit(0);
         }
         if (code == '?') return false;
+        if (code == 'f') {
+            out.isFresh = true;
+            continue;
+        }
         char* end = nullptr;
         const unsigned long long number = strtoull(optarg, &end, 10);
         if (!*optarg || *end) {
@@ -80,50 +83,104 @@ bool RestoreLastBlock(const Container& container, const CrashPlan& plan) {
     return false;
 }
 
-int Judge(const Container& container, const CrashPlan& plan, std::vector<CycleRecord> cycles) {
+struct Totals {
+    uint64_t acknowledged = 0, readBack = 0, restoredBlocks = 0, markers = 0;
+};
+
+// Whether the log has what it must have.
+bool Judge(const Container& container, const CrashPlan& plan, std::vector<CycleRecord> cycles, Totals& totals) {
     CrashVerdict verdict(std::move(cycles));
     for (const std::string& line : container.ReadLog(plan.module))
         verdict.Take(line);
     verdict.Finish();
-    printf("acknowledged lines %llu, read back %llu, restored blocks %llu, overload markers %llu\n",
-           static_cast<unsigned long long>(verdict.Acknowledged()), static_cast<unsigned long long>(verdict.ReadBack()),
-           static_cast<unsigned long long>(verdict.RestoredBlocks()),
-           static_cast<unsigned long long>(verdict.Markers()));
+    totals.acknowledged += verdict.Acknowledged();
+    totals.readBack += verdict.ReadBack();
+    totals.restoredBlocks += verdict.RestoredBlocks();
+    totals.markers += verdict.Markers();
     for (const std::string& problem : verdict.Problems())
         fprintf(stderr, "FAILED: %s\n", problem.c_str());
-    return verdict.Problems().empty() ? 0 : 1;
+    return verdict.Problems().empty();
 }
+
+using Kills = std::map<KillAt, unsigned>;
+
+// The lives of a host that is killed, and what they left.
+class CrashTest {
+public:
+    explicit CrashTest(const Arguments& arguments) : _arguments(arguments), _random(arguments.seed) {}
+
+    // Every life over the same container, which is read once the last block has been brought back.
+    bool RunOverOneContainer() {
+        auto container = std::make_unique<Container>();
+        CrashCycle cycle(*container, _arguments.plan, _random);
+        std::vector<CycleRecord> cycles;
+        bool isWhole = true;
+        for (unsigned i = 0; i < _arguments.cycles && isWhole; ++i)
+            isWhole = Live(cycle, cycles);
+        isWhole = isWhole && RestoreLastBlock(*container, _arguments.plan);
+        return Keep(Judge(*container, _arguments.plan, std::move(cycles), _totals) && isWhole, container);
+    }
+
+    // Every life in a container of its own, which is read at once.
+    bool RunInFreshContainers() {
+        for (unsigned i = 0; i < _arguments.cycles; ++i) {
+            auto container = std::make_unique<Container>();
+            CrashCycle cycle(*container, _arguments.plan, _random);
+            std::vector<CycleRecord> cycles;
+            const bool isWhole = Live(cycle, cycles);
+            if (!Keep(Judge(*container, _arguments.plan, std::move(cycles), _totals) && isWhole, container))
+                return false;
+        }
+        return true;
+    }
+
+    void Print() const {
+        printf("mode %d, %u threads, seed %llu: kills", _arguments.plan.logMode, _arguments.plan.threads,
+               static_cast<unsigned long long>(_arguments.seed));
+        unsigned all = 0;
+        for (const auto& [moment, count] : _kills) {
+            printf(" %u at %s,", count, NameOf(moment));
+            all += count;
+        }
+        printf(
+            " %u in all\nacknowledged lines %llu, read back %llu, restored blocks %llu, overload markers %llu\n", all,
+            static_cast<unsigned long long>(_totals.acknowledged), static_cast<unsigned long long>(_totals.readBack),
+            static_cast<unsigned long long>(_totals.restoredBlocks), static_cast<unsigned long long>(_totals.markers));
+    }
+
+private:
+    bool Live(CrashCycle& cycle, std::vector<CycleRecord>& cycles) {
+        constexpr uint64_t kSequencesOfCycle = 100000000;
+        CycleRecord record{1 + cycles.size() * kSequencesOfCycle, {}};
+        const KillAt moment = kKillMoments[_random() % std::size(kKillMoments)];
+        std::string problem;
+        if (cycle.Run(moment, record.firstSequence, record.acknowledged, problem)) ++_kills[moment];
+        cycles.push_back(std::move(record));
+        if (!problem.empty()) fprintf(stderr, "FAILED: %s\n", problem.c_str());
+        return problem.empty();
+    }
+
+    // What a failure left on disk stays there.
+    static bool Keep(bool isGood, std::unique_ptr<Container>& container) {
+        if (isGood) return true;
+        fprintf(stderr, "what was left on disk is kept in %s\n", container->Home().c_str());
+        (void)container.release();
+        return false;
+    }
+
+    const Arguments& _arguments;
+    std::mt19937_64 _random;
+    Kills _kills;
+    Totals _totals;
+};
 
 }  // namespace
 
 int main(int count, char** words) {
     Arguments arguments;
     if (!Parse(count, words, arguments)) return 2;
-    std::mt19937_64 random(arguments.seed);
-    auto container = std::make_unique<Container>();
-    CrashCycle cycle(*container, arguments.plan, random);
-
-    constexpr uint64_t kSequencesOfCycle = 100000000;
-    std::vector<CycleRecord> cycles;
-    std::map<KillAt, unsigned> kills;
-    std::string problem;
-    for (unsigned i = 0; i < arguments.cycles && problem.empty(); ++i) {
-        CycleRecord record{1 + i * kSequencesOfCycle, {}};
-        const KillAt moment = kKillMoments[random() % std::size(kKillMoments)];
-        if (cycle.Run(moment, record.firstSequence, record.acknowledged, problem)) ++kills[moment];
-        cycles.push_back(std::move(record));
-    }
-    printf("mode %d, %u threads, seed %llu: kills", arguments.plan.logMode, arguments.plan.threads,
-           static_cast<unsigned long long>(arguments.seed));
-    for (const KillAt moment : kKillMoments)
-        printf(" %u at %s,", kills[moment], NameOf(moment));
-    printf(" %zu in all\n", cycles.size());
-    if (!problem.empty()) fprintf(stderr, "FAILED: %s\n", problem.c_str());
-
-    const bool isWhole = problem.empty() && RestoreLastBlock(*container, arguments.plan);
-    const int result = Judge(*container, arguments.plan, std::move(cycles));
-    if (isWhole && result == 0) return 0;
-    fprintf(stderr, "what was left on disk is kept in %s\n", container->Home().c_str());
-    (void)container.release();
-    return 1;
+    CrashTest test(arguments);
+    const bool isGood = arguments.isFresh ? test.RunInFreshContainers() : test.RunOverOneContainer();
+    test.Print();
+    return isGood ? 0 : 1;
 }

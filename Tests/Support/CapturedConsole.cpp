@@ -11,11 +11,11 @@ namespace {
 
 // "[time] | Level | [module] |thread| file:line|function| text" becomes "Level text".
 std::string Shorten(const std::string& line) {
-    constexpr size_t kBarsBeforeText = 5;
+    constexpr size_t kBarsBeforeText = 6;
     const size_t level = line.find("] | ");
     if (line.empty() || line[0] != '[' || level == std::string::npos) return line;
     size_t bar = std::string::npos;
-    for (size_t bars = 0; bars <= kBarsBeforeText; ++bars) {
+    for (size_t bars = 0; bars < kBarsBeforeText; ++bars) {
         bar = line.find('|', bar + 1);
         if (bar == std::string::npos) return line;
     }

@@ -86,8 +86,8 @@ void EventScript::Perform(const std::string& line) {
     }
 }
 
-bool EventScript::IsPaused() const {
-    return Clock::now() < _sleepsUntil || _feed.IsRunning(kFileThread);
+bool EventScript::IsPaused(Clock::time_point now) const {
+    return now < _sleepsUntil || _feed.IsRunning(kFileThread);
 }
 
 void EventScript::Terminate() {

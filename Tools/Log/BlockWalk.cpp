@@ -40,7 +40,7 @@ void WalkBlock(std::span<const uint8_t> bytes, KeyRing& keys, ReadEvents& events
     MemorySource memory(bytes);
     ByteWindow window(memory);
     RecordDecoder decoder(window, keys);
-    if (decoder.Open(header, 0, Framing::kMappedBlock, bytes.size() - LogRecord::kHeaderLength))
+    if (decoder.Open(header, 0, Framing::kMappedBlock))
         decoder.Deliver(events);
     else
         events.OnSkipped(0, bytes.size(), decoder.Why());

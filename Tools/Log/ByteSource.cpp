@@ -118,6 +118,14 @@ size_t MemorySource::ReadAt(uint64_t offset, uint8_t* out, size_t, size_t atMost
     return count;
 }
 
+size_t BoundedSource::ReadAt(uint64_t offset, uint8_t* out, size_t atLeast, size_t atMost) {
+    if (offset >= _size) return 0;
+    const size_t room = static_cast<size_t>(std::min<uint64_t>(atMost, _size - offset));
+    const size_t count = _source.ReadAt(offset, out, std::min(atLeast, room), room);
+    _error = _source.Error();
+    return count;
+}
+
 std::unique_ptr<ByteSource> OpenSource(const std::string& path, std::string& error) {
     const int descriptor =
         path == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : open(path.c_str(), O_RDONLY | O_CLOEXEC);

@@ -81,6 +81,21 @@ private:
     std::span<const uint8_t> _bytes;
 };
 
+// The first bytes of another source.
+class BoundedSource : public ByteSource {
+public:
+    // Borrows the source.
+    BoundedSource(ByteSource& source, uint64_t size) : _source(source), _size(size) {}
+
+    size_t ReadAt(uint64_t offset, uint8_t* out, size_t atLeast, size_t atMost) override;
+    std::optional<uint64_t> Size() const override { return _size; }
+    void Forget(uint64_t offset) override { _source.Forget(offset); }
+
+private:
+    ByteSource& _source;
+    uint64_t _size;
+};
+
 // Opens a file for reading, or standard input for "-". Null, and the reason in `error`, if that fails.
 std::unique_ptr<ByteSource> OpenSource(const std::string& path, std::string& error);
 

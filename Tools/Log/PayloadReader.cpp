@@ -102,10 +102,14 @@ uint64_t PayloadReader::TextUpToLastFlush(const Payload& payload) {
         _stream.next_out = _text.get();
         _stream.avail_out = kTextChunk;
         const int result = inflate(&_stream, Z_BLOCK);
+        _consumed = _read - _stream.avail_in;
         text += kTextChunk - _stream.avail_out;
         const bool starved = result == Z_BUF_ERROR && _stream.avail_in == 0;
         if (starved && !hasInput) return text;
-        if (result != Z_OK && !starved) return flushed;
+        if (result != Z_OK && !starved) {
+            _failed = result != Z_STREAM_END;
+            return flushed;
+        }
         if (!(_stream.data_type & 128)) continue;
         if (text == textAtBlock && (_stream.data_type & 7) == 0) flushed = text;
         textAtBlock = text;

@@ -46,7 +46,7 @@ public:
     uint64_t Consumed() const { return _consumed; }
 
     // How much text can be trusted of a payload that runs into foreign bytes: all up to the last flush that the
-    // writer made, or all there is if the data just ends. Begin must be called again afterwards.
+    // writer made, or all there is if the data just ends; Failed() tells which. Begin must be called again afterwards.
     uint64_t TextUpToLastFlush(const Payload& payload);
 
 private:

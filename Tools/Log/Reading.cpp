@@ -2,7 +2,10 @@
 
 #include <string.h>
 
+#include <filesystem>
+
 #include "Log/KeyFile.h"
+#include "Log/LeftOver.h"
 #include "Log/LogFileName.h"
 #include "Log/RecordTable.h"
 #include "Log/SourceList.h"
@@ -11,6 +14,8 @@
 
 namespace OrvaneLog {
 namespace {
+
+namespace fs = std::filesystem;
 
 // Reports, and moves the progress bar.
 class WatchedEvents : public ReportingEvents {
@@ -63,6 +68,8 @@ void Reading::Run() {
     for (const std::string& problem : list.problems)
         _report.Problem(problem);
 
+    FindTornFiles(list.files);
+
     std::unique_ptr<Printer> printer = MakePrinter(_arguments, _colour, _output);
     std::unique_ptr<TailPrinter> tail;
     if (_arguments.lines) tail = std::make_unique<TailPrinter>(*printer, *_arguments.lines);
@@ -73,13 +80,32 @@ void Reading::Run() {
     _output.Flush();
 }
 
+// A file that a dead logger left with a part of a record at its end is read up to there, if the block that goes with it
+// is read as well: the whole record comes with that.
+void Reading::FindTornFiles(const std::vector<std::string>& files) {
+    for (const std::string& path : files) {
+        std::string ignored;
+        if (!path.ends_with(kBlockExtension)) continue;
+        const std::unique_ptr<ByteSource> block = OpenSource(path, ignored);
+        if (!block) continue;
+        const LeftOver leftOver = ReadLeftOver(path, *block);
+        std::error_code error;
+        if (!leftOver.tornFile.empty()) _tornFrom[fs::weakly_canonical(leftOver.tornFile, error)] = leftOver.tornFrom;
+    }
+}
+
 void Reading::ReadFile(const std::string& path, Printer* printer) {
     std::string error;
-    const std::unique_ptr<ByteSource> source = OpenSource(path, error);
-    if (!source) {
+    std::unique_ptr<ByteSource> opened = OpenSource(path, error);
+    if (!opened) {
         _report.Problem(path + ": " + error);
         return;
     }
+    std::error_code ignored;
+    const auto torn = _tornFrom.empty() ? _tornFrom.end() : _tornFrom.find(fs::weakly_canonical(path, ignored));
+    std::unique_ptr<ByteSource> bounded;
+    if (torn != _tornFrom.end()) bounded = std::make_unique<BoundedSource>(*opened, torn->second);
+    ByteSource* const source = bounded ? bounded.get() : opened.get();
     const SourceKind kind = KindOf(path, *source);
     if (_arguments.action == Action::kRecords) {
         RecordTable table(_output, path, _arguments.json);
@@ -101,7 +127,10 @@ void Reading::ReadFile(const std::string& path, Printer* printer) {
 
 void Reading::Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events) {
     WatchedEvents watched(_report, path, events, _progress, _done);
-    MakeWalk(kind, source, _keys, watched)->Advance(false);
+    if (kind == SourceKind::kMappedBlock)
+        WalkLeftOver(ReadLeftOver(path, source), _keys, watched);
+    else
+        MakeWalk(kind, source, _keys, watched)->Advance(false);
 }
 
 }  // namespace OrvaneLog

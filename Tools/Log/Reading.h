@@ -2,6 +2,8 @@
 #ifndef ORVANE_TOOLS_LOG_READING_H
 #define ORVANE_TOOLS_LOG_READING_H
 
+#include <filesystem>
+#include <map>
 #include <memory>
 
 #include "Log/Arguments.h"
@@ -30,6 +32,7 @@ public:
     void Run();
 
 private:
+    void FindTornFiles(const std::vector<std::string>& files);
     void ReadFile(const std::string& path, Printer* printer);
     void Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events);
 
@@ -39,7 +42,8 @@ private:
     Output& _output;
     Report& _report;
     Progress* _progress;
-    uint64_t _done = 0;  // bytes of the files before the one being read
+    std::map<std::filesystem::path, uint64_t> _tornFrom;  // where a torn record begins that the journal has whole
+    uint64_t _done = 0;                                   // bytes of the files before the one being read
 };
 
 }  // namespace OrvaneLog

@@ -8,10 +8,14 @@
 namespace OrvaneLog {
 namespace {
 
-// Less than this of a torn record, or under a key that is only tried, could be text by chance.
+// Less than this could be text by chance: of a torn record, under a bad header, under a key that is only tried.
 constexpr size_t kConvincingText = 24;
 
-bool Convinces(std::string_view text) {
+uint64_t WholeGroups(uint64_t size) {
+    return size / Quern::kLogTeaGroup * Quern::kLogTeaGroup;
+}
+
+bool IsConvincing(std::string_view text) {
     return BeginsLine(text) || (text.size() >= kConvincingText && LooksLikeText(text));
 }
 
@@ -31,26 +35,45 @@ const char* VerdictWord(Verdict verdict) {
     return "";
 }
 
-bool RecordDecoder::Open(const RecordHeader& header, uint64_t offset, Framing framing, uint64_t available) {
+bool RecordDecoder::Open(const RecordHeader& header, uint64_t offset, Framing framing) {
     _framing = framing;
     _why.clear();
+    _convinces = false;
     _report = RecordReport{};
     _report.offset = offset;
     _report.header = header;
     _first = {};
-    _payload = Payload{};
-    _payload.offset = offset + LogRecord::kHeaderLength;
-    _payload.compressed = header.IsCompressed();
-    _payload.size = std::min<uint64_t>(header.length, available);
-    // The length of a record without an end is not to be believed; no block can hold more than this.
-    if (framing == Framing::kNoEnd)
-        _payload.size = std::min<uint64_t>(available, kBlockSize - LogRecord::kHeaderLength);
     if (IsTorn() && !header.IsPlausible()) return Refuse("no record begins here");
-
+    MeasurePayload();
     _headSize = _window.Peek(_payload.offset, _head.data(),
                              static_cast<size_t>(std::min<uint64_t>(_payload.size, _head.size())));
     if (header.IsEncrypted()) return OpenEncrypted();
     return header.IsCompressed() ? OpenCompressed() : OpenPlain();
+}
+
+// Where the payload lies, and which of it is enciphered, by the header and the framing.
+void RecordDecoder::MeasurePayload() {
+    _payload = Payload{};
+    _payload.offset = _report.offset + LogRecord::kHeaderLength;
+    _payload.size = _report.header.length;
+    _payload.compressed = _report.header.IsCompressed();
+    if (IsTorn() || _framing == Framing::kMappedBlock) {
+        // A block holds no more than this, so that more than this does not matter.
+        const size_t inBlock = std::min(_window.At(_report.offset, kBlockSize).size(), kBlockSize);
+        const uint64_t available = inBlock - LogRecord::kHeaderLength;
+        // The length of a record without an end is not to be believed.
+        _payload.size = _framing == Framing::kNoEnd ? available : std::min(_payload.size, available);
+    }
+    if (!_report.header.IsEncrypted()) return;
+    // Whole groups are enciphered, the rest of a whole payload is not; of a torn one it is unknown where it ended.
+    _payload.enciphered = WholeGroups(_payload.size);
+    const bool hasPlainTail = _framing == Framing::kCutOff && _payload.size >= WholeGroups(_report.header.length);
+    if (IsTorn() && !hasPlainTail) _payload.size = _payload.enciphered;
+}
+
+// Whether text says that a record begins here: a little is enough under a good header.
+bool RecordDecoder::ShowsText(std::string_view text) const {
+    return _report.header.IsPlausible() ? !text.empty() && LooksLikeText(text) : IsConvincing(text);
 }
 
 bool RecordDecoder::Refuse(std::string why) {
@@ -67,17 +90,28 @@ void RecordDecoder::Read(const Payload& payload, uint64_t textLimit) {
 bool RecordDecoder::OpenPlain() {
     if (_framing == Framing::kNoEnd) return Refuse(TornWhy());
     Read(_payload);
-    const bool text = LooksLikeText(_first.substr(0, _first.find('\0')));
+    const std::string_view begin = _first.substr(0, _first.find('\0'));
+    const bool text = ShowsText(begin);
     if (IsTorn()) {
-        if (_first.empty() || !text) return Refuse(TornWhy());
+        if (!text) return Refuse(TornWhy());
         _report.verdict = Verdict::kTorn;
         _report.why = TornWhy();
         return true;
     }
-    return text || _report.header.IsPlausible() ? true : Refuse("a false header: what follows is no text");
+    _convinces = text;
+    const bool isDue = _report.header.IsPlausible() && IsInPlace();
+    return text || isDue ? true : Refuse("a false header: what follows is no text");
 }
 
 bool RecordDecoder::OpenCompressed() {
+    if (_framing == Framing::kWhole && !InflatesThroughout()) {
+        // With nothing behind it to confirm its length, the end byte was there by chance.
+        if (!_report.header.IsPlausible()) return Refuse("a false header: what follows is no compressed text");
+        const Quern::LogTeaKey* const key = _payload.key;
+        _framing = Framing::kNoEnd;
+        MeasurePayload();
+        _payload.key = key;
+    }
     if (IsTorn()) return JudgeTorn();
     Read(_payload);
     return JudgeWhole();
@@ -92,19 +126,12 @@ bool RecordDecoder::OpenEncrypted() {
         _report.why = "its public key is no point of the curve";
         return true;
     }
-    // Whole groups are enciphered, the rest of a whole payload is not; of a torn one it is unknown where it ended.
-    _payload.enciphered = _payload.size / Quern::kLogTeaGroup * Quern::kLogTeaGroup;
-    if (IsTorn()) {
-        const uint64_t whole = _report.header.length / Quern::kLogTeaGroup * Quern::kLogTeaGroup;
-        const bool plainTail = _framing == Framing::kCutOff && _payload.size >= whole;
-        if (!plainTail) _payload.size = _payload.enciphered;
-    }
     for (size_t i = 0; i < agreement.candidates.size(); ++i) {
         _payload.key = &agreement.candidates[i].key;
         _report.keyName = agreement.candidates[i].name;
         if (!agreement.proven) {
             Read(_payload);
-            const bool fits = _reader.Failed() ? Convinces(_first) : !_first.empty() && LooksLikeText(_first);
+            const bool fits = _reader.Failed() ? IsConvincing(_first) : !_first.empty() && LooksLikeText(_first);
             if (!fits) continue;
             agreement.Prove(i);
             _payload.key = &agreement.candidates[0].key;
@@ -115,27 +142,32 @@ bool RecordDecoder::OpenEncrypted() {
     _report.keyName.clear();
     _first = {};
     if (IsTorn()) return Refuse(TornWhy() + ", and no key opens it");
+    _convinces = _framing == Framing::kWholeInRow;
     _report.verdict = Verdict::kEncrypted;
     return true;
 }
 
+bool RecordDecoder::InflatesThroughout() {
+    _reader.TextUpToLastFlush(_payload);
+    _work += _reader.Consumed();
+    return !_reader.Failed();
+}
+
 bool RecordDecoder::JudgeWhole() {
-    const bool plausible = _report.header.IsPlausible();
-    const bool text = !_first.empty() && LooksLikeText(_first);
-    if (!_reader.Failed())
-        return text || plausible ? true : Refuse("a false header: what follows is no compressed text");
-    if (text && (plausible || BeginsLine(_first))) return true;
-    _first = {};
-    const bool inPlace = _framing == Framing::kWholeInRow || _framing == Framing::kMappedBlock;
-    return plausible && inPlace ? true : Refuse("a false header: what follows does not inflate");
+    _convinces = ShowsText(_first) && !_reader.Failed();
+    if (ShowsText(_first)) return true;
+    // What reads as nothing but noise is a record only where one is due, and even then its length may be wrong.
+    if (_reader.Failed()) _first = {};
+    return _report.header.IsPlausible() && IsInPlace() ? true
+                                                       : Refuse("a false header: what follows is no compressed text");
 }
 
 bool RecordDecoder::JudgeTorn() {
     const uint64_t trusted = _reader.TextUpToLastFlush(_payload);
-    _work += _reader.Consumed() + _payload.size;
+    _work += _reader.Consumed();
     if (trusted == 0) return Refuse(TornWhy());
     Read(_payload, trusted);
-    if (!Convinces(_first)) return Refuse(TornWhy());
+    if (!IsConvincing(_first)) return Refuse(TornWhy());
     _report.verdict = Verdict::kTorn;
     _report.why = TornWhy();
     return true;

@@ -25,13 +25,16 @@ public:
     // All borrowed.
     RecordDecoder(ByteWindow& window, KeyRing& keys) : _window(window), _keys(keys), _reader(window) {}
 
-    // Judges the record at `offset`, of whose payload the source can give `available` bytes. False, with the reason in
-    // Why(), if this is no record or none that gives anything.
-    bool Open(const RecordHeader& header, uint64_t offset, Framing framing, uint64_t available);
+    // Judges the record at `offset`. False, with the reason in Why(), if this is no record or none that gives anything.
+    // Moves the window.
+    bool Open(const RecordHeader& header, uint64_t offset, Framing framing);
     // After Open gave true: hands the record to `events`, its report included.
     RecordReport Deliver(ReadEvents& events);
 
     const std::string& Why() const { return _why; }
+    // Whether what was opened shows by itself that it is a record, so that its length can be relied on if all of it
+    // turns out sound.
+    bool Convinces() const { return _convinces; }
     // Bytes of payload that were looked at, all told: the measure of the work done.
     uint64_t Work() const { return _work; }
 
@@ -39,11 +42,15 @@ private:
     bool OpenPlain();
     bool OpenCompressed();
     bool OpenEncrypted();
+    void MeasurePayload();
+    bool InflatesThroughout();
     bool JudgeWhole();
     bool JudgeTorn();
+    bool ShowsText(std::string_view text) const;
     bool Refuse(std::string why);
     void Read(const Payload& payload, uint64_t textLimit = PayloadReader::kAllText);
     bool IsTorn() const { return _framing == Framing::kCutOff || _framing == Framing::kNoEnd; }
+    bool IsInPlace() const { return _framing == Framing::kWholeInRow || _framing == Framing::kMappedBlock; }
     std::string TornWhy() const;
 
     ByteWindow& _window;
@@ -57,6 +64,7 @@ private:
     std::string_view _first;  // the first piece of the text
     RecordReport _report;
     std::string _why;
+    bool _convinces = false;
     uint64_t _work = 0;
 };
 

@@ -43,11 +43,11 @@ void RecordWalk::Advance(bool growing) {
 
 RecordWalk::Step RecordWalk::TryRecord(const RecordHeader& header, bool growing) {
     const Framing framing = FrameAt(header);
-    const bool whole = framing == Framing::kWhole || framing == Framing::kWholeInRow;
+    const bool framed = framing == Framing::kWhole || framing == Framing::kWholeInRow;
     if (framing == Framing::kCutOff && growing && header.IsPlausible()) return Step::kWait;
-    if (!whole && (!header.IsPlausible() || !MaySearchInside())) return Step::kNoRecord;
+    if (!framed && (!header.IsPlausible() || !MaySearchInside())) return Step::kNoRecord;
 
-    if (!_decoder.Open(header, _offset, framing, AvailableBehindHeader(header, framing))) {
+    if (!_decoder.Open(header, _offset, framing)) {
         if (header.IsPlausible() && _gapReason.empty() && _offset >= _covered) _gapReason = _decoder.Why();
         return Step::kNoRecord;
     }
@@ -56,9 +56,8 @@ RecordWalk::Step RecordWalk::TryRecord(const RecordHeader& header, bool growing)
     const uint64_t end = _offset + report.size;
     _covered = std::max(_covered, end);
     // A length that lies may have swallowed good records: unless all is well the search goes on inside.
-    const bool trusted =
-        report.verdict == Verdict::kSound || (report.verdict == Verdict::kEncrypted && framing == Framing::kWholeInRow);
-    _offset = trusted || !MaySearchInside() ? end : _offset + 1;
+    const bool isWhole = report.verdict == Verdict::kSound || report.verdict == Verdict::kEncrypted;
+    _offset = (isWhole && _decoder.Convinces()) || !MaySearchInside() ? end : _offset + 1;
     return Step::kTaken;
 }
 
@@ -75,13 +74,6 @@ bool RecordWalk::SeemsToFollow(uint64_t offset) {
     uint8_t bytes[LogRecord::kHeaderLength] = {};
     const size_t count = _window.Peek(offset, bytes, LogRecord::kLenAt);
     return count == 0 || (count == LogRecord::kLenAt && RecordHeader::Parse(bytes).IsPlausible());
-}
-
-uint64_t RecordWalk::AvailableBehindHeader(const RecordHeader& header, Framing framing) {
-    if (framing == Framing::kWhole || framing == Framing::kWholeInRow) return header.length;
-    // What matters of a torn record is what a block can hold, which fits the window.
-    const auto bytes = _window.At(_offset, kBlockSize);
-    return std::min<uint64_t>(bytes.size(), kBlockSize) - LogRecord::kHeaderLength;
 }
 
 bool RecordWalk::MaySearchInside() const {

@@ -20,7 +20,6 @@ private:
     Step TryRecord(const RecordHeader& header, bool growing);
     Framing FrameAt(const RecordHeader& header);
     bool SeemsToFollow(uint64_t offset);
-    uint64_t AvailableBehindHeader(const RecordHeader& header, Framing framing);
     bool MaySearchInside() const;
     void CloseGap(uint64_t end);
 

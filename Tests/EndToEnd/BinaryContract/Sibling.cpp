@@ -176,9 +176,12 @@ __attribute__((visibility("default"))) void* sibling_find_host() {
 
 // Modules live as long as the process, as those of real siblings do.
 __attribute__((visibility("default"))) void sibling_install() {
-    Install(new Sibling);
-    Install(new Data);
-    Install(new Login);
+    static Sibling* const sibling = new Sibling;
+    static Data* const data = new Data;
+    static Login* const login = new Login;
+    Install(sibling);
+    Install(data);
+    Install(login);
 }
 }
 

@@ -55,8 +55,10 @@ Command Container::Host(std::vector<std::string> arguments) const {
 std::vector<std::string> Container::ReadLog(const std::string& module) const {
     Command command;
     command.words = {ORVANE_LOG_PROGRAM, "--quiet", "--key", ORVANE_LOG_KEY_FILE};
-    for (const fs::path& file : LogFiles(module))
-        command.words.push_back(file.string());
+    // To a module's folder belongs the block that lies outside of it; before the first flush there is that alone.
+    const fs::path source = fs::exists(LogFolder(module)) ? LogFolder(module) : MappedFile(module);
+    if (!fs::exists(source)) return {};
+    command.words.push_back(source.string());
     return SplitLines(RunToEnd(command));
 }
 

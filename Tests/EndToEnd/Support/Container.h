@@ -42,7 +42,7 @@ public:
 
     // orvane-host with these arguments, in this container.
     Command Host(std::vector<std::string> arguments) const;
-    // Every line that orvane-log gives of the module's files, in order.
+    // Every line that orvane-log gives of the module's files and of its block, in order.
     std::vector<std::string> ReadLog(const std::string& module) const;
     // The events that the data plugin wrote.
     std::filesystem::path EventsFile() const { return _folder.Path() / "events.jsonl"; }

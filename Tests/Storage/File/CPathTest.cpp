@@ -12,13 +12,13 @@
 #include "Base/QuernCommon.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/PathSource.h"
-#include "Support/ConsoleTranscript.h"
+#include "Support/CapturedConsole.h"
 #include "Support/TestContainer.h"
 
 namespace {
 
-using Orvane::Testing::CacheFolder;
-using Orvane::Testing::WriteFile;
+using OrvaneTest::CacheFolder;
+using OrvaneTest::WriteFile;
 using Quern::AArray;
 using Quern::AString;
 using Quern::CFile;
@@ -120,7 +120,7 @@ TEST(CPath, JoinsAndCutsPaths) {
 }
 
 TEST(CPath, ListsFilesAndDirectories) {
-    Orvane::Testing::ConsoleTranscript console;
+    OrvaneTest::CapturedConsole console;
     const std::string folder = CacheFolder() + "/listed";
     WriteFile(folder + "/file", "1");
     WriteFile(folder + "/.hidden", "1");

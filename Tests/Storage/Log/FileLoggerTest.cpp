@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <vector>
 
+#include "Storage/Log/BlockJournal.h"
 #include "Support/TestContainer.h"
 #include "Support/ThreadedConsole.h"
 
@@ -117,6 +119,21 @@ TEST_F(FileLoggerTest, SizeLimitsWithBothExceedOps) {
     EXPECT_EQ(ReadLogFiles("OtherOp").size(), mebibyte.size() + 2);
 }
 
+TEST_F(FileLoggerTest, ADropLeavesNothingBehindThatTheJournalWouldNotLearn) {
+    AFileLogger logger("Told", kAppendAsync, 1, kLogDrop);
+    Append(logger, std::string((1 << 20) + 1, 'a'));
+    Append(logger, "dropped");
+    const std::string name = FilesIn(LogFolder("Told")).at(0);
+    fs::resize_file(LogFolder("Told") + "/" + name, 3);  // as who rotates files by copying does
+    std::vector<uint8_t> memory(sizeof(BlockJournalLayout));
+    BlockJournal journal(memory.data());
+    logger.Log2File("kept", 4, &journal);
+    EXPECT_EQ(ReadLogFiles("Told"), "aaakept");
+    const auto* layout = reinterpret_cast<const BlockJournalLayout*>(memory.data());
+    EXPECT_EQ(layout->fileName, name);
+    EXPECT_EQ(layout->fileOffset, 3);
+}
+
 TEST_F(FileLoggerTest, WithinAnHourASyncFileThatStartsOverCostsTheLineThatFindsItTooLong) {
     AFileLogger logger("Rare", kAppendSync, 1, kLogStartOver);
     Append(logger, std::string((1 << 20) + 1, 'a'));
@@ -126,6 +143,19 @@ TEST_F(FileLoggerTest, WithinAnHourASyncFileThatStartsOverCostsTheLineThatFindsI
     EXPECT_THAT(FilesIn(LogFolder("Rare")), IsEmpty());
     Append(logger, "kept\n");
     EXPECT_EQ(FilesIn(LogFolder("Rare")).size(), 1u);
+}
+
+TEST_F(FileLoggerTest, AFileThatIsTooLongAndCannotBeRemovedCostsTheDataOfThatCallAlone) {
+    AFileLogger logger("Stuck", kAppendSync, 1, kLogStartOver);
+    Append(logger, std::string((1 << 20) + 1, 'a'));
+    const std::string path = LogFolder("Stuck") + "/" + FilesIn(LogFolder("Stuck")).at(0);
+    fs::remove(path);
+    WriteFile(path + "/in the way", "a folder in the file's place");
+    Append(logger, "lost\n");
+    EXPECT_EQ(console->Count("| _logFile is null or file not exist"), 1);
+    fs::remove_all(path);
+    Append(logger, "kept\n");
+    EXPECT_EQ(FilesIn(LogFolder("Stuck")).size(), 1u);
 }
 
 std::string NameOf(const std::string& module, int hoursAgo, const std::string& ext) {

@@ -93,6 +93,7 @@ TEST_F(LoggerTest, ModesOneAndTwoBringTheBlockBackBetweenTheTips) {
     for (const int mode : {1, 2}) {
         const std::string module = "Mode" + std::to_string(mode);
         Logger* logger = Make(module, mode);
+        EXPECT_FALSE(std::filesystem::exists(LogFolder(module))) << "nothing to write, no folder";
         Say(logger, "first");
         Say(logger, "second", kLogError);
         EXPECT_EQ(ReadLogFiles(module), "") << "what is in the block is not in a file";
@@ -105,6 +106,29 @@ TEST_F(LoggerTest, ModesOneAndTwoBringTheBlockBackBetweenTheTips) {
         EXPECT_EQ(records[1].magic, mode == 2 ? 7 : 9);
         EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(::testing::MatchesRegex(module + "_[0-9]{10}\\.xlog")));
     }
+}
+
+// A process was killed within the tip that ends its restoring. What it wrote of it would swallow the next block's
+// header.
+TEST_F(LoggerTest, ATornEndOfARestoringIsCutOffAndWrittenWhole) {
+    const std::string tip = std::string(kEnd + 2) + "\n";
+    LogBuffer plain(nullptr, 0, true, "");
+    AutoBuffer record;
+    ASSERT_TRUE(plain.Write(tip.data(), tip.size(), record));
+    const std::string whole(reinterpret_cast<const char*>(record.Ptr()), record.Length());
+
+    const std::string file = "Torn_2026010203.xlog";
+    WriteFile(LogFolder("Torn") + "/" + file, whole + whole.substr(0, 60));
+    std::vector<uint8_t> memory(sizeof(BlockJournalLayout));
+    BlockJournal journal(memory.data());
+    journal.Stage(record.Ptr(), record.Length());
+    journal.BeginAppend(file.c_str(), static_cast<int64_t>(whole.size()));
+    WriteFile(CacheFolder() + "/Torn.journal3", std::string(memory.begin(), memory.end()));
+
+    Logger* logger = Make("Torn", 1);
+    Say(logger, "next");
+    EXPECT_EQ(ReadFile(LogFolder("Torn") + "/" + file), whole);
+    EXPECT_THAT(Texts(Reopen("Torn", 1)), ElementsAre(kEnd, kEnd, kBegin, "Info next", kEnd));
 }
 
 TEST_F(LoggerTest, ModeZeroWritesPlainLines) {
@@ -251,6 +275,23 @@ TEST_F(LoggerTest, HoldsAThousandLinesInTheBackground) {
     for (size_t i = 0; i < 1000; ++i)
         ASSERT_EQ(texts[i + 1], "Info held " + std::to_string(i));
     EXPECT_EQ(texts[1001], "Info found them") << "the line after the thousandth is lost";
+}
+
+TEST_F(LoggerTest, HeldBackLinesThatAreMoreThanABlockAllReachTheFile) {
+    Logger* logger = Make("HeldLong", 1);
+    Background();
+    unsigned noise = 1;
+    for (int i = 0; i < 1000; ++i) {
+        std::string text;
+        for (int k = 0; k < 600; ++k)
+            text += static_cast<char>('!' + (noise = noise * 1664525 + 1013904223) / 65536 % 90);
+        Say(logger, text);
+    }
+    Foreground();
+    Say(logger, "found them");
+    const std::string text = Reopen("HeldLong", 1);
+    EXPECT_EQ(text.find("[F]["), std::string::npos) << "no marker took the place of a line";
+    EXPECT_GE(std::count(text.begin(), text.end(), '\n'), 1001);
 }
 
 TEST_F(LoggerTest, AThirdOfTheBlockWakesTheFlushThread) {

@@ -128,29 +128,36 @@ const uint8_t* BlockJournal::Staged(size_t& length) const {
     return length > 0 ? _layout->record : nullptr;
 }
 
-bool BlockJournal::ResolveStaged(const std::string& directory) {
-    size_t length;
-    if (!Staged(length)) return false;
-    if (_layout->fileOffset < 0) return true;
-
-    const std::string name(_layout->fileName, strnlen(_layout->fileName, sizeof _layout->fileName));
+BlockJournal::InFile BlockJournal::LookForStaged(const std::string& path) const {
     const off_t begin = _layout->fileOffset;
-    if (!name.empty() && name.find('/') == std::string::npos) {
-        const Descriptor file(open((directory + "/" + name).c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
-        struct stat status;
-        if (file && fstat(*file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > begin) {
-            std::vector<uint8_t> found(std::min(length, static_cast<size_t>(status.st_size - begin)));
-            if (ReadAt(*file, found.data(), found.size(), begin) &&
-                memcmp(found.data(), _layout->record, found.size()) == 0) {
-                if (found.size() == length) {
-                    Finish();
-                    return false;
-                }
-                // A part of the record alone: what is appended behind it would be taken for the rest of it.
-                (void)!ftruncate(*file, begin);
-            }
-        }
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    struct stat status;
+    if (!file || fstat(*file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= begin)
+        return InFile::kNothing;
+    const size_t length = _layout->recordLength;
+    std::vector<uint8_t> found(std::min(length, static_cast<size_t>(status.st_size - begin)));
+    if (!ReadAt(*file, found.data(), found.size(), begin) || memcmp(found.data(), _layout->record, found.size()) != 0)
+        return InFile::kNothing;
+    return found.size() == length ? InFile::kWhole : InFile::kPart;
+}
+
+BlockJournal::StagedPlace BlockJournal::FindStaged(const std::string& directory) const {
+    const std::string name(_layout->fileName, strnlen(_layout->fileName, sizeof _layout->fileName));
+    const bool hasBegun = _layout->recordLength > 0 && _layout->fileOffset >= 0;
+    if (!hasBegun || name.empty() || name.find('/') != std::string::npos) return {};  // a name is no path
+    const std::string path = directory + "/" + name;
+    return {LookForStaged(path), path, static_cast<uint64_t>(_layout->fileOffset)};
+}
+
+bool BlockJournal::ResolveStaged(const std::string& directory) {
+    if (_layout->recordLength == 0) return false;
+    const StagedPlace place = FindStaged(directory);
+    if (place.inFile == InFile::kWhole) {
+        Finish();
+        return false;
     }
+    // What is appended behind a part of the record would be taken for the rest of it.
+    if (place.inFile == InFile::kPart) (void)!truncate(place.path.c_str(), static_cast<off_t>(place.offset));
     _layout->fileOffset = BlockJournalLayout::kNotBegun;
     StoreBarrier();
     return true;

@@ -62,11 +62,21 @@ public:
 
     // The staged record, or null.
     const uint8_t* Staged(size_t& length) const;
+    // What of the staged record the file has that it was meant for, and from where on. Changes nothing.
+    enum class InFile { kNothing, kPart, kWhole };
+    struct StagedPlace {
+        InFile inFile = InFile::kNothing;
+        std::string path;
+        uint64_t offset = 0;
+    };
+    StagedPlace FindStaged(const std::string& directory) const;
     // After a restart: settles what the dead process left staged. If its file has the whole record, drops it; if its
     // file ends in a part of it, cuts that part off. Returns whether the record still has to be appended.
     bool ResolveStaged(const std::string& directory);
 
 private:
+    InFile LookForStaged(const std::string& path) const;
+
     BlockJournalLayout* _layout;
 };
 

@@ -75,13 +75,16 @@ void AFileLogger::Log2File(const void* data, size_t length, BlockJournal* journa
             return;
         }
     }
-    if (_sizeLimit >= 1 && !MakeRoom(path)) return;
+    if (_sizeLimit >= 1 && !MakeRoom(path)) {
+        if (_mode == kAppendAsync) _logFile.reset();
+        return;
+    }
     Append(data, length, path, journal);
 }
 
 void AFileLogger::Append(const void* data, size_t length, const AString& path, BlockJournal* journal) {
-    const int64_t before = journal ? FileSize(path.c_str()) : -1;
-    if (before >= 0) {
+    const int64_t before = _mode == kAppendAsync ? FileSize(path.c_str()) : -1;
+    if (journal && before >= 0) {
         AString name;
         CPath::GetFileName(path.c_str(), name);
         journal->BeginAppend(name.c_str(), before);
@@ -143,7 +146,12 @@ bool AFileLogger::MakeRoom(const AString& path) {
         ORVANE_CONSOLE(kLogInfo, "_logFile size exceed return");
         return false;
     }
-    if (_exceedOp != kLogStartOver || !_RemoveIfFileExceedLimit()) return true;
+    if (_exceedOp != kLogStartOver) return true;
+    if (!_RemoveIfFileExceedLimit()) {
+        if (_logFile) return true;
+        ORVANE_CONSOLE(kLogError, "_logFile is null or file not exist");  // it cannot be removed, or is gone already
+        return false;
+    }
     // Between two lines of the same hour the path is not known here: that line is lost, and the next call opens the
     // right file.
     if (_OpenLogFile(path.c_str())) return true;

@@ -57,6 +57,7 @@ private:
     bool _IsNeedToCreateLogFile(const tm* now);
     bool _GetFilePathByTime(AString& path) const;
     bool _OpenLogFile(const char* path);
+    // Whether a file that was too long is removed. Where it was too long and could not be, there is no open file after.
     bool _RemoveIfFileExceedLimit();
     bool MakeRoom(const AString& path);
     void Append(const void* data, size_t length, const AString& path, BlockJournal* journal);

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "Storage/File/CPath.h"
+#include "Storage/Log/LogRecord.h"
 #include "Storage/Log/Logger.h"
 #include "Storage/Log/MappedFile.h"
 #include "System/Application/BackgroundState.h"
@@ -85,10 +86,13 @@ void LogStore::CloseBlock() {
 // What a dead process staged goes first: its lines are older than those of the block.
 void LogStore::Restore() {
     AutoBuffer staged, block;
-    if (_journal && _journal->ResolveStaged(_fileLogger.Directory().c_str())) {
-        size_t length;
-        const uint8_t* record = _journal->Staged(length);
-        staged.Write(record, length);
+    size_t length = 0;
+    const uint8_t* const record = _journal ? _journal->Staged(length) : nullptr;
+    if (record && _journal->ResolveStaged(_fileLogger.Directory().c_str())) {
+        if (LogRecord::IsCompressed(record[LogRecord::kMagicAt]))
+            staged.Write(record, length);
+        else
+            AppendStaged(record, length);  // the tip that the restoring before this one had yet to end with
     }
     bool hasBlock;
     {
@@ -99,17 +103,20 @@ void LogStore::Restore() {
     }
     if (staged.Length() == 0 && !hasBlock) return;
 
-    WriteTips("----------- begin of mmap -----------\n");
+    // A torn record is taken for the begin of what is appended behind it. If this process is killed in the first tip,
+    // that is the first tip of the next one, which finds everything still to be restored. Behind the last tip come
+    // lines: it goes by way of the journal.
+    WriteTips(nullptr, "----------- begin of mmap -----------\n");
     if (staged.Length() > 0) {
         AppendStaged(staged.Ptr(), staged.Length());
         const CCritical guard(&_mutex);
         _logBuffer->Flush(block);
     }
     if (block.Length() > 0) AppendStaged(block.Ptr(), block.Length());
-    WriteTips("----------- end of mmap -----------\n");
+    WriteTips(_journal.get(), "----------- end of mmap -----------\n");
 }
 
-void LogStore::WriteTips(const char* format, ...) {
+void LogStore::WriteTips(BlockJournal* journal, const char* format, ...) {
     char text[kLogLineCapacity];
     va_list arguments;
     va_start(arguments, format);
@@ -120,7 +127,9 @@ void LogStore::WriteTips(const char* format, ...) {
         const CCritical guard(&_mutex);
         _logBuffer->Write(text, strlen(text), record);
     }
-    _fileLogger.Log2File(record.Ptr(), record.Length());
+    if (journal) journal->Stage(record.Ptr(), record.Length());
+    _fileLogger.Log2File(record.Ptr(), record.Length(), journal);
+    if (journal) journal->Finish();
 }
 
 void LogStore::AppendStaged(const void* data, size_t length) {
@@ -174,6 +183,7 @@ void LogStore::TakeHeldBack() {
         _hasPendingLines.store(false, std::memory_order_relaxed);
     }
     for (int i = 0; i < lines.Count(); ++i) {
+        WaitForRoom();
         const AString* line = lines.AStringAtIndex(i);
         AsyncAppend(line->c_str(), static_cast<size_t>(line->length()));
     }

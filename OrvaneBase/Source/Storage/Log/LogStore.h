@@ -63,7 +63,7 @@ private:
     void* MapBesideTheLogs(const char* extension, size_t size) const;
     bool MapBlock();
     void Restore();
-    void WriteTips(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    void WriteTips(BlockJournal* journal, const char* format, ...) __attribute__((format(printf, 3, 4)));
     void AppendStaged(const void* data, size_t length);
     bool Flush();
     static void* FlushThread(void* argument);

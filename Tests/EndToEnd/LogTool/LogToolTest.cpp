@@ -1,0 +1,196 @@
+// Runs orvane-log as a user does.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <json/json.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <sstream>
+#include <thread>
+
+#include "Support/LogWriter.h"
+#include "Support/Process.h"
+#include "Tools/Log/TemporaryFolder.h"
+
+namespace EndToEnd {
+namespace {
+
+using namespace OrvaneTest;
+using OrvaneLog::TemporaryFolder;
+using testing::HasSubstr;
+
+struct Result {
+    std::string output, error;
+    int status = -1;
+};
+
+Result Run(std::vector<std::string> arguments, std::vector<std::pair<std::string, std::string>> environment = {}) {
+    arguments.insert(arguments.begin(), ORVANE_LOG_PROGRAM);
+    Result result;
+    Ending ending;
+    result.output = RunToEnd({arguments, environment, ""}, &ending, &result.error);
+    EXPECT_EQ(ending.signal, 0);
+    result.status = ending.exitStatus;
+    return result;
+}
+
+std::string BytesOf(const std::string& digits) {
+    std::string bytes;
+    for (size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
+    return bytes;
+}
+
+TEST(LogTool, AKeyPairOpensWhatItsPublicHalfClosed) {
+    const TemporaryFolder folder;
+    const std::string key = folder / "reader.key", other = folder / "other.key";
+    const Result made = Run({"--keygen", key});
+    ASSERT_EQ(made.status, 0) << made.error;
+    ASSERT_EQ(made.output.size(), 129u);
+    EXPECT_EQ(made.output.find_first_not_of("0123456789abcdef"), 128u);
+    struct stat facts;
+    ASSERT_EQ(stat(key.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777, 0600u);
+    EXPECT_EQ(Run({"--keygen", key}).status, 2) << "a key is never replaced";
+    EXPECT_EQ(Run({"--keygen=" + other}).status, 0);
+
+    const auto lines = NumberedLines(0, 300);
+    const WriterKey writer = AgreeWith(BytesOf(made.output.substr(0, 128)));
+    const std::string log =
+        folder.Write("Pell_2026112421.xlog", EncryptedRecord(1, lines, writer) + EncryptedRecord(2, lines, writer));
+    const Result read = Run({"--key", other, "--key", key, log});
+    EXPECT_EQ(read.status, 0) << read.error;
+    EXPECT_EQ(read.output, Joined(lines) + Joined(lines));
+    EXPECT_EQ(read.error, "");
+
+    const Result closed = Run({"--key", other, log});
+    EXPECT_EQ(closed.status, 3);
+    EXPECT_EQ(closed.output, "");
+    EXPECT_THAT(closed.error, HasSubstr("2 encrypted records"));
+    EXPECT_EQ(std::count(closed.error.begin(), closed.error.end(), '\n'), 1) << closed.error;
+    EXPECT_EQ(Run({"--verify", log}).status, 0) << "without a key it is as sound as can be told";
+    EXPECT_EQ(Run({"--key", log, log}).status, 2) << "no key";
+    EXPECT_EQ(Run({"--key", folder / "gone", log}).status, 2);
+}
+
+TEST(LogTool, ExitStatuses) {
+    const TemporaryFolder folder;
+    const std::string good = CompressedRecord(1, NumberedLines(0, 10));
+    const std::string sound = folder.Write("sound.xlog", good),
+                      hurt = folder.Write("hurt.xlog", good + "garbage" + good);
+    for (const char* how : {"--verify", "--records", "--json"}) {
+        EXPECT_EQ(Run({how, sound}).status, 0) << how;
+        EXPECT_EQ(Run({how, hurt, sound}).status, 1) << how;
+        EXPECT_EQ(Run({how, sound, folder / "gone.xlog"}).status, 2) << how;
+    }
+    const Result verify = Run({"--verify", hurt});
+    EXPECT_EQ(verify.output, "");
+    EXPECT_THAT(verify.error, HasSubstr(hurt + ": offset " + std::to_string(good.size()) + ": skipped 7 bytes: "));
+    EXPECT_THAT(verify.error, HasSubstr("1 file, 2 records, 7 bytes skipped in 1 place"));
+    EXPECT_EQ(Run({"--verify", "--quiet", hurt}).error, "");
+    for (const std::vector<std::string>& wrong :
+         std::vector<std::vector<std::string>>{{}, {"--nonsense"}, {"--grep", "(", sound}}) {
+        const Result result = Run(wrong);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.error, testing::StartsWith("orvane-log: "));
+    }
+    EXPECT_EQ(Run({"--help"}).status, 0);
+    EXPECT_THAT(Run({"--help"}).output, HasSubstr("Exit status"));
+    EXPECT_EQ(Run({"--verify", "/dev/null"}).status, 0);
+}
+
+TEST(LogTool, AFolderWithLeftOverBlocksThroughTheFilters) {
+    const TemporaryFolder folder;
+    std::string open = CompressedRecord(3, NumberedLines(500, 3));
+    open.pop_back();
+    const std::string multi = NumberedLine(70) + "\nsecond line of needle\n";
+    folder.Write("OrvaneSDKLog/Sample/Sample_2026112421.xlog", CompressedRecord(1, NumberedLines(0, 60)));
+    folder.Write("OrvaneSDKLog/Sample/Sample_2026112422.log", Joined(NumberedLines(60, 10)) + multi);
+    folder.Write("Sample.mmap3", MappedBlock(open));
+    folder.Write("OrvaneSDKLog/Other/Other_2026112421.xlog", PlainRecord("other\n"));
+    const std::string root = folder.Path();
+
+    const std::string sample = Joined(NumberedLines(0, 70)) + multi + Joined(NumberedLines(500, 3));
+    EXPECT_EQ(Run({root}).output, "other\n" + sample);
+    EXPECT_EQ(Run({"--module", "Sample", root}).output, sample);
+    EXPECT_EQ(Run({folder / "OrvaneSDKLog/Sample"}).output, sample);
+    EXPECT_EQ(Run({"--lines", "4", root}).output, multi + Joined(NumberedLines(500, 3)));
+    EXPECT_EQ(Run({"--grep", "needle$", root}).output, multi);
+    EXPECT_EQ(Run({"--since", "2026-11-24 21:08:20", "--until", "2026-11-24 21:08:21", root}).output,
+              Joined(NumberedLines(500, 1)));
+    EXPECT_EQ(Run({"--level", "error", root}).output.substr(0, NumberedLine(4).size()), NumberedLine(4));
+    const std::string coloured = Run({"--color=always", "--grep", "line 4 ", root}).output;
+    EXPECT_EQ(coloured, "\x1b[31m" + NumberedLine(4) + "\x1b[0m\n");
+    EXPECT_EQ(Run({"--color=auto", "--grep", "line 4 ", root}).output, NumberedLine(4) + "\n");
+
+    std::istringstream json(Run({"--json", root}).output);
+    size_t objects = 0;
+    for (std::string line; std::getline(json, line); ++objects) {
+        Json::Value value;
+        EXPECT_TRUE(Json::Reader().parse(line, value)) << line;
+    }
+    EXPECT_EQ(objects, 75u);
+}
+
+TEST(LogTool, StandardInputIsReadAsItComes) {
+    Process process({{ORVANE_LOG_PROGRAM, "-"}, {}, ""});
+    const std::string record = CompressedRecord(1, NumberedLines(0, 5));
+    process.Send(record + record.substr(0, 40));
+    process.Send(record.substr(40) + "rest");
+    process.CloseInput();
+    const Ending ending = process.Wait();
+    EXPECT_EQ(ending.exitStatus, 1);
+    EXPECT_EQ(process.Output(), Joined(NumberedLines(0, 5)) + Joined(NumberedLines(0, 5)));
+    EXPECT_THAT(process.Error(), HasSubstr("-: offset " + std::to_string(2 * record.size()) + ": skipped 4 bytes"));
+}
+
+bool WaitForOutput(const Process& process, const std::string& text) {
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    while (process.Output() != text && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return process.Output() == text;
+}
+
+TEST(LogTool, FollowsAFolder) {
+    const TemporaryFolder folder;
+    const std::string file = "OrvaneSDKLog/Sample/Sample_2026112421.xlog";
+    folder.Write(file, CompressedRecord(1, NumberedLines(0, 30)));
+    Process process({{ORVANE_LOG_PROGRAM, "--follow", "--level", "info", folder.Path()}, {}, ""});
+    std::string expected;
+    for (unsigned i = 18; i < 30; ++i)
+        if (i % 5 != 0) expected += NumberedLine(i) + "\n";
+    ASSERT_TRUE(WaitForOutput(process, expected)) << process.Output() << process.Error();
+    std::string open = CompressedRecord(2, {NumberedLine(31), NumberedLine(35)});
+    open.pop_back();
+    folder.Write("Sample.mmap3", MappedBlock(open));
+    expected += NumberedLine(31) + "\n";
+    EXPECT_TRUE(WaitForOutput(process, expected)) << process.Output();
+    folder.Write(file, CompressedRecord(2, {NumberedLine(31), NumberedLine(35), NumberedLine(36)}), true);
+    expected += NumberedLine(36) + "\n";
+    EXPECT_TRUE(WaitForOutput(process, expected)) << process.Output();
+    process.Signal(SIGTERM);
+    EXPECT_TRUE(process.Wait().ended);
+    EXPECT_EQ(process.Error(), "");
+}
+
+// A payload of a hundred kilobytes that inflates to a hundred megabytes, read in far less memory than that.
+TEST(LogTool, ABombDoesNotFillTheMemory) {
+    const TemporaryFolder folder;
+    RecordFields bomb;
+    bomb.payload = DeflateLines(std::vector<std::string>(100, std::string(1 << 20, 'A')));
+    const std::string log = folder.Write("bomb.xlog", RecordBytes(bomb) + CompressedRecord(2, {"after"}));
+    for (const char* how : {"--verify", "--records", "--grep=after"}) {
+        EXPECT_EQ(Run({how, log}).status, 0) << how;
+    }
+    rusage usage;
+    ASSERT_EQ(getrusage(RUSAGE_CHILDREN, &usage), 0);
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer's own memory is counted with the program's";
+#endif
+    EXPECT_LT(usage.ru_maxrss, 40000) << "kilobytes";
+}
+
+}  // namespace
+}  // namespace EndToEnd

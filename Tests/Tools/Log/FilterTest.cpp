@@ -1,0 +1,147 @@
+#include "Log/Filter.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "Log/Arguments.h"
+#include "Log/TimeArgument.h"
+#include "Support/LogWriter.h"
+
+namespace OrvaneLog {
+namespace {
+
+using OrvaneTest::NumberedLine;
+
+Entry EntryOf(const std::string& whole) {
+    return MakeEntry(whole);
+}
+
+const std::string kDebug = "[2026-11-24 21:00:00 000] | Debug | [Pell] |1| a.cpp:1|f| quiet";
+const std::string kError = "[2026-11-24 22:30:00 500] | Error | [Ravel] |1| b.cpp:2|g| took 15 ms\nback trace";
+const std::string kLoss = "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: 122900";
+const std::string kTip = "----------- begin of mmap -----------";
+
+bool Passes(const FilterOptions& options, const std::string& whole, const std::string& module = "") {
+    return Filter(options, module).Accepts(EntryOf(whole));
+}
+
+TEST(Filter, ByLevelAndModule) {
+    FilterOptions options;
+    EXPECT_TRUE(options.IsEmpty());
+    options.minimumLevel = 4;
+    EXPECT_FALSE(Passes(options, kDebug));
+    EXPECT_TRUE(Passes(options, kError));
+    EXPECT_TRUE(Passes(options, kLoss)) << "lost lines are an error";
+    EXPECT_FALSE(Passes(options, kTip));
+
+    options = {};
+    options.modules = {"Ravel", "Sample"};
+    EXPECT_FALSE(Passes(options, kDebug));
+    EXPECT_TRUE(Passes(options, kError));
+    EXPECT_TRUE(Passes(options, NumberedLine(1)));
+    EXPECT_FALSE(Passes(options, kTip, "Pell"));
+    EXPECT_TRUE(Passes(options, kTip, "Ravel")) << "what tells no module goes by the file's name";
+}
+
+TEST(Filter, ByTime) {
+    FilterOptions options;
+    options.since = 20261124220000000;
+    options.until = 20261124223000500;
+    EXPECT_FALSE(Passes(options, kDebug));
+    EXPECT_TRUE(Passes(options, kError)) << "the end is included";
+    Filter filter(options, "");
+    EXPECT_FALSE(filter.Accepts(EntryOf(kTip))) << "nothing tells its time yet";
+    EXPECT_TRUE(filter.Accepts(EntryOf(kError)));
+    EXPECT_TRUE(filter.Accepts(EntryOf(kLoss))) << "goes by the line before it";
+    EXPECT_FALSE(filter.Accepts(EntryOf(kDebug)));
+    EXPECT_FALSE(filter.Accepts(EntryOf(kLoss)));
+}
+
+TEST(Pattern, FindsExpressionsAndPlainText) {
+    std::string error;
+    const auto found = [&error](const std::string& expression, const std::string& text) {
+        const auto pattern = Pattern::Compile(expression, error);
+        return pattern && pattern->IsFoundIn(text);
+    };
+    EXPECT_TRUE(found("took", kError));
+    EXPECT_TRUE(found("took \\d+ ms$", kError)) << "lines of a text end where they end";
+    EXPECT_TRUE(found("^back", kError));
+    EXPECT_FALSE(found("^took", kError));
+    EXPECT_TRUE(found("(o)\\1k", kError)) << "back-references";
+    EXPECT_FALSE(found("Took", kError));
+    EXPECT_TRUE(error.empty() || found("took", kError));
+    for (const char* wrong : {"(", "[a", "a{2", "*", "\\"}) {
+        error.clear();
+        EXPECT_EQ(Pattern::Compile(wrong, error), nullptr) << wrong;
+        EXPECT_FALSE(error.empty()) << wrong;
+    }
+    // Neither a long text nor a nasty expression may end the program.
+    EXPECT_FALSE(found("(x+x+)+y", std::string(60000, 'x')));
+    EXPECT_FALSE(found("(x|x)*\\1y", std::string(12, 'x')));
+}
+
+TEST(TimeArgument, ReadsWhatPeopleWrite) {
+    setenv("TZ", "UTC", 1);
+    tzset();
+    const time_t now = 1795557039;  // 2026-11-24 21:50:39
+    const struct {
+        const char* text;
+        LocalStamp stamp;
+    } good[] = {
+        {"2026-11-24 21:50", 20261124215000000},
+        {"2026-11-24 21:50:39", 20261124215039000},
+        {"2026-11-24T21:50", 20261124215000000},
+        {"2024-02-29", 20240229000000000},
+        {"09:05", 20261124090500000},
+        {"09:05:07", 20261124090507000},
+        {"-10m", 20261124214039000},
+        {"-2h", 20261124195039000},
+        {"-1d", 20261123215039000},
+        {"-39s", 20261124215000000},
+    };
+    for (const auto& one : good) {
+        LocalStamp stamp = 0;
+        EXPECT_TRUE(ParseTimeArgument(one.text, now, stamp)) << one.text;
+        EXPECT_EQ(stamp, one.stamp) << one.text;
+    }
+    for (const char* wrong :
+         {"", "-", "-m", "-10", "-10w", "-1.5h", "--5m", "-99999999999999999999s", "2026-13-01", "2026-02-29",
+          "2026-11-24 24:00", "21:60", "9:05", "now", "2026-11-24 21", "21:50:39:00"}) {
+        LocalStamp stamp = 0;
+        EXPECT_FALSE(ParseTimeArgument(wrong, now, stamp)) << wrong;
+    }
+}
+
+TEST(Arguments, RefusesWhatMakesNoSense) {
+    const auto parse = [](const std::vector<std::string>& words, std::string& error) {
+        Arguments arguments;
+        return ParseArguments(words, 0, arguments, error);
+    };
+    std::string error;
+    EXPECT_TRUE(
+        parse({"--key", "a", "--key=b", "--level", "warning", "--since", "-10m", "-n", "5", "x.xlog", "-"}, error));
+    EXPECT_TRUE(parse({"x", "--verify"}, error)) << "options may come last";
+    EXPECT_TRUE(parse({"--keygen"}, error));
+    EXPECT_TRUE(parse({"--keygen", "file"}, error));
+    const std::vector<std::vector<std::string>> wrong = {{},
+                                                         {"--level", "loud", "x"},
+                                                         {"--level", "5", "x"},
+                                                         {"--since", "noon", "x"},
+                                                         {"--grep", "(", "x"},
+                                                         {"--lines", "-1", "x"},
+                                                         {"--color=green", "x"},
+                                                         {"--records", "--verify", "x"},
+                                                         {"--follow", "-"},
+                                                         {"--keygen", "a", "b"},
+                                                         {"--key"},
+                                                         {"--nonsense", "x"}};
+    for (const auto& words : wrong) {
+        error.clear();
+        EXPECT_FALSE(parse(words, error)) << (words.empty() ? "" : words[0]);
+        EXPECT_FALSE(error.empty());
+    }
+}
+
+}  // namespace
+}  // namespace OrvaneLog

@@ -1,0 +1,32 @@
+// What a logger that died left beside its files, as its next start would bring it back.
+#ifndef ORVANE_TOOLS_LOG_LEFT_OVER_H
+#define ORVANE_TOOLS_LOG_LEFT_OVER_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Log/ByteSource.h"
+#include "Log/KeyRing.h"
+#include "Log/ReadEvents.h"
+
+namespace OrvaneLog {
+
+struct LeftOver {
+    // A closed block that had left the mapped file and not, or not all of it, reached its log file; or empty.
+    std::vector<uint8_t> staged;
+    // The file that ends in a part of it, which begins there; or empty. That part is of no use beside the whole.
+    std::string tornFile;
+    uint64_t tornFrom = 0;
+    std::vector<uint8_t> block;  // the mapped block, with what the journal beside it puts right
+};
+
+// `path` is that of the block, which says where its journal and its files are. Changes nothing on the disk.
+LeftOver ReadLeftOver(const std::string& path, ByteSource& block);
+
+// Hands out what is left over, oldest first.
+void WalkLeftOver(const LeftOver& leftOver, KeyRing& keys, ReadEvents& events);
+
+}  // namespace OrvaneLog
+
+#endif
