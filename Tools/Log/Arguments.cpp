@@ -166,6 +166,7 @@ bool CheckWhole(Arguments& arguments, std::string& error) {
 }  // namespace
 
 bool ParseArguments(const std::vector<std::string>& words, time_t now, Arguments& arguments, std::string& error) {
+    error.clear();
     std::vector<std::string> copies = {"orvane-log"};
     copies.insert(copies.end(), words.begin(), words.end());
     std::vector<char*> pointers;

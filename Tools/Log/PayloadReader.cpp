@@ -10,6 +10,8 @@ namespace {
 constexpr int kRawDeflate = -15;
 constexpr size_t kInputChunk = 64u << 10;  // whole cipher groups
 constexpr size_t kTextChunk = 256u << 10;
+// What inflate says of its state in z_stream::data_type.
+constexpr int kAtBlockEnd = 128, kUnusedBits = 7;
 static_assert(kInputChunk % Quern::kLogTeaGroup == 0 && kInputChunk <= ByteWindow::kCapacity);
 
 }  // namespace
@@ -95,8 +97,9 @@ std::string_view PayloadReader::NextInflated() {
 
 uint64_t PayloadReader::TextUpToLastFlush(const Payload& payload) {
     Begin(payload);
+    _endsAtFlush = false;
     // Stops at every end of a deflate block. A flush is an empty block that ends on a byte's edge.
-    uint64_t flushed = 0, text = 0, textAtBlock = 0;
+    uint64_t flushed = 0, flushedAt = 0, text = 0, textAtBlock = 0;
     for (;;) {
         const bool hasInput = _stream.avail_in > 0 || Refill();
         _stream.next_out = _text.get();
@@ -105,13 +108,19 @@ uint64_t PayloadReader::TextUpToLastFlush(const Payload& payload) {
         _consumed = _read - _stream.avail_in;
         text += kTextChunk - _stream.avail_out;
         const bool starved = result == Z_BUF_ERROR && _stream.avail_in == 0;
-        if (starved && !hasInput) return text;
+        if (starved && !hasInput) {
+            _endsAtFlush = flushedAt == _consumed;
+            return text;
+        }
         if (result != Z_OK && !starved) {
             _failed = result != Z_STREAM_END;
             return flushed;
         }
-        if (!(_stream.data_type & 128)) continue;
-        if (text == textAtBlock && (_stream.data_type & 7) == 0) flushed = text;
+        if (!(_stream.data_type & kAtBlockEnd)) continue;
+        if (text == textAtBlock && !(_stream.data_type & kUnusedBits)) {
+            flushed = text;
+            flushedAt = _consumed;
+        }
         textAtBlock = text;
     }
 }

@@ -48,6 +48,8 @@ public:
     // How much text can be trusted of a payload that runs into foreign bytes: all up to the last flush that the
     // writer made, or all there is if the data just ends; Failed() tells which. Begin must be called again afterwards.
     uint64_t TextUpToLastFlush(const Payload& payload);
+    // Whether that found the payload to end just where the writer made a flush, as it does in a whole record.
+    bool EndsAtFlush() const { return _endsAtFlush; }
 
 private:
     bool Refill();
@@ -64,6 +66,7 @@ private:
     uint64_t _consumed = 0;
     bool _failed = false;
     bool _atEnd = false;
+    bool _endsAtFlush = false;
 };
 
 }  // namespace OrvaneLog

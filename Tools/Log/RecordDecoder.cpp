@@ -98,13 +98,13 @@ bool RecordDecoder::OpenPlain() {
         _report.why = TornWhy();
         return true;
     }
-    _convinces = text;
+    _convinces = text && IsInPlace();
     const bool isDue = _report.header.IsPlausible() && IsInPlace();
     return text || isDue ? true : Refuse("a false header: what follows is no text");
 }
 
 bool RecordDecoder::OpenCompressed() {
-    if (_framing == Framing::kWhole && !InflatesThroughout()) {
+    if (_framing == Framing::kWhole && !EndsWhereItShould()) {
         // With nothing behind it to confirm its length, the end byte was there by chance.
         if (!_report.header.IsPlausible()) return Refuse("a false header: what follows is no compressed text");
         const Quern::LogTeaKey* const key = _payload.key;
@@ -147,10 +147,10 @@ bool RecordDecoder::OpenEncrypted() {
     return true;
 }
 
-bool RecordDecoder::InflatesThroughout() {
+bool RecordDecoder::EndsWhereItShould() {
     _reader.TextUpToLastFlush(_payload);
     _work += _reader.Consumed();
-    return !_reader.Failed();
+    return _reader.EndsAtFlush();
 }
 
 bool RecordDecoder::JudgeWhole() {

@@ -43,7 +43,7 @@ private:
     bool OpenCompressed();
     bool OpenEncrypted();
     void MeasurePayload();
-    bool InflatesThroughout();
+    bool EndsWhereItShould();
     bool JudgeWhole();
     bool JudgeTorn();
     bool ShowsText(std::string_view text) const;

@@ -26,7 +26,7 @@ struct Result {
     int status = -1;
 };
 
-Result Run(std::vector<std::string> arguments, std::vector<std::pair<std::string, std::string>> environment = {}) {
+Result RunReader(std::vector<std::string> arguments, std::vector<std::pair<std::string, std::string>> environment = {}) {
     arguments.insert(arguments.begin(), ORVANE_LOG_PROGRAM);
     Result result;
     Ending ending;
@@ -46,33 +46,33 @@ std::string BytesOf(const std::string& digits) {
 TEST(LogTool, AKeyPairOpensWhatItsPublicHalfClosed) {
     const TemporaryFolder folder;
     const std::string key = folder / "reader.key", other = folder / "other.key";
-    const Result made = Run({"--keygen", key});
+    const Result made = RunReader({"--keygen", key});
     ASSERT_EQ(made.status, 0) << made.error;
     ASSERT_EQ(made.output.size(), 129u);
     EXPECT_EQ(made.output.find_first_not_of("0123456789abcdef"), 128u);
     struct stat facts;
     ASSERT_EQ(stat(key.c_str(), &facts), 0);
     EXPECT_EQ(facts.st_mode & 0777, 0600u);
-    EXPECT_EQ(Run({"--keygen", key}).status, 2) << "a key is never replaced";
-    EXPECT_EQ(Run({"--keygen=" + other}).status, 0);
+    EXPECT_EQ(RunReader({"--keygen", key}).status, 2) << "a key is never replaced";
+    EXPECT_EQ(RunReader({"--keygen=" + other}).status, 0);
 
     const auto lines = NumberedLines(0, 300);
     const WriterKey writer = AgreeWith(BytesOf(made.output.substr(0, 128)));
     const std::string log =
         folder.Write("Pell_2026112421.xlog", EncryptedRecord(1, lines, writer) + EncryptedRecord(2, lines, writer));
-    const Result read = Run({"--key", other, "--key", key, log});
+    const Result read = RunReader({"--key", other, "--key", key, log});
     EXPECT_EQ(read.status, 0) << read.error;
     EXPECT_EQ(read.output, Joined(lines) + Joined(lines));
     EXPECT_EQ(read.error, "");
 
-    const Result closed = Run({"--key", other, log});
+    const Result closed = RunReader({"--key", other, log});
     EXPECT_EQ(closed.status, 3);
     EXPECT_EQ(closed.output, "");
     EXPECT_THAT(closed.error, HasSubstr("2 encrypted records"));
     EXPECT_EQ(std::count(closed.error.begin(), closed.error.end(), '\n'), 1) << closed.error;
-    EXPECT_EQ(Run({"--verify", log}).status, 0) << "without a key it is as sound as can be told";
-    EXPECT_EQ(Run({"--key", log, log}).status, 2) << "no key";
-    EXPECT_EQ(Run({"--key", folder / "gone", log}).status, 2);
+    EXPECT_EQ(RunReader({"--verify", log}).status, 0) << "without a key it is as sound as can be told";
+    EXPECT_EQ(RunReader({"--key", log, log}).status, 2) << "no key";
+    EXPECT_EQ(RunReader({"--key", folder / "gone", log}).status, 2);
 }
 
 TEST(LogTool, ExitStatuses) {
@@ -81,24 +81,24 @@ TEST(LogTool, ExitStatuses) {
     const std::string sound = folder.Write("sound.xlog", good),
                       hurt = folder.Write("hurt.xlog", good + "garbage" + good);
     for (const char* how : {"--verify", "--records", "--json"}) {
-        EXPECT_EQ(Run({how, sound}).status, 0) << how;
-        EXPECT_EQ(Run({how, hurt, sound}).status, 1) << how;
-        EXPECT_EQ(Run({how, sound, folder / "gone.xlog"}).status, 2) << how;
+        EXPECT_EQ(RunReader({how, sound}).status, 0) << how;
+        EXPECT_EQ(RunReader({how, hurt, sound}).status, 1) << how;
+        EXPECT_EQ(RunReader({how, sound, folder / "gone.xlog"}).status, 2) << how;
     }
-    const Result verify = Run({"--verify", hurt});
+    const Result verify = RunReader({"--verify", hurt});
     EXPECT_EQ(verify.output, "");
     EXPECT_THAT(verify.error, HasSubstr(hurt + ": offset " + std::to_string(good.size()) + ": skipped 7 bytes: "));
     EXPECT_THAT(verify.error, HasSubstr("1 file, 2 records, 7 bytes skipped in 1 place"));
-    EXPECT_EQ(Run({"--verify", "--quiet", hurt}).error, "");
+    EXPECT_EQ(RunReader({"--verify", "--quiet", hurt}).error, "");
     for (const std::vector<std::string>& wrong :
          std::vector<std::vector<std::string>>{{}, {"--nonsense"}, {"--grep", "(", sound}}) {
-        const Result result = Run(wrong);
+        const Result result = RunReader(wrong);
         EXPECT_EQ(result.status, 2);
         EXPECT_THAT(result.error, testing::StartsWith("orvane-log: "));
     }
-    EXPECT_EQ(Run({"--help"}).status, 0);
-    EXPECT_THAT(Run({"--help"}).output, HasSubstr("Exit status"));
-    EXPECT_EQ(Run({"--verify", "/dev/null"}).status, 0);
+    EXPECT_EQ(RunReader({"--help"}).status, 0);
+    EXPECT_THAT(RunReader({"--help"}).output, HasSubstr("Exit status"));
+    EXPECT_EQ(RunReader({"--verify", "/dev/null"}).status, 0);
 }
 
 TEST(LogTool, AFolderWithLeftOverBlocksThroughTheFilters) {
@@ -113,19 +113,19 @@ TEST(LogTool, AFolderWithLeftOverBlocksThroughTheFilters) {
     const std::string root = folder.Path();
 
     const std::string sample = Joined(NumberedLines(0, 70)) + multi + Joined(NumberedLines(500, 3));
-    EXPECT_EQ(Run({root}).output, "other\n" + sample);
-    EXPECT_EQ(Run({"--module", "Sample", root}).output, sample);
-    EXPECT_EQ(Run({folder / "OrvaneSDKLog/Sample"}).output, sample);
-    EXPECT_EQ(Run({"--lines", "4", root}).output, multi + Joined(NumberedLines(500, 3)));
-    EXPECT_EQ(Run({"--grep", "needle$", root}).output, multi);
-    EXPECT_EQ(Run({"--since", "2026-11-24 21:08:20", "--until", "2026-11-24 21:08:21", root}).output,
+    EXPECT_EQ(RunReader({root}).output, "other\n" + sample);
+    EXPECT_EQ(RunReader({"--module", "Sample", root}).output, sample);
+    EXPECT_EQ(RunReader({folder / "OrvaneSDKLog/Sample"}).output, sample);
+    EXPECT_EQ(RunReader({"--lines", "4", root}).output, multi + Joined(NumberedLines(500, 3)));
+    EXPECT_EQ(RunReader({"--grep", "needle$", root}).output, multi);
+    EXPECT_EQ(RunReader({"--since", "2026-11-24 21:08:20", "--until", "2026-11-24 21:08:21", root}).output,
               Joined(NumberedLines(500, 1)));
-    EXPECT_EQ(Run({"--level", "error", root}).output.substr(0, NumberedLine(4).size()), NumberedLine(4));
-    const std::string coloured = Run({"--color=always", "--grep", "line 4 ", root}).output;
+    EXPECT_EQ(RunReader({"--level", "error", root}).output.substr(0, NumberedLine(4).size()), NumberedLine(4));
+    const std::string coloured = RunReader({"--color=always", "--grep", "line 4 ", root}).output;
     EXPECT_EQ(coloured, "\x1b[31m" + NumberedLine(4) + "\x1b[0m\n");
-    EXPECT_EQ(Run({"--color=auto", "--grep", "line 4 ", root}).output, NumberedLine(4) + "\n");
+    EXPECT_EQ(RunReader({"--color=auto", "--grep", "line 4 ", root}).output, NumberedLine(4) + "\n");
 
-    std::istringstream json(Run({"--json", root}).output);
+    std::istringstream json(RunReader({"--json", root}).output);
     size_t objects = 0;
     for (std::string line; std::getline(json, line); ++objects) {
         Json::Value value;
@@ -182,7 +182,7 @@ TEST(LogTool, ABombDoesNotFillTheMemory) {
     bomb.payload = DeflateLines(std::vector<std::string>(100, std::string(1 << 20, 'A')));
     const std::string log = folder.Write("bomb.xlog", RecordBytes(bomb) + CompressedRecord(2, {"after"}));
     for (const char* how : {"--verify", "--records", "--grep=after"}) {
-        EXPECT_EQ(Run({how, log}).status, 0) << how;
+        EXPECT_EQ(RunReader({how, log}).status, 0) << how;
     }
     rusage usage;
     ASSERT_EQ(getrusage(RUSAGE_CHILDREN, &usage), 0);

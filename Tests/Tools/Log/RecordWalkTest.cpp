@@ -84,7 +84,7 @@ TEST(RecordWalk, StepsOverWhatLiesBetweenRecords) {
         const std::string file = noise + record + noise + record + noise;
         const Collected read = WalkRecords(file);
         EXPECT_EQ(read.text, Joined(lines) + Joined(lines));
-        ASSERT_EQ(read.gaps.size(), 3u);
+        ASSERT_EQ(read.gaps.size(), 3u) << read.Told();
         EXPECT_EQ(read.gaps[1].offset, noise.size() + record.size());
         EXPECT_EQ(read.gaps[1].size, noise.size());
     }

@@ -1,0 +1,108 @@
+#include "Log/LeftOver.h"
+
+#include <gtest/gtest.h>
+
+#include "Log/Reading.h"
+#include "Support/LogWriter.h"
+#include "Tools/Log/Collected.h"
+#include "Tools/Log/TemporaryFolder.h"
+
+namespace OrvaneLog {
+namespace {
+
+using namespace Orvane::Testing;
+
+std::string LittleEndian(uint64_t value, int bytes) {
+    std::string text;
+    for (int i = 0; i < bytes; ++i)
+        text += static_cast<char>(value >> 8 * i);
+    return text;
+}
+
+// A journal by the page that tells its format.
+std::string Journal(uint64_t undoState, std::string undoTail, const std::string& staged, int64_t offset,
+                    std::string name) {
+    undoTail.resize(8);
+    name.resize(128 + 88);
+    std::string journal = "ORVJRNL3" + LittleEndian(undoState, 8) + undoTail + LittleEndian(staged.size(), 4) +
+                          LittleEndian(0, 4) + LittleEndian(static_cast<uint64_t>(offset), 8) + name + staged;
+    journal.resize(256 + 153600);
+    return journal;
+}
+
+class LeftOverTest : public testing::Test {
+protected:
+    LeftOverTest() { _keys.Add(_reader.privateKey, "test"); }
+
+    // All that the folder gives.
+    std::string Read() {
+        Arguments arguments;
+        arguments.paths = {_folder.Path()};
+        StringOutput output;
+        Report report([this](const std::string& message) { _said += message + "\n"; });
+        Reading(arguments, false, _keys, output, report, nullptr).Run();
+        return output.Text();
+    }
+
+    const ReaderKey _reader;
+    const WriterKey _writer = AgreeWith(_reader.publicKey);
+    KeyRing _keys;
+    TemporaryFolder _folder;
+    std::string _said;
+    const std::string _file = "OrvaneSDKLog/Pell/Pell_2026112421.xlog";
+};
+
+// Killed between the encryption of a group and the length that says so: the journal has the tail in plain form.
+TEST_F(LeftOverTest, TheTailOfAnInterruptedWriteIsPutBack) {
+    std::vector<std::string> lines = NumberedLines(0, 20);
+    while (DeflateLines(lines).size() % 8 == 0)
+        lines.push_back("x");
+    const std::string deflated = DeflateLines(lines);
+    const size_t tail = deflated.size() % 8;
+    RecordFields fields;
+    fields.magic = 7;
+    fields.seq = 5;
+    fields.publicKey = _writer.publicKey;
+    // The group that the tail begins is enciphered already, together with the first bytes of the next line.
+    fields.payload = EncryptGroups(deflated + std::string(8 - tail, '\x55'), _writer.tea).substr(0, deflated.size());
+    _folder.Write("Pell.mmap3", MappedBlock(RecordBytes(fields, false)));
+    EXPECT_NE(Read(), Joined(lines));
+    _folder.Write("Pell.journal3",
+                  Journal(5ull << 32 | deflated.size(), deflated.substr(deflated.size() - tail), "", -1, ""));
+    _said.clear();
+    EXPECT_EQ(Read(), Joined(lines));
+    EXPECT_EQ(_said, "");
+    _folder.Write("Pell.journal3", Journal(4ull << 32 | deflated.size(), "wrong", "", -1, ""));
+    EXPECT_NE(Read(), Joined(lines)) << "the tail of another block";
+}
+
+TEST_F(LeftOverTest, AStagedRecordCountsOnceWhereverTheProcessDied) {
+    const auto one = NumberedLines(0, 30), two = NumberedLines(30, 30), three = NumberedLines(60, 30);
+    const std::string first = EncryptedRecord(1, one, _writer), second = EncryptedRecord(2, two, _writer);
+    std::string open = EncryptedRecord(3, three, _writer);
+    open.pop_back();
+    const std::string name = "Pell_2026112421.xlog";
+    const auto offset = static_cast<int64_t>(first.size());
+
+    _folder.Write("Pell.mmap3", MappedBlock(open));
+    for (size_t written = 0; written <= second.size(); written += written + 20 < second.size() ? 20 : 1) {
+        _folder.Write(_file, first + second.substr(0, written));
+        _folder.Write("Pell.journal3", Journal(0, "", second, offset, name));
+        ASSERT_EQ(Read(), Joined(one) + Joined(two) + Joined(three)) << written << _said;
+    }
+    // Before the append had begun, and while the block was still there as well.
+    _folder.Write(_file, first);
+    _folder.Write("Pell.journal3", Journal(0, "", second, -1, ""));
+    EXPECT_EQ(Read(), Joined(one) + Joined(two) + Joined(three));
+    _folder.Write("Pell.mmap3", MappedBlock(second));
+    EXPECT_EQ(Read(), Joined(one) + Joined(two));
+    EXPECT_EQ(_said, "");
+    // A journal that is none changes nothing.
+    _folder.Write("Pell.journal3", std::string(256 + 153600, 'x'));
+    EXPECT_EQ(Read(), Joined(one) + Joined(two));
+    _folder.Write("Pell.journal3", "ORVJRNL3");
+    EXPECT_EQ(Read(), Joined(one) + Joined(two));
+}
+
+}  // namespace
+}  // namespace OrvaneLog
