@@ -51,7 +51,7 @@ TEST(Timer, OneShotFiresOnceAndItsThreadStaysUntilStopped) {
     const Clock::time_point begin = Clock::now();
     ASSERT_TRUE(WaitFor([&] { return firings.Count() == 1; }));
     EXPECT_GE(Milliseconds(firings.times[0] - begin), 2990);
-    EXPECT_LE(Milliseconds(firings.times[0] - begin), 4200);
+    EXPECT_LE(Milliseconds(firings.times[0] - begin), 4500);  // due within 4 s; the rest is a loaded machine's
     EXPECT_EQ(firings.ids[0], id);
     EXPECT_NE(firings.thread, gettid());
 

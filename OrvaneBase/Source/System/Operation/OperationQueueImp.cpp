@@ -1,0 +1,275 @@
+#include "System/Operation/OperationQueueImp.h"
+
+#include <pthread.h>
+
+#include "Base/Configure/OrvaneCoreRemoteConfig.h"
+#include "Base/XLog.h"
+#include "Orvane/OrvaneCore.h"
+#include "System/Thread/MinNum.h"
+#include "System/Thread/Sleep.h"
+#include "System/Thread/ThreadName.h"
+#include "System/Thread/Time.h"
+
+namespace Quern {
+namespace {
+
+constexpr int kPatience = 1001;  // milliseconds of backlog before a worker is added, and of rest before one leaves
+constexpr int kWorkerRest = 10;  // milliseconds between two passes of a worker
+constexpr int kFirstRest = 100;  // milliseconds before a thread's first pass
+constexpr int kManagerFinalRest = 10;  // milliseconds between two looks at the workers that are left
+
+CMutex* const g_instanceMutex = new CMutex(true);  // never destroyed: threads outlive static objects
+std::atomic<OperationQueueImp*> g_instance{nullptr};
+
+void* AsPointer(pthread_t thread) {
+    return reinterpret_cast<void*>(thread);
+}
+
+}  // namespace
+
+std::atomic<int> OperationQueueImp::_intervalPerLoop{10};
+
+OperationQueueImp* OperationQueueImp::GetInstance() {
+    if (OperationQueueImp* const instance = g_instance.load(std::memory_order_acquire)) return instance;
+    const CCritical guard(g_instanceMutex);
+    OperationQueueImp* instance = g_instance.load(std::memory_order_relaxed);
+    if (!instance) {
+        instance = new OperationQueueImp;
+        g_instance.store(instance, std::memory_order_release);
+    }
+    return instance;
+}
+
+void OperationQueueImp::ReleaseInstance() {
+    ORVANE_LOG_INFO("OperationQueueImp::ReleaseInstance");
+    const CCritical guard(g_instanceMutex);
+    OperationQueueImp* const instance = g_instance.load(std::memory_order_relaxed);
+    if (!instance) return;
+    g_instance.store(nullptr, std::memory_order_relaxed);
+    instance->_running.store(false, std::memory_order_relaxed);
+}
+
+OperationQueueImp::OperationQueueImp() {
+    ORVANE_LOG_INFO("OperationQueueImp(%p)", static_cast<void*>(this));
+    AddApplicationQuitCallback(ReleaseInstance);
+    Orvane::OrvaneCoreRemoteConfig* const config = Orvane::OrvaneCoreRemoteConfig::GetInstance();
+    _stretch = config->GetBool("OperationQueueStretch", true);
+    maxThreadNum = config->GetInt("OperationQueueMaxThreadNum", 3);
+    minThreadNum = config->GetInt("OperationQueueMinThreadNum", 2);
+    _intervalPerLoop.store(config->GetInt("OperationIntervalPerLoop", 10), std::memory_order_relaxed);
+    ORVANE_LOG_INFO("check _intervalPerLoop %d", _intervalPerLoop.load(std::memory_order_relaxed));
+    createThreadList();
+}
+
+OperationQueueImp::~OperationQueueImp() {
+    ORVANE_LOG_INFO("~OperationQueueImp(%p)", static_cast<void*>(this));
+    const CCritical guard(&_lock);
+    for (const Operation* operation : _waiting)
+        delete operation;
+    for (const Operation* operation : _ready)
+        delete operation;
+    _waiting.clear();
+    _ready.clear();
+}
+
+void OperationQueueImp::AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,
+                                     bool repeat) {
+    const CCritical guard(&_lock);
+    if (_running.load(std::memory_order_relaxed))
+        _waiting.push_back(new ObjectOperation(target, member, data, repeat));
+    else
+        ORVANE_LOG_INFO("AddOperation _running has been false");
+}
+
+void OperationQueueImp::AddOperation(StaticOperation::Function function, void* data, bool repeat) {
+    const CCritical guard(&_lock);
+    if (_running.load(std::memory_order_relaxed))
+        _waiting.push_back(new StaticOperation(function, data, repeat));
+    else
+        ORVANE_LOG_INFO("AddOperation _running has been false");
+}
+
+void OperationQueueImp::AddOperation(const Operation& operation) {
+    const CCritical guard(&_lock);
+    if (_running.load(std::memory_order_relaxed))
+        _waiting.push_back(operation.Duplicate());
+    else
+        ORVANE_LOG_INFO("AddOperation _running has been false");
+}
+
+void OperationQueueImp::RemoveOperation(long long id) {
+    // Looks at the head alone, again and again: the lock is held, so another one in front stays there.
+    const auto takeHead = [id](auto& list) {
+        while (!list.empty()) {
+            if (list.front() && list.front()->GetId() == id) {
+                list.erase(list.begin());
+                return;
+            }
+            SleepMS(1);
+        }
+    };
+    const CCritical guard(&_lock);
+    takeHead(_ready);
+    takeHead(_waiting);
+}
+
+void OperationQueueImp::createThreadList() {
+    _running.store(true, std::memory_order_relaxed);
+    for (int i = 0; i < minThreadNum; ++i) {
+        const CCritical guard(&_lock);
+        createThread();
+    }
+    pthread_t manager;
+    const int error = pthread_create(&manager, nullptr, onThreadManageProc, this);
+    if (error == 0)
+        ORVANE_LOG_INFO("pthread_create onThreadManageProc:%p", AsPointer(manager));
+    else
+        ORVANE_LOG_ERROR("pthread_create onThreadManageProc failed:%d", error);
+}
+
+void OperationQueueImp::createThread() {
+    if (_threadCount >= maxThreadNum) {
+        ORVANE_LOG_DEBUG("thread num is max");
+        return;
+    }
+    pthread_t worker;
+    const int error = pthread_create(&worker, nullptr, onThreadProc, this);
+    if (error != 0) {
+        ORVANE_LOG_ERROR("pthread_create onThreadProc failed:%d", error);
+        return;
+    }
+    ORVANE_LOG_INFO("pthread_create onThreadProc:%p", AsPointer(worker));
+    ++_threadCount;
+}
+
+void* OperationQueueImp::onThreadManageProc(void* queue) {
+    OperationQueueImp* const self = static_cast<OperationQueueImp*>(queue);
+    pthread_detach(pthread_self());
+    set_thread_name("OperationQueue.ThreadManager");
+    SleepMS(kFirstRest);
+    {
+        const CCritical guard(&self->_lock);
+        self->manage();
+    }
+    self->waitForWorkers();
+    ORVANE_LOG_EVENT("onThreadManageProc threads have been destroyed, starting delete queue");
+    delete self;
+    return nullptr;
+}
+
+// The manager's passes. The lock is given up between them.
+void OperationQueueImp::manage() {
+    int stretchTicks = 0;  // milliseconds for which work has stood ready with nobody idle
+    while (_running.load(std::memory_order_relaxed)) {
+        const int interval = _intervalPerLoop.load(std::memory_order_relaxed);
+        int moved = moveDueToReady();
+        if (!_ready.empty()) {
+            if (_stretch && _idleCount == 0) {
+                stretchTicks += interval;
+                if (stretchTicks >= kPatience) {
+                    createThread();
+                    stretchTicks = 0;
+                }
+            } else {
+                stretchTicks = 0;
+            }
+            if (moved == 0) moved = static_cast<int>(_ready.size());
+        }
+        for (int wakeUps = MinNum(moved, _idleCount); wakeUps > 0; --wakeUps)
+            _condition.WakeUp();
+        _lock.Unlock();
+        SleepMS(interval);
+        _lock.Lock();
+    }
+}
+
+// Returns how many it moved.
+int OperationQueueImp::moveDueToReady() {
+    const long long now = CTime::GetTimeTick() / 1000;
+    auto stays = _waiting.begin();
+    for (Operation* const operation : _waiting) {
+        if (operation && operation->GetNextRun() <= now)
+            _ready.push_back(operation);
+        else
+            *stays++ = operation;
+    }
+    const int moved = static_cast<int>(_waiting.end() - stays);
+    _waiting.erase(stays, _waiting.end());
+    return moved;
+}
+
+void OperationQueueImp::waitForWorkers() {
+    for (;;) {
+        {
+            const CCritical guard(&_lock);
+            if (_threadCount == 0) return;
+        }
+        SleepMS(kManagerFinalRest);
+    }
+}
+
+void* OperationQueueImp::onThreadProc(void* queue) {
+    pthread_detach(pthread_self());
+    set_thread_name("OperationQueue.ThreadProcess");
+    SleepMS(kFirstRest);
+    static_cast<OperationQueueImp*>(queue)->work();
+    return nullptr;
+}
+
+// A worker's passes. Behind its last the queue may be gone.
+void OperationQueueImp::work() {
+    int idleTicks = 0;  // milliseconds of empty passes while above the minimum
+    while (_running.load(std::memory_order_relaxed)) {
+        if (Operation* const operation = takeReady())
+            runOperation(operation);
+        else if (!passIdle(idleTicks))
+            return;
+        SleepMS(kWorkerRest);
+    }
+    ORVANE_LOG_DEBUG("Destroy Thread");
+    const CCritical guard(&_lock);
+    --_threadCount;
+}
+
+Operation* OperationQueueImp::takeReady() {
+    const CCritical guard(&_lock);
+    if (_ready.empty()) return nullptr;
+    Operation* const operation = _ready.front();
+    _ready.pop_front();
+    return operation;
+}
+
+void OperationQueueImp::runOperation(Operation* operation) {
+    operation->Run();
+    if (!operation->IsRepeating()) {
+        delete operation;
+        return;
+    }
+    const CCritical guard(&_lock);
+    if (_running.load(std::memory_order_relaxed))
+        _waiting.push_back(operation);
+    else
+        delete operation;
+}
+
+// An empty pass: sleeps until woken, or, above the minimum, counts. False if the worker has left.
+bool OperationQueueImp::passIdle(int& idleTicks) {
+    const CCritical guard(&_lock);
+    ++_idleCount;
+    if (_threadCount <= minThreadNum) {
+        _condition.Wait();
+        --_idleCount;
+        idleTicks = 0;
+        return true;
+    }
+    if (idleTicks < kPatience) {
+        idleTicks += kWorkerRest;
+        return true;
+    }
+    ORVANE_LOG_INFO("Destroy thread");
+    --_threadCount;
+    --_idleCount;
+    return false;
+}
+
+}  // namespace Quern

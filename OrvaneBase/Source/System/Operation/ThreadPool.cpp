@@ -1,0 +1,247 @@
+#include "System/Operation/ThreadPool.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <utility>
+
+#include "Base/XLog.h"
+#include "System/Thread/MinNum.h"
+#include "System/Thread/ThreadName.h"
+#include "System/Thread/Time.h"
+
+namespace Quern {
+namespace {
+
+std::atomic<ThreadPool*> g_defaultPool{nullptr};
+
+float SecondsBetween(long long begin, long long end) {
+    return static_cast<float>(end - begin) / 1000000.0f;
+}
+
+}  // namespace
+
+ThreadPool::ThreadPool(int min, int max) : minThreadNum(min), maxThreadNum(max) {
+    init();
+}
+
+ThreadPool::~ThreadPool() {
+    stop();
+}
+
+ThreadPool* ThreadPool::newCachedThreadPool(int min, int max, int shrinkInterval, int shrinkStep, int stretchStep) {
+    ThreadPool* const pool = new (std::nothrow) ThreadPool(min, max);
+    if (!pool) return nullptr;
+    pool->setFixedSize(false);
+    pool->setShrinkInterval(shrinkInterval);
+    pool->setShrinkStep(shrinkStep);
+    pool->setStretchStep(stretchStep);
+    return pool;
+}
+
+ThreadPool* ThreadPool::newFixedThreadPool(int threads) {
+    ThreadPool* const pool = new (std::nothrow) ThreadPool(threads, threads);
+    if (pool) pool->setFixedSize(true);
+    return pool;
+}
+
+ThreadPool* ThreadPool::newSingleThreadPool() {
+    return newFixedThreadPool(1);
+}
+
+ThreadPool* ThreadPool::getDefaultThreadPool() {
+    ThreadPool* pool = g_defaultPool.load(std::memory_order_acquire);
+    if (pool) return pool;
+    std::unique_ptr<ThreadPool> made(newCachedThreadPool(4, 20, 5, 2, 2));
+    // Of two first callers one installs its pool and the other takes that.
+    return g_defaultPool.compare_exchange_strong(pool, made.get()) ? made.release() : pool;
+}
+
+void ThreadPool::destroyDefaultThreadPool() {
+    delete g_defaultPool.load(std::memory_order_acquire);
+    g_defaultPool.store(nullptr, std::memory_order_release);
+}
+
+void ThreadPool::init() {
+    _lastShrink = CTime::GetTimeTick();
+    maxThreadNum = std::max(maxThreadNum, minThreadNum);
+    const size_t slots = static_cast<size_t>(std::max(maxThreadNum, 0));
+    _threads.resize(slots);
+    _abort.resize(slots);
+    _idle.resize(slots);
+    _alive.resize(slots);
+    for (int slot = 0; slot < static_cast<int>(slots); ++slot) {
+        const bool starts = slot < minThreadNum;
+        _idle[slot] = std::make_shared<std::atomic<bool>>(false);
+        _abort[slot] = std::make_shared<std::atomic<bool>>(!starts);
+        _alive[slot] = std::make_shared<std::atomic<bool>>(false);
+        if (!starts) continue;
+        setThread(slot);
+        *_alive[slot] = true;
+        ++_currentSize;
+    }
+}
+
+void ThreadPool::setThread(int slot) {
+    const Flag abort = _abort[slot];
+    _threads[slot] = std::make_unique<std::thread>([this, slot, abort] { work(slot, *abort); });
+}
+
+void ThreadPool::setShrinkInterval(int seconds) {
+    if (seconds >= 0) _shrinkInterval = static_cast<float>(seconds);
+}
+
+void ThreadPool::setShrinkStep(int step) {
+    if (step >= 1) _shrinkStep = step;
+}
+
+void ThreadPool::setStretchStep(int step) {
+    if (step >= 1) _stretchStep = step;
+}
+
+void ThreadPool::work(int slot, const std::atomic<bool>& abort) {
+    char name[32];
+    snprintf(name, sizeof name, "OrvThreadPool-%d", slot);
+    set_thread_name(name);
+    Task task;
+    bool hasTask = _tasks.pop(task);
+    while (!hasTask || runTasks(slot, abort, task)) {
+        hasTask = waitForTask(slot, abort, task);
+        if (!hasTask) return;
+    }
+}
+
+// Runs the task and those that are queued behind it. False if the worker is to leave.
+bool ThreadPool::runTasks(int slot, const std::atomic<bool>& abort, Task task) {
+    for (bool hasTask = true; hasTask;) {
+        const std::unique_ptr<std::function<void(int)>> function(task.function);
+        if (function && *function) (*function)(slot);
+        if (abort) return false;
+        hasTask = _tasks.pop(task);
+    }
+    return true;
+}
+
+// Sleeps until there is a task, which it takes, or the worker is to leave: then false. Looking and taking are one step
+// under the lock, so no wake-up is lost between them.
+bool ThreadPool::waitForTask(int slot, const std::atomic<bool>& abort, Task& task) {
+    bool hasTask = false;
+    std::unique_lock<std::mutex> lock(_mutex);
+    ++_idleThreadNum;
+    *_idle[slot] = true;
+    _wake.wait(lock, [&] {
+        hasTask = _tasks.pop(task);
+        return hasTask || _stopped || abort;
+    });
+    *_idle[slot] = false;
+    --_idleThreadNum;
+    return hasTask;
+}
+
+void ThreadPool::pushTask(const std::function<void(int)>& function, TaskType type) {
+    if (!_fixedSize && !_stopped) {
+        const int idle = _idleThreadNum;
+        if (idle > minThreadNum) {
+            const long long now = CTime::GetTimeTick();
+            if (_tasks.empty() && SecondsBetween(_lastShrink, now) > _shrinkInterval) {
+                tryShrinkPool();
+                _lastShrink = now;
+            }
+        } else if (idle == 0) {
+            stretchPool(_stretchStep);
+        }
+    }
+    _tasks.push({type, new (std::nothrow) std::function<void(int)>(function)});
+    const std::lock_guard<std::mutex> guard(_mutex);
+    _wake.notify_one();
+}
+
+void ThreadPool::stretchPool(int count) {
+    const long long begin = CTime::GetTimeTick();
+    if (_threads.empty()) return;
+    const int sizeBefore = _currentSize;
+    int started = 0;
+    for (int slot = 0; slot < static_cast<int>(_threads.size()) && started < count; ++slot) {
+        if (*_alive[slot] || !_abort[slot]->exchange(false)) continue;
+        setThread(slot);
+        *_alive[slot] = true;
+        ++_currentSize;
+        ++started;
+    }
+    if (started > 0)
+        ORVANE_LOG_INFO("stretch pool from %d to %d, waste %f seconds\n", sizeBefore, _currentSize.load(),
+                        static_cast<double>(SecondsBetween(begin, CTime::GetTimeTick())));
+}
+
+// Whether the pool is at its minimum then.
+bool ThreadPool::tryShrinkPool() {
+    ORVANE_LOG_INFO("shrink pool, _idleThreadNum = %d", _idleThreadNum.load());
+    const long long begin = CTime::GetTimeTick();
+    const int count = MinNum(_shrinkStep, _currentSize - minThreadNum);
+    std::vector<int> leaving;
+    for (int slot = 0; slot < static_cast<int>(_threads.size()) && static_cast<int>(leaving.size()) < count; ++slot) {
+        if (*_idle[slot] && !_abort[slot]->exchange(true)) leaving.push_back(slot);
+    }
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        _wake.notify_all();
+    }
+    for (const int slot : leaving) {
+        if (_threads[slot]->joinable()) _threads[slot]->join();
+        _threads[slot].reset();
+        --_currentSize;
+        *_alive[slot] = false;
+    }
+    ORVANE_LOG_INFO("shrink %d threads, waste: %f seconds\n", static_cast<int>(leaving.size()),
+                    static_cast<double>(SecondsBetween(begin, CTime::GetTimeTick())));
+    return _currentSize <= minThreadNum;
+}
+
+void ThreadPool::stopAllTasks() {
+    Task task;
+    while (_tasks.pop(task))
+        delete task.function;
+}
+
+void ThreadPool::stopTasksByType(TaskType type) {
+    std::vector<Task> kept;
+    Task task;
+    while (_tasks.pop(task)) {
+        if (task.type == type)
+            delete task.function;
+        else
+            kept.push_back(task);
+    }
+    for (const Task& each : kept)
+        _tasks.push(each);
+}
+
+void ThreadPool::stop() {
+    if (_stopped.exchange(true)) return;
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        _wake.notify_all();
+    }
+    // A task that runs meanwhile may push another and so start a worker in a slot that was free: until none is left.
+    while (_currentSize > 0) {
+        for (int slot = 0; slot < static_cast<int>(_threads.size()); ++slot)
+            joinThread(slot);
+    }
+    stopAllTasks();
+    _threads.clear();
+    _abort.clear();
+}
+
+void ThreadPool::joinThread(int slot) {
+    if (slot < 0 || slot >= static_cast<int>(_threads.size())) {
+        ORVANE_LOG_INFO("Invalid thread id %d\n", slot);
+        return;
+    }
+    if (!*_alive[slot]) return;
+    if (_threads[slot]->joinable()) _threads[slot]->join();
+    *_abort[slot] = true;
+    *_alive[slot] = false;
+    --_currentSize;
+}
+
+}  // namespace Quern

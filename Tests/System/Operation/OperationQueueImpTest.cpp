@@ -1,0 +1,197 @@
+#include "System/Operation/OperationQueueImp.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "Orvane/OrvaneCore.h"
+#include "Support/FakeCoreSettings.h"
+#include "Support/ThreadedConsole.h"
+#include "System/Operation/Gate.h"
+#include "System/Thread/Sleep.h"
+#include "System/Thread/ThreadName.h"
+
+namespace Quern {
+namespace {
+
+using OrvaneTest::Gate;
+using OrvaneTest::ThreadedConsole;
+using OrvaneTest::WaitFor;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::StartsWith;
+using Clock = std::chrono::steady_clock;
+
+class OperationQueueImpTest : public testing::Test {
+protected:
+    OperationQueueImp* Queue() { return OperationQueueImp::GetInstance(); }
+    bool WaitForLine(const std::string& text) { return console->WaitForWriter(text) != 0; }
+    static void PassGate(Operation*, void* gate) { static_cast<Gate*>(gate)->Pass(); }
+    static void Count(Operation*, void* count) { ++*static_cast<std::atomic<int>*>(count); }
+
+    std::shared_ptr<ThreadedConsole> console = ThreadedConsole::Install();
+    OrvaneTest::FakeCoreSettings settings;
+};
+
+// Written to by a worker, read once the flag behind it is set.
+struct Seen {
+    static void Look(Operation*, void* data) {
+        Seen* const self = static_cast<Seen*>(data);
+        self->threadName = get_thread_name();
+        self->done = true;
+    }
+    std::string threadName;
+    std::atomic<bool> done{false};
+};
+
+TEST_F(OperationQueueImpTest, ReadsItsSettingsAndRunsWork) {
+    Seen seen;
+    Queue()->AddOperation(Seen::Look, &seen, false);
+    EXPECT_THAT(settings.reads, ElementsAre("OperationQueueStretch=1", "OperationQueueMaxThreadNum=3",
+                                            "OperationQueueMinThreadNum=2", "OperationIntervalPerLoop=10"));
+    EXPECT_THAT(console->Messages(gettid()),
+                testing::IsSupersetOf({StartsWith("OperationQueueImp(0x"), StartsWith("check _intervalPerLoop 10"),
+                                       StartsWith("pthread_create onThreadProc:0x"),
+                                       StartsWith("pthread_create onThreadManageProc:0x")}));
+    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 2);
+    ASSERT_TRUE(WaitFor([&] { return seen.done.load(); }));
+    EXPECT_EQ(seen.threadName, "OperationQueue.ThreadProcess");
+    EXPECT_EQ(Queue(), Queue());
+}
+
+// An object that its operation deletes.
+struct Sleeper : OperationTargetBase {
+    explicit Sleeper(std::vector<Clock::time_point>* runs) : runs(runs) {}
+    ~Sleeper() override { ++deleted; }
+    void Work(ObjectOperation*, void*) {
+        runs->push_back(Clock::now());
+        Sleep(500);
+        if (runs->size() == 2) Cancel(true);
+    }
+    std::vector<Clock::time_point>* runs;
+    static inline std::atomic<int> deleted{0};
+};
+
+TEST_F(OperationQueueImpTest, WaitsForTheNextRun) {
+    std::vector<Clock::time_point> runs;
+    Queue()->AddOperation(new Sleeper(&runs), static_cast<ObjectOperation::Member>(&Sleeper::Work), nullptr, true);
+    ASSERT_TRUE(WaitFor([] { return Sleeper::deleted == 1; }));
+    ASSERT_EQ(runs.size(), 2u);
+    EXPECT_GE(runs[1] - runs[0], std::chrono::milliseconds(499));
+    EXPECT_LE(runs[1] - runs[0], std::chrono::milliseconds(1500));
+}
+
+TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
+    Gate gate;
+    for (int i = 0; i < 2; ++i)
+        Queue()->AddOperation(PassGate, &gate, false);
+    ASSERT_TRUE(gate.WaitForEntered(2));
+    const Clock::time_point begin = Clock::now();
+    for (int i = 0; i < 2; ++i)
+        Queue()->AddOperation(PassGate, &gate, false);
+    ASSERT_TRUE(gate.WaitForEntered(3));
+    EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(1001));
+    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 3);
+    EXPECT_EQ(console->Count("thread num is max"), 0);
+    ASSERT_TRUE(WaitForLine("thread num is max"));
+    EXPECT_TRUE(console->Has("Debug", "thread num is max"));
+    EXPECT_EQ(gate.Entered(), 3);
+    gate.Open();
+    ASSERT_TRUE(gate.WaitForLeft(4));
+    ASSERT_TRUE(WaitForLine("Destroy thread"));
+    EXPECT_TRUE(console->Has("Info", "Destroy thread"));
+    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 3);
+}
+
+TEST_F(OperationQueueImpTest, AddsNoWorkerWithoutStretch) {
+    settings.values["OperationQueueStretch"] = 0;
+    Gate gate;
+    for (int i = 0; i < 3; ++i)
+        Queue()->AddOperation(PassGate, &gate, false);
+    ASSERT_TRUE(gate.WaitForEntered(2));
+    SleepMS(1500);  // longer than the backlog that would bring a worker
+    EXPECT_EQ(gate.Entered(), 2);
+    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 2);
+    gate.Open();
+    EXPECT_TRUE(gate.WaitForLeft(3));
+}
+
+TEST_F(OperationQueueImpTest, AMinimumAboveTheMaximumMakesTheMaximum) {
+    settings.values["OperationQueueMinThreadNum"] = 4;
+    settings.values["OperationQueueMaxThreadNum"] = 1;
+    Queue();
+    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 1);
+    EXPECT_EQ(console->Count("thread num is max"), 3);
+}
+
+TEST_F(OperationQueueImpTest, ReleaseEndsRepetitionDropsTheRestAndDeletesTheQueue) {
+    std::vector<Clock::time_point> runs;
+    auto* const sleeper = new Sleeper(&runs);
+    Gate gate;
+    std::atomic<int> count{0};
+    OperationQueueImp* const queue = Queue();
+    for (int i = 0; i < 2; ++i)
+        queue->AddOperation(PassGate, &gate, true);
+    ASSERT_TRUE(gate.WaitForEntered(2));
+    queue->AddOperation(sleeper, static_cast<ObjectOperation::Member>(&Sleeper::Work), nullptr, false);
+    sleeper->Cancel(true);
+    queue->AddOperation(Count, &count, false);
+    OnApplicationQuit();
+    EXPECT_EQ(console->Count("OperationQueueImp::ReleaseInstance"), 1);
+    queue->AddOperation(Count, &count, false);
+    queue->AddOperation(StaticOperation(Count, &count, false));
+    EXPECT_TRUE(console->Has("Info", "AddOperation _running has been false"));
+    EXPECT_EQ(Sleeper::deleted, 0);
+
+    gate.Open();
+    ASSERT_TRUE(WaitForLine("~OperationQueueImp("));
+    ASSERT_TRUE(WaitFor([] { return Sleeper::deleted == 1; })) << "operations are destroyed without a run";
+    EXPECT_THAT(runs, ElementsAre());
+    EXPECT_TRUE(console->Has("Event", "onThreadManageProc threads have been destroyed, starting delete queue"));
+    EXPECT_TRUE(console->Has("Debug", "Destroy Thread"));
+    EXPECT_EQ(gate.Entered(), 2) << "nothing runs again after the release";
+    EXPECT_EQ(count, 0);
+
+    Queue()->AddOperation(Count, &count, false);
+    EXPECT_TRUE(WaitFor([&] { return count == 1; })) << "a new queue takes its place";
+}
+
+// Counts its live copies.
+class Counted : public Operation {
+public:
+    explicit Counted(std::atomic<int>* alive) : _alive(alive) {}
+    Counted(const Counted& other) : Operation(other), _alive(other._alive) { ++*_alive; }
+    ~Counted() override { --*_alive; }
+    void Run() override {}
+    Operation* Duplicate() const override {
+        last = new Counted(*this);
+        return last;
+    }
+    mutable Counted* last = nullptr;
+
+private:
+    std::atomic<int>* _alive;
+};
+
+TEST_F(OperationQueueImpTest, RemovesTheHeadWithoutDeletingIt) {
+    settings.values["OperationQueueMinThreadNum"] = 0;  // nobody takes it away
+    std::atomic<int> alive{1};
+    Counted operation(&alive);
+    Queue()->AddOperation(operation);
+    EXPECT_EQ(alive, 2);
+    OperationQueueImp* const queue = Queue();
+    queue->RemoveOperation(operation.GetId());
+    queue->RemoveOperation(operation.GetId());
+    OperationQueueImp::ReleaseInstance();
+    ASSERT_TRUE(WaitForLine("starting delete queue"));
+    ASSERT_TRUE(WaitForLine("~OperationQueueImp("));
+    EXPECT_EQ(alive, 2);
+    delete operation.last;
+}
+
+}  // namespace
+}  // namespace Quern

@@ -1,0 +1,211 @@
+#include "System/Operation/ThreadPool.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "Support/ThreadedConsole.h"
+#include "System/Operation/Gate.h"
+#include "System/Thread/ThreadName.h"
+
+namespace Quern {
+namespace {
+
+using OrvaneTest::Gate;
+using OrvaneTest::ThreadedConsole;
+using OrvaneTest::WaitFor;
+
+class ThreadPoolTest : public testing::Test {
+protected:
+    static bool WaitForIdle(const ThreadPool& pool, int count) {
+        return WaitFor([&] { return pool.getIdleThreadNum() == count; });
+    }
+    // Occupies as many workers as tasks.
+    void Occupy(ThreadPool& pool, Gate& gate, int tasks) {
+        const int before = gate.Entered();
+        for (int i = 0; i < tasks; ++i) {
+            pool.pushTask([&gate](int) { gate.Pass(); }, 0);
+            ASSERT_TRUE(gate.WaitForEntered(before + i + 1));
+        }
+    }
+
+    // Pushes a task and waits until it has run.
+    static void RunOne(ThreadPool& pool) {
+        const auto ran = std::make_shared<std::atomic<bool>>(false);
+        pool.pushTask([ran](int) { *ran = true; }, 0);
+        ASSERT_TRUE(WaitFor([&] { return ran->load(); }));
+    }
+
+    std::shared_ptr<ThreadedConsole> console = ThreadedConsole::Install();
+};
+
+TEST_F(ThreadPoolTest, RaisesItsMaximumToItsMinimum) {
+    std::mutex mutex;
+    std::set<std::pair<int, std::string>> workers;
+    Gate gate;
+    ThreadPool pool(5, 2);
+    EXPECT_EQ(pool.getCurrentSize(), 5);
+    ASSERT_TRUE(WaitForIdle(pool, 5));
+    for (int i = 0; i < 5; ++i) {
+        pool.pushTask(
+            [&](int slot) {
+                {
+                    const std::lock_guard guard(mutex);
+                    workers.emplace(slot, get_thread_name());
+                }
+                gate.Pass();
+            },
+            0);
+    }
+    ASSERT_TRUE(gate.WaitForEntered(5));
+    std::set<std::pair<int, std::string>> expected;
+    for (int slot = 0; slot < 5; ++slot)
+        expected.emplace(slot, "OrvThreadPool-" + std::to_string(slot));
+    EXPECT_EQ(workers, expected);
+    pool.joinThread(5);
+    pool.joinThread(-1);
+    EXPECT_EQ(console->Count("Invalid thread id 5"), 1);
+    EXPECT_EQ(console->Count("Invalid thread id -1"), 1);
+    gate.Open();
+}
+
+TEST_F(ThreadPoolTest, StretchesWhenNobodyIsIdle) {
+    Gate gate;
+    const std::unique_ptr<ThreadPool> pool(ThreadPool::newCachedThreadPool(1, 3, 5, 2, 1));
+    ASSERT_TRUE(WaitForIdle(*pool, 1));
+    Occupy(*pool, gate, 1);
+    EXPECT_EQ(pool->getCurrentSize(), 1) << "somebody was idle";
+    Occupy(*pool, gate, 1);
+    EXPECT_EQ(pool->getCurrentSize(), 2);
+    EXPECT_EQ(console->Count("stretch pool from 1 to 2, waste "), 1);
+    Occupy(*pool, gate, 1);
+    const int lines = static_cast<int>(console->Lines().size());
+    pool->pushTask([&](int) { gate.Pass(); }, 0);
+    EXPECT_EQ(pool->getCurrentSize(), 3);
+    EXPECT_EQ(pool->getTaskNum(), 1);
+    EXPECT_EQ(static_cast<int>(console->Lines().size()), lines) << "with no free slot the task merely waits";
+    gate.Open();
+    EXPECT_TRUE(gate.WaitForEntered(4));
+}
+
+TEST_F(ThreadPoolTest, ShrinksAtAPushByItsStepDownToItsMinimum) {
+    Gate gate, again;
+    ThreadPool pool(3, 6);
+    pool.setShrinkStep(0);
+    pool.setStretchStep(0);
+    pool.setShrinkInterval(-1);
+    ASSERT_TRUE(WaitForIdle(pool, 3));
+    Occupy(pool, gate, 4);
+    EXPECT_EQ(pool.getCurrentSize(), 5) << "the stretch step stays at 2";
+    Occupy(pool, gate, 2);
+    EXPECT_EQ(pool.getCurrentSize(), 6) << "as many as there are slots";
+    gate.Open();
+    ASSERT_TRUE(WaitForIdle(pool, 6));
+
+    RunOne(pool);
+    EXPECT_EQ(pool.getCurrentSize(), 6) << "5 s have not passed";
+    ASSERT_TRUE(WaitForIdle(pool, 6));
+    pool.setShrinkInterval(0);
+    RunOne(pool);
+    EXPECT_EQ(pool.getCurrentSize(), 4) << "the shrink step stays at 2";
+    EXPECT_EQ(console->Count("shrink pool, _idleThreadNum = 6"), 1);
+    EXPECT_EQ(console->Count("shrink 2 threads, waste: "), 1);
+    ASSERT_TRUE(WaitForIdle(pool, 4));
+    RunOne(pool);
+    EXPECT_EQ(pool.getCurrentSize(), 3);
+    ASSERT_TRUE(WaitForIdle(pool, 3));
+    RunOne(pool);
+    EXPECT_EQ(pool.getCurrentSize(), 3);
+
+    Occupy(pool, again, 4);
+    EXPECT_EQ(pool.getCurrentSize(), 5) << "a slot can be used again";
+    again.Open();
+}
+
+TEST_F(ThreadPoolTest, FixedPoolsKeepTheirSize) {
+    Gate gate;
+    const std::unique_ptr<ThreadPool> pool(ThreadPool::newSingleThreadPool());
+    Occupy(*pool, gate, 1);
+    pool->pushTask([&](int) { gate.Pass(); }, 0);
+    EXPECT_EQ(pool->getCurrentSize(), 1);
+    gate.Open();
+    EXPECT_TRUE(gate.WaitForEntered(2));
+    const std::unique_ptr<ThreadPool> two(ThreadPool::newFixedThreadPool(2));
+    EXPECT_EQ(two->getCurrentSize(), 2);
+}
+
+TEST_F(ThreadPoolTest, StopRunsWhatIsQueuedAndDropsOnRequest) {
+    Gate gate;
+    ThreadPool pool(1, 1);
+    pool.setFixedSize(true);
+    Occupy(pool, gate, 1);
+    std::vector<int> ran;
+    const auto kept = std::make_shared<int>(0);
+    const auto push = [&](int number, ThreadPool::TaskType type) {
+        pool.pushTask([&ran, number, kept](int) { ran.push_back(number); }, type);
+    };
+    push(1, 7);
+    push(2, 8);
+    push(3, 7);
+    push(4, 0);
+    pool.stopTasksByType(7);
+    EXPECT_EQ(kept.use_count(), 3) << "dropped tasks free what they hold";
+    pool.stopTasksByType(9);
+    EXPECT_EQ(pool.getTaskNum(), 2);
+    std::thread([&] { gate.Open(); }).detach();
+    pool.stop();
+    EXPECT_THAT(ran, testing::ElementsAre(2, 4));
+    EXPECT_EQ(pool.getCurrentSize(), 0);
+    EXPECT_EQ(kept.use_count(), 1);
+    pool.stop();
+    pool.joinThread(0);
+    EXPECT_EQ(console->Count("Invalid thread id 0"), 1);
+
+    push(5, 0);
+    EXPECT_EQ(pool.getTaskNum(), 1) << "nothing runs it";
+    pool.stopAllTasks();
+    EXPECT_EQ(pool.getTaskNum(), 0);
+    EXPECT_EQ(kept.use_count(), 1);
+    EXPECT_THAT(ran, testing::ElementsAre(2, 4));
+}
+
+TEST_F(ThreadPoolTest, TheDefaultPoolIsShared) {
+    ThreadPool* const pool = ThreadPool::getDefaultThreadPool();
+    EXPECT_EQ(ThreadPool::getDefaultThreadPool(), pool);
+    EXPECT_EQ(pool->getCurrentSize(), 4);
+    ThreadPool::destroyDefaultThreadPool();
+    ThreadPool::destroyDefaultThreadPool();
+    EXPECT_EQ(ThreadPool::getDefaultThreadPool()->getCurrentSize(), 4);
+    ThreadPool::destroyDefaultThreadPool();
+}
+
+TEST_F(ThreadPoolTest, TakesPushesFromManyThreadsAndFromItsOwnTasks) {
+    constexpr int kThreads = 4;
+    constexpr int kEach = 500;
+    std::atomic<int> ran{0};
+    {
+        ThreadPool pool(1, 4);
+        pool.setShrinkInterval(0);
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < kThreads; ++thread) {
+            threads.emplace_back([&] {
+                for (int i = 0; i < kEach; ++i)
+                    pool.pushTask([&](int) { pool.pushTask([&](int) { ++ran; }, 0); }, 0);
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+    EXPECT_EQ(ran, kThreads * kEach);
+}
+
+}  // namespace
+}  // namespace Quern
