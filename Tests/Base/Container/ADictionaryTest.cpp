@@ -107,6 +107,19 @@ TEST(ADictionary, CopiesKeepTheOrderAndOwnNothing) {
     EXPECT_EQ(alive, 1);  // the copy's
 }
 
+TEST(ADictionary, CopiesWithoutComparingDictionaries) {
+    ADictionary key;
+    ANumber value(1);
+    ADictionary dictionary;
+    dictionary.Set(&key, &value);
+    dictionary.Set(&key, &value);
+    dictionary.Set("x", "y");
+    const ADictionary copy(dictionary);
+    EXPECT_EQ(copy.Count(), 3);
+    EXPECT_STREQ(copy.CStringForKey("x"), "y");
+    EXPECT_STREQ(copy.CStringKeyAt(0), "x");  // keys that cannot be compared go to the end
+}
+
 TEST(ADictionary, RemovesAndIgnoresNull) {
     int alive = 0;
     ADictionary dictionary;

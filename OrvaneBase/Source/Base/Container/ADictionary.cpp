@@ -11,6 +11,11 @@ void DeleteIfOwned(AObject* object) {
     if (object->IsOwned()) delete object;
 }
 
+// Such a key is not compared: that would end the process.
+bool IsDictionary(const AObject& key) {
+    return key.GetObjectType() == kTypeDictionary;
+}
+
 AObject* CloneOwned(const AObject& object) {
     AObject* clone = object.Clone();
     clone->SetOwned(true);
@@ -50,7 +55,7 @@ void ADictionary::Set(const ADictionary& other) {
     RemoveAll();
     std::multimap<size_t, Entries::const_iterator> inOrder;
     for (auto entry = other._entries.begin(); entry != other._entries.end(); ++entry)
-        inOrder.emplace(other.PositionOf(*entry->first), entry);
+        inOrder.emplace(IsDictionary(*entry->first) ? other._keys.size() : other.PositionOf(*entry->first), entry);
     for (const auto& [position, entry] : inOrder)
         Set(entry->first, CloneForUnownedEntry(*entry->second));
 }

@@ -71,9 +71,9 @@ private:
     int Move(int64_t offset, int whence);
 
     FILE* _stream = nullptr;
+    AString _path;
     // The open file's change time when its path was last found in place.
     mutable timespec _seenChange{};
-    AString _path;
     bool _appendMode = false;
     // In append mode, nothing but Append came since the last move: the stream stands at its end, and another append
     // needs no seek, which would cost a system call and flush the stream.
