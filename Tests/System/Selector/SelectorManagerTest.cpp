@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -163,6 +164,43 @@ TEST_F(SelectorTest, ASelectorMayDestroyTheManagerThatPerformsIt) {
     target.UpdateByManual();
     EXPECT_FALSE(target.IsManualUpdateEnable());
     EXPECT_THAT(called, ElementsAre()) << "what waits goes with the manager";
+}
+
+TEST_F(SelectorTest, ASelectorMayDestroyTheManagerInsideAnUpdateWithinAnother) {
+    target.EnableManualUpdate(true);
+    ISelectorCollection* const own = target.GetSelectorCollection();
+    CAFunctionSelector selector;
+    selector.arguments[0] = &target;
+    selector.function1 = [](void* object) { static_cast<Target*>(object)->UpdateByManual(); };
+    own->AddSelector(selector);
+    own->AddSelector(Number(1));
+    selector.function1 = [](void* object) { static_cast<Target*>(object)->EnableManualUpdate(false); };
+    own->AddSelector(selector);
+    own->AddSelector(Number(2));
+    target.UpdateByManual();
+    EXPECT_FALSE(target.IsManualUpdateEnable());
+    EXPECT_THAT(called, ElementsAre(1)) << "neither update goes on";
+}
+
+// Two pumps at once lose the order, but nothing else.
+TEST_F(SelectorTest, TwoPumpsPerformEachSelectorOnce) {
+    static std::atomic<int> performed;
+    performed = 0;
+    constexpr int kSelectors = 20000;
+    auto manager = std::make_unique<CSelectorManager>();
+    CAFunctionSelector selector;
+    selector.function0 = [] { ++performed; };
+    for (int i = 0; i < kSelectors; ++i)
+        manager->AddSelector(selector);
+    const auto pump = [&] {
+        while (performed < kSelectors)
+            manager->Update();
+    };
+    std::thread other(pump);
+    pump();
+    other.join();
+    manager.reset();
+    EXPECT_EQ(performed, kSelectors);
 }
 
 TEST_F(SelectorTest, ManualUpdateIsSwitched) {

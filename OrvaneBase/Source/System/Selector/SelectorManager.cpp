@@ -1,13 +1,11 @@
 #include "System/Selector/SelectorManager.h"
 
-#include <utility>
-
 namespace Quern {
 
 CSelectorManager::~CSelectorManager() {
     const CCritical guard(&_mutex);  // behind whoever is adding
     _selectors.Clear();
-    if (_destroyed) *_destroyed = true;
+    _destroyed->store(true, std::memory_order_relaxed);
 }
 
 void CSelectorManager::AddSelector(const CAFunctionSelector& selector) {
@@ -21,17 +19,12 @@ bool CSelectorManager::Pop1stSelector(CAFunctionSelector& selector) {
 }
 
 void CSelectorManager::Update() {
-    bool destroyed = false;
-    bool* const outer = std::exchange(_destroyed, &destroyed);  // a call may update in turn
+    const std::shared_ptr<const std::atomic<bool>> destroyed = _destroyed;
     CAFunctionSelector selector;
     for (int done = 0; done < kSelectorsPerUpdate && Pop1stSelector(selector); ++done) {
         selector.Perform();
-        if (destroyed) {
-            if (outer) *outer = true;
-            return;
-        }
+        if (destroyed->load(std::memory_order_relaxed)) return;
     }
-    _destroyed = outer;
 }
 
 void CSelectorManager::IgnoreTarget(void* target) {

@@ -2,6 +2,9 @@
 #ifndef ORVANE_SYSTEM_SELECTOR_SELECTOR_MANAGER_H
 #define ORVANE_SYSTEM_SELECTOR_SELECTOR_MANAGER_H
 
+#include <atomic>
+#include <memory>
+
 #include "System/Selector/ISelectorCollection.h"
 #include "System/Selector/SelectorList.h"
 #include "System/Thread/Mutex.h"
@@ -29,7 +32,8 @@ public:
 private:
     SelectorList _selectors ORVANE_GUARDED_BY(_mutex);
     CMutex _mutex{true};
-    bool* _destroyed = nullptr;  // on the stack of the innermost Update; set by the destructor
+    // Set by the destructor; each Update holds it as well, since it may outlive the manager.
+    const std::shared_ptr<std::atomic<bool>> _destroyed = std::make_shared<std::atomic<bool>>(false);
 };
 
 }  // namespace Quern

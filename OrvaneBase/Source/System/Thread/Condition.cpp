@@ -21,6 +21,7 @@ void CCondition::Wait() {
 
 void CCondition::TimeWait(unsigned int milliseconds) {
     if (!_mutex) return;
+    _mutex->Lock();  // before the clock is read: the wait for the lock is not part of the time
     constexpr long kNanosecondsPerSecond = 1000000000L;
     timeval now;
     gettimeofday(&now, nullptr);
@@ -31,7 +32,6 @@ void CCondition::TimeWait(unsigned int milliseconds) {
         until.tv_sec += 1;
         until.tv_nsec -= kNanosecondsPerSecond;
     }
-    _mutex->Lock();
     pthread_cond_timedwait(&_condition, &_mutex->_mutex, &until);
     _mutex->Unlock();
 }

@@ -21,7 +21,8 @@ public:
 
     // Once. Blocks the caller for 50 ms. The callback runs on the timer's own thread.
     void StartTimer(unsigned long long milliseconds, bool repeat, Callback callback, void* user);
-    // No firing begins after this; one that is under way goes on.
+    // On the timer's own thread no firing follows. On another, one that the timer had found due by then may still
+    // begin.
     void StopTimer();
     // Destroys the timer without waiting for its thread, and clears the pointer.
     static void DestoryTimer(CTimerImp** timer);
