@@ -45,15 +45,17 @@ void CFile::Close() {
     _appending = false;
 }
 
-// Asked before every line of a log: a look at the open file costs a third of a walk along its path. Deleting or
-// renaming a file touches its change time, and so does every write of our own, which brings the path's turn again.
 bool CFile::Exist() const {
+    return _stream && Exist(_path.c_str());
+}
+
+bool CFile::IsInPlace() const {
     if (!_stream) return false;
     struct stat status;
     const bool isKnown = fstat(fileno(_stream), &status) == 0 && status.st_nlink > 0;
     if (isKnown && status.st_ctim.tv_sec == _seenChange.tv_sec && status.st_ctim.tv_nsec == _seenChange.tv_nsec)
         return true;
-    const bool exists = Exist(_path.c_str());
+    const bool exists = Exist();
     _seenChange = exists && isKnown ? status.st_ctim : timespec{};
     return exists;
 }

@@ -40,6 +40,10 @@ public:
 
     // Whether a stream is open and its file is still there under its path.
     bool Exist() const;
+    // The same for a third of its cost, to be asked before every line of a log: walks along the path only if the open
+    // file has changed since the path was last found in place. Deleting or renaming the file shows at once; a folder
+    // above it that is renamed shows when the stream has next written.
+    bool IsInPlace() const;
     static bool Exist(const char* path);
     // Removes the file under the path, and leaves an open stream open.
     bool Remove();

@@ -111,7 +111,7 @@ bool AFileLogger::EnsureDirectory() {
 }
 
 bool AFileLogger::IsFileInPlace() const {
-    return _logFile && _logFile->Exist();
+    return _logFile && _logFile->IsInPlace();
 }
 
 bool AFileLogger::_IsNeedToCreateLogFile(const tm* now) {
