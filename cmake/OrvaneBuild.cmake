@@ -21,6 +21,8 @@ if(ORVANE_CCACHE)
 endif()
 
 include(GNUInstallDirs)
+# Installed libraries and tools find each other wherever they are put.
+set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 include(CheckCXXCompilerFlag)
 
 add_library(orvane_flags INTERFACE)
