@@ -1,0 +1,159 @@
+#include "Storage/Bundle/Linux/PropertyListShape.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace Quern {
+namespace {
+
+using std::string_view;
+
+// Goes through the tags of an XML list. What the format does not know and a parser could see in another way than this
+// scan (quotes and angles inside a tag, declarations behind the first element) is refused, so that no nesting hides.
+class XmlScan {
+public:
+    XmlScan(string_view text, const PropertyListLimits& limits) : _rest(text), _limits(limits) {}
+
+    bool IsWithin() {
+        for (size_t open; (open = _rest.find('<')) != string_view::npos;) {
+            _rest.remove_prefix(open + 1);
+            if (!TakeMarkup()) return false;
+        }
+        return true;
+    }
+
+private:
+    bool TakeMarkup() {
+        if (_rest.starts_with("!--")) return SkipBehind("-->");
+        if (_rest.starts_with("![CDATA[")) return SkipBehind("]]>");
+        if (_rest.starts_with('?')) return SkipBehind("?>");
+        const bool isDeclaration = _rest.starts_with('!');
+        const size_t end = _rest.find('>');
+        if (end == string_view::npos) return false;
+        const string_view tag = _rest.substr(0, end);
+        _rest.remove_prefix(end + 1);
+        return isDeclaration ? _depth == 0 : TakeTag(tag);
+    }
+
+    bool TakeTag(string_view tag) {
+        const string_view name = tag.substr(0, tag.find_first_of(" \t\r\n"));
+        if (tag.find('<') != string_view::npos) return false;
+        if (name != "plist" && tag.find_first_of("\"'") != string_view::npos) return false;
+        if (++_nodes > _limits.nodes) return false;
+        if (name == "dict" || name == "array") return ++_depth <= _limits.depth;
+        if ((name == "/dict" || name == "/array") && _depth > 0) --_depth;
+        return true;
+    }
+
+    bool SkipBehind(string_view end) {
+        const size_t found = _rest.find(end);
+        if (found == string_view::npos) return false;
+        _rest.remove_prefix(found + end.size());
+        return true;
+    }
+
+    string_view _rest;
+    const PropertyListLimits& _limits;
+    uint32_t _depth = 0;
+    uint64_t _nodes = 0;
+};
+
+constexpr size_t kHeaderSize = 8;    // "bplist00"
+constexpr size_t kTrailerSize = 32;  // 6 unused, size of an offset, size of a reference, and three big-endian numbers
+
+// Walks the objects of a binary list along their references. An object is measured once, however often it is named.
+class BinaryWalk {
+public:
+    BinaryWalk(string_view bytes, const PropertyListLimits& limits) : _bytes(bytes), _limits(limits) {}
+
+    bool IsWithin() {
+        if (_bytes.size() < kHeaderSize + kTrailerSize) return false;
+        const size_t trailer = _bytes.size() - kTrailerSize;
+        _offsetSize = Byte(trailer + 6);
+        _referenceSize = Byte(trailer + 7);
+        const uint64_t count = Number(trailer + 8, 8);
+        const uint64_t top = Number(trailer + 16, 8);
+        _offsets = Number(trailer + 24, 8);
+        const auto isSize = [](uint8_t size) { return size >= 1 && size <= 8; };
+        if (!isSize(_offsetSize) || !isSize(_referenceSize)) return false;
+        if (_offsets > trailer || count > (trailer - _offsets) / _offsetSize || top >= count) return false;
+        _measured.resize(count);
+        return Measure(top, 0) != nullptr;
+    }
+
+private:
+    struct Extent {
+        uint64_t nodes = 0;  // 0: not measured yet
+        uint32_t depth = 0;
+    };
+
+    // What an object unfolds to, standing inside `above` others; null beyond the limits or the bytes. An object that
+    // holds itself runs into the limit of depth.
+    const Extent* Measure(uint64_t object, uint32_t above) {
+        if (object >= _measured.size()) return nullptr;
+        Extent& known = _measured[object];
+        if (known.nodes == 0 && !Unfold(object, above, known)) return nullptr;
+        return above + known.depth <= _limits.depth ? &known : nullptr;
+    }
+
+    bool Unfold(uint64_t object, uint32_t above, Extent& out) {
+        size_t at = Number(_offsets + object * _offsetSize, _offsetSize);
+        if (at < kHeaderSize || at >= _offsets) return false;
+        const uint8_t kind = Byte(at) & 0xF0;
+        Extent extent{1, 0};
+        if (kind == 0xA0 || kind == 0xC0 || kind == 0xD0) {
+            uint64_t children = 0;
+            if (above >= _limits.depth || !TakeCount(at, children)) return false;
+            if (kind == 0xD0) children *= 2;  // the keys, then the values
+            if (children > (_bytes.size() - at) / _referenceSize) return false;
+            for (; children > 0; --children, at += _referenceSize) {
+                const Extent* child = Measure(Number(at, _referenceSize), above + 1);
+                if (!child) return false;
+                extent.nodes += child->nodes;
+                if (extent.nodes > _limits.nodes) return false;
+                extent.depth = std::max(extent.depth, child->depth);
+            }
+            ++extent.depth;
+        }
+        out = extent;
+        return true;
+    }
+
+    // The count in a marker's low half, or in the integer behind it. `at` moves to the first reference.
+    bool TakeCount(size_t& at, uint64_t& count) const {
+        count = Byte(at++) & 0x0F;
+        if (count != 0x0F) return true;
+        if (at >= _bytes.size() || (Byte(at) & 0xF0) != 0x10) return false;
+        const size_t size = size_t{1} << (Byte(at++) & 0x0F);
+        if (size > 8 || size > _bytes.size() - at) return false;
+        count = Number(at, size);
+        at += size;
+        return count < _bytes.size();
+    }
+
+    uint8_t Byte(size_t at) const { return static_cast<uint8_t>(_bytes[at]); }
+
+    // REQUIRES: the bytes are there, 8 at most.
+    uint64_t Number(size_t at, size_t size) const {
+        uint64_t number = 0;
+        for (; size > 0; --size)
+            number = number << 8 | Byte(at++);
+        return number;
+    }
+
+    string_view _bytes;
+    const PropertyListLimits& _limits;
+    uint8_t _offsetSize = 0, _referenceSize = 0;
+    uint64_t _offsets = 0;
+    std::vector<Extent> _measured;
+};
+
+}  // namespace
+
+bool IsPropertyListWithin(const std::string& bytes, const PropertyListLimits& limits) {
+    if (bytes.starts_with("bplist")) return BinaryWalk(bytes, limits).IsWithin();
+    return XmlScan(bytes, limits).IsWithin();
+}
+
+}  // namespace Quern
