@@ -84,7 +84,8 @@ bool EncryptedIniFileImpl::Save() {
     CurvePublicKey publicKey{};
     _MakeTeaKey(key, publicKey);
     _SaveTeaKey(key);
-    OverwriteFile(_path.c_str(), EncryptedIni::Build(_text, key, publicKey));
+    const std::string bytes = EncryptedIni::Build(_text, key, publicKey);
+    if (!bytes.empty()) OverwriteFile(_path.c_str(), bytes);
     return true;
 }
 
