@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "Serializer/Codec/PeerKey.h"
 #include "Storage/File/CPath.h"
 #include "Storage/Log/LogRecord.h"
 #include "Storage/Log/Logger.h"
@@ -58,7 +59,7 @@ bool LogStore::MapBlock() {
         _journal->Reconcile(static_cast<uint8_t*>(block), BUFFER_BLOCK_LENTH);
     }
     _logBuffer = std::make_unique<LogBuffer>(block, BUFFER_BLOCK_LENTH, _options.compress,
-                                             _options.crypt ? ORVANE_LOG_PUBLIC_KEY : "");
+                                             _options.crypt ? PeerPublicKey() : "");
     _logBuffer->SetJournal(_journal.get());
     return isMapped;
 }

@@ -1,0 +1,9 @@
+#include "Serializer/Codec/PeerKey.h"
+
+namespace Quern {
+
+const char* PeerPublicKey() {
+    return ORVANE_PEER_PUBLIC_KEY;
+}
+
+}  // namespace Quern

@@ -1,0 +1,38 @@
+// The registry of the process's bundles.
+#ifndef ORVANE_STORAGE_BUNDLE_BUNDLE_FACTORY_H
+#define ORVANE_STORAGE_BUNDLE_BUNDLE_FACTORY_H
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "Storage/Bundle/Bundle.h"
+#include "System/Thread/Mutex.h"
+
+namespace Quern {
+
+// What it gives stays its own.
+class BundleFactory {
+public:
+    static BundleFactory* GetInstance();
+    // Deletes the factory and its bundles, but for the default one.
+    static void ReleaseInstance();
+    BundleFactory() = default;
+
+    // The library's own bundle, "Orvane.config" in the cache folder; made at the first call and never deleted. Not
+    // locked: the first call belongs to the start-up thread.
+    Bundle* GetDefaultBundle();
+    // The bundle over the file of that path, made if need be: the same object for the same name. Null gives the default
+    // bundle, with a log line.
+    Bundle* GetBundle(const char* name);
+    // Deletes the bundle, which leaves its file in plain text. Null and unknown names do nothing.
+    void DestoryBundle(const char* name);
+
+private:
+    CMutex _mutex{true};  // guards _bundles
+    std::map<std::string, std::unique_ptr<Bundle>> _bundles;
+};
+
+}  // namespace Quern
+
+#endif

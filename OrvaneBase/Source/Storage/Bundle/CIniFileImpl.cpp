@@ -1,0 +1,149 @@
+#include "Storage/Bundle/CIniFileImpl.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "Base/Assert.h"
+#include "Base/XLog.h"
+#include "Storage/Bundle/EncryptedIniFileImpl.h"
+#include "Storage/File/CFile.h"
+#include "Storage/File/LineReader.h"
+#include "System/Thread/Time.h"
+
+namespace Quern {
+
+IniFile* IniFile::CreateIniFile(const char* path) {
+    return new CIniFileImpl(path);
+}
+
+IniFile* IniFile::CreateEncrptedFile(const char* path) {
+    return new EncryptedIniFileImpl(path);
+}
+
+CIniFileImpl::CIniFileImpl(const char* path) : _path(path) {
+    const long long begin = CTime::GetTimeTick();
+    if (!CIniFileImpl::Load()) CFile::Remove(_path.c_str());
+    ORVANE_CONSOLE(kLogInfo, "load config file cost %lld us", CTime::GetTimeTick() - begin);
+}
+
+CIniFileImpl::~CIniFileImpl() {
+    CIniFileImpl::Save();
+}
+
+bool CIniFileImpl::Load() {
+    const CCritical guard(&_mutex);
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(_path.c_str(), "rb"), fclose);
+    if (!file) return false;
+    _text.Clear();
+    AString line;
+    for (int length; (length = getline(file.get(), line)) >= 0;)
+        _text.AddLine({line.c_str(), static_cast<size_t>(length)});
+    return true;
+}
+
+bool CIniFileImpl::Save() {
+    const CCritical guard(&_mutex);
+    std::string text = _text.Join('\n');
+    if (!_text.Empty()) text += '\n';
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(_path.c_str(), "wb"), fclose);
+    if (file) fwrite(text.data(), 1, text.size(), file.get());
+    return true;
+}
+
+AString CIniFileImpl::ReadString(const char* section, const char* key, const char* defaultValue) {
+    bool found = false;
+    return ReadString(section, key, defaultValue, found);
+}
+
+AString CIniFileImpl::ReadString(const char* section, const char* key, const char* defaultValue, bool& found) {
+    if (!section || !key) {
+        ORVANE_LOG_ERROR("s == NULL || key == NULL");
+        found = false;
+        return {};
+    }
+    const CCritical guard(&_mutex);
+    std::string_view value;
+    found = _text.Find(section, key, value);
+    return found ? AString(value.data(), static_cast<int>(value.size())) : AString(defaultValue);
+}
+
+template <typename Number>
+Number CIniFileImpl::ReadNumber(const char* section, const char* key, Number defaultValue, bool& found) {
+    const AString text = ReadString(section, key, "", found);
+    if (text.Empty()) return defaultValue;
+    // As a stream extracts: what precedes the first foreign character, the nearest limit for what does not fit.
+    const long long number = strtoll(text.c_str(), nullptr, 10);
+    if (number > std::numeric_limits<Number>::max()) return std::numeric_limits<Number>::max();
+    if (number < std::numeric_limits<Number>::min()) return std::numeric_limits<Number>::min();
+    return static_cast<Number>(number);
+}
+
+int CIniFileImpl::ReadInt(const char* section, const char* key, int defaultValue) {
+    bool found = false;
+    return ReadInt(section, key, defaultValue, found);
+}
+
+int CIniFileImpl::ReadInt(const char* section, const char* key, int defaultValue, bool& found) {
+    return ReadNumber(section, key, defaultValue, found);
+}
+
+long long CIniFileImpl::ReadLongLong(const char* section, const char* key, long long defaultValue) {
+    bool found = false;
+    return ReadLongLong(section, key, defaultValue, found);
+}
+
+long long CIniFileImpl::ReadLongLong(const char* section, const char* key, long long defaultValue, bool& found) {
+    return ReadNumber(section, key, defaultValue, found);
+}
+
+bool CIniFileImpl::WriteString(const char* section, const char* key, const char* value) {
+    if (!section || !key) return false;
+    ORVANE_ASSERT(value != nullptr);
+    const CCritical guard(&_mutex);
+    _text.Write(section, key, value);
+    return true;
+}
+
+bool CIniFileImpl::WriteInt(const char* section, const char* key, int value) {
+    return WriteString(section, key, std::to_string(value).c_str());
+}
+
+bool CIniFileImpl::WriteLongLong(const char* section, const char* key, long long value) {
+    return WriteString(section, key, std::to_string(value).c_str());
+}
+
+void CIniFileImpl::GetAllKeys(const char* section, AArray* keys) {
+    if (!section || !keys) return;
+    const CCritical guard(&_mutex);
+    for (const std::string_view key : _text.Keys(section))
+        keys->Add(new AString(key.data(), static_cast<int>(key.size())), true);
+}
+
+bool CIniFileImpl::IsContainKey(const char* section, const char* key) {
+    if (!section || !key) return false;
+    const CCritical guard(&_mutex);
+    return _text.HasLine(section, key);
+}
+
+bool CIniFileImpl::RemoveSection(const char* section) {
+    if (!section) return false;
+    const CCritical guard(&_mutex);
+    return _text.RemoveSection(section);
+}
+
+bool CIniFileImpl::RemoveKey(const char* section, const char* key) {
+    if (!section || !key) return false;
+    const CCritical guard(&_mutex);
+    return _text.RemoveLine(section, key);
+}
+
+bool CIniFileImpl::RemoveAll() {
+    const CCritical guard(&_mutex);
+    _text.Clear();
+    return true;
+}
+
+}  // namespace Quern

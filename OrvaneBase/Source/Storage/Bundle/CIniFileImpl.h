@@ -1,0 +1,51 @@
+// An INI file in plain text.
+#ifndef ORVANE_STORAGE_BUNDLE_C_INI_FILE_IMPL_H
+#define ORVANE_STORAGE_BUNDLE_C_INI_FILE_IMPL_H
+
+#include "Storage/Bundle/IniFile.h"
+#include "Storage/Bundle/IniText.h"
+#include "System/Thread/Mutex.h"
+
+namespace Quern {
+
+class CIniFileImpl : public IniFile {
+public:
+    // Loads this class's own way, also for a derived object, which does not exist yet.
+    explicit CIniFileImpl(const char* path);
+    // Saves this class's own way, as plain text.
+    ~CIniFileImpl() override;
+    CIniFileImpl(const CIniFileImpl&) = delete;
+    CIniFileImpl& operator=(const CIniFileImpl&) = delete;
+
+    // A last line without a line end is lost.
+    bool Load() override;
+    bool Save() override;
+    AString ReadString(const char* section, const char* key, const char* defaultValue) override;
+    int ReadInt(const char* section, const char* key, int defaultValue) override;
+    long long ReadLongLong(const char* section, const char* key, long long defaultValue) override;
+    AString ReadString(const char* section, const char* key, const char* defaultValue, bool& found) override;
+    int ReadInt(const char* section, const char* key, int defaultValue, bool& found) override;
+    long long ReadLongLong(const char* section, const char* key, long long defaultValue, bool& found) override;
+    bool WriteString(const char* section, const char* key, const char* value) override;
+    bool WriteInt(const char* section, const char* key, int value) override;
+    bool WriteLongLong(const char* section, const char* key, long long value) override;
+    void GetAllKeys(const char* section, AArray* keys) override;
+    bool IsContainKey(const char* section, const char* key) override;
+    bool RemoveSection(const char* section) override;
+    bool RemoveKey(const char* section, const char* key) override;
+    bool RemoveAll() override;
+
+protected:
+    AString _path;
+    IniText _text;
+    CMutex _mutex{true};  // guards the text and the file; recursive, since the number forms call the text forms
+
+private:
+    // Reads a number; the default for an empty text.
+    template <typename Number>
+    Number ReadNumber(const char* section, const char* key, Number defaultValue, bool& found);
+};
+
+}  // namespace Quern
+
+#endif

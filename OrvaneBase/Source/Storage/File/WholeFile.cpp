@@ -1,0 +1,64 @@
+#include "Storage/File/WholeFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace Quern {
+namespace {
+
+bool WriteSynced(int descriptor, std::string_view content) {
+    while (!content.empty()) {
+        const ssize_t count = write(descriptor, content.data(), content.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return false;
+        content.remove_prefix(static_cast<size_t>(count));
+    }
+    return fsync(descriptor) == 0;
+}
+
+// So that the new name is on the disk too.
+void SyncFolderOf(const std::string& path) {
+    const size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return;
+    fsync(descriptor);
+    close(descriptor);
+}
+
+}  // namespace
+
+std::string ReadToEnd(FILE* file, bool* error) {
+    std::string bytes;
+    char chunk[8192];
+    for (size_t count; (count = fread(chunk, 1, sizeof chunk, file)) > 0;)
+        bytes.append(chunk, count);
+    if (error) *error = ferror(file) != 0;
+    return bytes;
+}
+
+bool ReplaceFile(const std::string& path, std::string_view content, mode_t mode) {
+    std::string aside = path + ".XXXXXX";
+    const int descriptor = mkostemp(aside.data(), O_CLOEXEC);
+    if (descriptor < 0) return false;
+    bool done = fchmod(descriptor, mode) == 0 && WriteSynced(descriptor, content);
+    int error = errno;
+    if (close(descriptor) != 0 && done) {
+        done = false;
+        error = errno;
+    }
+    if (done && rename(aside.c_str(), path.c_str()) == 0) {
+        SyncFolderOf(path);
+        return true;
+    }
+    if (done) error = errno;
+    unlink(aside.c_str());
+    errno = error;
+    return false;
+}
+
+}  // namespace Quern

@@ -1,0 +1,22 @@
+// Reading and replacing a file in one piece.
+#ifndef ORVANE_STORAGE_FILE_WHOLE_FILE_H
+#define ORVANE_STORAGE_FILE_WHOLE_FILE_H
+
+#include <sys/types.h>
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace Quern {
+
+// What is left of the file, up to its end or the first error; `error`, where given, says whether there was one.
+std::string ReadToEnd(FILE* file, bool* error = nullptr);
+
+// Writes a file aside, synced, and gives it the name `path`: at any moment the name bears the old content or the new
+// one. False, with errno set and the old file in place, if that failed.
+bool ReplaceFile(const std::string& path, std::string_view content, mode_t mode);
+
+}  // namespace Quern
+
+#endif

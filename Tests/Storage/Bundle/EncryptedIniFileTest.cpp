@@ -1,0 +1,197 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include "Serializer/Codec/Base64.h"
+#include "Serializer/Codec/EllipticCurve.h"
+#include "Serializer/Codec/KxSymmetry.h"
+#include "Serializer/Codec/Md5.h"
+#include "Storage/Bundle/IniFile.h"
+#include "Storage/Bundle/SecurityStore.h"
+#include "Support/CapturedConsole.h"
+#include "Support/FakeKeychain.h"
+#include "Support/TestContainer.h"
+
+namespace Quern {
+namespace {
+
+using OrvaneTest::CacheFolder;
+using OrvaneTest::CapturedConsole;
+using OrvaneTest::FakeKeychain;
+using OrvaneTest::Format;
+using OrvaneTest::ReadFile;
+using OrvaneTest::WriteFile;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+
+std::string FromHex(const std::string& digits) {
+    std::string bytes(digits.size() / 2, '\0');
+    EXPECT_TRUE(HexToBuffer(digits.c_str(), reinterpret_cast<uint8_t*>(bytes.data()), bytes.size()));
+    return bytes;
+}
+
+// A file made by another program, in another language, from the layout alone: the lines "", "[Orvane]",
+// "name=Sun Wukong # the king", "count=-17", for the development peer, and the key that opens it.
+const char kVectorKey[] = "5e09d58c526a9bcfbb9902d162fa8856";
+const char kVector[] =
+    "e40802006200000038000000010040007e6ce68b62540975c525465cc74f404cd69dd57678184f7c8fb5f699f76edb2ed9cbe116"
+    "18c25afd1167809f35217336441733c2d1348b4f46b14efbd83b4ee81000b95d6e70fed8a96ced6d2fcc2f12cae51b2f8ecfae41"
+    "5cfb79eab73dece28006425a6c5c72f8c31911f9486ce114d6c1d9f4123ad1426af25fdbbdfaebcb46e8f78222c4230ed8c9";
+
+class EncryptedIniFileTest : public testing::Test {
+protected:
+    std::unique_ptr<IniFile> Open() {
+        std::unique_ptr<IniFile> file(IniFile::CreateEncrptedFile(path.c_str()));
+        loaded = file->Load();
+        return file;
+    }
+    std::string& StoredKey() { return keychain->items[{"OrvaneCoreService", "store.config"}]; }
+    void StoreVector() {
+        const std::string key = FromHex(kVectorKey);
+        StoredKey() = base64_encode(reinterpret_cast<const unsigned char*>(key.data()), 16);
+        WriteFile(path, FromHex(kVector));
+    }
+
+    const std::string path = CacheFolder() + "/store.config";
+    const std::shared_ptr<FakeKeychain> keychain = FakeKeychain::Install();
+    CapturedConsole console;
+    bool loaded = false;
+};
+
+TEST_F(EncryptedIniFileTest, ReadsAFileThatAnotherProgramMade) {
+    StoreVector();
+    const auto file = Open();
+    ASSERT_TRUE(loaded);
+    EXPECT_STREQ(file->ReadString("Orvane", "name", "").c_str(), "Sun Wukong");
+    EXPECT_EQ(file->ReadInt("Orvane", "count", 0), -17);
+}
+
+TEST_F(EncryptedIniFileTest, WritesHeadKeyAndBodyForThePeer) {
+    const auto file = Open();
+    file->WriteString("s", "a", "one");
+    file->WriteString("s", "b", "two");
+    ASSERT_TRUE(file->Save());
+    const std::string bytes = ReadFile(path);
+    const std::string text = "\n[s]\na=one\nb=two";
+    const std::string body = bytes.substr(98);
+    ASSERT_EQ(static_cast<int>(body.size()), Orvane::Quern::kx_symmetry_encrypt2_len(static_cast<int>(text.size())));
+    EXPECT_EQ(bytes.substr(0, 16), FromHex("e408020062000000"
+                                           "20000000"
+                                           "0100"
+                                           "4000"));
+    EXPECT_EQ(bytes.substr(80, 2), FromHex("1000"));
+    char digest[16];
+    Md5HashBuffer(digest, body.data(), static_cast<int>(body.size()));
+    EXPECT_EQ(bytes.substr(82, 16), std::string(digest, 16));
+
+    // The keychain's key is the one that the holder of the peer's private key computes from the head.
+    CurvePrivateKey peer;
+    const std::string digits = ReadFile(ORVANE_SOURCE_DIR "/Examples/Keys/development-log.key");
+    ASSERT_TRUE(HexToBuffer(digits.c_str(), peer.data(), peer.size()));
+    CurvePublicKey publicKey;
+    std::copy_n(bytes.begin() + 16, 64, publicKey.begin());
+    CurveSecret secret;
+    ASSERT_TRUE(CurveSharedSecret(publicKey, peer, secret));
+    EXPECT_EQ(base64_decode(StoredKey()), std::string(secret.begin(), secret.begin() + 16));
+    std::string plain(body.size(), '\0');
+    int length = static_cast<int>(plain.size());
+    ASSERT_TRUE(Orvane::Quern::kx_symmetry_decrypt2(body.data(), length, base64_decode(StoredKey()).data(),
+                                                    plain.data(), &length));
+    EXPECT_EQ(plain.substr(0, static_cast<size_t>(length)), text);
+
+    const std::string firstKey = StoredKey();
+    file->Save();
+    EXPECT_NE(StoredKey(), firstKey);
+    EXPECT_NE(ReadFile(path).substr(98), body);
+    EXPECT_THAT(keychain->calls,
+                ElementsAre("delete store.config", "add store.config", "delete store.config", "add store.config"));
+}
+
+TEST_F(EncryptedIniFileTest, SaysTheFirstThingThatIsWrong) {
+    struct Case {
+        size_t at;
+        const char* bytes;  // in hexadecimal
+        size_t length;      // of the whole file
+        const char* line;
+    };
+    constexpr size_t kWhole = 154;
+    const Case cases[] = {
+        {0, "", 11, "Error config file read headbase failed"},
+        {0, "e308", 12, "Error config file magic not match file magic is 2275, program magic is 2276"},
+        {0, "ffff", kWhole, "Error config file magic not match file magic is 65535, program magic is 2276"},
+        {2, "0100", kWhole, "Error config file version not match, file version is 1, program version is 2"},
+        {4, "61", kWhole, "Error config file read headext failed"},
+        {0, "", 97, "Error config file read headext failed"},
+        {12, "0200", kWhole, "Error config file Encytion is not TEA, encyption is 2"},
+        {14, "4100", kWhole, "Error config file PubKeyLen is not 64, PubKeyLen is 65"},
+        {80, "1100", kWhole, "Error config file Md5Len is not 16, Md5Len is 17"},
+        {0, "", kWhole - 1, "Error config file read body failed!"},
+        {8, "ffffff7f", kWhole, "Error config file read body failed!"},
+        {8, "ffffffff", kWhole, "Error config file read body failed!"},
+        {120, "00", kWhole, "Error config file md5 check failed!"},
+        {8, "00000000", kWhole, "Error config file md5 check failed!"},
+    };
+    StoreVector();
+    const auto file = Open();
+    for (const Case& c : cases) {
+        std::string bytes = FromHex(kVector).substr(0, c.length);
+        const std::string change = FromHex(c.bytes);
+        bytes.replace(c.at, change.size(), change);
+        WriteFile(path, bytes);
+        console.Take();
+        EXPECT_FALSE(file->Load()) << c.line;
+        EXPECT_THAT(console.Take(), ElementsAre(c.line));
+        EXPECT_EQ(file->ReadInt("Orvane", "count", 0), -17);  // what was in memory stays
+    }
+
+    std::string newer = FromHex(kVector);
+    newer[2] = 3;
+    WriteFile(path, newer + "what follows the body is ignored");
+    EXPECT_TRUE(file->Load());
+
+    for (const char* key : {"", "AAAA", "XgnVjFJqm8+7mQLRYvqIVw=="}) {  // none, too short, another
+        StoredKey() = key;
+        console.Take();
+        EXPECT_FALSE(file->Load());
+        EXPECT_THAT(console.Take(), ElementsAre("Error config file kx_symmetry_decrypt2 failed!"));
+    }
+    unlink(path.c_str());
+    EXPECT_FALSE(file->Load());
+    EXPECT_THAT(console.Take(), ElementsAre(Format("Info config file %s is not exist", path.c_str())));
+}
+
+TEST_F(EncryptedIniFileTest, APlainFileMovesOverAndADeletedObjectLeavesOne) {
+    WriteFile(path, "[s]\na=1\n");
+    {
+        const auto file = Open();
+        EXPECT_FALSE(loaded);
+        EXPECT_EQ(file->ReadInt("s", "a", 0), 1);
+        file->Save();
+        EXPECT_EQ(ReadFile(path).substr(0, 2), FromHex("e408"));
+    }
+    EXPECT_EQ(ReadFile(path), "[s]\na=1\n");
+    EXPECT_EQ(Open()->ReadInt("s", "a", 0), 1);
+}
+
+TEST_F(EncryptedIniFileTest, AFileThatDoesNotOpenIsKeptAsRawLines) {
+    StoreVector();
+    StoredKey().clear();
+    const auto file = Open();
+    EXPECT_STREQ(file->ReadString("Orvane", "name", "nothing").c_str(), "nothing");
+    file->WriteString("s", "a", "1");
+    file->Save();
+    ASSERT_TRUE(file->Load());
+    EXPECT_EQ(file->ReadInt("s", "a", 0), 1);
+}
+
+TEST_F(EncryptedIniFileTest, AnEmptyTextIsAFileToo) {
+    const auto file = Open();
+    file->Save();
+    EXPECT_EQ(ReadFile(path).size(), 98u + 16u);
+    EXPECT_TRUE(file->Load());
+}
+
+}  // namespace
+}  // namespace Quern

@@ -1,0 +1,198 @@
+#include "Storage/Bundle/Keychain.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <set>
+#include <string>
+
+#include "Storage/Bundle/OrvaneCoreKC.h"
+#include "Storage/Bundle/SecurityStore.h"
+#include "Support/CapturedConsole.h"
+#include "Support/FakeKeychain.h"
+#include "Support/TestContainer.h"
+
+namespace Quern {
+namespace {
+
+using OrvaneTest::CapturedConsole;
+using OrvaneTest::Format;
+using OrvaneTest::ReadFile;
+using OrvaneTest::WriteFile;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+// The keychain of the container, outside the cache folder.
+std::string KeychainFile() {
+    std::string path = OrvaneTest::CacheFolder();
+    return path.substr(0, path.rfind('/')) + "/OrvaneCore.keychain";
+}
+
+std::string Get(const char* account) {
+    return OrvaneCoreKC::passwordForService_account("service", account).value_or("(none)");
+}
+
+bool Set(const char* account, const char* password) {
+    return OrvaneCoreKC::setPassword_forService_account(password, "service", account);
+}
+
+TEST(KeychainTest, KeepsPasswordsSealedForTheirUserAlone) {
+    const std::string path = KeychainFile();
+    EXPECT_TRUE(Set("a", "first"));
+    EXPECT_TRUE(Set("a", "second secret"));
+    EXPECT_TRUE(Set("b", "other"));
+    EXPECT_TRUE(OrvaneCoreKC::setPassword_forService_account("elsewhere", "other service", "a"));
+    EXPECT_EQ(Get("a"), "second secret");
+    EXPECT_EQ(Get("c"), "(none)");
+
+    struct stat state {};
+    ASSERT_EQ(stat(path.c_str(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777, 0600u);
+    EXPECT_THAT(ReadFile(path), Not(HasSubstr("secret")));
+
+    const auto accounts = OrvaneCoreKC::accountsForService("service");
+    ASSERT_TRUE(accounts);
+    std::set<std::string> names;
+    for (const KeychainItem& item : *accounts) {
+        names.insert(item.account);
+        EXPECT_EQ(item.data, "");
+    }
+    EXPECT_THAT(names, ElementsAre("a", "b"));
+    EXPECT_EQ(OrvaneCoreKC::allAccounts()->size(), 3u);
+    EXPECT_TRUE(OrvaneCoreKC::deletePasswordForService_account("service", "a"));
+    EXPECT_EQ(Get("a"), "(none)");
+    EXPECT_EQ(OrvaneCoreKC::allAccounts()->size(), 2u);
+}
+
+TEST(KeychainTest, ErrorsCarryTheStatusAndTheDomain) {
+    CapturedConsole console;
+    Set("a", "");
+    KCError error;
+    EXPECT_FALSE(OrvaneCoreKC::passwordForService_account_error("service", "a", &error));  // empty counts as none
+    EXPECT_EQ(error.code, errSecSuccess);
+    EXPECT_EQ(OrvaneCoreKC::passwordDataForService_account("service", "a"), "");
+
+    EXPECT_FALSE(OrvaneCoreKC::passwordForService_account_error("service", "b", &error));
+    EXPECT_EQ(error.code, errSecItemNotFound);
+    EXPECT_STREQ(error.domain, OrvaneCoreKC::kErrorDomain);
+    EXPECT_FALSE(OrvaneCoreKC::accountsForService_error("nobody", &error));
+    EXPECT_EQ(error.code, errSecItemNotFound);
+
+    for (const auto& [password, service, account] :
+         {std::tuple<const char*, const char*, const char*>{nullptr, "s", "a"},
+          {"p", nullptr, "a"},
+          {"p", "s", nullptr}}) {
+        error = {};
+        EXPECT_FALSE(OrvaneCoreKC::setPassword_forService_account_error(password, service, account, &error));
+        EXPECT_EQ(error.code, -1001);
+    }
+    EXPECT_FALSE(OrvaneCoreKC::deletePasswordForService_account_error("s", nullptr, &error));
+    EXPECT_EQ(error.code, -1001);
+}
+
+TEST(KeychainTest, AKeychainThatCannotBeTrustedIsNotUsedAndSetAsideAtTheNextWrite) {
+    const std::string path = KeychainFile();
+    CapturedConsole console;
+    EXPECT_EQ(Get("a"), "(none)");
+    EXPECT_THAT(console.Take(), ElementsAre(Format("Info keychain %s does not exist", path.c_str())));
+
+    struct Case {
+        const char* what;
+        std::function<void()> spoil;
+    };
+    const Case cases[] = {
+        {"is damaged", [&] { WriteFile(path, ReadFile(path).substr(0, 60)); }},
+        {"is damaged", [&] { WriteFile(path, R"({"version":1,"salt":"AAAA","items":[]})"); }},
+        {"is damaged", [&] { WriteFile(path, std::string(100000, '[')); }},
+        {"is open to other users and is not used", [&] { chmod(path.c_str(), 0644); }},
+        {"is no file and is not used",
+         [&] {
+             unlink(path.c_str());
+             mkdir(path.c_str(), 0700);
+         }},
+        {"is a link and is not used",
+         [&] {
+             rename(path.c_str(), (path + ".elsewhere").c_str());
+             EXPECT_EQ(symlink((path + ".elsewhere").c_str(), path.c_str()), 0);
+         }},
+        {"belongs to another user and is not used",
+         [&] {
+             if (chown(path.c_str(), 12345, 12345) != 0) chmod(path.c_str(), 0666);  // only root may give it away
+         }},
+    };
+    for (const Case& c : cases) {
+        ASSERT_TRUE(Set("a", "password"));
+        ASSERT_EQ(Get("a"), "password");
+        c.spoil();
+        console.Take();
+        EXPECT_EQ(Get("a"), "(none)");
+        const std::vector<std::string> lines = console.Take();
+        ASSERT_EQ(lines.size(), 1u) << c.what;
+        if (geteuid() == 0) {
+            EXPECT_EQ(lines[0], Format("Error keychain %s %s", path.c_str(), c.what));
+        }
+        rmdir((path + ".unusable").c_str());
+    }
+    EXPECT_TRUE(Set("b", "anew"));
+    EXPECT_EQ(Get("b"), "anew");
+    EXPECT_EQ(Get("a"), "(none)");
+    EXPECT_NE(ReadFile(path + ".unusable"), "");
+}
+
+TEST(KeychainTest, AValueOpensUnderItsOwnNameAlone) {
+    const std::string path = KeychainFile();
+    CapturedConsole console;
+    Set("a", "password");
+    std::string text = ReadFile(path);
+    const size_t name = text.find("\"YQ==\"");  // the account
+    ASSERT_NE(name, std::string::npos);
+    WriteFile(path, text.replace(name, 6, "\"Yg==\""));
+    EXPECT_EQ(Get("b"), "(none)");
+    EXPECT_THAT(console.Take(), testing::Contains("Error keychain item b was not sealed here"));
+}
+
+TEST(KeychainTest, ProcessesThatWriteAtOnceLoseNothing) {
+    constexpr int kProcesses = 4;
+    constexpr int kAccounts = 8;
+    CapturedConsole console;
+    KeychainFile();
+    for (int process = 0; process < kProcesses; ++process) {
+        if (fork() != 0) continue;
+        bool done = true;
+        for (int i = 0; i < kAccounts; ++i)
+            done &= Set(Format("%d.%d", process, i).c_str(), "password");
+        _exit(done ? 0 : 1);
+    }
+    for (int process = 0; process < kProcesses; ++process) {
+        int status = -1;
+        wait(&status);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(OrvaneCoreKC::allAccounts()->size(), static_cast<size_t>(kProcesses * kAccounts));
+}
+
+TEST(SecurityStoreTest, StoresUnderOneServiceByDeleteAndAdd) {
+    const auto keychain = OrvaneTest::FakeKeychain::Install();
+    SecurityStore* const store = SecurityStore::GetInstance();
+    EXPECT_STREQ(store->GetString("key", "default").c_str(), "default");
+    store->SetString("key", "one");
+    OrvaneCoreKC::setAccessibilityType("afterFirstUnlock");
+    EXPECT_STREQ(OrvaneCoreKC::accessibilityType(), "afterFirstUnlock");
+    store->SetString("key", "two");
+    EXPECT_STREQ(store->GetString("key", "default").c_str(), "two");
+    EXPECT_EQ((keychain->items[{"OrvaneCoreService", "key"}]), "two");
+    EXPECT_THAT(keychain->calls, ElementsAre("delete key", "add key", "delete key", "add key afterFirstUnlock"));
+    store->SetString("key", "");
+    EXPECT_STREQ(store->GetString("key", "default").c_str(), "default");
+    keychain->failure = errSecNotAvailable;
+    store->SetString("key", "three");  // fails without a word
+    EXPECT_STREQ(store->GetString("key", nullptr).c_str(), "");
+    SecurityStore::ReleaseInstance();
+}
+
+}  // namespace
+}  // namespace Quern
