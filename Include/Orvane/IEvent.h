@@ -30,6 +30,11 @@ public:
     virtual IEvent* CreateEvent(int srcID, const char* eventName) = 0;
     /// Destroys the event and clears the pointer. Null, or a pointer to null, does nothing.
     virtual void DestroyEvent(IEvent** event) = 0;
+    /// What the device is, for a library whose setting "UnifyDeviceInfo" is on.
+    /// \param key "UUID", "BundleId", "Model", "SysVersion", "AppVersion" or "Brand"
+    /// \param buffer points to the pointer to `size` zeroed bytes, which the caller owns; the pointer stays as it is
+    /// \return 0 if the answer is in the buffer with its terminator, 1 if it is there cut to size; else it is not known
+    virtual unsigned int GetDeviceInfo(const char* key, char** buffer, unsigned int size) = 0;
 };
 
 }  // namespace Plugin

@@ -91,6 +91,18 @@ ORVANE_EXPORT void OrvaneSDKLog_setLogLevel(const char* module, ALogPriority lev
 /// Sets the threshold of every logger that exists, the library's own last.
 ORVANE_EXPORT void OrvaneSDKLog_setAllLogLevel(ALogPriority level);
 
+/* --- System --------------------------------------------------------------------------------------------------------*/
+
+/// Writes the device's id, 32 hexadecimal digits or what the data plugin tells in their place, and a terminator.
+/// \return true; false, and nothing written, if `size` bytes do not hold both
+ORVANE_EXPORT bool Quern_system_GetUUID(char* buffer, int size);
+/// The advertising id is not read: writes nothing. \return 0
+ORVANE_EXPORT int Quern_system_GetIDFA(char* buffer, int size);
+/// \return whether the device is modified: the application could do what only the superuser may
+ORVANE_EXPORT bool Quern_system_IsDeviceRooted(void);
+/// Deprecated. \return -1
+ORVANE_EXPORT int Quern_system_CheckPermission(int permission);
+
 /* --- Main-thread pump: for an engine that wants callbacks in its own tick ----------------------------------------- */
 
 /// From now on deferred calls wait for Quern_UpdateUIThread. There is no way back.

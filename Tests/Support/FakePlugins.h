@@ -80,8 +80,17 @@ public:
         *event = nullptr;
     }
 
+    unsigned int GetDeviceInfo(const char* key, char** buffer, unsigned int size) override {
+        _journal->push_back("device info " + std::string(key) + " " + std::to_string(size));
+        const auto found = device.find(key);
+        if (found == device.end()) return 2;
+        memcpy(*buffer, found->second.data(), std::min<size_t>(found->second.size(), size));
+        return found->second.size() < size ? 0 : 1;
+    }
+
     FakePlugin& plugin() { return _plugin; }
     bool refuses = false;
+    std::map<std::string, std::string> device;  // what GetDeviceInfo knows; an answer of its size has no terminator
 
 private:
     class Event final : public Orvane::Plugin::IEvent {

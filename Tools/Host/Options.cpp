@@ -16,6 +16,8 @@ A game-like process: links the library as a game does, opens sibling plugins and
 application, one for each line of a script.
 
   --plugins DIR            open every *.so of the folder, in name order
+  --info-plist FILE        the application's manifest, XML or binary (default: ORVANE_INFO_PLIST of the environment, else
+                           Info.plist beside this program); its settings go before --log-mode and --console
   --script FILE            read the events from a file (default: standard input)
   --module NAME            name of the host's logger (default: Game)
   --log-mode N             its "LogMode": 0 plain, 1 deflated, 2 deflated and encrypted (default: 2)
@@ -47,10 +49,24 @@ order: the application will terminate, pre-shutdown, shutdown. Exit status: 0; 1
 read; 2 for a wrong command line.
 )";
 
-enum Option { kPlugins = 256, kScript, kModule, kLogMode, kConsole, kThreads, kLines, kFirst, kPace, kAckFd, kHelp };
+enum Option {
+    kPlugins = 256,
+    kInfoPlist,
+    kScript,
+    kModule,
+    kLogMode,
+    kConsole,
+    kThreads,
+    kLines,
+    kFirst,
+    kPace,
+    kAckFd,
+    kHelp
+};
 
 const option kOptions[] = {
     {"plugins", required_argument, nullptr, kPlugins},
+    {"info-plist", required_argument, nullptr, kInfoPlist},
     {"script", required_argument, nullptr, kScript},
     {"module", required_argument, nullptr, kModule},
     {"log-mode", required_argument, nullptr, kLogMode},
@@ -86,6 +102,8 @@ bool Apply(int code, Options& options) {
     switch (code) {
         case kPlugins:
             return TakeText("plugins", options.pluginFolder);
+        case kInfoPlist:
+            return TakeText("info-plist", options.infoPlistPath);
         case kScript:
             return TakeText("script", options.scriptPath);
         case kModule:

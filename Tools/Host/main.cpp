@@ -10,6 +10,7 @@
 #include "HostLoop.h"
 #include "LineFeed.h"
 #include "Options.h"
+#include "Orvane/InfoPlist.h"
 #include "Orvane/RunTime.h"
 #include "PluginLoader.h"
 
@@ -26,6 +27,9 @@ int main(int count, char** arguments) {
         case ParseResult::kRun:
             break;
     }
+
+    if (!options.infoPlistPath.empty() && !gs_OrvaneSetInfoPlist(options.infoPlistPath.c_str()))
+        orvane_console_log("orvane-host: the library has read its manifest before");
 
     int input = STDIN_FILENO;
     if (!options.scriptPath.empty()) {

@@ -16,6 +16,8 @@ public:
     const char* GetPluginName() const override;
     Orvane::Plugin::IEvent* CreateEvent(int srcID, const char* eventName) override;
     void DestroyEvent(Orvane::Plugin::IEvent** event) override;
+    // From the lines "key=value" of the file that the environment names in PELL_DEVICE, read at each call.
+    unsigned int GetDeviceInfo(const char* key, char** buffer, unsigned int size) override;
 };
 
 }  // namespace Pell

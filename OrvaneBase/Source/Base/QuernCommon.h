@@ -18,13 +18,21 @@ public:
     // "Orvane" unless it was set.
     const char* GetProjectName() const { return _projectName.c_str(); }
 
-    // Keeps who the user is. Returns whether the pair was stored for the next run.
+    // Keeps who the user is, in the default bundle too, for the next run. Returns the result of the last write.
+    // REQUIRES: neither is null.
     bool SetUserInfo(const char* channelId, const char* openId);
-    // Valid until the next SetUserInfo; empty if unknown. Never null.
+    // As long as nobody told: what the last run stored. Valid until the next SetUserInfo; empty if unknown, never null.
     const char* GetChannelID();
     const char* GetOpenID();
-    // The game's id in the application's manifest; empty if unknown. Never null.
+    // From the application's manifest, without the blanks around them. Looked up until found, then kept; empty if
+    // unknown, never null.
     const char* GetGameID();
+    const char* GetTransceiverUrl();
+
+    // What every request tells of the application, the user, the device and the installed plugins: a JSON object and a
+    // newline. Channel and open id are those told or looked up so far; it does not look them up itself. Valid until
+    // the next call on any thread: two threads at a time race.
+    const char* GetComParams();
 
 private:
     QuernCommon();
@@ -34,6 +42,8 @@ private:
     AString _projectName;
     AString _channelId;
     AString _openId;
+    AString _transceiverUrl;
+    AString _comParams;
     AString _gameId;
 };
 

@@ -2,6 +2,7 @@
 // none of them has a destructor that does.
 #include "Base/QuernCommon.h"
 #include "PluginManager/PluginUtils.h"
+#include "Storage/Bundle/InfoDictionaryClass.h"
 #include "System/Application/MainRunLoopClass.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/OrvaneAppLifecycleDispatcher.h"
@@ -13,6 +14,7 @@ namespace {
 struct RunTimeClassesLoad {
     RunTimeClassesLoad() {
         Quern::RegisterMainRunLoopClass();
+        Quern::RegisterInfoDictionaryClass();
         PluginUtils::RegisterRunTimeClasses();
         Orvane::OrvaneAppLifecycle::RegisterRunTimeClasses();
         Orvane::OrvaneAppLifecycleDispatcher::RegisterRunTimeClass();

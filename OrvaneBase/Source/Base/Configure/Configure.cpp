@@ -1,24 +1,44 @@
 #include "Base/Configure/Configure.h"
 
 #include <atomic>
+#include <cstdio>
+
+// Upward: below what a configuration server answered lie the settings that ship in the manifest.
+#include "Storage/Bundle/BundleImpl.h"
 
 namespace Orvane {
 namespace {
 
-// Serves while no client of the configuration server is in force: every read gives the caller's default.
-class DefaultsOnly final : public Configure {
+// Serves while no client of the configuration server is in force: reads what the client would without an answer.
+class ManifestOnly final : public Configure {
 public:
     void Start() override {}
-    int GetInt(const char*, const char*, int defaultValue) override { return defaultValue; }
-    long long GetLong(const char*, const char*, long long defaultValue) override { return defaultValue; }
-    double GetDouble(const char*, const char*, double defaultValue) override { return defaultValue; }
-    bool GetBool(const char*, const char*, bool defaultValue) override { return defaultValue; }
-    Quern::AString GetString(const char*, const char*, const char* defaultValue) override { return {defaultValue}; }
+    int GetInt(const char* section, const char* key, int defaultValue) override {
+        return _bundle.Get(section, key, defaultValue);
+    }
+    long long GetLong(const char* section, const char* key, long long defaultValue) override {
+        return _bundle.Get(section, key, defaultValue);
+    }
+    // The store keeps no doubles but as texts.
+    double GetDouble(const char* section, const char* key, double defaultValue) override {
+        const Quern::AString text = _bundle.Get(section, key, "");
+        double value = defaultValue;
+        return sscanf(text.c_str(), "%lf", &value) == 1 ? value : defaultValue;
+    }
+    bool GetBool(const char* section, const char* key, bool defaultValue) override {
+        return _bundle.Get(section, key, defaultValue);
+    }
+    Quern::AString GetString(const char* section, const char* key, const char* defaultValue) override {
+        return _bundle.Get(section, key, defaultValue);
+    }
     void AddObserver(const char*, ConfigureObserver*) override {}
     void RemoveObserver(const char*) override {}
     void StartOnce() override {}
     void SetUrl(const char*) override {}
     void Clear() override {}
+
+private:
+    Quern::BundleImpl _bundle{std::unique_ptr<Quern::IniBundle>()};  // the manifest alone
 };
 
 std::atomic<Configure*> g_inForce{nullptr};
@@ -26,9 +46,9 @@ std::atomic<Configure*> g_inForce{nullptr};
 }  // namespace
 
 Configure* Configure::GetInstance() {
-    static Configure* defaults = new DefaultsOnly;  // never destroyed: read from threads that outlive static objects
+    static Configure* manifest = new ManifestOnly;  // never destroyed: read from threads that outlive static objects
     Configure* inForce = g_inForce.load(std::memory_order_acquire);
-    return inForce ? inForce : defaults;
+    return inForce ? inForce : manifest;
 }
 
 void Configure::Use(Configure* configure) {

@@ -16,7 +16,8 @@ protected:
     ~ConfigureObserver() = default;  // not virtual: the table holds the one operation alone
 };
 
-// The process-wide settings. Slot order is a contract. Reads never fail: they give the default.
+// The process-wide settings: what the configuration server answered, else what ships in the application's manifest,
+// else the caller's default. Slot order is a contract. Reads never fail.
 class Configure {
 public:
     virtual void Start() = 0;

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdlib>
 
+#include "Storage/Bundle/InfoDictionary.h"
 #include "Storage/File/PathSource.h"
 
 namespace Quern {
@@ -35,6 +36,15 @@ std::string UserHome() {
     return "/";
 }
 
+// The bundle id of the manifest, if it can be a folder's name; else empty.
+std::string BundleId() {
+    const InfoValue* id = InfoDictionary::Current().Root().Find("CFBundleIdentifier");
+    const std::string* text = id ? id->Text() : nullptr;
+    if (!text || text->empty() || text->size() > NAME_MAX || text->find('/') != std::string::npos || (*text)[0] == '.')
+        return {};
+    return *text;
+}
+
 std::string ExecutableName() {
     char path[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
@@ -48,7 +58,8 @@ std::string ContainerPath() {
     if (!chosen.empty()) return chosen;
     std::string data = DirectoryFromEnvironment("XDG_DATA_HOME");
     if (data.empty()) data = UserHome() + "/.local/share";
-    return data + "/" + ExecutableName();
+    const std::string bundleId = BundleId();
+    return data + "/" + (bundleId.empty() ? ExecutableName() : bundleId);
 }
 
 // Makes a directory and those above it, readable by their user alone. What exists stays as it is.

@@ -1,0 +1,57 @@
+#include "System/System/CSystemUnify.h"
+
+#include <atomic>
+#include <cstdlib>
+
+#include "Base/Configure/OrvaneCoreRemoteConfig.h"
+#include "Orvane/IEvent.h"
+// Upward: the answers are a sibling plugin's, found through the host.
+#include "PluginManager/PluginManager.h"
+
+namespace Quern {
+namespace {
+
+constexpr unsigned int kAnswerSize = 2048;
+
+bool IsUnified() {
+    static const bool unified = Orvane::OrvaneCoreRemoteConfig::GetInstance()->GetBool("UnifyDeviceInfo", false);
+    return unified;
+}
+
+Orvane::Plugin::IReportService* FindReportService() {
+    Orvane::Plugin::PluginManager* manager = Orvane::Plugin::PluginManager::GetInstance();
+    Orvane::Plugin::IPlugin* plugin = manager ? manager->GetPluginByName("PELL") : nullptr;
+    return plugin ? static_cast<Orvane::Plugin::IReportService*>(plugin->GetServiceByName("REPORT")) : nullptr;
+}
+
+}  // namespace
+
+const char* CSystemUnify::getDeviceInfo(const char* key) {
+    if (!IsUnified()) return nullptr;
+    Orvane::Plugin::IReportService* service = FindReportService();
+    if (!service) return nullptr;
+    // One byte more than the plugin may fill: an answer that fills its buffer is a text all the same.
+    char* buffer = static_cast<char*>(calloc(1, kAnswerSize + 1));
+    if (buffer && service->GetDeviceInfo(key, &buffer, kAnswerSize) <= 1) return buffer;
+    free(buffer);
+    return nullptr;
+}
+
+// Each getter has a cell of its own. Two threads that fill one at a time cost a copy, which stays with its reader.
+#define ORVANE_UNIFIED(Getter, key)                                               \
+    const char* CSystemUnify::Getter() {                                          \
+        static std::atomic<const char*> cell{nullptr};                            \
+        if (const char* kept = cell.load(std::memory_order_acquire)) return kept; \
+        const char* answer = getDeviceInfo(key);                                  \
+        cell.store(answer, std::memory_order_release);                            \
+        return answer;                                                            \
+    }
+ORVANE_UNIFIED(GetUdid, "UUID")
+ORVANE_UNIFIED(GetBundleId, "BundleId")
+ORVANE_UNIFIED(GetModel, "Model")
+ORVANE_UNIFIED(GetSysVersion, "SysVersion")
+ORVANE_UNIFIED(GetAppVersion, "AppVersion")
+ORVANE_UNIFIED(GetDeviceBrand, "Brand")
+#undef ORVANE_UNIFIED
+
+}  // namespace Quern

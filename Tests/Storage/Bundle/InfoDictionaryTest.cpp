@@ -1,0 +1,196 @@
+// The manifest as it is found and read from real files. A process reads it once, so each case shows one file.
+#include "Storage/Bundle/InfoDictionary.h"
+
+#include <gmock/gmock.h>
+#include <plist/plist.h>
+#include <stdlib.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Orvane/InfoPlist.h"
+#include "Storage/Bundle/Linux/PropertyList.h"
+#include "Storage/Bundle/Linux/PropertyListShape.h"
+#include "Storage/File/PathSource.h"
+#include "Support/CapturedConsole.h"
+#include "Support/TestContainer.h"
+
+namespace {
+
+using OrvaneTest::CacheFolder;
+using OrvaneTest::WriteFile;
+using Quern::InfoDictionary;
+using Quern::InfoValue;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string Xml(const std::string& content) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+           "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\">\n" +
+           content + "\n</plist>\n";
+}
+
+std::string Binary(const std::string& xml) {
+    plist_t root = nullptr;
+    plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &root);
+    char* bytes = nullptr;
+    uint32_t length = 0;
+    plist_to_bin(root, &bytes, &length);
+    std::string binary(bytes, length);
+    plist_to_bin_free(bytes);
+    plist_free(root);
+    return binary;
+}
+
+const std::string& Manifest() {
+    static const std::string manifest = Xml(
+        "<dict><key>CFBundleIdentifier</key><string>com.example.game</string><key>Game</key>"
+        "<!-- </dict> a remark --><dict><key>one</key><integer>1</integer><key>minus</key><integer>-2</integer>"
+        "<key>pi</key><real>3.5</real><key>on</key><true/><key>off</key><false/><key>text</key>"
+        "<string>a &lt;b&gt; &amp; caf\xC3\xA9 \xE6\xBC\xA2</string><key>raw</key><string><![CDATA[</dict>]]></string>"
+        "<key>empty</key><string/><key>when</key><date>2020-01-01T00:00:00Z</date><key>bytes</key><data>AAEC</data>"
+        "<key>list</key><array><string>x</string></array><key>inner</key><dict/></dict></dict>");
+    return manifest;
+}
+
+std::string BundleIdOf(const InfoValue& root) {
+    const InfoValue* id = root.Find("CFBundleIdentifier");
+    return id && id->Text() ? *id->Text() : "";
+}
+
+TEST(PropertyList, IsReadFromXmlAndBinaryAlike) {
+    for (const std::string& bytes : {Manifest(), Binary(Manifest())}) {
+        InfoValue root;
+        const char* why = nullptr;
+        ASSERT_TRUE(Quern::ParsePropertyList(bytes, root, why)) << why;
+        EXPECT_EQ(BundleIdOf(root), "com.example.game");
+        const InfoValue* game = root.Find("Game");
+        ASSERT_NE(game, nullptr);
+        std::string keys;
+        for (const auto& entry : std::get<InfoValue::Dictionary>(game->value))
+            keys += entry.key + " ";
+        EXPECT_EQ(keys, "one minus pi on off text raw empty when bytes list inner ");
+        EXPECT_EQ(game->Find("minus")->LongLongValue(), -2);
+        EXPECT_EQ(std::get<double>(game->Find("pi")->value), 3.5);
+        EXPECT_TRUE(std::get<bool>(game->Find("on")->value));
+        EXPECT_FALSE(std::get<bool>(game->Find("off")->value));
+        EXPECT_EQ(*game->Find("text")->Text(), "a <b> & caf\xC3\xA9 \xE6\xBC\xA2");
+        EXPECT_EQ(*game->Find("raw")->Text(), "</dict>");
+        EXPECT_EQ(*game->Find("empty")->Text(), "");
+        for (const char* valueless : {"when", "bytes", "list"})
+            EXPECT_FALSE(game->Find(valueless)->IsConvertible() || game->Find(valueless)->IsDictionary()) << valueless;
+        EXPECT_TRUE(game->Find("inner")->IsDictionary());
+    }
+}
+
+// A binary list of `levels` lists, each of which holds the next one twice, around a number.
+std::string Doubling(int levels) {
+    std::string bytes = "bplist00", offsets;
+    for (int level = 0; level < levels; ++level) {
+        offsets += static_cast<char>(bytes.size());
+        bytes += {'\xA2', static_cast<char>(level + 1), static_cast<char>(level + 1)};
+    }
+    offsets += static_cast<char>(bytes.size());
+    bytes += {'\x10', '\x01'};
+    const char table = static_cast<char>(bytes.size());
+    bytes += offsets + std::string(6, '\0') + "\x01\x01";
+    for (const char number : {static_cast<char>(levels + 1), '\0', table})
+        bytes += std::string(7, '\0') + number;
+    return bytes;
+}
+
+TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
+    const auto repeated = [](const std::string& text, int times) {
+        std::string all;
+        while (times-- > 0)
+            all += text;
+        return all;
+    };
+    const std::string deep = repeated("<array>", 100000);
+    std::string selfHolding = Doubling(1);
+    selfHolding[9] = 0;
+    const std::pair<std::string, const char*> kHostile[] = {
+        {"", "it is no property list, or damaged"},
+        {"{ GameId = 1; }", "it is no property list, or damaged"},
+        {Xml("<array/>"), "it holds no dictionary"},
+        {Xml(deep + repeated("</array>", 100000)), "it is too large"},
+        {Xml(repeated("<array>", 50000) + repeated("</array>", 50000)), "it is damaged, or nests too deep"},
+        {Xml(repeated("<dict><key>k</key>", 30000) + repeated("</dict>", 30000)), "it is damaged, or nests too deep"},
+        {Xml(repeated("<array><!-- </array> -->", 20000)), "it is damaged, or nests too deep"},
+        {Xml(repeated("<array x=\"</array>\">", 20000)), "it is damaged, or nests too deep"},
+        {Xml("<array>" + repeated("<true/>", 140000)), "it is damaged, or nests too deep"},
+        {Doubling(40), "it is damaged, or nests too deep"},
+        {selfHolding, "it is damaged, or nests too deep"},
+        {std::string(Quern::kLargestPropertyList + 1, ' '), "it is too large"},
+        {Binary(Manifest()).substr(0, 100), "it is damaged, or nests too deep"},
+    };
+    for (const auto& [bytes, expected] : kHostile) {
+        InfoValue root;
+        const char* why = "nothing";
+        EXPECT_FALSE(Quern::ParsePropertyList(bytes, root, why));
+        EXPECT_STREQ(why, expected) << bytes.substr(0, 200);
+        EXPECT_FALSE(root.IsDictionary());
+    }
+    // The limits hold at their edge: six doublings are 127 objects on six levels.
+    EXPECT_TRUE(Quern::IsPropertyListWithin(Doubling(6), {6, 127}));
+    EXPECT_FALSE(Quern::IsPropertyListWithin(Doubling(6), {5, 127}));
+    EXPECT_FALSE(Quern::IsPropertyListWithin(Doubling(6), {6, 126}));
+    EXPECT_TRUE(Quern::IsPropertyListWithin(Xml(repeated("<array>", 6)), {6, 100}));
+    EXPECT_FALSE(Quern::IsPropertyListWithin(Xml(repeated("<array>", 6)), {5, 100}));
+}
+
+TEST(InfoDictionary, TakesTheHostsFileAndReadsItOnce) {
+    const std::string chosen = CacheFolder() + "/chosen", other = CacheFolder() + "/other";
+    WriteFile(chosen, Binary(Manifest()));
+    WriteFile(other, Xml("<dict/>"));
+    setenv("ORVANE_INFO_PLIST", other.c_str(), 1);
+    EXPECT_TRUE(gs_OrvaneSetInfoPlist(other.c_str()));
+    EXPECT_TRUE(gs_OrvaneSetInfoPlist(chosen.c_str()));
+    OrvaneTest::CapturedConsole console;
+
+    std::vector<const InfoValue*> seen(8);
+    std::vector<std::thread> readers;
+    for (auto& root : seen)
+        readers.emplace_back([&root] { root = &InfoDictionary::Current().Root(); });
+    for (auto& reader : readers)
+        reader.join();
+    for (const InfoValue* root : seen)
+        EXPECT_EQ(root, seen[0]);
+    EXPECT_EQ(BundleIdOf(*seen[0]), "com.example.game");
+
+    WriteFile(chosen, Xml("<dict/>"));
+    EXPECT_FALSE(gs_OrvaneSetInfoPlist(other.c_str()));
+    EXPECT_EQ(BundleIdOf(InfoDictionary::Current().Root()), "com.example.game");
+    EXPECT_THAT(console.Take(), IsEmpty());
+}
+
+TEST(InfoDictionary, NamesTheContainerAfterTheBundleId) {
+    const std::string path = CacheFolder() + "/environment";
+    WriteFile(path, Manifest());
+    setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
+    setenv("XDG_DATA_HOME", CacheFolder().c_str(), 1);
+    unsetenv("ORVANE_HOME");
+    EXPECT_EQ(Quern::PathSource::Current().Home(), CacheFolder() + "/com.example.game");
+}
+
+void ExpectEmptyManifestWith(const std::string& line) {
+    OrvaneTest::CapturedConsole console;
+    for (int reads = 0; reads < 2; ++reads)
+        EXPECT_THAT(std::get<InfoValue::Dictionary>(InfoDictionary::Current().Root().value), IsEmpty());
+    EXPECT_THAT(console.Take(), ElementsAre(line));
+}
+
+TEST(InfoDictionary, IsEmptyForADamagedFile) {
+    const std::string path = CacheFolder() + "/damaged";
+    WriteFile(path, Manifest().substr(0, 400));
+    setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
+    ExpectEmptyManifestWith("The manifest " + path + " is not used: it is no property list, or damaged");
+}
+
+TEST(InfoDictionary, IsEmptyWithoutTheFileThatWasAskedFor) {
+    InfoDictionary::SetPath("/nowhere/Info.plist");
+    ExpectEmptyManifestWith("The manifest /nowhere/Info.plist cannot be read");
+}
+
+}  // namespace
