@@ -1,5 +1,6 @@
 // All that happens while the library loads, before main. The one file with objects of static lifetime that do work;
 // none of them has a destructor that does.
+#include "Base/Bridge/PlatformBridge.h"
 #include "Base/QuernCommon.h"
 #include "PluginManager/PluginUtils.h"
 #include "Storage/Bundle/InfoDictionaryClass.h"
@@ -15,6 +16,7 @@ struct RunTimeClassesLoad {
     RunTimeClassesLoad() {
         Quern::RegisterMainRunLoopClass();
         Quern::RegisterInfoDictionaryClass();
+        Quern::RegisterPlatformBridgeClass();
         PluginUtils::RegisterRunTimeClasses();
         Orvane::OrvaneAppLifecycle::RegisterRunTimeClasses();
         Orvane::OrvaneAppLifecycleDispatcher::RegisterRunTimeClass();
