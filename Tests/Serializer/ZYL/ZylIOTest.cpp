@@ -19,36 +19,6 @@ constexpr Step kSteps[] = {
     },
 };
 
-int WriteAll(ZylOutStream& stream) {
-    for (Step step : kSteps) {
-        if (const int code = step(stream)) return code;
-    }
-    return 0;
-}
-
-TEST(ZylOutStreamTest, WritesTheSameToAFileAndToABuffer) {
-    const std::string expected("a-7 b\0cde42", 11);
-    for (size_t size = 0; size <= 12; ++size) {
-        char memory[16] = {};
-        ZylOutStream stream(memory, size);
-        const int code = WriteAll(stream);
-        EXPECT_EQ(code, size < 12 ? -1 : 0) << size;
-        EXPECT_EQ(stream.state(), code);
-        EXPECT_EQ(std::string(memory + size, sizeof memory - size), std::string(sizeof memory - size, '\0'));
-        EXPECT_EQ(std::string(memory, stream.buffer().position), expected.substr(0, stream.buffer().position));
-    }
-    FILE* const file = tmpfile();
-    ASSERT_NE(file, nullptr);
-    ZylOutStream toFile(file);
-    EXPECT_EQ(WriteAll(toFile), 0);
-    rewind(file);
-    char memory[64];
-    const size_t size = fread(memory, 1, sizeof memory, file);
-    fclose(file);
-    EXPECT_EQ(std::string(memory, size), expected);
-    EXPECT_EQ(ZylOutStream(static_cast<FILE*>(nullptr)).textize("a"), -1) << "a null file is an empty buffer";
-}
-
 TEST(ZylOutStreamTest, AFileThatTakesLessIsAnError) {
     for (Step step : kSteps) {
         FILE* const full = fopen("/dev/full", "wb");

@@ -49,20 +49,17 @@ void CheckInteger(One<T> one, Many<T> many) {
         check("BIG", sizeof(T) == 1 ? -21 : 0, static_cast<T>(300), LookUp);  // a macro's number has to fit too
         check("MINUS", std::is_signed_v<T> ? 0 : -21, static_cast<T>(-1), LookUp);
     }
-    const struct {
-        const char* text;
-        T value;
-    } good[] = {{"0x10", 16},
-                {"010", 8},
-                {"-0", 0},
-                {"+7", 7},
-                {" \r\n\t 12 13", 12},
-                {"12abc", 12},
-                {"0x", 0},
-                {"08", 0},
-                {"", kDefault},
-                {" \r\n\t", kDefault},
-                {"00000000000000000000012", 10}};
+    const std::pair<const char*, T> good[] = {{"0x10", 16},
+                                              {"010", 8},
+                                              {"-0", 0},
+                                              {"+7", 7},
+                                              {" \r\n\t 12 13", 12},
+                                              {"12abc", 12},
+                                              {"0x", 0},
+                                              {"08", 0},
+                                              {"", kDefault},
+                                              {" \r\n\t", kDefault},
+                                              {"00000000000000000000012", 10}};
     for (const auto& [text, value] : good)
         check(text, 0, value);
     for (const char* bad : {"+", "-", "+-5", "-+5", "+ 5", "-x", "--1"})

@@ -114,17 +114,13 @@ TEST(ZylXmlReaderTest, ValuesLoseTheWhiteSpaceAroundThem) {
 }
 
 TEST(ZylXmlReaderTest, ParsesInPlaceOrACopy) {
-    char text[] = "<a> 1 </a>";
-    {
-        const ZylXmlReader copy(text, sizeof text - 1, ZYL_XML_NODE);
-        EXPECT_STREQ(text, "<a> 1 </a>");
-    }
+    char text[] = "<a> 1 </a><b";
+    EXPECT_EQ(ZylXmlReader(text, 10, ZYL_XML_NODE).state(), 0) << "nothing past the size is read";
+    EXPECT_STREQ(text, "<a> 1 </a><b");
+    text[10] = '\0';
     ZylXmlReader inPlace(text, ZYL_XML_NODE);
-    const char* const value = inPlace.getNodeValue("a");
-    EXPECT_STREQ(value, "1");
-    EXPECT_TRUE(text < value && value < text + sizeof text);
-    ZylXmlReader cut(std::string("<a>1</a><b").c_str(), 8, ZYL_XML_NODE);
-    EXPECT_EQ(cut.state(), 0) << "nothing past the size is read";
+    EXPECT_EQ(inPlace.getNodeValue("a"), text + 4);
+    EXPECT_STREQ(text + 4, "1");
 }
 
 TEST(ZylXmlReaderTest, DamagedTextsAreErrors) {
@@ -132,9 +128,8 @@ TEST(ZylXmlReaderTest, DamagedTextsAreErrors) {
                             "<?", "<![CDATA[", "<!DOCTYPE [", "<a>&#x110000;</a>", "<a>&#65</a>", "<>"}) {
         EXPECT_EQ(StateOf(bad), -27) << bad;
     }
-    EXPECT_EQ(StateOf(""), 0);
-    EXPECT_EQ(StateOf("\xEF\xBB\xBF <a/>"), 0);
-    EXPECT_EQ(StateOf("<a>&#0;</a>"), 0);
+    for (const char* good : {"", "\xEF\xBB\xBF <a/>", "<a>&#0;</a>"})
+        EXPECT_EQ(StateOf(good), 0) << good;
     EXPECT_EQ(Reader("<a>&#0;</a>")->getNodeValue("a"), nullptr);
     EXPECT_EQ(ZylXmlReader("", ULONG_MAX, ZYL_XML_NODE).state(), -26);
 }
@@ -142,18 +137,14 @@ TEST(ZylXmlReaderTest, DamagedTextsAreErrors) {
 TEST(ZylXmlReaderTest, RefusesElementsNestedTooDeep) {
     const auto nested = [](int depth, const std::string& open) {
         std::string text;
-        for (int i = 0; i < depth; ++i)
-            text += open;
-        for (int i = 0; i < depth; ++i)
-            text += "</a>";
+        for (int i = 0; i < 2 * depth; ++i)
+            text += i < depth ? open : "</a>";
         return text;
     };
-    EXPECT_EQ(StateOf(nested(kMaxXmlDepth, "<a>")), 0);
-    EXPECT_EQ(StateOf(nested(kMaxXmlDepth + 1, "<a>")), -27);
     EXPECT_EQ(StateOf(nested(1000000, "<a>")), -27);
     // What only looks like an end tag does not hide the depth.
-    for (const char* open :
-         {"<a><!-- </a> -->", "<a><![CDATA[</a>]]>", "<a><?x </a> ?>", "<a x='</a>'>", "<a\"><!x</a>", "<a x=\"/\">"}) {
+    for (const char* open : {"<a>", "<a><!-- </a> -->", "<a><![CDATA[</a>]]>", "<a><?x </a> ?>", "<a x='</a>'>",
+                             "<a\"><!x</a>", "<a x=\"/\">"}) {
         EXPECT_EQ(StateOf(nested(kMaxXmlDepth, open)), 0) << open;
         EXPECT_EQ(StateOf(nested(kMaxXmlDepth + 1, open)), -27) << open;
     }
