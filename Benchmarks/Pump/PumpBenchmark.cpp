@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 #include "Support/Ratios.h"
 #include "System/Selector/SelectorManager.h"
@@ -75,6 +76,73 @@ void Peer(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+constexpr intptr_t kThreads = 4;
+constexpr intptr_t kPosts = 250000;  // of each thread
+
+// Sees to it that what one thread posted comes in that thread's order.
+class OrderKeeper : public Quern::CTargetBase {
+public:
+    OrderKeeper() : CTargetBase(false) {}
+    void Take(void* thread, void* number) {
+        intptr_t& next = _next[reinterpret_cast<intptr_t>(thread)];
+        kept = kept && reinterpret_cast<intptr_t>(number) == next;
+        ++next;
+        ++taken;
+    }
+    bool kept = true;
+    intptr_t taken = 0;
+
+private:
+    intptr_t _next[kThreads] = {};
+};
+
+// A million posts from four threads, performed meanwhile.
+template <typename Post, typename Update>
+void FromManyThreads(benchmark::State& state, Post post, Update update) {
+    for (auto _ : state) {
+        OrderKeeper keeper;
+        std::vector<std::thread> threads;
+        for (intptr_t thread = 0; thread < kThreads; ++thread) {
+            threads.emplace_back([&, thread] {
+                for (intptr_t number = 0; number < kPosts; ++number)
+                    post(keeper, reinterpret_cast<void*>(thread), reinterpret_cast<void*>(number));
+            });
+        }
+        while (keeper.taken < kThreads * kPosts)
+            update();
+        for (std::thread& thread : threads)
+            thread.join();
+        if (!keeper.kept) state.SkipWithError("the order of a thread's posts was not kept");
+    }
+    state.SetItemsProcessed(state.iterations() * kThreads * kPosts);
+}
+
+void PumpFromFour(benchmark::State& state) {
+    Quern::CSelectorManager manager;
+    const auto member = static_cast<void (Quern::CTargetBase::*)(void*, void*)>(&OrderKeeper::Take);
+    FromManyThreads(
+        state,
+        [&](OrderKeeper& keeper, void* thread, void* number) {
+            Quern::CAFunctionSelector selector;
+            selector.Set(&keeper, member, thread, number);
+            manager.AddSelector(selector);
+        },
+        [&] { manager.Update(); });
+}
+
+void PeerFromFour(benchmark::State& state) {
+    FunctionQueue queue;
+    FromManyThreads(
+        state,
+        [&](OrderKeeper& keeper, void* thread, void* number) {
+            OrderKeeper* const target = &keeper;
+            queue.Post([=] { target->Take(thread, number); });
+        },
+        [&] { queue.Update(); });
+}
+
+BENCHMARK(PumpFromFour)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(PeerFromFour)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(Pump)->Arg(1)->Arg(20);
 BENCHMARK(Peer)->Arg(1)->Arg(20);
 
@@ -83,5 +151,7 @@ BENCHMARK(Peer)->Arg(1)->Arg(20);
 int main(int argc, char** argv) {
     // The C library leaves the atomic steps of a lock out of a process with a single thread, and no game is that.
     std::thread([] { pause(); }).detach();
-    return Orvane::Benchmarks::RunWithRatios(argc, argv, {{"Pump/1", "Peer/1"}, {"Pump/20", "Peer/20"}});
+    return Orvane::Benchmarks::RunWithRatios(
+        argc, argv,
+        {{"Pump/1", "Peer/1"}, {"Pump/20", "Peer/20"}, {"PumpFromFour/iterations:1", "PeerFromFour/iterations:1"}});
 }

@@ -1,7 +1,12 @@
 // Reading one record from XML, down to the typed fields, over the same text as rapidxml alone.
 //
-// Two figures for rapidxml: its bare parse, which makes a tree and no record, and the whole that a program pays which
-// has but rapidxml and the C library to come to the same fields.
+// Two figures for rapidxml. Bare means the copy of the text and parse<0> over it, no more: a tree is made, and nothing
+// in it is looked at. The other is the whole that a program pays which has but rapidxml and the C library to come to
+// the same fields.
+//
+// The reader parses by that very call, so the bare parse is a floor, and 1.0 could be had for an unread tree alone. The
+// record's 25 fields are searched, trimmed and turned into 34 values on top of it: about 10 ns a search and 7 ns a
+// value, which together come to as much again as the parse of this text, some 900 characters.
 #include <benchmark/benchmark.h>
 
 #include <arpa/inet.h>
@@ -28,6 +33,16 @@ void ReadZyl(benchmark::State& state, ZylXmlFormat format) {
     }
     char again[8192];
     if (record.toXmlBuffer(again, sizeof again, nullptr, format, 0) != 0 || text != again) abort();
+}
+
+// What the reader itself adds to the parser: the copy's allocation and the guard against deep nesting.
+void OpenZyl(benchmark::State& state, ZylXmlFormat format) {
+    const std::string text = SampleText(format);
+    for (auto _ : state) {
+        const Quern::ZylXmlReader reader(text.data(), text.size(), format);
+        if (reader.state() != 0) abort();
+        benchmark::ClobberMemory();
+    }
 }
 
 // The parser works in place, so each round needs a fresh copy.
@@ -118,9 +133,11 @@ void ReadRapidxmlWhole(benchmark::State& state, ZylXmlFormat format) {
     if (record.toXmlBuffer(again, sizeof again, nullptr, format, 0) != 0 || text != again) abort();
 }
 
+BENCHMARK_CAPTURE(OpenZyl, node, Quern::ZYL_XML_NODE);
 BENCHMARK_CAPTURE(ReadZyl, node, Quern::ZYL_XML_NODE);
 BENCHMARK_CAPTURE(ReadRapidxml, node, Quern::ZYL_XML_NODE);
 BENCHMARK_CAPTURE(ReadRapidxmlWhole, node, Quern::ZYL_XML_NODE);
+BENCHMARK_CAPTURE(OpenZyl, attribute, Quern::ZYL_XML_ATTRIBUTE);
 BENCHMARK_CAPTURE(ReadZyl, attribute, Quern::ZYL_XML_ATTRIBUTE);
 BENCHMARK_CAPTURE(ReadRapidxml, attribute, Quern::ZYL_XML_ATTRIBUTE);
 BENCHMARK_CAPTURE(ReadRapidxmlWhole, attribute, Quern::ZYL_XML_ATTRIBUTE);

@@ -11,8 +11,12 @@ class IBase {
 public:
     virtual ~IBase();
 
-    /// Takes the base library down: runs the quit callbacks, ends the main-thread pump and gives the common state back.
-    /// Nothing calls this by itself. On the thread that takes the process down, with the library's work at rest.
+    /// Takes the base library down, in this order: the quit callbacks, which end the queues of background work, each by
+    /// its own rule; the pump of the engine's tick, with the calls that wait in it; the native halves of script
+    /// objects; the script layer's callbacks; the observers of the application's stages; the root and the common state.
+    /// Nothing calls this by itself. On the main thread, with nobody adding work. The process may go on: whatever is
+    /// needed again is made anew. Queued work either has run when this returns (the pool queue) or is dropped (the
+    /// threaded queue, whose sleeping workers stay until the process ends).
     ORVANE_EXPORT static void Release();
 
     /// Makes sure that the root exists. Inside the library only.

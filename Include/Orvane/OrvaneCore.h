@@ -123,6 +123,52 @@ ORVANE_EXPORT void quern_target_unity_enable_ui_update(void);
 /// Quern_UpdateUIThread under the script layer's name.
 ORVANE_EXPORT void quern_target_unity_update(void);
 
+/* --- Script objects: their native halves and the callbacks by which these answer ---------------------------------- */
+
+/// Makes the native halves of a script object from the classes "<className>", "<className>.REQ" (takes requests) and
+/// "<className>.RESP" (answers), as far as native code has registered them (Orvane/PlatformObject.h). Here and below:
+/// on one thread, that of the script layer.
+/// \param objectId chosen by the script layer; one that is in use loses its former halves, which are not deleted
+/// \return whether a half for requests or responses was made; false for a null or empty name
+ORVANE_EXPORT bool CreatePlatformObject(const char* className, uint64_t objectId);
+/// CreatePlatformObject with its arguments swapped.
+ORVANE_EXPORT bool addPlatformObject(uint64_t objectId, const char* className);
+/// Deletes the halves for requests and responses; the plain half stays until the library is taken down. An unknown id
+/// is ignored.
+ORVANE_EXPORT void removePlatformObject(uint64_t objectId);
+/// Kept for its callers. \return 0
+ORVANE_EXPORT int quern_arbor_object_get_len(uint64_t objectId);
+/// Kept for its callers; touches none of its arguments. \return 0
+ORVANE_EXPORT int quern_arbor_object_read_buffer(uint64_t objectId, char* buffer, int capacity);
+
+/// How a native half reaches the script layer: the object's id, then what the half gave. Texts are null-terminated,
+/// buffers are `length` bytes, and both are valid for the call only. The call is made on the thread on which the half
+/// sends. Set the callbacks before the first object is created; null, the value at the start, takes one away. The
+/// take-down clears all.
+typedef void (*ArborSendMessageCallback)(uint64_t objectId, const char* method, const char* message);
+typedef void (*ArborSendStructCallback)(uint64_t objectId, const char* method, void* data);
+typedef void (*ArborSendResultCallback)(uint64_t objectId, const char* method, int result);
+typedef void (*ArborSendResultStructCallback)(uint64_t objectId, const char* method, const char* result, int length);
+typedef void (*ArborSendBufferCallback)(uint64_t objectId, const char* method, const char* buffer, int length);
+typedef void (*ArborSendResultBufferCallback)(uint64_t objectId, const char* method, int result, const char* buffer,
+                                              int length);
+typedef void (*ArborSendResultStructBufferCallback)(uint64_t objectId, const char* method, const char* result,
+                                                    int resultLength, const char* buffer, int length);
+typedef void (*ArborSendVoidMethodCallback)(uint64_t objectId, int method);
+typedef void (*ArborSendVoidMethodParamCallback)(uint64_t objectId, int method, const char* parameter);
+typedef void (*ArborSendVoidMethodBufferCallback)(uint64_t objectId, int method, const char* buffer, int length);
+
+ORVANE_EXPORT void setArborSendMessageCallback(ArborSendMessageCallback callback);
+ORVANE_EXPORT void setArborSendStructCallback(ArborSendStructCallback callback);
+ORVANE_EXPORT void setArborSendResultCallback(ArborSendResultCallback callback);
+ORVANE_EXPORT void setArborSendResultStructCallback(ArborSendResultStructCallback callback);
+ORVANE_EXPORT void setArborSendBufferCallback(ArborSendBufferCallback callback);
+ORVANE_EXPORT void setArborSendResultBufferCallback(ArborSendResultBufferCallback callback);
+ORVANE_EXPORT void setArborSendResultStructBufferCallback(ArborSendResultStructBufferCallback callback);
+ORVANE_EXPORT void setArborSendVoidMethodCallback(ArborSendVoidMethodCallback callback);
+ORVANE_EXPORT void setArborSendVoidMethodParamCallback(ArborSendVoidMethodParamCallback callback);
+ORVANE_EXPORT void setArborSendVoidMethodBufferCallback(ArborSendVoidMethodBufferCallback callback);
+
 #ifdef __cplusplus
 }  // extern "C"
 

@@ -3,10 +3,14 @@
 #include "Base/COrvaneCore.h"
 #include "Base/QuernCommon.h"
 #include "Base/XLog.h"
+#include "Orvane/IApplicationObserver.h"
 #include "Orvane/IBase.h"
+#include "Orvane/IPlatformObjectManager.h"
 #include "Orvane/OrvaneCore.h"
+#include "Orvane/PlatformObject.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
+#include "System/Selector/PerformSelector.h"
 
 namespace {
 
@@ -71,14 +75,41 @@ TEST(Facade, ReleaseOfTheRootRunsTheQuitCallbacksAndGivesTheCommonStateBack) {
     EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetProjectName(), "Orvane");
 }
 
-TEST(Facade, ItsDestructorTakesTheLibraryDown) {
+// A native half that tells the script layer of its end.
+struct Farewell : Quern::CPlatformObject {
+    ~Farewell() override { SendUnityMessage("end", "of the object"); }
+};
+
+struct QuietStages : Quern::IApplicationObserver {
+    void OnCreate() override {}
+    void OnStart() override {}
+    void OnPause() override {}
+    void OnResume() override {}
+    void OnStop() override {}
+    void OnDestroy() override {}
+};
+
+TEST(Facade, ItsDestructorTakesTheLibraryDownInOrder) {
     CapturedConsole console;
     AddApplicationQuitCallback([] { Quern::XLog2(kLogInfo, "f", 1, "f", "quit"); });
     Orvane::COrvaneCore* core = Orvane::COrvaneCore::GetInstance();
+    setArborSendMessageCallback([](uint64_t id, const char* method, const char* message) {
+        Quern::XLog(kLogInfo, "f", 1, "f", "%d %s %s", static_cast<int>(id), method, message);
+    });
+    Quern::IPlatformObjectManager::GetInstance()->AddObject(7, new Farewell);
+    Quern::IPlatformObjectManager::GetInstance()->GetPlatformObject(7)->SetObjectId(7);
+    const QuietStages stages;
+    Quern::getUnityObjectSelectorManger();
     console.Take();
+
     delete core;
-    EXPECT_THAT(console.Take(), ElementsAre("Event COrvaneCore::~COrvaneCore(), start", "Info quit",
-                                            "Event COrvaneCore::~COrvaneCore(), end"));
+    EXPECT_THAT(console.Take(),
+                ElementsAre("Event COrvaneCore::~COrvaneCore(), start", "Info quit",
+                            "Info IArborObjectManager::DestroyAll", "Info 7 end of the object",
+                            "Info CPlatformObject::ClearEnvironment", "Event COrvaneCore::~COrvaneCore(), end"));
+    Farewell().SendUnityMessage("nobody", "hears");
+    gs_OrvaneApplicationOnPause();
+    EXPECT_THAT(console.Take(), ElementsAre("Info CApplication::OnPause Observersize:0"));
 }
 
 TEST(QuernCommon, IsNamedByItsInitializer) {

@@ -3,8 +3,12 @@
 #include "AppDelegate.h"
 #include "GameLogger.h"
 #include "LineFeed.h"
+#include "OperationLoad.h"
 #include "Options.h"
+#include "Orvane/IBase.h"
+#include "Orvane/QuernApplicationObserver.h"
 #include "Orvane/RunTime.h"
+#include "StageObserver.h"
 
 namespace OrvaneHost {
 namespace {
@@ -12,14 +16,7 @@ namespace {
 constexpr unsigned kFileThread = 0;
 constexpr uint64_t kLongestSleep = 24 * 60 * 60 * 1000;
 
-const char* SelectorOf(const std::string& event) {
-    if (event == "background") return AppDelegate::kDidEnterBackground;
-    if (event == "foreground") return AppDelegate::kWillEnterForeground;
-    if (event == "resign-active") return AppDelegate::kWillResignActive;
-    if (event == "active") return AppDelegate::kDidBecomeActive;
-    if (event == "memory-warning") return AppDelegate::kDidReceiveMemoryWarning;
-    return nullptr;
-}
+constexpr uint64_t kMostOperations = 1000000;
 
 // The stages of an orderly stop belong to the host of plugins, reached like all else through the run-time table.
 void PerformPluginUtils(const char* selector) {
@@ -29,6 +26,12 @@ void PerformPluginUtils(const char* selector) {
         return;
     }
     orvane_object_perform(static_cast<orvane_object*>(instance), selector, nullptr);
+}
+
+// What the layer between an engine and the library would tell the older of its two application objects.
+void PerformApplication(const char* selector) {
+    void* const arguments[] = {nullptr};
+    gs_QuernApplicationPerform(selector, arguments);
 }
 
 // Splits at the first run of blanks; trims both ends.
@@ -49,41 +52,66 @@ void SplitWord(const std::string& text, std::string& word, std::string& rest) {
 
 }  // namespace
 
+// One kind of event: its word, whether an argument stands behind it, and what it does.
+struct EventScript::Event {
+    const char* word;
+    bool takesArgument;
+    void (*perform)(EventScript& script, const std::string& argument);
+};
+
+const EventScript::Event EventScript::kEvents[] = {
+    {"launch", false, [](EventScript& script, const std::string&) { script.Launch(); }},
+    {"background", false,
+     [](EventScript& s, const std::string&) { s._delegate.Send(AppDelegate::kDidEnterBackground); }},
+    {"foreground", false,
+     [](EventScript& s, const std::string&) { s._delegate.Send(AppDelegate::kWillEnterForeground); }},
+    {"resign-active", false,
+     [](EventScript& s, const std::string&) { s._delegate.Send(AppDelegate::kWillResignActive); }},
+    {"active", false, [](EventScript& s, const std::string&) { s._delegate.Send(AppDelegate::kDidBecomeActive); }},
+    {"memory-warning", false,
+     [](EventScript& s, const std::string&) { s._delegate.Send(AppDelegate::kDidReceiveMemoryWarning); }},
+    {"open-url", true, [](EventScript& script, const std::string& url) { script._delegate.OpenUrl(url); }},
+    {"orientations", false,
+     [](EventScript& script, const std::string&) {
+         orvane_console_log("orvane-host: orientations %lu",
+                            static_cast<unsigned long>(script._delegate.SupportedOrientations()));
+     }},
+    {"log", true, [](EventScript& script, const std::string& argument) { script.Log(argument); }},
+    {"log-file", true, [](EventScript& script, const std::string& path) { script.LogFile(path); }},
+    {"sleep", true, [](EventScript& script, const std::string& argument) { script.Sleep(argument); }},
+    {"create", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnCreate(); }},
+    {"start", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnStart(); }},
+    {"pause", false, [](EventScript&, const std::string&) { PerformApplication(AppDelegate::kDidEnterBackground); }},
+    {"resume", false, [](EventScript&, const std::string&) { PerformApplication(AppDelegate::kWillEnterForeground); }},
+    {"stop", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnStop(); }},
+    {"destroy", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnDestroy(); }},
+    {"operations", true, [](EventScript& script, const std::string& argument) { script.Operations(argument); }},
+    {"pre-shutdown", false, [](EventScript&, const std::string&) { PerformPluginUtils("nativePreShutdown"); }},
+    {"shutdown", false, [](EventScript&, const std::string&) { PerformPluginUtils("nativeShutdown"); }},
+    {"release", false, [](EventScript& script, const std::string&) { script.Release(); }},
+    {"quit", false, [](EventScript& script, const std::string&) { script._quit = true; }},
+};
+
 EventScript::EventScript(const Options& options, AppDelegate& delegate, GameLogger& logger, LineFeed& feed)
-    : _options(options), _delegate(delegate), _logger(logger), _feed(feed) {}
+    : _options(options),
+      _delegate(delegate),
+      _logger(logger),
+      _feed(feed),
+      _stages(std::make_unique<StageObserver>()) {}
+
+EventScript::~EventScript() = default;
 
 void EventScript::Perform(const std::string& line) {
-    std::string event, argument;
-    SplitWord(line, event, argument);
-    if (event.empty() || event[0] == '#') return;
-
-    const bool takesArgument = event == "log" || event == "log-file" || event == "open-url" || event == "sleep";
-    if (takesArgument == argument.empty()) {
-        orvane_console_log("orvane-host: event not understood: %s", line.c_str());
-    } else if (event == "launch") {
-        Launch();
-    } else if (const char* selector = SelectorOf(event)) {
-        _delegate.Send(selector);
-    } else if (event == "open-url") {
-        _delegate.OpenUrl(argument);
-    } else if (event == "orientations") {
-        orvane_console_log("orvane-host: orientations %lu",
-                           static_cast<unsigned long>(_delegate.SupportedOrientations()));
-    } else if (event == "log") {
-        Log(argument);
-    } else if (event == "log-file") {
-        LogFile(argument);
-    } else if (event == "sleep") {
-        Sleep(argument);
-    } else if (event == "pre-shutdown") {
-        PerformPluginUtils("nativePreShutdown");
-    } else if (event == "shutdown") {
-        PerformPluginUtils("nativeShutdown");
-    } else if (event == "quit") {
-        _quit = true;
-    } else {
-        orvane_console_log("orvane-host: event not understood: %s", line.c_str());
+    std::string word, argument;
+    SplitWord(line, word, argument);
+    if (word.empty() || word[0] == '#') return;
+    for (const Event& event : kEvents) {
+        if (word == event.word && event.takesArgument != argument.empty()) {
+            event.perform(*this, argument);
+            return;
+        }
     }
+    orvane_console_log("orvane-host: event not understood: %s", line.c_str());
 }
 
 bool EventScript::IsPaused(Clock::time_point now) const {
@@ -104,6 +132,22 @@ void EventScript::Launch() {
     for (unsigned thread = 1; thread <= _options.threads; ++thread) {
         _feed.Start(thread, _options.firstSequence, NumberedLines(thread, _options.firstSequence, _options.lines));
     }
+}
+
+void EventScript::Release() {
+    Quern::IBase::Release();
+    TellOperations("released");
+    // Nobody observes the stages any more; an application that goes on does so anew.
+    _stages.reset();
+    _stages = std::make_unique<StageObserver>();
+}
+
+void EventScript::Operations(const std::string& argument) {
+    uint64_t count = 0;
+    if (ParseNumber(argument, 1, kMostOperations, count))
+        QueueOperations(count);
+    else
+        orvane_console_log("orvane-host: cannot queue %s operations", argument.c_str());
 }
 
 void EventScript::Log(const std::string& argument) {

@@ -3,6 +3,7 @@
 #define ORVANE_TOOLS_HOST_EVENT_SCRIPT_H
 
 #include <chrono>
+#include <memory>
 #include <string>
 
 namespace OrvaneHost {
@@ -10,6 +11,7 @@ namespace OrvaneHost {
 class AppDelegate;
 class GameLogger;
 class LineFeed;
+class StageObserver;
 struct Options;
 
 // Main thread only.
@@ -18,6 +20,7 @@ public:
     using Clock = std::chrono::steady_clock;
 
     EventScript(const Options& options, AppDelegate& delegate, GameLogger& logger, LineFeed& feed);
+    ~EventScript();
 
     // Performs one line. What it does not understand is told on the console and has no effect.
     void Perform(const std::string& line);
@@ -33,15 +36,21 @@ public:
     void Terminate();
 
 private:
+    struct Event;
+    static const Event kEvents[];
+
     void Launch();
+    void Release();
     void Log(const std::string& argument);
     void LogFile(const std::string& path);
     void Sleep(const std::string& argument);
+    void Operations(const std::string& argument);
 
     const Options& _options;
     AppDelegate& _delegate;
     GameLogger& _logger;
     LineFeed& _feed;
+    std::unique_ptr<StageObserver> _stages;
     Clock::time_point _sleepsUntil{};
     bool _quit = false;
     bool _loadStarted = false;

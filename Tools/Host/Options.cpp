@@ -41,7 +41,13 @@ events, one a line; blank lines and lines that begin with # are skipped:
   log LEVEL TEXT           log one line; LEVEL is debug, info, warning, event, error or its number, 0 to 4
   log-file PATH            log each line of a text file
   sleep MS                 go on with the next event after that many milliseconds
+  create | start | pause | resume | stop | destroy
+                           a coarse stage of the application, for native observers; pause and resume go by way of the
+                           older application object, as did enter background and will enter foreground
+  operations N             queue N operations of 5 ms on the library's shared queue, and one that repeats; the console
+                           says when the N have run, and at a release and the end how many have
   pre-shutdown | shutdown  the two walks of an orderly stop over all plugins
+  release                  take the base library down; the process goes on and may launch again
   quit                     leave at once, as at the end of the events
 
 The end of the events ends the host; with a load running, the end of the load does. SIGTERM and SIGINT end it in

@@ -9,6 +9,7 @@
 #include "GameLogger.h"
 #include "HostLoop.h"
 #include "LineFeed.h"
+#include "OperationLoad.h"
 #include "Options.h"
 #include "Orvane/InfoPlist.h"
 #include "Orvane/RunTime.h"
@@ -47,6 +48,7 @@ int main(int count, char** arguments) {
     LineFeed feed(options, logger);
     EventScript script(options, delegate, logger, feed);
     HostLoop(input, signals, script, feed).Run();
+    TellOperations("at the end");
     orvane_console_log("orvane-host: ends");
     return 0;
 }

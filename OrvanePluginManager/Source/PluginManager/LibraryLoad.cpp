@@ -1,11 +1,15 @@
 // All that happens while the library loads, before main. The one file with objects of static lifetime that do work;
 // none of them has a destructor that does.
+#include "Base/Bridge/PlatformBridge.h"
 #include "Base/QuernCommon.h"
 #include "PluginManager/PluginUtils.h"
 #include "Storage/Bundle/InfoDictionaryClass.h"
+#include "System/Application/CApplication.h"
 #include "System/Application/MainRunLoopClass.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/OrvaneAppLifecycleDispatcher.h"
+#include "System/Application/QuernApplication.h"
+#include "System/Operation/OperationQueueClass.h"
 
 namespace {
 
@@ -15,6 +19,10 @@ struct RunTimeClassesLoad {
     RunTimeClassesLoad() {
         Quern::RegisterMainRunLoopClass();
         Quern::RegisterInfoDictionaryClass();
+        Quern::RegisterPlatformBridgeClass();
+        Quern::RegisterOperationQueueClass();
+        Quern::CApplication::RegisterRunTimeClass();
+        Quern::QuernApplication::RegisterRunTimeClass();
         PluginUtils::RegisterRunTimeClasses();
         Orvane::OrvaneAppLifecycle::RegisterRunTimeClasses();
         Orvane::OrvaneAppLifecycleDispatcher::RegisterRunTimeClass();
@@ -24,6 +32,7 @@ struct RunTimeClassesLoad {
 
 const RunTimeClassesLoad g_runTimeClassesLoad;
 const Quern::QuernInitializer g_quernInitializer("Orvane");
+const Quern::CLaunch g_launch;
 const PluginUtilsLaunch g_pluginUtilsLaunch;
 const Orvane::CAppLifecycleLaunch g_appLifecycleLaunch;
 

@@ -38,39 +38,26 @@ TEST(Base64, EveryByteAndEveryCharacterOfTheAlphabet) {
     EXPECT_EQ(Encode(bytes), text);
     EXPECT_EQ(base64_decode(text), bytes);
 
-    int members = 0;
-    for (int i = 0; i < 256; ++i)
-        members += is_base64(static_cast<unsigned char>(i));
-    EXPECT_EQ(members, 64);
-    EXPECT_TRUE(is_base64('+') && is_base64('/') && is_base64('z') && is_base64('0'));
-    EXPECT_FALSE(is_base64('=') || is_base64('-') || is_base64('_') || is_base64(0));
+    for (int i = 0; i < 256; ++i) {
+        const bool isMember = i != 0 && i != '=' && text.find(static_cast<char>(i)) != std::string::npos;
+        EXPECT_EQ(is_base64(static_cast<unsigned char>(i)), isMember) << i;
+    }
 }
 
 TEST(Base64, DecodingStopsAtTheFirstForeignCharacter) {
-    EXPECT_EQ(base64_decode("QQ=="), "A");
-    EXPECT_EQ(base64_decode("QQ"), "A");
-    EXPECT_EQ(base64_decode("QUI"), "AB");
-    EXPECT_EQ(base64_decode("Q"), "");
-    EXPECT_EQ(base64_decode("="), "");
-    EXPECT_EQ(base64_decode("QUJD!QUJD"), "ABC");
-    EXPECT_EQ(base64_decode("QUJDQU!D"), "ABCA");
-    EXPECT_EQ(base64_decode("QUJDQUJ\n"), "ABCAB");
-    EXPECT_EQ(base64_decode("QUJDQ-JD"), "ABC");
-    EXPECT_EQ(base64_decode(std::string("QUJD\0QUJD", 9)), "ABC");
-    EXPECT_EQ(base64_decode("\xC3\x84QUJD"), "");
-    EXPECT_EQ(base64_decode("QR=="), "A");  // bits that belong to no byte are not looked at
-    EXPECT_EQ(base64_decode("AAAA"), std::string(3, '\0'));
-}
-
-TEST(Base64, EveryTailLengthComesBack) {
-    std::string bytes;
-    for (int size = 0; size < 70; ++size) {
-        const std::string text = Encode(bytes);
-        EXPECT_EQ(text.size(), (bytes.size() + 2) / 3 * 4);
-        EXPECT_EQ(base64_decode(text), bytes);
-        EXPECT_EQ(base64_decode(text.substr(0, text.find('='))), bytes);
-        bytes += static_cast<char>(size * 37 + 251);
-    }
+    const std::string kCases[][2] = {{"QQ", "A"},
+                                     {"QUI", "AB"},
+                                     {"Q", ""},
+                                     {"=", ""},
+                                     {"QUJD!QUJD", "ABC"},
+                                     {"QUJDQU!D", "ABCA"},
+                                     {"QUJDQ-JD", "ABC"},
+                                     {"QUJDQUJ\n", "ABCAB"},
+                                     {{"QUJD\0QUJD", 9}, "ABC"},
+                                     {"\xC3\x84QUJD", ""},
+                                     {"QR==", "A"}};  // loose bits are not looked at
+    for (const auto& [text, bytes] : kCases)
+        EXPECT_EQ(base64_decode(text), bytes) << text;
 }
 
 }  // namespace

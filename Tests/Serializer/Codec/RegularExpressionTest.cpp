@@ -29,137 +29,66 @@ struct Case {
     int result;
 };
 
-void ExpectAll(const std::vector<Case>& cases, int flags = 0) {
+void ExpectAll(std::initializer_list<Case> cases, int flags = 0) {
     for (const Case& c : cases)
         EXPECT_EQ(Match(c.pattern, c.subject, flags), c.result) << c.pattern << " on " << c.subject;
 }
 
-TEST(RegularExpression, AnchorsAndLiterals) {
-    ExpectAll({{"", "abc", 0},
-               {"", "", 0},
-               {"b", "abc", 2},
-               {"bc", "abc", 3},
-               {"d", "abc", -1},
-               {"a", "", -1},
-               {"^b", "ab", -1},
-               {"^a", "ab", 1},
-               {"b$", "ab", 2},
-               {"a$", "ab", -1},
-               {"^$", "", 0},
-               {"$", "ab", 2},
-               {"a^b", "ab", -1},
-               {"a.c", "a\nc", 3},
-               {"...", "ab", -1},
-               {"a{2}", "a{2}", 4},
-               {"-]}", "-]}", 3}});
+TEST(RegularExpression, AnchorsAndRepetition) {
+    ExpectAll({Case{"", "abc", 0}, Case{"", "", 0}, Case{"^b", "ab", -1}, Case{"b$", "ab", 2}, Case{"^$", "", 0},
+               Case{"a^b", "ab", -1}, Case{"a.c", "a\nc", 3}, Case{"a{2}", "a{2}", 4}, Case{"-]}", "-]}", 3}});
     EXPECT_EQ(Match(std::string("b"), std::string("a\0b", 3)), 3);
     EXPECT_EQ(slre_match("a", "a", -1, nullptr, 0, 0), kSlreNoMatch);
-}
-
-TEST(RegularExpression, GreedyAndLazyRepetition) {
-    ExpectAll({{"a*", "aaab", 3},
-               {"a*", "baaa", 0},
-               {"a*b", "aaab", 4},
-               {"a+", "baab", 3},
-               {"a+b", "aac", -1},
-               {"a+", "", -1},
-               {".*c", "abcabcd", 6},
-               {".*?c", "abcabcd", 3},
-               {"a*?", "aa", 1},  // once where it can
-               {".+?c", "cbcabcd", 3},
-               {"a.*?$", "abcd", 4},
-               {"ab?c", "ac", 2},
-               {"ab?c", "abc", 3},
-               {"a?ab", "ab", -1},  // what "?" matched stays matched
-               {"x*y*z", "xxz", 3},
-               {"a*[ab]", "aa", 1},  // takes nothing where the rest does without
-               {"a**", "a", -1},
-               {"(ab)*c", "ababc", 5},
-               {"(ab)+", "ababa", 4},
-               {"(ab)?c", "c", 1},
-               {"[0-9]+\\.log", "x_20261124.log", 14}});
+    ExpectAll({Case{"a*", "baaa", 0}, Case{"a*b", "aaab", 4}, Case{".*c", "abcabcd", 6}, Case{".*?c", "abcabcd", 3},
+               Case{"a.*?$", "abcd", 4}, Case{"ab?c", "ac", 2}, Case{"ab?c", "abc", 3}, Case{"a**", "a", -1},
+               Case{"(ab)*c", "ababc", 5}, Case{"(ab)+", "ababa", 4}, Case{"(ab)?c", "c", 1}});
+    ExpectAll({{"a*?", "aa", 1},       // once where it can
+               {"a?ab", "ab", -1},     // what "?" matched stays matched
+               {"a*[ab]", "aa", 1}});  // takes nothing where the rest does without
 }
 
 TEST(RegularExpression, Alternatives) {
-    ExpectAll({{"a|b", "b", 1},
-               {"abc|de", "xde", 3},
-               {"a|ab", "ab", 1},       // the first that takes something
+    ExpectAll({Case{"a|b", "b", 1}, Case{"abc|de", "xde", 3}, Case{"(ab|a)c", "abc", 3}, Case{"x(a|b|c)y", "xcy", 3},
+               Case{"x(a||c)y", "xy", -1}, Case{"^a|b", "b", 1}, Case{"((a|b)|c)d", "bd", 2}});
+    ExpectAll({{"a|ab", "ab", 1},       // the first that takes something
                {"|ab", "ab", 2},        // an empty one gives way
                {"(a|ab)c", "abc", -1},  // and is not retried inside a group, but from the next offset
-               {"(ab|a)c", "abc", 3},
-               {"x(a|b|c)y", "xcy", 3},
-               {"x(a||c)y", "xy", -1},
-               {"^a|b", "b", 1},
-               {"^a|b", "xb", -1},  // a pattern that begins with "^" is tried at the start alone
-               {"(a|b)|c", "c", 1},
-               {"((a|b)|c)d", "bd", 2}});
+               {"^a|b", "xb", -1}});    // a pattern that begins with "^" is tried at the start alone
 }
 
 TEST(RegularExpression, SetsAndEscapes) {
-    ExpectAll({{"[abc]", "xxb", 3},
-               {"[^abc]", "abcd", 4},
-               {"[^a]", "a", -1},
-               {"[^a]", "", -1},
-               {"a[b]", "a", -1},
-               {"[a-f0-9]+$", "x09af", 5},
-               {"[-a]", "-", 1},
-               {"[a-]", "-", 1},
-               {"[a-]", "b", -1},
-               {"[a", "a", 1},
-               {"[a", "b", -1},
-               {"[^a", "b", 1},
-               {"[]", "a", -1},
-               {"[^]", "a", 1},
-               {"[.]", "x", 1},
-               {"[$|]", "$", -1},
-               {"[\\]]", "]", 1},
-               {"[\\d_]+", "a1_2", 4},
-               {"[(]+[)]", "(()", 3},
-               {"[\\x41-]", "A", 1},
-               {"[\\xzz]", "z", -1},
-               {"\\d\\s\\S", "1 x", 3},
-               {"\\d", "x", -1},
-               {"\\S", " \t", -1},
-               {"\\b\\f\\n\\r\\t\\v", "\b\f\n\r\t\v", 6},
-               {"\\x4a\\x4A", "JJ", 2},
-               {"\\^\\$\\(\\)\\.\\[\\]\\*\\+\\?\\|\\\\", "^$().[]*+?|\\", 12},
-               {"\\.", "x", -1}});
-    EXPECT_EQ(Match("\\xff", "\xff"), 1);
+    ExpectAll({Case{"[-a]", "-", 1}, Case{"[a-]", "-", 1}, Case{"[a", "a", 1}, Case{"[^a", "b", 1}, Case{"[^]", "a", 1},
+               Case{"[.]", "x", 1}, Case{"[\\]]", "]", 1}, Case{"[\\d_]+", "a1_2", 4}, Case{"[(]+[)]", "(()", 3}});
+    ExpectAll({Case{"[^a]", "", -1}, Case{"a[b]", "a", -1}, Case{"[a-]", "b", -1}, Case{"[a", "b", -1},
+               Case{"[]", "a", -1}, Case{"[$|]", "$", -1}, Case{"[\\xzz]", "z", -1}, Case{"\\S", " \t", -1}});
+    EXPECT_EQ(Match("\\b\\f\\n\\r\\t\\v\\d\\s\\S\\x4a\\x4A\\xff", "\b\f\n\r\t\v1 xJJ\xff"), 12);
+    EXPECT_EQ(Match("\\^\\$\\(\\)\\.\\[\\]\\*\\+\\?\\|\\\\", "^$().[]*+?|\\"), 12);
     EXPECT_EQ(Match("[\x80-\xff]", "\xc3"), 1);
     EXPECT_EQ(Match("[a-\xff]", "b"), -1);  // bytes of ranges are signed
     EXPECT_EQ(Match("[a-\xff]", "b", kSlreIgnoreCase), 1);
-}
-
-TEST(RegularExpression, IgnoringCase) {
-    ExpectAll(
-        {{"OrVane", "ORVANE", 6}, {"[a-c]+", "xABC", 4}, {"[A-C]+", "xabc", 4}, {"\\x41", "a", -1}, {"\\x41", "A", 1}},
-        kSlreIgnoreCase);
+    ExpectAll({Case{"OrVane", "ORVANE", 6}, Case{"[a-c]+", "xABC", 4}, Case{"[A-C]+", "xabc", 4},
+               Case{"\\x41", "a", -1}, Case{"\\x41", "A", 1}},
+              kSlreIgnoreCase);
     EXPECT_EQ(Match("orvane", "ORVANE", 2), -1);  // the other flag bits mean nothing
 }
 
 TEST(RegularExpression, ErrorCodes) {
-    ExpectAll({{"()", "a", kSlreNoMatch},
-               {"(\\()", "(", kSlreNoMatch},
-               {"*a", "a", kSlreUnexpectedQuantifier},
-               {"a??", "a", kSlreUnexpectedQuantifier},
-               {"a|*", "b", kSlreUnexpectedQuantifier},
-               {"(+a)", "a", kSlreUnexpectedQuantifier},
-               {"(a", "a", kSlreUnbalancedBrackets},
-               {"a)", "a", kSlreUnbalancedBrackets},
-               {")(", "a", kSlreUnbalancedBrackets},
-               {"([)", ")", kSlreUnbalancedBrackets},
-               {"\\q", "q", kSlreInvalidMetacharacter},
-               {"\\D", "a", kSlreInvalidMetacharacter},
-               {"\\W", "a", kSlreInvalidMetacharacter},
-               {"a\\", "a", kSlreInvalidMetacharacter},
-               {"\\x", "a", kSlreInvalidMetacharacter},
-               {"\\x4", "a", kSlreInvalidMetacharacter},
-               {"\\x4g", "a", kSlreInvalidMetacharacter}});
+    const struct {
+        int code;
+        std::vector<const char*> patterns;
+    } kErrors[] = {
+        {kSlreNoMatch, {"()", "(\\()"}},
+        {kSlreUnexpectedQuantifier, {"*a", "a??", "x|*", "(+a)"}},
+        {kSlreUnbalancedBrackets, {"(a", "a)", ")(", "([)"}},
+        {kSlreInvalidMetacharacter, {"\\q", "\\D", "\\W", "a\\", "\\x", "\\x4", "\\x4g"}},
+    };
+    for (const auto& error : kErrors) {
+        for (const char* pattern : error.patterns)
+            EXPECT_EQ(Match(pattern, "a"), error.code) << pattern;
+    }
     // Compiling comes first: its errors do not depend on the subject.
     EXPECT_EQ(slre_match("(a", "a", -1, nullptr, 0, 0), kSlreUnbalancedBrackets);
-}
 
-TEST(RegularExpression, LimitsOfBracketsAndBranches) {
     std::string pairs, bars = "a";
     for (int i = 0; i < 99; ++i)
         pairs += "(a)";
@@ -172,75 +101,61 @@ TEST(RegularExpression, LimitsOfBracketsAndBranches) {
 
     slre_cap caps[2];
     EXPECT_EQ(slre_match("(a)", "a", 1, caps, 1, 0), 1);
-    EXPECT_EQ(slre_match("(a)(b)", "ab", 2, caps, 1, 0), kSlreCapsTooSmall);
-    EXPECT_EQ(slre_match("(a)(b", "ab", 2, caps, 1, 0), kSlreCapsTooSmall);
+    EXPECT_EQ(slre_match("(a)(b", "ab", 2, caps, 1, 0), kSlreCapsTooSmall);  // met before the missing bracket
     EXPECT_EQ(slre_match("(a)(b)", "ab", 2, caps, 0, 0), 2);
+
+    // What no pattern reaches that has passed compiling.
+    Slre::regex_info info = {};
+    info.num_brackets = 1;
+    EXPECT_EQ(Slre::bar("[\\x4", 4, "a", 1, &info, 0), kSlreInvalidCharacterSet);
+    EXPECT_EQ(Slre::bar("(a)", 3, "a", 1, &info, 0), kSlreInternalError);
+    EXPECT_EQ(Slre::bar("a", 1, "a", -1, &info, 0), 0);
+    EXPECT_TRUE(Slre::is_metacharacter("\0"));
 }
 
+// The n-th opening bracket fills the n-th capture: behind nested and repeated groups and in every alternative.
 TEST(RegularExpression, Captures) {
-    const std::string subject = "key = OrvaneCore_20261124_3.log";
-    slre_cap caps[4] = {};
-    EXPECT_EQ(slre_match("([a-zA-Z]+)_(\\d+)_(\\d+)\\.(log|txt)", subject.data(), static_cast<int>(subject.size()),
-                         caps, 4, 0),
-              static_cast<int>(subject.size()));
-    const char* kExpected[] = {"OrvaneCore", "20261124", "3", "log"};
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(std::string(caps[i].ptr, static_cast<size_t>(caps[i].len)), kExpected[i]);
-    EXPECT_EQ(caps[0].ptr, subject.data() + 6);
-
-    // The n-th opening bracket fills the n-th capture, also behind nested and repeated groups.
-    EXPECT_EQ(slre_match("((a)(b*))(c)", "xabbc", 5, caps, 4, 0), 5);
-    const char* kNested[] = {"abb", "a", "bb", "c"};
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(std::string(caps[i].ptr, static_cast<size_t>(caps[i].len)), kNested[i]);
-    EXPECT_EQ(slre_match("(a)?(b)*(c)", "abbc", 4, caps, 4, 0), 4);
-    EXPECT_EQ(*caps[2].ptr, 'c');
-
-    // An empty match is not stored.
-    caps[0] = {"old", 3};
-    EXPECT_EQ(slre_match("(x*)a", "a", 1, caps, 1, 0), 1);
-    EXPECT_STREQ(caps[0].ptr, "old");
+    const struct {
+        const char *pattern, *subject;
+        std::vector<const char*> captures;
+    } kCases[] = {
+        {"([a-zA-Z]+)_(\\d+)_(\\d+)\\.(log|txt)",
+         "key = OrvaneCore_20261124_3.log",
+         {"OrvaneCore", "20261124", "3", "log"}},
+        {"((a)(b*))(c)", "xabbc", {"abb", "a", "bb", "c"}},
+        {"(a)?(b)*(c)", "abbc", {"a", "b", "c"}},
+        {"((a)b)x|(c)", "abc", {"not stored", "a", "c"}},  // the second on a way that failed
+        {"(x*)a", "a", {"not stored"}},                    // for it is empty
+    };
+    for (const auto& c : kCases) {
+        slre_cap caps[4] = {};
+        const int length = static_cast<int>(strlen(c.subject));
+        EXPECT_EQ(slre_match(c.pattern, c.subject, length, caps, 4, 0), length) << c.pattern;
+        for (size_t i = 0; i < c.captures.size(); ++i) {
+            const std::string_view got =
+                caps[i].ptr ? std::string_view(caps[i].ptr, static_cast<size_t>(caps[i].len)) : "not stored";
+            EXPECT_EQ(got, c.captures[i]) << c.pattern;
+        }
+    }
 }
 
 TEST(RegularExpression, GroupsGiveBackWhatTheRestNeeds) {
-    ExpectAll({{"(a*)ab", "aaab", 4},
-               {"(.*)(b)(.*)", "aabcc", 5},
-               {"(.*)\\.(.*)$", "a.b.c", 5},
-               {"(a+)(a+)(a+)$", "aaa", 3},
-               {"(a+)(a+)(a+)$", "aa", -1},
-               {"(a)^b", "ab", -1},
-               {"(a)(^b)", "ab", 2},  // within a group the count starts anew
-               {"((a*)b)*c", "aabbabc", 7}});
+    ExpectAll({Case{"(a*)ab", "aaab", 4}, Case{"(.*)\\.(.*)$", "a.b.c", 5}, Case{"(a+)(a+)(a+)$", "aaa", 3},
+               Case{"(a+)(a+)(a+)$", "aa", -1}, Case{"((a*)b)*c", "aabbabc", 7}, Case{"(a)^b", "ab", -1},
+               Case{"(a)(^b)", "ab", 2}});  // within a group the count starts anew
 }
 
 TEST(RegularExpression, GroupsBehindANestedGroupAreClosedWrongly) {
-    // The second group's end is taken for another end of the first.
-    EXPECT_EQ(Match("(a)(b(c)d)", "abcd"), kSlreNoMatch);
-    EXPECT_EQ(Match("((c)b)(a)", "cba"), 3);
-    // The bar is met as an item of the first group.
-    EXPECT_EQ(Match("^(x(y*))(a|b(c))", "x)aa?"), kSlreInternalError);
-    // Bars of two levels: ordering them by bracket turns those of the inner one round, so that "b" stands alone
-    // nowhere.
-    EXPECT_EQ(Match("((a|b|c)|d)e", "ce"), kSlreNoMatch);
-    EXPECT_EQ(Match("((a|b)|d)e", "be"), 2);
-    EXPECT_EQ(Match("(d|(a|b|c))e", "ce"), 2);
-}
-
-// These routines are not reached with such arguments by a pattern that has passed compiling.
-TEST(RegularExpression, InternalErrorsAndInvalidSets) {
-    Slre::regex_info info = {};
-    info.num_brackets = 1;
-    EXPECT_EQ(Slre::bar("[\\", 2, "a", 1, &info, 0), kSlreInvalidCharacterSet);
-    EXPECT_EQ(Slre::bar("[\\x4", 4, "a", 1, &info, 0), kSlreInvalidCharacterSet);
-    EXPECT_EQ(Slre::bar("(a)", 3, "a", 1, &info, 0), kSlreInternalError);
-    EXPECT_EQ(Slre::bar("|", 1, "a", 1, &info, 0), kSlreInternalError);
-    EXPECT_EQ(Slre::bar("a", 1, "a", -1, &info, 0), 0);
-    EXPECT_TRUE(Slre::is_metacharacter("\0") && Slre::is_metacharacter("v"));
-    EXPECT_FALSE(Slre::is_metacharacter("x"));
+    ExpectAll({{"(a)(b(c)d)", "abcd", kSlreNoMatch},  // the second group's end is taken for another end of the first
+               {"((c)b)(a)", "cba", 3},
+               {"^(x(y*))(a|b(c))", "x)aa?", kSlreInternalError},  // the bar is met as an item of the first group
+               // Ordering bars of two levels turns those of the inner one round, so that "b" stands alone nowhere.
+               {"((a|b|c)|d)e", "ce", kSlreNoMatch},
+               {"(d|(a|b|c))e", "ce", 2}});
 }
 
 TEST(RegularExpressionDeathTest, ASetCutInsideAnEscapeNeverReturns) {
-    for (const char* pattern : {"[\\", "a[b\\", "[\\x4"}) {
+    for (const char* pattern : {"a[b\\", "[\\x4"}) {
         EXPECT_EXIT(
             {
                 signal(SIGALRM, SIG_DFL);

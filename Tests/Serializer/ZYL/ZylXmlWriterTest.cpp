@@ -4,101 +4,77 @@
 
 #include <cfloat>
 #include <climits>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "Serializer/ZYL/ZylTime.h"
-#include "Serializer/ZYL/ZylTypeUtil.h"
 
 namespace Quern {
 namespace {
 
-// Runs a document through a writer on a buffer and through one on a file, which must agree, and gives its text.
-template <typename Document>
-std::string Write(ZylXmlFormat format, const Document& document) {
-    char memory[16384];
-    ZylXmlWriter writer(memory, sizeof memory, format);
-    document(writer);
-    EXPECT_EQ(writer.state(), 0);
-    const std::string text(memory, writer.buffer().position);
+using Step = std::function<int(ZylXmlWriter&)>;
 
+// The text of the steps' document: all of it in a file, and in a buffer of whatever size all of it or -1, with nothing
+// past the end.
+std::string Write(int format, const std::vector<Step>& steps) {
+    const auto run = [&steps](ZylXmlWriter& writer) {
+        int code = 0;
+        for (size_t i = 0; i < steps.size() && code == 0; ++i)
+            code = steps[i](writer);
+        EXPECT_EQ(writer.state(), code);
+        return code;
+    };
     FILE* const file = tmpfile();
-    ZylXmlWriter fileWriter(file, format);
-    document(fileWriter);
-    EXPECT_EQ(fileWriter.state(), 0);
+    ZylXmlWriter toFile(file, static_cast<ZylXmlFormat>(format));
+    EXPECT_EQ(run(toFile), 0);
+    std::string text(static_cast<size_t>(ftell(file)), '\0');
     rewind(file);
-    const size_t size = fread(memory, 1, sizeof memory, file);
+    EXPECT_EQ(fread(text.data(), 1, text.size(), file), text.size());
     fclose(file);
-    EXPECT_EQ(std::string(memory, size), text);
+    for (size_t size = 0; size <= text.size() + 1; ++size) {
+        std::string memory(size + 8, '#');
+        ZylXmlWriter writer(memory.data(), size, static_cast<ZylXmlFormat>(format));
+        EXPECT_EQ(run(writer), size > text.size() ? 0 : -1) << size;
+        EXPECT_EQ(memory.substr(size), "########");
+        EXPECT_EQ(text.compare(0, writer.buffer().position, memory, 0, writer.buffer().position), 0);
+    }
     return text;
 }
 
-void WriteNested(ZylXmlWriter& writer) {
-    writer.openComplex("a");
-    writer.openSimple("b");
-    writer.textizeStr("x", false);
-    writer.closeSimple("b");
-    writer.openComplex("c");
-    writer.openComplex("d");
-    writer.closeComplex("d");
-    writer.openSimple("e");
-    writer.closeSimple("e");
-    writer.closeComplex("c");
-    writer.closeComplex("a");
+Step Open(const char* name) {
+    return [name](ZylXmlWriter& writer) { return writer.openComplex(name); };
+}
+Step Close(const char* name) {
+    return [name](ZylXmlWriter& writer) { return writer.closeComplex(name); };
+}
+Step OpenSimple(const char* name) {
+    return [name](ZylXmlWriter& writer) { return writer.openSimple(name); };
+}
+Step CloseSimple(const char* name) {
+    return [name](ZylXmlWriter& writer) { return writer.closeSimple(name); };
+}
+Step Text(const char* text, bool withBlank = false) {
+    return [=](ZylXmlWriter& writer) { return writer.textizeStr(text, withBlank); };
 }
 
-TEST(ZylXmlWriterTest, NodeFormToTheByte) {
-    EXPECT_EQ(Write(ZYL_XML_NODE, WriteNested),
-              "\n<a>\n"
-              "\t<b>\nx\t</b>\n"
-              "\n\t<c>\n"
-              "\t\t<d/>\n"
-              "\t\t<e>\n\t\t</e>\n"
-              "\t</c>\n"
-              "</a>\n");
-    EXPECT_EQ(Write(static_cast<ZylXmlFormat>(7), WriteNested), Write(ZYL_XML_NODE, WriteNested));
-}
-
-TEST(ZylXmlWriterTest, AttributeFormToTheByte) {
-    EXPECT_EQ(Write(ZYL_XML_ATTRIBUTE, WriteNested),
-              "\n<a>\n"
-              "\t<bx/>\n"
-              "\n\t<c>\n"
-              "\t\t<d/>\n"
-              "\t\t<e/>\n"
-              "\t</c>\n"
-              "</a>\n");
-    EXPECT_EQ(Write(ZYL_XML_ATTRIBUTE,
-                    [](ZylXmlWriter& writer) {
-                        writer.openSimple("b");
-                        writer.join(" value=\"");
-                        writer.textizeInt(5, false);
-                        writer.join("\"");
-                        writer.closeSimple("b");
-                    }),
-              "<b value=\"5\"/>\n");
-}
-
-TEST(ZylXmlWriterTest, AnElementWithoutChildrenClosesItself) {
-    for (ZylXmlFormat format : {ZYL_XML_NODE, ZYL_XML_ATTRIBUTE}) {
-        EXPECT_EQ(Write(format,
-                        [](ZylXmlWriter& writer) {
-                            writer.openComplex("a");
-                            writer.closeComplex("a");
-                        }),
-                  "\n<a/>\n");
-    }
+TEST(ZylXmlWriterTest, BothFormsToTheByte) {
+    const std::vector<Step> nested = {Open("a"),  OpenSimple("b"), Text("x"),       CloseSimple("b"), Open("c"),
+                                      Open("d"),  Close("d"),      OpenSimple("e"), CloseSimple("e"), Close("c"),
+                                      Close("a"), OpenSimple("f"), CloseSimple("f")};
+    const std::string nodes = "\n<a>\n\t<b>\nx\t</b>\n\n\t<c>\n\t\t<d/>\n\t\t<e>\n\t\t</e>\n\t</c>\n</a>\n<f>\n</f>\n";
+    EXPECT_EQ(Write(0, nested), nodes);
+    EXPECT_EQ(Write(7, nested), nodes) << "any other format than 1";
+    EXPECT_EQ(Write(1, nested), "\n<a>\n\t<bx/>\n\n\t<c>\n\t\t<d/>\n\t\t<e/>\n\t</c>\n</a>\n<f/>\n");
+    for (int format : {0, 1})
+        EXPECT_EQ(Write(format, {Open("a"), Close("a")}), "\n<a/>\n");
 }
 
 TEST(ZylXmlWriterTest, TabsEndAtThirtyTwoWhileTheDepthGoesOn) {
     constexpr int kDepth = 35;
-    const std::string text = Write(ZYL_XML_NODE, [](ZylXmlWriter& writer) {
-        for (int i = 0; i < kDepth; ++i)
-            writer.openComplex("a");
-        writer.openSimple("b");
-        writer.closeSimple("b");
-        for (int i = 0; i < kDepth; ++i)
-            writer.closeComplex("a");
-    });
+    std::vector<Step> steps(kDepth, Open("a"));
+    steps.insert(steps.end(), {OpenSimple("b"), CloseSimple("b")});
+    steps.insert(steps.end(), kDepth, Close("a"));
     const auto tabs = [](int depth) { return std::string(static_cast<size_t>(std::min(depth, 32)), '\t'); };
     std::string expected;
     for (int depth = 0; depth < kDepth; ++depth)
@@ -106,98 +82,52 @@ TEST(ZylXmlWriterTest, TabsEndAtThirtyTwoWhileTheDepthGoesOn) {
     expected += ">\n" + tabs(kDepth) + "<b>\n" + tabs(kDepth) + "</b>\n";
     for (int depth = kDepth - 1; depth >= 0; --depth)
         expected += tabs(depth) + "</a>\n";
-    EXPECT_EQ(text, expected);
+    EXPECT_EQ(Write(0, steps), expected);
 }
 
 TEST(ZylXmlWriterTest, WritesValues) {
-    const auto value = [](auto put) { return Write(ZYL_XML_NODE, put); };
-    EXPECT_EQ(value([](ZylXmlWriter& w) { w.textizeStr("a<b", false); }), "a&lt;b");
-    EXPECT_EQ(value([](ZylXmlWriter& w) { w.textizeStr("<>&'\"", true); }), "&lt;&gt;&amp;&apos;&quot; ");
-    EXPECT_EQ(value([](ZylXmlWriter& w) { w.textizeStr("&&end", false); }), "&amp;&amp;end");
-    EXPECT_EQ(value([](ZylXmlWriter& w) { w.textizeStr("%s\xC3\xA9%n", false); }), "%s\xC3\xA9%n");
-    EXPECT_EQ(value([](ZylXmlWriter& w) {
-                  w.textizeStr("", false);
-                  w.textizeStr("", true);
-              }),
-              " ");
-    unsigned ip = 0;
-    ASSERT_EQ(ZylTypeUtil::str2ZylIP(ip, "1.22.255.0"), 0);
-    EXPECT_EQ(value([=](ZylXmlWriter& w) {
-                  w.textizeIP(ip, false);
-                  w.textizeIP(ip, true);
-              }),
-              "1.22.255.01.22.255.0 ");
-    EXPECT_EQ(value([](ZylXmlWriter& w) {
-                  w.textizeDate(ZylDate(7, 1, 2), false);
-                  w.textizeTime(ZylTime(-3, 4, 5), true);
-                  w.textizeDateTime(ZylDateTime(ZylDate(2024, 3, 5), ZylTime(1, 2, 3)), true);
-              }),
-              "   7-01-02-3:04:05 2024-03-05 01:02:03 ");
-    EXPECT_EQ(value([](ZylXmlWriter& w) {
-                  w.textizeInt(LLONG_MIN, true);
-                  w.textizeUInt(ULLONG_MAX, true);
-                  w.textizeInt(0, false);
-              }),
-              "-9223372036854775808 18446744073709551615 0");
-    EXPECT_EQ(value([](ZylXmlWriter& w) {
-                  w.textizeDouble(0.1, true);
-                  w.textizeDouble(-DBL_MAX, true);
-                  w.textizeDouble(-DBL_TRUE_MIN, false);
-              }),
-              "0.1 -1.7976931348623157e+308 -5e-324");
-}
-
-// Whatever the size of the buffer: all of the document, or -1 and nothing past the end.
-TEST(ZylXmlWriterTest, AShortBufferIsAnErrorAtEverySize) {
-    using Step = int (*)(ZylXmlWriter&);
-    const Step steps[] = {
-        [](ZylXmlWriter& w) { return w.openComplex("root"); },
-        [](ZylXmlWriter& w) { return w.openSimple("name"); },
-        [](ZylXmlWriter& w) { return w.textizeStr("<a & b>", true); },
-        [](ZylXmlWriter& w) { return w.textizeDateTime(0, false); },
-        [](ZylXmlWriter& w) { return w.textizeIP(0, true); },
-        [](ZylXmlWriter& w) { return w.textizeDouble(1e300 / 3, true); },
-        [](ZylXmlWriter& w) { return w.closeSimple("name"); },
-        [](ZylXmlWriter& w) { return w.closeComplex("root"); },
+    using W = ZylXmlWriter;
+    const struct {
+        Step step;
+        const char* text;
+    } rows[] = {
+        {Text("a<b"), "a&lt;b"},
+        {Text("<>&'\"", true), "&lt;&gt;&amp;&apos;&quot; "},
+        {Text("&&end"), "&amp;&amp;end"},
+        {Text("%s\xC3\xA9%n"), "%s\xC3\xA9%n"},
+        {Text(""), ""},
+        {Text("", true), " "},
+        {[](W& w) { return w.textizeIP(255 << 16 | 22 << 8 | 1, false); }, "1.22.255.0"},
+        {[](W& w) { return w.textizeDate(ZylDate(7, 1, 2), false); }, "   7-01-02"},
+        {[](W& w) { return w.textizeTime(ZylTime(-3, 4, 5), true); }, "-3:04:05 "},
+        {[](W& w) { return w.textizeDateTime(ZylDateTime(ZylDate(2024, 3, 5), ZylTime(1, 2, 3)), true); },
+         "2024-03-05 01:02:03 "},
+        {[](W& w) { return w.textizeInt(LLONG_MIN, true); }, "-9223372036854775808 "},
+        {[](W& w) { return w.textizeUInt(ULLONG_MAX, false); }, "18446744073709551615"},
+        {[](W& w) { return w.textizeDouble(-DBL_MAX, true); }, "-1.7976931348623157e+308 "},
+        {[](W& w) { return w.textizeDouble(0.1, false); }, "0.1"},
     };
-    for (ZylXmlFormat format : {ZYL_XML_NODE, ZYL_XML_ATTRIBUTE}) {
-        const std::string whole = Write(format, [&](ZylXmlWriter& writer) {
-            for (Step step : steps)
-                step(writer);
-        });
-        for (size_t size = 0; size <= whole.size() + 1; ++size) {
-            std::string memory(size + 8, '#');
-            ZylXmlWriter writer(memory.data(), size, format);
-            int code = 0;
-            for (Step step : steps) {
-                code = step(writer);
-                EXPECT_EQ(writer.state(), code);
-                if (code != 0) break;
-            }
-            EXPECT_EQ(code, size > whole.size() ? 0 : -1) << size;
-            EXPECT_EQ(memory.substr(size), "########");
-            EXPECT_EQ(whole.compare(0, writer.buffer().position, memory, 0, writer.buffer().position), 0);
-        }
-    }
+    for (const auto& row : rows)
+        EXPECT_EQ(Write(0, {row.step}), row.text);
 }
 
 TEST(ZylXmlWriterDeathTest, BrokenContractsEndTheProcess) {
     char memory[64];
     ZylXmlWriter writer(memory, sizeof memory, ZYL_XML_NODE);
-    EXPECT_DEATH(writer.openSimple(nullptr), "NULL != name");
-    EXPECT_DEATH(writer.closeComplex(nullptr), "NULL != name");
+    for (const Step& step : {Open(nullptr), Close(nullptr), OpenSimple(nullptr), CloseSimple(nullptr)})
+        EXPECT_DEATH(step(writer), "NULL != name");
     EXPECT_DEATH(writer.textizeStr(nullptr, false), "NULL != src");
     EXPECT_DEATH(writer.closeSimple("a"), "true == _isSimple");
-    EXPECT_DEATH(writer.closeComplex("a"), "Assertion failed");
+    EXPECT_DEATH(writer.closeComplex("a"), "Assertion failed") << "never opened";
     writer.openSimple("a");
-    EXPECT_DEATH(writer.openSimple("b"), "false == _isSimple");
-    EXPECT_DEATH(writer.openComplex("b"), "false == _isSimple");
-    EXPECT_DEATH(writer.closeComplex("b"), "false == _isSimple");
+    for (const Step& step : {Open("b"), Close("b"), OpenSimple("b")})
+        EXPECT_DEATH(step(writer), "false == _isSimple");
     ZylXmlWriter full(memory, 1, ZYL_XML_NODE);
     EXPECT_EQ(full.textizeStr("abc", false), -1);
-    EXPECT_DEATH(full.openComplex("a"), "ZylError::ZYL_NO_ERROR == _state");
-    EXPECT_DEATH(full.textizeInt(1, false), "ZylError::ZYL_NO_ERROR == _state");
-    EXPECT_DEATH(full.textizeTime(1, false), "ZylError::ZYL_NO_ERROR == _state");
+    const Step number = [](ZylXmlWriter& w) { return w.textizeInt(1, false); };
+    const Step time = [](ZylXmlWriter& w) { return w.textizeTime(1, false); };
+    for (const Step& step : {Open("b"), Close("b"), OpenSimple("b"), CloseSimple("b"), Text(""), number, time})
+        EXPECT_DEATH(step(full), "ZylError::ZYL_NO_ERROR == _state");
 }
 
 }  // namespace

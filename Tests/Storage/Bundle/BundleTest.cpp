@@ -171,11 +171,14 @@ TEST_F(BundleTest, CacheFormsWaitForTheSave) {
     EXPECT_TRUE(bundle.RemoveCacheAll());
     EXPECT_EQ(ReadFile(path), "");
     EXPECT_TRUE(bundle.Set("a", "b", 1) && bundle.Set("a", "c", 1));
-    for (const bool removed : {bundle.RemoveValueForKey("a", "b"), bundle.RemoveSection("a"), bundle.RemoveAll()}) {
+    const auto expectSaved = [this](bool removed) {
         EXPECT_TRUE(removed);
         EXPECT_NE(ReadFile(path), "");
         WriteFile(path, "");
-    }
+    };
+    expectSaved(bundle.RemoveValueForKey("a", "b"));
+    expectSaved(bundle.RemoveSection("a"));
+    expectSaved(bundle.RemoveAll());
     EXPECT_FALSE(bundle.RemoveValueForKey("a", "b") || bundle.RemoveSection("a"));
     EXPECT_FALSE(bundle.Set(nullptr, "b", 1) || bundle.SetCache("a", nullptr, "x"));
     EXPECT_EQ(ReadFile(path), "");

@@ -61,6 +61,9 @@ TEST_F(IniFileTest, ReadsTextsByTheRulesOfTheForm) {
         {"[s]\nxa=1\na=2\n", "s", "a", "2"},
         {"[s]\nb=a\na=2\n", "s", "a", "2"},  // the key in another's value
         {"[s]\na\na=2\n", "s", "a", "2"},
+        {"[s]\na =1\n=2\n", "s", "", "2"},
+        {"[s]\na =1\n", "s", "a ", {}},  // a key is trimmed, what is asked for is not
+        {"[s]\na=b=c\n", "s", "a=b", {}},
         {"[s]\n#a=1\n", "s", "a", {}},
         {"[s]\n#a=1\n", "s", "#a", "1"},
         {"[s]\nA=1\n", "s", "a", {}},

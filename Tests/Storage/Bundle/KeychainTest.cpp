@@ -69,6 +69,7 @@ TEST(KeychainTest, KeepsPasswordsSealedForTheirUserAlone) {
 }
 
 TEST(KeychainTest, ErrorsCarryTheStatusAndTheDomain) {
+    KeychainFile();
     CapturedConsole console;
     Set("a", "");
     KCError error;

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -102,9 +103,29 @@ TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
     EXPECT_EQ(gate.Entered(), 3);
     gate.Open();
     ASSERT_TRUE(gate.WaitForLeft(4));
-    ASSERT_TRUE(WaitForLine("Destroy thread"));
+    // Its empty passes add up: work that comes all the time does not keep it.
+    std::atomic<int> ran{0};
+    int added = 0;
+    ASSERT_TRUE(WaitFor([&] {
+        if (ran == added) {
+            Queue()->AddOperation(Count, &ran, false);
+            ++added;
+        }
+        return console->Count("Destroy thread") == 1;
+    }));
     EXPECT_TRUE(console->Has("Info", "Destroy thread"));
+
+    // What it left in the count of idle workers keeps further ones away.
+    Gate again;
+    for (int i = 0; i < 3; ++i)
+        Queue()->AddOperation(PassGate, &again, false);
+    ASSERT_TRUE(again.WaitForEntered(2));
+    SleepMS(1500);  // longer than the backlog that would bring a worker
+    EXPECT_EQ(again.Entered(), 2);
     EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 3);
+    EXPECT_EQ(console->Count("Destroy thread"), 1) << "the minimum stays";
+    again.Open();
+    EXPECT_TRUE(again.WaitForLeft(3));
 }
 
 TEST_F(OperationQueueImpTest, AddsNoWorkerWithoutStretch) {
@@ -158,6 +179,52 @@ TEST_F(OperationQueueImpTest, ReleaseEndsRepetitionDropsTheRestAndDeletesTheQueu
 
     Queue()->AddOperation(Count, &count, false);
     EXPECT_TRUE(WaitFor([&] { return count == 1; })) << "a new queue takes its place";
+}
+
+// How often a thread has gone to sleep so far.
+std::string SleepsOf(pid_t thread) {
+    std::ifstream status("/proc/self/task/" + std::to_string(thread) + "/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("voluntary_ctxt_switches")) return line;
+    return "";
+}
+
+// Waits until the thread sleeps for longer than a worker's rest between two passes: on the condition.
+bool WaitUntilIdle(pid_t worker) {
+    return WaitFor([&] {
+        const std::string before = SleepsOf(worker);
+        SleepMS(100);
+        return !before.empty() && SleepsOf(worker) == before;
+    });
+}
+
+TEST_F(OperationQueueImpTest, ReleaseWakesNobodyAndLeavesTheQueueToItsSleepers) {
+    struct Worker {
+        Gate gate;
+        std::atomic<pid_t> thread{0};
+    } workers[2];
+    for (Worker& worker : workers) {
+        Queue()->AddOperation(
+            [](Operation*, void* data) {
+                static_cast<Worker*>(data)->thread = gettid();
+                static_cast<Worker*>(data)->gate.Pass();
+            },
+            &worker, false);
+        ASSERT_TRUE(worker.gate.WaitForEntered(1));
+    }
+    workers[0].gate.Open();
+    ASSERT_TRUE(WaitUntilIdle(workers[0].thread));
+    OperationQueueImp::ReleaseInstance();
+    OperationQueueImp::ReleaseInstance();
+    workers[1].gate.Open();
+    ASSERT_TRUE(OrvaneTest::WaitUntilGone(workers[1].thread)) << "one that is awake leaves";
+
+    std::atomic<int> count{0};
+    Queue()->AddOperation(Count, &count, false);
+    ASSERT_TRUE(WaitFor([&] { return count == 1; }));  // many looks of the old manager later
+    EXPECT_EQ(OrvaneTest::ThreadState(workers[0].thread), 'S');
+    EXPECT_EQ(console->Count("Destroy Thread"), 1);
+    EXPECT_EQ(console->Count("~OperationQueueImp("), 0);
 }
 
 // Counts its live copies.

@@ -90,7 +90,12 @@ TEST_F(OperationQueuePoolTest, ReleaseWaitsForEveryOperation) {
     static Gate gate;
     const StaticOperation::Function count = [](Operation*, void*) { ++runs; };
     OperationQueue* const queue = OperationQueuePool::GetInstance();
-    queue->AddOperation([](Operation*, void*) { gate.Pass(); }, nullptr, true);
+    queue->AddOperation(
+        [](Operation*, void*) {
+            gate.Pass();
+            OperationQueuePool::GetInstance()->AddOperation([](Operation*, void*) { ++runs; }, nullptr, false);
+        },
+        nullptr, true);
     queue->AddOperation(count, nullptr, false);
     queue->AddOperation(count, nullptr, true);
     queue->AddOperation(nullptr, nullptr, false);
@@ -105,7 +110,7 @@ TEST_F(OperationQueuePoolTest, ReleaseWaitsForEveryOperation) {
     gate.Open();
     release.join();
     EXPECT_EQ(gate.Entered(), 1) << "a repetition ends with that run";
-    EXPECT_EQ(runs, 2) << "what was queued runs once";
+    EXPECT_EQ(runs, 3) << "what was queued runs once, and so does what was queued by the last run";
     OperationQueuePool* const next = OperationQueuePool::GetInstance();
     EXPECT_EQ(OperationQueuePool::GetInstance(), next);
     OperationQueuePool::ReleaseInstance();

@@ -81,16 +81,6 @@ TEST(ObjectOperation, CallsItsTarget) {
     EXPECT_THAT(record, ElementsAre("member data running", "member data running", "DoOperation"));
 }
 
-TEST(ObjectOperation, OutlivesItsTarget) {
-    std::vector<std::string> record;
-    auto target = std::make_unique<Target>(&record);
-    ObjectOperation operation(target.get(), kMember, g_data, true);
-    target.reset();
-    operation.Run();
-    EXPECT_TRUE(operation.IsRepeating());
-    EXPECT_THAT(record, ElementsAre("target deleted"));
-}
-
 TEST(ObjectOperation, TheTargetKnowsTheLastOneOnlyAndAnyEndForgetsIt) {
     std::vector<std::string> record;
     Target target(&record);

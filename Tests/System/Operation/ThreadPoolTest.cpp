@@ -187,24 +187,43 @@ TEST_F(ThreadPoolTest, TheDefaultPoolIsShared) {
     ThreadPool::destroyDefaultThreadPool();
 }
 
-TEST_F(ThreadPoolTest, TakesPushesFromManyThreadsAndFromItsOwnTasks) {
-    constexpr int kThreads = 4;
-    constexpr int kEach = 500;
+TEST_F(ThreadPoolTest, TakesAMillionTasksFromManyThreads) {
+    constexpr int kThreads = 8;
+    constexpr int kEach = 125000;
     std::atomic<int> ran{0};
     {
-        ThreadPool pool(1, 4);
+        ThreadPool pool(2, 6);
         pool.setShrinkInterval(0);
         std::vector<std::thread> threads;
         for (int thread = 0; thread < kThreads; ++thread) {
             threads.emplace_back([&] {
                 for (int i = 0; i < kEach; ++i)
-                    pool.pushTask([&](int) { pool.pushTask([&](int) { ++ran; }, 0); }, 0);
+                    pool.pushTask([&](int) { ++ran; }, 0);
             });
         }
         for (std::thread& thread : threads)
             thread.join();
+        EXPECT_GE(pool.getCurrentSize(), 2);
+        EXPECT_LE(pool.getCurrentSize(), 6);
     }
     EXPECT_EQ(ran, kThreads * kEach);
+}
+
+// Tasks that push grow and shrink the pool, and the end of the pool joins the same workers.
+TEST_F(ThreadPoolTest, EndsWhileItsTasksPush) {
+    constexpr int kPools = 200;
+    std::atomic<int> ran{0};
+    for (int i = 0; i < kPools; ++i) {
+        ThreadPool pool(1, 4);
+        pool.setShrinkInterval(0);
+        const auto push = [&](int) {
+            for (int j = 0; j < 3; ++j)
+                pool.pushTask([&](int) { ++ran; }, 0);
+        };
+        for (int j = 0; j < 4; ++j)
+            pool.pushTask(push, 0);
+    }
+    EXPECT_EQ(ran, kPools * 12);
 }
 
 }  // namespace

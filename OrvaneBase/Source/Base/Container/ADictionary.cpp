@@ -53,11 +53,8 @@ ADictionary::~ADictionary() {
 void ADictionary::Set(const ADictionary& other) {
     if (this == &other) return;
     RemoveAll();
-    std::multimap<size_t, Entries::const_iterator> inOrder;
-    for (auto entry = other._entries.begin(); entry != other._entries.end(); ++entry)
-        inOrder.emplace(IsDictionary(*entry->first) ? other._keys.size() : other.PositionOf(*entry->first), entry);
-    for (const auto& [position, entry] : inOrder)
-        Set(entry->first, CloneForUnownedEntry(*entry->second));
+    for (const auto& [key, value] : other.EntriesInOrder())
+        Set(key, CloneForUnownedEntry(*value));
 }
 
 void ADictionary::Set(AObject* key, AObject* value) {
@@ -140,6 +137,17 @@ AObject* ADictionary::KeyAt(int index) const {
 const char* ADictionary::CStringKeyAt(int index) const {
     const AString* key = AStringKeyAt(index);
     return key ? key->c_str() : nullptr;
+}
+
+std::vector<std::pair<AObject*, AObject*>> ADictionary::EntriesInOrder() const {
+    std::multimap<size_t, std::pair<AObject*, AObject*>> byPosition;
+    for (const auto& entry : _entries)
+        byPosition.emplace(IsDictionary(*entry.first) ? _keys.size() : PositionOf(*entry.first), entry);
+    std::vector<std::pair<AObject*, AObject*>> entries;
+    entries.reserve(byPosition.size());
+    for (const auto& [position, entry] : byPosition)
+        entries.push_back(entry);
+    return entries;
 }
 
 void ADictionary::Remove(const AObject* key) {

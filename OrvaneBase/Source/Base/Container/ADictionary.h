@@ -3,6 +3,7 @@
 #define ORVANE_BASE_CONTAINER_A_DICTIONARY_H
 
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "Base/Container/ANumber.h"
@@ -64,6 +65,9 @@ public:
     // The same for keys that the caller knows to be AStrings: the type is not checked.
     AString* AStringKeyAt(int index) const { return static_cast<AString*>(KeyAt(index)); }
     const char* CStringKeyAt(int index) const;
+
+    // Every key with its value, by the first insertion of an equal key.
+    std::vector<std::pair<AObject*, AObject*>> EntriesInOrder() const;
 
     void Remove(const AObject* key);
     void Remove(const ANumber& key) { Remove(&key); }

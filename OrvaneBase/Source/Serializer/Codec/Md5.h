@@ -25,7 +25,7 @@ void MD5Final(unsigned char* digest, MD5_CTX* context);
 // Takes one block of 64 bytes into the chaining words.
 void MD5Transform(uint32_t state[4], const unsigned char block[64]);
 
-// Writes the binary digest of `length` bytes, kMd5DigestSize bytes.
+// Writes the binary digest of `length` bytes, kMd5DigestSize bytes. REQUIRES: length is not negative.
 void Md5HashBuffer(char* digest, const char* data, int length);
 // The same for the content of a file. If it cannot be opened, `digest` stays as it was and nothing is reported.
 void Md5File(char* digest, const char* path);

@@ -17,9 +17,8 @@
 // - Where what follows matches in front of as well as inside what a "*" could take, but not behind it, the "*" takes
 //   nothing: "a*[ab]" on "aa" ends at 1.
 // - The first alternative that takes at least one byte is taken for good.
-// - A group that stands behind a finished group of more than one level ("(a)(b(c))") is not closed where it looks
-// closed:
-//   nest groups only in the first group of a pattern.
+// - A group that holds groups and does not stand first ("(a)(b(c)d)") is not closed where it looks closed: nest groups
+//   only in the first group of a pattern.
 #ifndef ORVANE_SERIALIZER_CODEC_REGULAR_EXPRESSION_H
 #define ORVANE_SERIALIZER_CODEC_REGULAR_EXPRESSION_H
 

@@ -48,6 +48,8 @@ bool MatchesEscape(const char* re, char byte) {
 }
 
 // The first bracket that opens at or behind `at`, which lies in the bracket of index `bracket`.
+// Counting on by one would not do: groups within a group, repeated groups and other alternatives stand between, and the
+// n-th opening bracket has the n-th capture.
 int NextBracket(const char* at, const regex_info* info, int bracket) {
     do {
         ++bracket;

@@ -4,8 +4,9 @@
 // position <= length; every operation tests it first and ends the process where it is broken. The results are codes
 // of ZylError, 0 for success.
 //
-// Numbers of more than one byte are in network byte order (big-endian), signed ones in two's complement, floating ones
-// as their IEEE 754 bits. An operation that fails for lack of space or data moves nothing.
+// The bytes of a number are an agreement between this library and the generator of the code that calls it, the same on
+// every machine: network byte order (big-endian), signed numbers in two's complement, floating ones as their IEEE 754
+// bits. Numbers of every size fail alike: -1 for lack of space, -2 for lack of data, and nothing moves.
 #ifndef ORVANE_SERIALIZER_ZYL_ZYL_BUF_H
 #define ORVANE_SERIALIZER_ZYL_ZYL_BUF_H
 

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <limits>
 #include <string>
-#include <string_view>
 #include <system_error>
 
 #include "Base/Assert.h"
@@ -22,42 +21,44 @@ bool IsDigit(char character) {
     return '0' <= character && character <= '9';
 }
 
-// Cuts values off a text from the left, as strtok_r would, without changing it. The number readers of the C library
-// stop at a delimiter by themselves, so a token needs no terminator for them.
-class Tokens {
-public:
-    explicit Tokens(const char* text) : _text(text) {}
-
-    // Empty at the end of the text.
-    std::string_view next() {
-        while (IsDelimiter(*_text))
-            ++_text;
-        const char* const begin = _text;
-        while (*_text != '\0' && !IsDelimiter(*_text))
-            ++_text;
-        return {begin, static_cast<size_t>(_text - begin)};
-    }
-
-private:
-    const char* _text;
-};
-
-// A plain decimal number of up to 18 digits, the common case. False leaves the token to the C library: anything that
-// starts with 0 is octal or hexadecimal there, or ends the number early.
-bool ReadDecimalQuickly(std::string_view token, long long& number) {
-    const bool isMinus = token[0] == '-';
-    if (isMinus || token[0] == '+') token.remove_prefix(1);
-    if (token.empty() || token.size() > 18 || (token[0] == '0' && token.size() > 1)) return false;
-    long long magnitude = 0;
-    for (char digit : token) {
-        if (!IsDigit(digit)) return false;
-        magnitude = 10 * magnitude + (digit - '0');
-    }
-    number = isMinus ? -magnitude : magnitude;
-    return true;
+bool IsEnd(char character) {
+    return character == '\0' || IsDelimiter(character);
 }
 
-// The rules by which the types are read: each turns one token into a value, and knows what stands for a missing one.
+// A text is cut into tokens as strtok_r would, without changing it: the number readers of the C library stop at a
+// delimiter by themselves, so that a token needs no terminator for them.
+
+// The token at the place or behind it, or null at the end of the text.
+const char* NextToken(const char* place) {
+    while (IsDelimiter(*place))
+        ++place;
+    return *place == '\0' ? nullptr : place;
+}
+
+// `place` lies in a token.
+const char* EndOfToken(const char* place) {
+    while (!IsEnd(*place))
+        ++place;
+    return place;
+}
+
+// A plain decimal number of up to 18 digits, the common case, in one pass. Returns the token's end, or null for what is
+// left to the C library: anything that starts with 0 is octal or hexadecimal there, or ends the number early.
+const char* ReadDecimalQuickly(const char* token, long long& number) {
+    const bool isMinus = *token == '-';
+    const char* const begin = isMinus || *token == '+' ? token + 1 : token;
+    const char* end = begin;
+    unsigned long long magnitude = 0;  // garbage beyond 19 digits
+    for (; IsDigit(*end); ++end)
+        magnitude = 10 * magnitude + static_cast<unsigned char>(*end - '0');
+    const auto size = end - begin;
+    if (size == 0 || size > 18 || (*begin == '0' && size > 1) || !IsEnd(*end)) return nullptr;
+    number = isMinus ? -static_cast<long long>(magnitude) : static_cast<long long>(magnitude);
+    return end;
+}
+
+// The rules by which the types are read: each turns the token at `place` into a value, moves the place to the token's
+// end, and knows what stands for a missing value.
 
 template <typename Integer>
 struct IntegerRule {
@@ -70,21 +71,26 @@ struct IntegerRule {
         return ZylError::ZYL_NO_ERROR;
     }
 
-    int convert(std::string_view token, Integer& value) const {
+    int convert(const char*& place, Integer& value) const {
+        const char* const token = place;
         long long number = 0;
-        if (!IsDigit(token[0]) && token[0] != '+' && token[0] != '-') {
+        if (const char* const end = ReadDecimalQuickly(token, number)) {
+            place = end;
+        } else if (!IsDigit(*token) && *token != '+' && *token != '-') {
             if (lookUp == nullptr) return ZylError::ZYL_UNDEFINED_MACRO;
-            if (const int code = lookUp(std::string(token).c_str(), number, context)) return code;
-        } else if (!ReadDecimalQuickly(token, number)) {
-            char* end;
+            place = EndOfToken(token);
+            if (const int code = lookUp(std::string(token, place).c_str(), number, context)) return code;
+        } else {
+            char* stop;
             if constexpr (sizeof(Integer) <= 2) {
-                number = strtol(token.data(), &end, 0);
+                number = strtol(token, &stop, 0);
             } else if constexpr (sizeof(Integer) == 4) {
-                number = strtoll(token.data(), &end, 0);
+                number = strtoll(token, &stop, 0);
             } else {
-                number = static_cast<long long>(strtoull(token.data(), &end, 0));
+                number = static_cast<long long>(strtoull(token, &stop, 0));
             }
-            if (end == token.data()) return ZylError::ZYL_PARSE_NUMBER_FAILED;
+            if (stop == token) return ZylError::ZYL_PARSE_NUMBER_FAILED;
+            place = EndOfToken(stop);
         }
         using Limits = std::numeric_limits<Integer>;
         if constexpr (sizeof(Integer) < sizeof number) {
@@ -106,13 +112,15 @@ struct FloatRule {
         return ZylError::ZYL_NO_ERROR;
     }
 
-    int convert(std::string_view token, Float& value) const {
+    int convert(const char*& place, Float& value) const {
+        const char* const token = place;
+        place = EndOfToken(token);
         double number;
-        const auto [stop, error] = std::from_chars(token.data(), token.data() + token.size(), number);
-        if (error != std::errc() || stop != token.data() + token.size()) {
+        const auto [stop, error] = std::from_chars(token, place, number);
+        if (error != std::errc() || stop != place) {
             char* end;
-            number = strtod(token.data(), &end);
-            if (end == token.data()) return ZylError::ZYL_PARSE_NUMBER_FAILED;
+            number = strtod(token, &end);
+            if (end == token) return ZylError::ZYL_PARSE_NUMBER_FAILED;
         }
         value = static_cast<Float>(number);
         return ZylError::ZYL_NO_ERROR;
@@ -129,22 +137,23 @@ struct TextRule {
         return ZylError::ZYL_NO_ERROR;
     }
 
-    int convert(std::string_view token, unsigned int& value) const {
-        const bool isTerminated = token.data()[token.size()] == '\0';
-        return isTerminated ? conversion(value, token.data()) : conversion(value, std::string(token).c_str());
+    int convert(const char*& place, unsigned int& value) const {
+        const char* const token = place;
+        place = EndOfToken(token);
+        return *place == '\0' ? conversion(value, token) : conversion(value, std::string(token, place).c_str());
     }
 };
 
 template <typename Value, typename Rule>
 int ParseOne(Value& value, const char* text, unsigned int* count, const Rule& rule) {
     ORVANE_ASSERT_TEXT(text != nullptr, "NULL != str");
-    const std::string_view token = Tokens(text).next();
-    if (token.empty()) {
+    const char* place = NextToken(text);
+    if (place == nullptr) {
         if (count == nullptr) return rule.missing(value);
         *count = 0;
         return ZylError::ZYL_NO_ERROR;
     }
-    const int code = rule.convert(token, value);
+    const int code = rule.convert(place, value);
     if (code == ZylError::ZYL_NO_ERROR && count != nullptr) *count = 1;
     return code;
 }
@@ -154,12 +163,12 @@ int ParseMany(Value* values, unsigned int capacity, const char* text, unsigned i
     ORVANE_ASSERT_TEXT(values != nullptr, "NULL != dest");
     ORVANE_ASSERT_TEXT(capacity != 0, "0 != count");
     ORVANE_ASSERT_TEXT(text != nullptr, "NULL != str");
-    Tokens tokens(text);
+    const char* place = text;
     unsigned int taken = 0;
     for (; taken < capacity; ++taken) {
-        const std::string_view token = tokens.next();
-        if (token.empty()) break;
-        if (const int code = rule.convert(token, values[taken])) return code;
+        place = NextToken(place);
+        if (place == nullptr) break;
+        if (const int code = rule.convert(place, values[taken])) return code;
     }
     if (count != nullptr) {
         *count = taken;

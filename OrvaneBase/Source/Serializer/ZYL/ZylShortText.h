@@ -1,4 +1,5 @@
-// The short texts of which the text forms are made: printed numbers, dates and addresses, and a copy that suits them.
+// The short texts of which the text forms are made: names, printed numbers, dates and addresses; a copy and a
+// comparison that suit them.
 #ifndef ORVANE_SERIALIZER_ZYL_ZYL_SHORT_TEXT_H
 #define ORVANE_SERIALIZER_ZYL_ZYL_SHORT_TEXT_H
 
@@ -38,6 +39,26 @@ inline char* CopyText(char* target, std::string_view text) {
         *target = text[0];
     }
     return target + size;
+}
+
+template <typename Word>
+inline bool HasSameEnds(const char* left, const char* right, size_t size) {
+    Word heads[2];
+    Word tails[2];
+    memcpy(&heads[0], left, sizeof(Word));
+    memcpy(&heads[1], right, sizeof(Word));
+    memcpy(&tails[0], left + size - sizeof(Word), sizeof(Word));
+    memcpy(&tails[1], right + size - sizeof(Word), sizeof(Word));
+    return heads[0] == heads[1] && tails[0] == tails[1];
+}
+
+// Whether the first `size` characters are the same. Below 16 the call of memcmp would cost more than the comparison.
+inline bool IsSameText(const char* left, const char* right, size_t size) {
+    if (size > 16) return memcmp(left, right, size) == 0;
+    if (size >= 8) return HasSameEnds<uint64_t>(left, right, size);
+    if (size >= 4) return HasSameEnds<uint32_t>(left, right, size);
+    if (size >= 2) return HasSameEnds<uint16_t>(left, right, size);
+    return size == 0 || *left == *right;
 }
 
 }  // namespace Quern

@@ -23,7 +23,8 @@ public:
     static int str2ZylDate(unsigned int& date, const char* pszDate);
     static int str2ZylDateTime(unsigned long long& dateTime, const char* pszDateTime);
 
-    // Prints "1.2.3.4". -1 where the text and its terminator do not fit. The last byte of `dest` becomes zero.
+    // Prints "1.2.3.4", and a zero into the last byte of `dest` too. -1, and nothing is written, where the text and its
+    // terminator do not fit.
     static int zylIp2Str(char* dest, unsigned long size, unsigned int ip);
     static int zylIp2Str(ZylWriteBuf& dest, unsigned int ip);
 

@@ -2,6 +2,7 @@
 #ifndef ORVANE_SERIALIZER_ZYL_ZYL_XML_READER_H
 #define ORVANE_SERIALIZER_ZYL_ZYL_XML_READER_H
 
+#include <cstdint>
 #include <memory>
 #include <rapidxml/rapidxml.hpp>
 
@@ -39,16 +40,26 @@ public:
     const char* getNodeValue(ZylName name);   // the text of a child element, reached by stepIn
 
 private:
+    using Node = rapidxml::xml_node<char>;
+
     void _parse(char* text, size_t size);
     // What stepIn goes to, or null.
-    rapidxml::xml_node<char>* find(ZylName name) const;
+    Node* find(ZylName name);
+    // The first child of the current element that has the name, or null. `bit` is that of the name.
+    Node* search(ZylName name, uint64_t bit);
 
     std::unique_ptr<char[]> _buffer;  // the copy of the text, or null
     ZylXmlFormat _format;
     int _state;
     rapidxml::xml_document<char> _document;
-    rapidxml::xml_node<char>* _current;
-    rapidxml::xml_node<char>* _previous;  // the node last left by stepOut, or null
+    Node* _current;
+    Node* _previous;  // the node last left by stepOut, or null
+
+    // Fields are mostly asked for in the order in which they stand: how far the searches among the children of one
+    // element have come. What no child before that place can be called need not be looked for there.
+    const Node* _searched = nullptr;  // the element, or null
+    Node* _place = nullptr;           // the first child that no search has passed, or null
+    uint64_t _passedNames = 0;        // one bit for each name before it; different names may share a bit
 };
 
 }  // namespace Quern

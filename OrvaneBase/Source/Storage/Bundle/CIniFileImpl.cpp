@@ -11,6 +11,7 @@
 #include "Storage/Bundle/EncryptedIniFileImpl.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/LineReader.h"
+#include "Storage/File/WholeFile.h"
 #include "System/Thread/Time.h"
 
 namespace Quern {
@@ -48,8 +49,7 @@ bool CIniFileImpl::Save() {
     const CCritical guard(&_mutex);
     std::string text = _text.Join('\n');
     if (!_text.Empty()) text += '\n';
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(_path.c_str(), "wb"), fclose);
-    if (file) fwrite(text.data(), 1, text.size(), file.get());
+    OverwriteFile(_path.c_str(), text);
     return true;
 }
 

@@ -85,8 +85,7 @@ bool EncryptedIniFileImpl::Save() {
     _MakeTeaKey(key, publicKey);
     _SaveTeaKey(key);
     const std::string bytes = EncryptedIni::Build(_text, key, publicKey);
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(fopen(_path.c_str(), "wb"), fclose);
-    if (stream) fwrite(bytes.data(), 1, bytes.size(), stream.get());
+    if (!bytes.empty()) OverwriteFile(_path.c_str(), bytes);
     return true;
 }
 

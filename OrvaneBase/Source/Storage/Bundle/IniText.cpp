@@ -29,13 +29,26 @@ bool IsHeaderOf(std::string_view line, std::string_view section) {
     return HeaderName(line, name) && name == section;
 }
 
-// The place of the "=" in a line of that key, or none.
+// Whether a line can have that key: what stands before a line's first "=", trimmed, is such a text.
+bool IsPossibleKey(std::string_view key) {
+    return key.empty() || (key.front() != ' ' && key.back() != ' ' && key.find('=') == kNone);
+}
+
+// The place of the "=" in a line of that key, or none. REQUIRES: the key is possible.
 size_t AssignmentOf(std::string_view line, std::string_view key) {
-    const size_t at = line.find(key);
-    if (at == kNone) return kNone;
-    const size_t assignment = line.find('=', at);
-    if (assignment == kNone || Trim(line.substr(0, assignment)) != key) return kNone;
-    return assignment;
+    size_t at = 0;
+    while (at < line.size() && line[at] == ' ')
+        ++at;
+    if (!line.substr(at).starts_with(key)) return kNone;
+    at += key.size();
+    while (at < line.size() && line[at] == ' ')
+        ++at;
+    return at < line.size() && line[at] == '=' ? at : kNone;
+}
+
+std::string HeaderLine(std::string_view section) {
+    std::string line(1, '[');
+    return line.append(section).append(1, ']');
 }
 
 std::string KeyLine(std::string_view key, std::string_view value) {
@@ -77,6 +90,7 @@ size_t IniText::NextHeader(size_t from) const {
 }
 
 bool IniText::Find(std::string_view section, std::string_view key, std::string_view& value) const {
+    if (!IsPossibleKey(key)) return false;
     bool inSection = false;
     for (const std::string& line : _lines) {
         if (BeginsHeader(line)) {
@@ -98,14 +112,15 @@ void IniText::Write(std::string_view section, std::string_view key, std::string_
     const size_t header = FindHeader(section);
     if (header == _lines.size()) {
         _lines.emplace_back();
-        _lines.push_back("[" + std::string(section) + "]");
+        _lines.push_back(HeaderLine(section));
         _lines.push_back(KeyLine(key, value));
         return;
     }
+    const bool isPossible = IsPossibleKey(key);
     size_t at = header + 1;
     for (; at < _lines.size() && !BeginsHeader(_lines[at]); ++at) {
         std::string& line = _lines[at];
-        const size_t assignment = AssignmentOf(line, key);
+        const size_t assignment = isPossible ? AssignmentOf(line, key) : kNone;
         if (assignment == kNone) continue;
         const size_t comment = line.find('#', assignment);
         const size_t end = comment == kNone ? line.size() : comment;

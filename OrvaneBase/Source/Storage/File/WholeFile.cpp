@@ -41,6 +41,14 @@ std::string ReadToEnd(FILE* file, bool* error) {
     return bytes;
 }
 
+bool OverwriteFile(const char* path, std::string_view content) {
+    FILE* const file = fopen(path, "wb");
+    if (!file) return false;
+    setvbuf(file, nullptr, _IONBF, 0);
+    const bool isWhole = fwrite(content.data(), 1, content.size(), file) == content.size();
+    return fclose(file) == 0 && isWhole;
+}
+
 bool ReplaceFile(const std::string& path, std::string_view content, mode_t mode) {
     std::string aside = path + ".XXXXXX";
     const int descriptor = mkostemp(aside.data(), O_CLOEXEC);

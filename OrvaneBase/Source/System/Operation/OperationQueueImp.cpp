@@ -252,7 +252,8 @@ void OperationQueueImp::runOperation(Operation* operation) {
         delete operation;
 }
 
-// An empty pass: sleeps until woken, or, above the minimum, counts. False if the worker has left.
+// An empty pass: sleeps until woken, or, above the minimum, counts. False if the worker has left. All under one lock:
+// several workers above the minimum come to their last pass at about the same time, and only the surplus may leave.
 bool OperationQueueImp::passIdle(int& idleTicks) {
     const CCritical guard(&_lock);
     ++_idleCount;

@@ -142,8 +142,9 @@ void ThreadPool::pushTask(const std::function<void(int)>& function, TaskType typ
     if (!_fixedSize && !_stopped) {
         const int idle = _idleThreadNum;
         if (idle > minThreadNum) {
+            const std::unique_lock<std::mutex> turn(_shrinking, std::try_to_lock);
             const long long now = CTime::GetTimeTick();
-            if (_tasks.empty() && SecondsBetween(_lastShrink, now) > _shrinkInterval) {
+            if (turn && _tasks.empty() && SecondsBetween(_lastShrink, now) > _shrinkInterval) {
                 tryShrinkPool();
                 _lastShrink = now;
             }
@@ -180,7 +181,9 @@ bool ThreadPool::tryShrinkPool() {
     const int count = MinNum(_shrinkStep, _currentSize - minThreadNum);
     std::vector<int> leaving;
     for (int slot = 0; slot < static_cast<int>(_threads.size()) && static_cast<int>(leaving.size()) < count; ++slot) {
-        if (*_idle[slot] && !_abort[slot]->exchange(true)) leaving.push_back(slot);
+        if (!*_alive[slot] || !*_idle[slot]) continue;
+        *_abort[slot] = true;
+        leaving.push_back(slot);
     }
     {
         const std::lock_guard<std::mutex> guard(_mutex);
@@ -222,7 +225,8 @@ void ThreadPool::stop() {
         const std::lock_guard<std::mutex> guard(_mutex);
         _wake.notify_all();
     }
-    // A task that runs meanwhile may push another and so start a worker in a slot that was free: until none is left.
+    const std::lock_guard<std::mutex> noShrinking(_shrinking);  // a task that pushes may be at it, and joins as well
+    // Such a task may also start a worker in a slot that was free: until none is left.
     while (_currentSize > 0) {
         for (int slot = 0; slot < static_cast<int>(_threads.size()); ++slot)
             joinThread(slot);

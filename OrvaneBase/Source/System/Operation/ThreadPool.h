@@ -5,9 +5,9 @@
 // those to end, so it can block. A pool that gets no work never shrinks.
 //
 // Thread rule: any thread may push, query and stop tasks. The decisions to grow and to shrink are taken on a snapshot
-// and without a lock, so that two pushes at once may start or send away more workers than one would; each slot is
-// claimed by its abort flag. stop, joinThread and the setters belong to the owner, and nobody but a task pushes during
-// stop.
+// and without waiting, so that two pushes at once may start more workers than one would; a free slot is claimed by its
+// abort flag, and one push at a time sends workers away: another leaves it at that. stop, joinThread and the setters
+// belong to the owner, and nobody but a task pushes during stop.
 #ifndef ORVANE_SYSTEM_OPERATION_THREAD_POOL_H
 #define ORVANE_SYSTEM_OPERATION_THREAD_POOL_H
 
@@ -112,14 +112,15 @@ private:
 
     // One entry a slot.
     std::vector<std::unique_ptr<std::thread>> _threads;  // null where the worker has gone
-    // The worker is to leave after its task; shared with it, so that it outlives the slot. Whoever changes it may
-    // change the slot: sets it to send the worker away, clears it to start one.
+    // The worker is to leave after its task; shared with it, so that it outlives the slot. Whoever clears it may start
+    // a worker in the slot.
     std::vector<Flag> _abort;
     std::vector<Flag> _idle;   // the worker sleeps
     std::vector<Flag> _alive;  // the slot holds a started worker
 
     ThreadSafeQueue<Task> _tasks;
     std::atomic<bool> _stopped{false};
+    std::mutex _shrinking;               // held by whoever joins workers; a push only ever tries it
     std::atomic<int> _idleThreadNum{0};  // sleeping workers; changed under _mutex
     std::mutex _mutex;                   // where workers sleep, with _wake
     std::condition_variable _wake;

@@ -131,6 +131,7 @@ private:
         if (_status == errSecIO) return _status;
         if (_status != errSecItemNotFound) {
             const std::string aside = _path + ".unusable";
+            remove(aside.c_str());  // an older one may be of a kind that cannot be replaced by this one
             if (rename(_path.c_str(), aside.c_str()) != 0) return _status;
             ORVANE_CONSOLE(kLogError, "keychain %s is set aside as %s", _path.c_str(), aside.c_str());
         }

@@ -1,0 +1,140 @@
+// What background work costs: the elastic pool against the simplest pool and against oneTBB, the threaded queue against
+// its own floors.
+
+#include <tbb/task_arena.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "Base/ConsoleSink.h"
+#include "SimplestPool.h"
+#include "Support/Ratio.h"
+#include "System/Operation/OperationQueueImp.h"
+#include "System/Operation/ThreadPool.h"
+#include "System/Thread/Sleep.h"
+
+namespace {
+
+using namespace Orvane::Bench;
+
+constexpr int kWorkers = 3;  // what the pool queue starts with
+constexpr int kRounds = 15;
+constexpr int kTasks = 20000;
+constexpr int kPings = 500;
+constexpr int kAdditions = 2000;
+constexpr int kManagerPass = 10;  // milliseconds
+
+// Pushes empty tasks and waits until the last has run.
+template <typename Push>
+void Flood(Push push) {
+    std::atomic<int> left{kTasks};
+    for (int i = 0; i < kTasks; ++i)
+        push([&left](int) { left.fetch_sub(1, std::memory_order_relaxed); });
+    while (left.load(std::memory_order_relaxed) > 0)
+        std::this_thread::yield();
+}
+
+// Pushes a task into a pool at rest, waits until it has started, and again.
+template <typename Push>
+void Ping(Push push) {
+    for (int i = 0; i < kPings; ++i) {
+        std::atomic<bool> started{false};
+        push([&started](int) { started.store(true, std::memory_order_release); });
+        while (!started.load(std::memory_order_acquire))
+            std::this_thread::yield();
+    }
+}
+
+template <typename Ours, typename Other>
+void ComparePools(const char* peer, const char* wanted, Ours ours, Other other) {
+    char what[80];
+    snprintf(what, sizeof what, "pool, an empty task, against %s", peer);
+    Print(what,
+          Compare(
+              kRounds, kTasks, [&] { Flood(ours); }, [&] { Flood(other); }),
+          wanted);
+    snprintf(what, sizeof what, "pool, from push to start, against %s", peer);
+    Print(what,
+          Compare(
+              kRounds, kPings, [&] { Ping(ours); }, [&] { Ping(other); }),
+          wanted);
+}
+
+void ComparePools() {
+    const std::unique_ptr<Quern::ThreadPool> pool(Quern::ThreadPool::newCachedThreadPool(kWorkers, kWorkers, 5, 2, 1));
+    const auto ours = [&](auto task) { pool->pushTask(task, 0); };
+
+    SimplestPool simplest(kWorkers);
+    ComparePools("the simplest pool", "<= 1.25", ours, [&](auto task) { simplest.Push(task); });
+
+    tbb::task_arena arena(kWorkers, 0);
+    ComparePools("oneTBB", "shown", ours, [&](auto task) { arena.enqueue([task] { task(0); }); });
+}
+
+// An operation is put aside under one lock; its run is no part of the cost.
+class ListUnderALock {
+public:
+    void Add(Quern::StaticOperation::Function function) {
+        const std::lock_guard guard(_mutex);
+        _operations.push_back(std::make_unique<Quern::StaticOperation>(function, nullptr, false));
+    }
+
+private:
+    std::mutex _mutex;
+    std::vector<std::unique_ptr<Quern::Operation>> _operations;
+};
+
+void MeasureThreadedQueue() {
+    Quern::OperationQueueImp* const queue = Quern::OperationQueueImp::GetInstance();
+    static std::atomic<bool> started;
+    const auto addAndWait = [&] {
+        started = false;
+        queue->AddOperation([](Quern::Operation*, void*) { started = true; }, nullptr, false);
+        while (!started)
+            std::this_thread::yield();
+        Quern::SleepMS(3);  // so that the next one comes at another point of the manager's pass
+    };
+    // The short sleep counts for neither side.
+    Print("threaded queue, from AddOperation to start, against one pass",
+          Compare(4 * kRounds, 1, addAndWait,
+                  [] {
+                      Quern::SleepMS(kManagerPass);
+                      Quern::SleepMS(3);
+                  }),
+          "about 1");
+
+    ListUnderALock list;
+    const auto nothing = [](Quern::Operation*, void*) {};
+    Print("threaded queue, AddOperation, against a list under a lock",
+          Compare(
+              kRounds, kAdditions,
+              [&] {
+                  for (int i = 0; i < kAdditions; ++i)
+                      queue->AddOperation(nothing, nullptr, false);
+              },
+              [&] {
+                  for (int i = 0; i < kAdditions; ++i)
+                      list.Add(nothing);
+              }),
+          "shown");
+}
+
+class Silence final : public Quern::ConsoleSink {
+public:
+    void Write(const char*, size_t) override {}
+};
+
+}  // namespace
+
+int main() {
+    Quern::ConsoleSink::Use(std::make_shared<Silence>());
+    printf("%d workers on each side\n", kWorkers);
+    PrintHead();
+    ComparePools();
+    MeasureThreadedQueue();
+    fflush(stdout);
+    _exit(0);  // the threaded queue still holds what it has no hurry to run
+}

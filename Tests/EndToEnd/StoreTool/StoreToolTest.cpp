@@ -1,0 +1,133 @@
+// Runs orvane-store as a developer does.
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Storage/Bundle/BundleImpl.h"
+#include "Support/Process.h"
+#include "Support/TestContainer.h"
+
+namespace EndToEnd {
+namespace {
+
+using OrvaneTest::CacheFolder;
+using OrvaneTest::ReadFile;
+using OrvaneTest::WriteFile;
+using Quern::BundleImpl;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct Result {
+    std::string output, error;
+    int status = -1;
+};
+
+Result RunStore(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), ORVANE_STORE_PROGRAM);
+    Result result;
+    Ending ending;
+    // Not in the container of this test: the tool is to find it.
+    result.output = RunToEnd({arguments, {{"ORVANE_HOME", "/nowhere"}}, ""}, &ending, &result.error);
+    result.status = ending.exitStatus;
+    return result;
+}
+
+class StoreTool : public testing::Test {
+protected:
+    StoreTool() {
+        BundleImpl* const bundle = new BundleImpl(path.c_str());  // left alone: deleting it would write plain text
+        bundle->SetCache("game", "name", "Sun Wukong");
+        bundle->SetCache("game", "count", 7);
+        bundle->Set("other", "key", "x");
+    }
+    const std::string path = CacheFolder() + "/game.config";
+};
+
+TEST_F(StoreTool, ReadsAndChangesNothing) {
+    const std::string before = ReadFile(path);
+    const std::vector<std::string> filesBefore = OrvaneTest::FilesIn(CacheFolder());
+    EXPECT_EQ(RunStore({"get", path, "game", "name"}).output, "Sun Wukong\n");
+    EXPECT_EQ(RunStore({"get", path, "game", "name", "--json"}).output, "{\n  \"value\" : \"Sun Wukong\"\n}\n");
+    EXPECT_EQ(RunStore({"keys", path, "game"}).output, "name\ncount\n");
+    EXPECT_EQ(RunStore({"keys", path}).output, "game\nother\n");
+    EXPECT_EQ(RunStore({"dump", path}).output, "[game]\nname=Sun Wukong\ncount=7\n[other]\nkey=x\n");
+    EXPECT_THAT(RunStore({"dump", path, "--json"}).output, HasSubstr("\"count\" : \"7\""));
+    EXPECT_EQ(RunStore({"verify", path}).output, "form: encrypted\nhead: ok\nmd5: ok\ndecryption: ok\n");
+    EXPECT_EQ(RunStore({"get", path, "game", "missing"}).status, 1);
+    EXPECT_EQ(RunStore({"keys", path, "missing"}).status, 1);
+    EXPECT_EQ(ReadFile(path), before);
+    EXPECT_EQ(OrvaneTest::FilesIn(CacheFolder()), filesBefore);
+}
+
+TEST_F(StoreTool, TakesTheKeyThatItIsGiven) {
+    const std::string copy = CacheFolder() + "/../../elsewhere.config";  // a file pulled off a device
+    WriteFile(copy, ReadFile(path));
+    EXPECT_EQ(RunStore({"get", copy, "game", "count"}).status, 3);
+    EXPECT_EQ(RunStore({"get", copy, "game", "count", "--private-key", ORVANE_KEY_FILE}).output, "7\n");
+    EXPECT_EQ(RunStore({"get", copy, "game", "count", "--key", std::string(32, '0')}).status, 3);
+    EXPECT_THAT(RunStore({"verify", copy, "--key", std::string(32, '0')}).output,
+                HasSubstr("decryption: the key of --key does not open the body"));
+    std::filesystem::rename(copy, CacheFolder() + "/../game.config");
+    EXPECT_EQ(RunStore({"get", CacheFolder() + "/../game.config", "game", "count", "--home", CacheFolder() + "/../.."})
+                  .output,
+              "7\n");
+    EXPECT_EQ(RunStore({"get", path, "game", "count", "--home", "/nowhere"}).status, 3);
+    EXPECT_FALSE(std::filesystem::exists("/nowhere"));
+}
+
+TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
+    ASSERT_EQ(RunStore({"set", path, "game", "count", "8"}).status, 0);
+    ASSERT_EQ(RunStore({"set", path, "new", "key", "value"}).status, 0);
+    BundleImpl bundle(path.c_str());
+    EXPECT_EQ(bundle.Get("game", "count", 0), 8);
+    EXPECT_STREQ(bundle.Get("new", "key", "").c_str(), "value");
+    EXPECT_EQ(RunStore({"set", path, "s", "k", "two\nlines"}).status, 2);
+
+    const std::string plain = CacheFolder() + "/plain.ini";
+    WriteFile(plain, "[s]\r\na = 1 # note\nlast=1");
+    chmod(plain.c_str(), 0640);
+    EXPECT_EQ(RunStore({"get", plain, "s", "last"}).status, 1);  // as the library sees it
+    EXPECT_EQ(RunStore({"set", plain, "s", "a", "2"}).status, 0);
+    EXPECT_EQ(ReadFile(plain), "[s]\na =2# note\nlast=1\n");
+    struct stat state {};
+    ASSERT_EQ(stat(plain.c_str(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777, 0640u);
+    EXPECT_EQ(RunStore({"verify", plain}).output, "form: plain\n");
+}
+
+TEST_F(StoreTool, SaysWhatIsWrong) {
+    struct Case {
+        size_t at;
+        size_t length;
+        const char* verdict;
+    };
+    const std::string sound = ReadFile(path);
+    for (const Case& c : {Case{2, 200, "head: the version is too old\nmd5: not looked at"},
+                          Case{0, 50, "head: the head is cut short\nmd5: not looked at"},
+                          Case{0, 100, "head: ok\nmd5: the body is cut short"},
+                          Case{100, 200, "head: ok\nmd5: the digest does not agree with the body"}}) {
+        std::string bytes = sound.substr(0, c.length);
+        if (c.at > 0) bytes[c.at] = static_cast<char>(bytes[c.at] == 0);
+        WriteFile(path, bytes);
+        const Result result = RunStore({"verify", path});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.output, HasSubstr(std::string(c.verdict) + "\ndecryption: not looked at\n"));
+        EXPECT_EQ(RunStore({"get", path, "game", "name"}).status, 1);
+        EXPECT_EQ(RunStore({"set", path, "game", "name", "x"}).status, 1);
+        EXPECT_EQ(ReadFile(path), bytes);
+    }
+    for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
+             {}, {"get", path}, {"what", path}, {"dump", "/nowhere/file"}, {"dump", path, "--key", "12"}}) {
+        const Result result = RunStore(wrong);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_NE(result.error, "");
+        EXPECT_EQ(result.output, "");
+    }
+    EXPECT_THAT(RunStore({"--help"}).output, HasSubstr("usage: orvane-store"));
+}
+
+}  // namespace
+}  // namespace EndToEnd

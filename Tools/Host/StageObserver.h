@@ -1,0 +1,21 @@
+// Says on the console which coarse stage of the application it heard.
+#ifndef ORVANE_TOOLS_HOST_STAGE_OBSERVER_H
+#define ORVANE_TOOLS_HOST_STAGE_OBSERVER_H
+
+#include "Orvane/IApplicationObserver.h"
+
+namespace OrvaneHost {
+
+class StageObserver final : public Quern::IApplicationObserver {
+public:
+    void OnCreate() override { orvane_console_log("HostStages OnCreate"); }
+    void OnStart() override { orvane_console_log("HostStages OnStart"); }
+    void OnPause() override { orvane_console_log("HostStages OnPause"); }
+    void OnResume() override { orvane_console_log("HostStages OnResume"); }
+    void OnStop() override { orvane_console_log("HostStages OnStop"); }
+    void OnDestroy() override { orvane_console_log("HostStages OnDestroy"); }
+};
+
+}  // namespace OrvaneHost
+
+#endif

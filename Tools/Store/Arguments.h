@@ -1,0 +1,32 @@
+// The command line.
+#ifndef ORVANE_TOOLS_STORE_ARGUMENTS_H
+#define ORVANE_TOOLS_STORE_ARGUMENTS_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Storage/Bundle/EncryptedIniFormat.h"
+
+namespace OrvaneStore {
+
+struct Arguments {
+    bool help = false;
+    std::string command;  // dump, get, keys, set, verify
+    std::string file;
+    std::vector<std::string> words;                  // what the command takes behind the file
+    std::optional<Quern::EncryptedIni::TeaKey> key;  // given as digits
+    std::string privateKeyFile;
+    std::string home;
+    bool json = false;
+};
+
+// Reads the arguments behind the program's name. False, and what is wrong in `error`, if they make no sense. Not for
+// two threads at once.
+bool ParseArguments(const std::vector<std::string>& words, Arguments& arguments, std::string& error);
+
+extern const char kHelpText[];
+
+}  // namespace OrvaneStore
+
+#endif

@@ -1,0 +1,148 @@
+#include "Store/StoreFile.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "Log/KeyFile.h"
+#include "Serializer/Codec/Base64.h"
+#include "Storage/Bundle/SecurityStore.h"
+#include "Storage/File/WholeFile.h"
+
+namespace OrvaneStore {
+namespace {
+
+using namespace Quern::EncryptedIni;
+
+constexpr std::string_view kCacheFolder = "/Library/Caches/";
+constexpr std::string_view kMagicBytes = "\xE4\x08";
+
+bool Fail(std::string& error, const std::string& what) {
+    error = what + ": " + strerror(errno);
+    return false;
+}
+
+void SplitPlain(StoreFile& file) {
+    std::string_view rest = file.bytes;
+    for (size_t end; (end = rest.find_first_of("\r\n")) != std::string_view::npos; rest.remove_prefix(end + 1))
+        file.text.AddLine(rest.substr(0, end));
+    file.unfinished = rest;
+}
+
+// The container that a file in its cache folder belongs to, or nothing.
+std::string ContainerOf(const std::string& path) {
+    char real[PATH_MAX];
+    if (!realpath(path.c_str(), real)) return {};
+    const std::string whole = real;
+    const size_t at = whole.rfind(kCacheFolder);
+    return at == std::string::npos ? "" : whole.substr(0, at);
+}
+
+void KeyFromKeychain(const Arguments& arguments, StoreFile& file) {
+    const std::string home = arguments.home.empty() ? ContainerOf(arguments.file) : arguments.home;
+    if (home.empty()) {
+        file.keyProblem = "the file lies in no container; give --home, --key or --private-key";
+        return;
+    }
+    char real[PATH_MAX];
+    if (!realpath((home + "/Library").c_str(), real)) {  // asking the keychain would make the folder
+        file.keyProblem = home + " is no application's container";
+        return;
+    }
+    const std::string library = real;
+    setenv("ORVANE_HOME", library.substr(0, library.rfind('/')).c_str(), 1);
+    const std::string name = arguments.file.substr(arguments.file.rfind('/') + 1);
+    const Quern::AString text = Quern::SecurityStore::GetInstance()->GetString(name.c_str(), "");
+    const std::string bytes = Quern::base64_decode(text.c_str());
+    if (bytes.size() != file.key.size()) {
+        file.keyProblem = "the keychain of " + home + " has no key for " + name;
+        return;
+    }
+    std::copy(bytes.begin(), bytes.end(), file.key.begin());
+    file.keyOrigin = "the keychain";
+}
+
+void KeyFromPrivateKey(const Arguments& arguments, StoreFile& file) {
+    Quern::CurvePrivateKey privateKey;
+    std::string warning;
+    if (!OrvaneLog::ReadKeyFile(arguments.privateKeyFile, privateKey, file.keyProblem, warning)) return;
+    if (!warning.empty()) fprintf(stderr, "orvane-store: %s\n", warning.c_str());
+    if (RecoverKey(file.parts.publicKey, privateKey, file.key))
+        file.keyOrigin = "the private key";
+    else
+        file.keyProblem = "the file's public key is no point of the curve";
+}
+
+void FindKey(const Arguments& arguments, StoreFile& file) {
+    if (arguments.key) {
+        file.key = *arguments.key;
+        file.keyOrigin = "--key";
+    } else if (!arguments.privateKeyFile.empty()) {
+        KeyFromPrivateKey(arguments, file);
+    } else {
+        KeyFromKeychain(arguments, file);
+    }
+}
+
+}  // namespace
+
+bool ReadStoreFile(const Arguments& arguments, StoreFile& file, std::string& error) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(fopen(arguments.file.c_str(), "rb"), fclose);
+    if (!stream) return Fail(error, arguments.file);
+    bool failed = false;
+    file.bytes = Quern::ReadToEnd(stream.get(), &failed);
+    if (failed) return Fail(error, arguments.file);
+    file.isEncrypted = file.bytes.starts_with(kMagicBytes);
+    if (!file.isEncrypted) {
+        SplitPlain(file);
+        file.isOpen = true;
+        return true;
+    }
+    file.fault = Parse(file.bytes, file.parts);
+    if (file.fault != Fault::kNone) return true;
+    FindKey(arguments, file);
+    file.isOpen = !file.keyOrigin.empty() && Open(file.parts.body, file.key, file.text);
+    return true;
+}
+
+bool WriteStoreFile(const std::string& path, const StoreFile& file, std::string& error) {
+    struct stat state {};
+    if (stat(path.c_str(), &state) != 0) return Fail(error, path);
+    const std::string bytes =
+        file.isEncrypted ? Build(file.text, file.key, file.parts.publicKey) : file.text.Join('\n') + "\n";
+    return Quern::ReplaceFile(path, bytes, state.st_mode & 07777) || Fail(error, path);
+}
+
+const char* FaultText(Fault fault) {
+    switch (fault) {
+        case Fault::kHeadBase:
+        case Fault::kHeadExt:
+            return "the head is cut short";
+        case Fault::kMagic:
+            return "the magic is another";
+        case Fault::kVersion:
+            return "the version is too old";
+        case Fault::kEncryption:
+            return "the encryption is unknown";
+        case Fault::kPublicKeyLength:
+            return "the public key has another length";
+        case Fault::kDigestLength:
+            return "the digest has another length";
+        case Fault::kBody:
+            return "the body is cut short";
+        case Fault::kDigest:
+            return "the digest does not agree with the body";
+        case Fault::kNone:
+            break;
+    }
+    return "ok";
+}
+
+}  // namespace OrvaneStore

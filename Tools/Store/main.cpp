@@ -1,0 +1,180 @@
+// orvane-store: looks into and edits the library's INI files.
+#include <json/json.h>
+
+#include <cstdio>
+#include <string>
+
+#include "Store/Arguments.h"
+#include "Store/StoreFile.h"
+
+namespace OrvaneStore {
+namespace {
+
+using Quern::EncryptedIni::Fault;
+
+enum ExitStatus { kDone = 0, kNotThere = 1, kWrongUse = 2, kNoKey = 3 };
+
+void Say(const std::string& text) {
+    fprintf(stderr, "orvane-store: %s\n", text.c_str());
+}
+
+void Print(const std::string& text) {
+    fwrite(text.data(), 1, text.size(), stdout);
+    if (!text.ends_with('\n')) putchar('\n');
+}
+
+void Print(const Json::Value& value) {
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "  ";
+    Print(Json::writeString(builder, value));
+}
+
+Json::Value ValueOf(const Quern::IniText& text, std::string_view section, std::string_view key) {
+    std::string_view value;
+    return text.Find(section, key, value) ? Json::Value(std::string(value)) : Json::Value();
+}
+
+int Dump(const Arguments& arguments, const StoreFile& file) {
+    if (!arguments.json) {
+        if (!file.text.Empty()) Print(file.text.Join('\n'));
+        return kDone;
+    }
+    Json::Value root(Json::objectValue);
+    for (const std::string_view section : file.text.Sections()) {
+        Json::Value& values = root[std::string(section)] = Json::objectValue;
+        for (const std::string_view key : file.text.Keys(section))
+            values[std::string(key)] = ValueOf(file.text, section, key);
+    }
+    Print(root);
+    return kDone;
+}
+
+int Get(const Arguments& arguments, const StoreFile& file) {
+    std::string_view value;
+    if (!file.text.Find(arguments.words[0], arguments.words[1], value)) {
+        Say("[" + arguments.words[0] + "] " + arguments.words[1] + " has no value");
+        return kNotThere;
+    }
+    if (arguments.json) {
+        Json::Value object;
+        object["value"] = std::string(value);
+        Print(object);
+    } else {
+        Print(std::string(value));
+    }
+    return kDone;
+}
+
+int Keys(const Arguments& arguments, const StoreFile& file) {
+    const bool ofSection = !arguments.words.empty();
+    const auto names = ofSection ? file.text.Keys(arguments.words[0]) : file.text.Sections();
+    Json::Value list(Json::arrayValue);
+    for (const std::string_view name : names)
+        list.append(std::string(name));
+    if (arguments.json) {
+        Json::Value object;
+        object[ofSection ? "keys" : "sections"] = list;
+        Print(object);
+    } else {
+        for (const Json::Value& name : list)
+            Print(name.asString());
+    }
+    if (!names.empty() || !ofSection) return kDone;
+    Say("[" + arguments.words[0] + "] has no keys");
+    return kNotThere;
+}
+
+int Set(const Arguments& arguments, StoreFile& file) {
+    for (const std::string& word : arguments.words) {
+        if (word.find_first_of("\r\n") == std::string::npos) continue;
+        Say("a line end can be part of no section, key or value");
+        return kWrongUse;
+    }
+    if (arguments.words[2].find('#') != std::string::npos)
+        Say("warning: what stands behind a \"#\" is a comment and not part of the value");
+    file.text.AddLine(file.unfinished);
+    file.text.Write(arguments.words[0], arguments.words[1], arguments.words[2]);
+    std::string error;
+    if (WriteStoreFile(arguments.file, file, error)) return kDone;
+    Say(error);
+    return kWrongUse;
+}
+
+// What the decryption of a sound file came to, in words.
+std::string DecryptionVerdict(const StoreFile& file) {
+    if (file.isOpen) return "ok";
+    if (file.keyOrigin.empty()) return "no key: " + file.keyProblem;
+    return "the key of " + file.keyOrigin + " does not open the body";
+}
+
+// Each step with what became of it.
+int Verify(const Arguments& arguments, const StoreFile& file) {
+    const bool bodyIsSound = file.fault == Fault::kNone;
+    const bool headIsSound = bodyIsSound || file.fault == Fault::kBody || file.fault == Fault::kDigest;
+    int status = kDone;
+    if (!bodyIsSound)
+        status = kNotThere;
+    else if (!file.isOpen)
+        status = kNoKey;
+
+    Json::Value verdict(Json::objectValue);
+    verdict["form"] = file.isEncrypted ? "encrypted" : "plain";
+    if (file.isEncrypted) {
+        constexpr char kOk[] = "ok", kNotReached[] = "not looked at";
+        verdict["head"] = headIsSound ? kOk : FaultText(file.fault);
+        verdict["md5"] = headIsSound ? FaultText(file.fault) : kNotReached;
+        verdict["decryption"] = bodyIsSound ? DecryptionVerdict(file) : kNotReached;
+    }
+    if (arguments.json) {
+        Print(verdict);
+        return status;
+    }
+    for (const char* step : {"form", "head", "md5", "decryption"})
+        if (verdict.isMember(step)) Print(std::string(step) + ": " + verdict[step].asString());
+    return status;
+}
+
+int Run(const Arguments& arguments) {
+    StoreFile file;
+    std::string error;
+    if (!ReadStoreFile(arguments, file, error)) {
+        Say(error);
+        return kWrongUse;
+    }
+    if (arguments.command == "verify") return Verify(arguments, file);
+    if (file.fault != Fault::kNone) {
+        Say(arguments.file + ": " + FaultText(file.fault));
+        return kNotThere;
+    }
+    if (!file.isOpen) {
+        Say(arguments.file + ": " + (file.keyOrigin.empty() ? file.keyProblem : "the key does not open it"));
+        return kNoKey;
+    }
+    if (!file.unfinished.empty()) Say("the last line has no line end: the library does not read it");
+    if (arguments.command == "dump") return Dump(arguments, file);
+    if (arguments.command == "get") return Get(arguments, file);
+    if (arguments.command == "keys") return Keys(arguments, file);
+    return Set(arguments, file);
+}
+
+int Main(const std::vector<std::string>& words) {
+    Arguments arguments;
+    std::string error;
+    if (!ParseArguments(words, arguments, error)) {
+        Say(error);
+        return kWrongUse;
+    }
+    if (!arguments.help) return Run(arguments);
+    fputs(kHelpText, stdout);
+    return kDone;
+}
+
+}  // namespace
+}  // namespace OrvaneStore
+
+int main(int count, char** words) {
+    const int status = OrvaneStore::Main({words + 1, words + count});
+    if (fflush(stdout) == 0) return status;
+    perror("orvane-store: standard output");
+    return OrvaneStore::kWrongUse;
+}
