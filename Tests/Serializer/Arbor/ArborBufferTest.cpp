@@ -224,6 +224,18 @@ TEST(ArborBufferReader, GivesBackArraysAndDictionaries) {
     EXPECT_TRUE(reader.IsAtEnd());
     EXPECT_EQ(back.Count(), 2) << "left as it was if the input ends with the count";
 
+    // A raw buffer has no bytes as a field, and an empty one no copy.
+    CArborBufferWriter texts;
+    texts.Write(1);
+    texts.Write("key");
+    texts.Write(0);
+    CArborBufferReader(texts).Read<AString, _tagArborBufferBuffer>(back);
+    EXPECT_EQ(back.Count(), 0);
+    back.Set(_tagArborBufferBuffer(), ANumber(1));
+    AString value;
+    back.Set(_tagArborBufferBuffer(), &value);
+    EXPECT_EQ(back.Count(), 0);
+
     bool flag = false;
     unsigned char byte = 5;
     CArborBufferReader last("\x80", 1);

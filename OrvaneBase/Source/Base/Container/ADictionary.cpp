@@ -16,9 +16,10 @@ bool IsDictionary(const AObject& key) {
     return key.GetObjectType() == kTypeDictionary;
 }
 
-AObject* CloneOwned(const AObject& object) {
-    AObject* clone = object.Clone();
-    clone->SetOwned(true);
+// Null for an object that has no copy: an empty raw buffer.
+std::unique_ptr<AObject> CloneOwned(const AObject& object) {
+    std::unique_ptr<AObject> clone(object.Clone());
+    if (clone) clone->SetOwned(true);
     return clone;
 }
 
@@ -33,7 +34,7 @@ __attribute__((noinline)) AObject* CloneKeyForOrder(const AObject& key) {
 
 __attribute__((noinline)) AObject* CloneForUnownedEntry(const AObject& object) {
     AObject* clone = object.Clone();
-    clone->SetOwned(false);
+    if (clone) clone->SetOwned(false);
     return clone;
 }
 
@@ -60,6 +61,7 @@ void ADictionary::Set(const ADictionary& other) {
 void ADictionary::Set(AObject* key, AObject* value) {
     if (!key || !value) return;
     AObject* clone = CloneForUnownedEntry(*key);
+    if (!clone) return;
     value->SetOwned(false);
     _entries[clone] = value;
     _keys.push_back(clone);
@@ -67,13 +69,15 @@ void ADictionary::Set(AObject* key, AObject* value) {
 
 void ADictionary::Set(const AObject& key, AObject* value) {
     if (!value) return;
-    AObject* clone = CloneOwned(key);
+    std::unique_ptr<AObject> clone = CloneOwned(key);
+    if (!clone) return;
     value->SetOwned(false);
-    SetOwnedKey(clone, value);
+    SetOwnedKey(clone.release(), value);
 }
 
 void ADictionary::Set(const AObject& key, const AObject& value) {
-    SetOwnedKey(CloneOwned(key), CloneOwned(value));
+    std::unique_ptr<AObject> keyClone = CloneOwned(key), valueClone = CloneOwned(value);
+    if (keyClone && valueClone) SetOwnedKey(keyClone.release(), valueClone.release());
 }
 
 void ADictionary::Set(const ANumber& key, AObject* value) {
