@@ -14,8 +14,9 @@ namespace Quern {
 
 /// Hears the stages from its construction to its destruction, or until the library is taken down, in the order of
 /// construction. An operation runs on the thread that brought the stage about, under a recursive lock: it may destroy
-/// observers, but must not make one or wait for another thread that does. Does nothing in a process without the
-/// library. The order of the virtual operations is a contract between libraries.
+/// observers, but must not make one or wait for another thread that does. Make and destroy observers on the thread that
+/// brings the stages about: one that is told on another meanwhile finds an object without its operations. Does nothing
+/// in a process without the library. The order of the virtual operations is a contract between libraries.
 class IApplicationObserver {
 public:
     IApplicationObserver() { Tell("addObserver:"); }

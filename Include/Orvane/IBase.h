@@ -16,7 +16,8 @@ public:
     /// objects; the script layer's callbacks; the observers of the application's stages; the root and the common state.
     /// Nothing calls this by itself. On the main thread, with nobody adding work. The process may go on: whatever is
     /// needed again is made anew. Queued work either has run when this returns (the pool queue) or is dropped (the
-    /// threaded queue, whose sleeping workers stay until the process ends).
+    /// threaded queue, whose sleeping workers stay until the process ends, and whose busy ones still finish the
+    /// operation they run, after this has returned).
     ORVANE_EXPORT static void Release();
 
     /// Makes sure that the root exists. Inside the library only.
