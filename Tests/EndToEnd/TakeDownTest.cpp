@@ -94,7 +94,7 @@ TEST_P(TakeDownTest, LoadsAndLaunchesAgain) {
     int queued = 0;
     for (const int count : {21, 22, 23}) {
         const std::string number = std::to_string(count);
-        host.Send("launch\nlog info round " + number + "\noperations " + number + "\nresume\n");
+        host.Send("init\nlaunch\nlog info round " + number + "\noperations " + number + "\nresume\n");
         ASSERT_TRUE(host.WaitForError("all of " + number + " operations ran")) << host.Error();
         EXPECT_GE(CountQueueThreads(host), 3);
         host.Send("release\ncreate\n");

@@ -6,6 +6,7 @@
 #include "OperationLoad.h"
 #include "Options.h"
 #include "Orvane/IBase.h"
+#include "Orvane/OrvaneCore.h"
 #include "Orvane/QuernApplicationObserver.h"
 #include "Orvane/RunTime.h"
 #include "StageObserver.h"
@@ -60,6 +61,7 @@ struct EventScript::Event {
 };
 
 const EventScript::Event EventScript::kEvents[] = {
+    {"init", false, [](EventScript&, const std::string&) { orvanecore_init(); }},
     {"launch", false, [](EventScript& script, const std::string&) { script.Launch(); }},
     {"background", false,
      [](EventScript& s, const std::string&) { s._delegate.Send(AppDelegate::kDidEnterBackground); }},

@@ -32,6 +32,7 @@ application, one for each line of a script.
   --help                   show this
 
 events, one a line; blank lines and lines that begin with # are skipped:
+  init                     the script layer's first call
   launch                   the application has finished launching: starts the library
   background | foreground | resign-active | active
                            did enter background, will enter foreground, will resign active, did become active
