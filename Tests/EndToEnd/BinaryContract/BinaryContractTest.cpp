@@ -88,6 +88,60 @@ TEST(BinaryContract, TheFacadeIsCalledByItsSlots) {
     EXPECT_EQ(getInstance(), facade);
 }
 
+struct HeardStages final : Contract::Stages {
+    void Create() override { g_heard += "create "; }
+    void Start() override { g_heard += "start "; }
+    void Pause() override { g_heard += "pause "; }
+    void Resume() override { g_heard += "resume "; }
+    void Stop() override { g_heard += "stop "; }
+    void Destroy() override { g_heard += "destroy "; }
+};
+
+TEST(BinaryContract, NativeObserversAreCalledByTheirSlots) {
+    Load(CORE_LIBRARY);
+    const orvane_class* application = orvane_class_lookup("CApplication");
+    HeardStages stages;
+    void* arguments[] = {static_cast<Contract::Stages*>(&stages)};
+    orvane_class_perform(application, "addObserver:", arguments);
+    for (const char* stage : {"OnCreate", "OnStart", "OnPause", "OnResume", "OnStop", "OnDestroy"})
+        orvane_class_perform(application, stage, nullptr);
+    orvane_class_perform(application, "removeObserver:", arguments);
+    orvane_class_perform(application, "OnCreate", nullptr);
+    EXPECT_EQ(g_heard, "create start pause resume stop destroy ");
+}
+
+struct HeardHalf final : Quern::CPlatformObject {
+    ~HeardHalf() override {
+        g_heard += std::string(name ? name : "") + std::to_string(id) + " ";
+        free(name);
+    }
+};
+
+struct HeardHalfMaker final : Contract::HalfMaker {
+    Quern::IPlatformObject* Make() override { return new HeardHalf; }
+};
+
+TEST(BinaryContract, NativeHalvesAreMadeKeptAndDeletedByTheirSlots) {
+    void* core = Load(CORE_LIBRARY);
+    auto* bridge = static_cast<Contract::Bridge*>(
+        orvane_class_perform(orvane_class_lookup("OrvanePlatformBridge"), "getNativeBridge", nullptr));
+    const auto create = Symbol<bool (*)(const char*, unsigned long long)>(core, "CreatePlatformObject");
+    ASSERT_TRUE(bridge && create);
+    static HeardHalfMaker maker;
+    bridge->EnterMaker("X.RESP", &maker);
+    bridge->EnterObject("X", new HeardHalf);
+    EXPECT_TRUE(create("X", 7));
+    EXPECT_EQ(bridge->Requests()->Get(7), nullptr);
+    ASSERT_TRUE(bridge->Plain()->Get(7) && bridge->Responses()->Get(7));
+    EXPECT_EQ(bridge->Responses()->Get(7)->id, 7u);
+    EXPECT_STREQ(bridge->Responses()->Get(7)->name, "X.RESP");
+    bridge->Responses()->Remove(7);
+    bridge->Requests()->Put(8, new HeardHalf);
+    bridge->Requests()->RemoveEach();
+    Symbol<void (*)()>(core, "_ZN5Quern5IBase7ReleaseEv")();
+    EXPECT_EQ(g_heard, "X.RESP7 0 7 ");
+}
+
 TEST(BinaryContract, ASiblingLivesThroughTheWholeLifecycle) {
     const Container container;
     orvane_class* delegateClass = orvane_class_allocate("AppDelegate");

@@ -116,6 +116,53 @@ struct Facade {
     virtual void ForgetAnswer() = 0;
 };
 
+struct Stages {
+    virtual ~Stages() {}
+    virtual void Create() = 0;
+    virtual void Start() = 0;
+    virtual void Pause() = 0;
+    virtual void Resume() = 0;
+    virtual void Stop() = 0;
+    virtual void Destroy() = 0;
+};
+
+}  // namespace Contract
+
+// Native halves are told from other objects by a dynamic cast, so these names are part of the contract as well.
+namespace Quern {
+
+struct IPlatformObject {
+    virtual ~IPlatformObject() {}
+    unsigned long long id = 0;
+    char* name = nullptr;
+};
+
+struct CPlatformObject : IPlatformObject {};
+
+}  // namespace Quern
+
+namespace Contract {
+
+struct HalfMaker {  // no destructor in its table
+    virtual Quern::IPlatformObject* Make() = 0;
+};
+
+struct Halves {
+    virtual ~Halves() {}
+    virtual Quern::CPlatformObject* Get(unsigned long long id) = 0;
+    virtual void Put(unsigned long long id, Quern::CPlatformObject* half) = 0;
+    virtual void Remove(unsigned long long id) = 0;
+    virtual void RemoveEach() = 0;
+};
+
+struct Bridge {  // no destructor in its table
+    virtual void EnterMaker(const char* name, HalfMaker* maker) = 0;
+    virtual void EnterObject(const char* name, Quern::IPlatformObject* object) = 0;
+    virtual Halves* Plain() = 0;
+    virtual Halves* Requests() = 0;
+    virtual Halves* Responses() = 0;
+};
+
 }  // namespace Contract
 
 #endif
