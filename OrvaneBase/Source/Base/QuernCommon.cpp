@@ -2,6 +2,7 @@
 
 #include <json/json.h>
 
+#include <memory>
 #include <string>
 
 // Upward: what is common to all comes from the manifest, the store, the device and the host's plugins.
@@ -49,16 +50,23 @@ std::string WriteCompact(const Json::Value& value) {
 
 }  // namespace
 
-QuernCommon* QuernCommon::s_pInstance = nullptr;
+std::atomic<QuernCommon*> QuernCommon::s_pInstance{nullptr};
 
+// After a release the first caller may be any thread: of two, one installs its object and the other takes that.
 QuernCommon* QuernCommon::GetInstance() {
-    if (!s_pInstance) s_pInstance = new QuernCommon;
-    return s_pInstance;
+    QuernCommon* instance = s_pInstance.load(std::memory_order_acquire);
+    if (instance) return instance;
+    std::unique_ptr<QuernCommon> made(new QuernCommon);
+    if (!s_pInstance.compare_exchange_strong(instance, made.get(), std::memory_order_acq_rel)) return instance;
+    return made.release();
 }
 
 void QuernCommon::ReleaseInstance() {
-    delete s_pInstance;
-    s_pInstance = nullptr;
+    static QuernCommon* lastReleased = nullptr;
+    QuernCommon* const instance = s_pInstance.exchange(nullptr, std::memory_order_acq_rel);
+    if (!instance) return;
+    instance->_releasedBefore = lastReleased;
+    lastReleased = instance;
 }
 
 QuernCommon::QuernCommon() : _projectName("Orvane") {}

@@ -4,6 +4,8 @@
 #ifndef ORVANE_BASE_QUERN_COMMON_H
 #define ORVANE_BASE_QUERN_COMMON_H
 
+#include <atomic>
+
 #include "Base/Container/AString.h"
 
 namespace Quern {
@@ -12,6 +14,8 @@ class QuernCommon {
 public:
     // Made at the first call: while the library loads, by QuernInitializer.
     static QuernCommon* GetInstance();
+    // The next call makes a new one. The old one stays in memory, untouched: the sweep of the log folder, or a worker
+    // at its last operation, may be reading it, and neither is waited for. On the thread that takes the library down.
     static void ReleaseInstance();
 
     void SetProjectName(const char* name) { _projectName = name; }
@@ -37,7 +41,7 @@ public:
 private:
     QuernCommon();
 
-    static QuernCommon* s_pInstance;
+    static std::atomic<QuernCommon*> s_pInstance;
 
     AString _projectName;
     AString _channelId;
@@ -45,6 +49,7 @@ private:
     AString _transceiverUrl;
     AString _comParams;
     AString _gameId;
+    QuernCommon* _releasedBefore = nullptr;
 };
 
 // Names the project. One object of it is made while the library loads, so that QuernCommon stands before any caller.
