@@ -183,7 +183,7 @@ void ExpectEmptyManifestWith(const std::string& line) {
 
 TEST(InfoDictionary, IsEmptyForADamagedFile) {
     const std::string path = CacheFolder() + "/damaged";
-    WriteFile(path, Manifest().substr(0, 400));
+    WriteFile(path, Manifest().substr(0, Manifest().find("<key>Game")));
     setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
     ExpectEmptyManifestWith("The manifest " + path + " is not used: it is no property list, or damaged");
 }
