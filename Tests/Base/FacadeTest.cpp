@@ -10,12 +10,15 @@
 #include "Orvane/PlatformObject.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
+#include "Support/FakeKeychain.h"
+#include "Support/TestContainer.h"
 #include "System/Selector/PerformSelector.h"
 
 namespace {
 
 using OrvaneTest::CapturedConsole;
 using testing::ElementsAre;
+using testing::IsSupersetOf;
 using testing::MatchesRegex;
 
 TEST(Facade, TellsItsVersion) {
@@ -43,15 +46,17 @@ TEST(Facade, GreetsOnceAndIsNeverReleased) {
 TEST(Facade, PassesLevelUserAndServerOn) {
     CapturedConsole console;
     OrvaneTest::FakeConfigure configure;
+    OrvaneTest::CacheFolder();
+    OrvaneTest::FakeKeychain::Install();
     orvanecore_getInstance();
     console.Take();
 
     orvanecore_setLogLevel(kLogWarning);
     EXPECT_EQ(Quern::GetQuernLogLevel(), kLogWarning);
-    orvanecore_setUserInfo("12", "someone");
+    EXPECT_TRUE(orvanecore_setUserInfo("12", "someone"));
     EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetChannelID(), "12");
     EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetOpenID(), "someone");
-    EXPECT_THAT(console.Take(), ElementsAre("Event orvanecore_setLogLevel:2", "Event orvanecore_setUserInfo"));
+    EXPECT_THAT(console.Take(), IsSupersetOf({"Event orvanecore_setLogLevel:2", "Event orvanecore_setUserInfo"}));
 
     orvanecore_getInstance()->SetRemoteConfigUrl("https://example.org");
     orvanecore_getInstance()->ClearRemoteConfigCache();

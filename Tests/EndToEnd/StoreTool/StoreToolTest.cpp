@@ -38,7 +38,8 @@ Result RunStore(std::vector<std::string> arguments) {
 class StoreTool : public testing::Test {
 protected:
     StoreTool() {
-        BundleImpl* const bundle = new BundleImpl(path.c_str());  // left alone: deleting it would write plain text
+        static BundleImpl* bundle;  // left alone: deleting it would write plain text
+        bundle = new BundleImpl(path.c_str());
         bundle->SetCache("game", "name", "Sun Wukong");
         bundle->SetCache("game", "count", 7);
         bundle->Set("other", "key", "x");
