@@ -153,13 +153,17 @@ void ThreadPool::pushTask(const std::function<void(int)>& function, TaskType typ
         }
     }
     _tasks.push({type, new (std::nothrow) std::function<void(int)>(function)});
-    const std::lock_guard<std::mutex> guard(_mutex);
+    // A worker counts itself in before it looks for a last time, so that one who is not counted finds the task.
+    if (_idleThreadNum == 0) return;
+    // Through the lock, so that a worker that has just looked in vain is waiting by now; woken behind it, since a
+    // worker that wakes into a lock that is still held falls asleep once more.
+    { const std::lock_guard<std::mutex> guard(_mutex); }
     _wake.notify_one();
 }
 
 void ThreadPool::stretchPool(int count) {
+    if (_currentSize >= static_cast<int>(_threads.size())) return;  // most pushes of a busy pool
     const long long begin = CTime::GetTimeTick();
-    if (_threads.empty()) return;
     const int sizeBefore = _currentSize;
     int started = 0;
     for (int slot = 0; slot < static_cast<int>(_threads.size()) && started < count; ++slot) {
