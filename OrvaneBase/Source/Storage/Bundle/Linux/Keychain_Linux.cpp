@@ -42,8 +42,8 @@ public:
     }
     ~ProcessLock() {
         if (_descriptor < 0) return;
-        flock(_descriptor,
-              LOCK_UN);  // a process that was forked meanwhile has the descriptor too, and would go on holding
+        // A process that was forked meanwhile has the descriptor too, and would go on holding the lock.
+        flock(_descriptor, LOCK_UN);
         close(_descriptor);
     }
     ProcessLock(const ProcessLock&) = delete;
