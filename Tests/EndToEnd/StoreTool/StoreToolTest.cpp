@@ -1,6 +1,7 @@
 // Runs orvane-store as a developer does.
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -97,6 +98,15 @@ TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
     ASSERT_EQ(stat(plain.c_str(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777, 0640u);
     EXPECT_EQ(RunStore({"verify", plain}).output, "form: plain\n");
+
+    const std::string link = CacheFolder() + "/link.ini";
+    std::filesystem::create_symlink(plain, link);
+    const bool isGiven = chown(plain.c_str(), 12345, 12345) == 0;  // only root may give it away
+    EXPECT_EQ(RunStore({"set", link, "s", "a", "--", "-3"}).status, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(ReadFile(plain), "[s]\na =-3# note\nlast=1\n");
+    ASSERT_EQ(stat(plain.c_str(), &state), 0);
+    EXPECT_EQ(state.st_uid, isGiven ? 12345 : geteuid());
 }
 
 TEST_F(StoreTool, SaysWhatIsWrong) {
