@@ -87,6 +87,8 @@ TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
     EXPECT_EQ(bundle.Get("game", "count", 0), 8);
     EXPECT_STREQ(bundle.Get("new", "key", "").c_str(), "value");
     EXPECT_EQ(RunStore({"set", path, "s", "k", "two\nlines"}).status, 2);
+    EXPECT_EQ(RunStore({"set", path, "s", "k=", "never read back"}).status, 2);
+    EXPECT_EQ(RunStore({"get", path, "game", "count"}).output, "8\n");
 
     const std::string plain = CacheFolder() + "/plain.ini";
     WriteFile(plain, "[s]\r\na = 1 # note\nlast=1");
