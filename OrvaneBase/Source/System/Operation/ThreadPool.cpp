@@ -138,7 +138,7 @@ bool ThreadPool::waitForTask(int slot, const std::atomic<bool>& abort, Task& tas
     return hasTask;
 }
 
-void ThreadPool::pushTask(const std::function<void(int)>& function, TaskType type) {
+void ThreadPool::pushTask(std::function<void(int)> function, TaskType type) {
     if (!_fixedSize && !_stopped) {
         const int idle = _idleThreadNum;
         if (idle > minThreadNum) {
@@ -151,7 +151,7 @@ void ThreadPool::pushTask(const std::function<void(int)>& function, TaskType typ
             stretchPool(_stretchStep);
         }
     }
-    _tasks.push({type, new (std::nothrow) std::function<void(int)>(function)});
+    _tasks.push({type, new (std::nothrow) std::function<void(int)>(std::move(function))});
     // A worker counts itself in before it looks for a last time, so that one who is not counted finds the task.
     if (_idleThreadNum == 0) return;
     // Through the lock, so that a worker that has just looked in vain is waiting by now; woken behind it, since a

@@ -88,8 +88,8 @@ public:
     // Workers alive.
     int getCurrentSize() const { return _currentSize; }
 
-    // Queues a copy of the function. After stop it stays queued, and nothing runs it.
-    void pushTask(const std::function<void(int)>& function, TaskType type);
+    // Queues the function. After stop it stays queued, and nothing runs it.
+    void pushTask(std::function<void(int)> function, TaskType type);
     // Drops what is queued, without running it.
     void stopAllTasks();
     // Drops what is queued of that kind. What others push meanwhile comes ahead of the rest.
