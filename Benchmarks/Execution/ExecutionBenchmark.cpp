@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <latch>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -21,18 +22,27 @@ namespace {
 using namespace Orvane::Bench;
 
 constexpr int kWorkers = 3;  // what the pool queue starts with
-constexpr int kRounds = 15;
+constexpr int kRounds = 41;
 constexpr int kTasks = 20000;
-constexpr int kPings = 500;
+constexpr int kPings = 200;
 constexpr int kAdditions = 2000;
 constexpr int kManagerPass = 10;  // milliseconds
 
-// Pushes empty tasks and waits until the last has run.
+// Pushes empty tasks behind some that hold the workers, lets go and waits until the last has run. Without the hold it
+// would be chance how often a worker falls asleep in between, and that would be all that is measured.
 template <typename Push>
 void Flood(Push push) {
-    std::atomic<int> left{kTasks};
+    std::latch start(1);
+    std::atomic<int> left{kTasks + kWorkers};
+    for (int i = 0; i < kWorkers; ++i) {
+        push([&](int) {
+            start.wait();
+            left.fetch_sub(1, std::memory_order_relaxed);
+        });
+    }
     for (int i = 0; i < kTasks; ++i)
         push([&left](int) { left.fetch_sub(1, std::memory_order_relaxed); });
+    start.count_down();
     while (left.load(std::memory_order_relaxed) > 0)
         std::this_thread::yield();
 }
@@ -67,9 +77,10 @@ void ComparePools() {
     const std::unique_ptr<Quern::ThreadPool> pool(Quern::ThreadPool::newCachedThreadPool(kWorkers, kWorkers, 5, 2, 1));
     const auto ours = [&](auto task) { pool->pushTask(task, 0); };
 
-    SimplestPool simplest(kWorkers);
-    ComparePools("the simplest pool", "<= 1.25", ours, [&](auto task) { simplest.Push(task); });
-
+    {
+        SimplestPool simplest(kWorkers);
+        ComparePools("the simplest pool", "<= 1.25", ours, [&](auto task) { simplest.Push(task); });
+    }
     tbb::task_arena arena(kWorkers, 0);
     ComparePools("oneTBB", "shown", ours, [&](auto task) { arena.enqueue([task] { task(0); }); });
 }
@@ -87,24 +98,30 @@ private:
     std::vector<std::unique_ptr<Quern::Operation>> _operations;
 };
 
-void MeasureThreadedQueue() {
-    Quern::OperationQueueImp* const queue = Quern::OperationQueueImp::GetInstance();
+// From AddOperation to the start, for operations that come at every point of the manager's pass, beside such a pass.
+Comparison MeasureLatency(Quern::OperationQueueImp* queue) {
     static std::atomic<bool> started;
-    const auto addAndWait = [&] {
+    std::vector<double> ours, passes, ratios;
+    for (int i = 0; i < 6 * kManagerPass; ++i) {
+        Quern::SleepMS(2 * kManagerPass + i % kManagerPass);  // until the worker sleeps again
         started = false;
+        const Seconds begin = Now();
         queue->AddOperation([](Quern::Operation*, void*) { started = true; }, nullptr, false);
         while (!started)
             std::this_thread::yield();
-        Quern::SleepMS(3);  // so that the next one comes at another point of the manager's pass
-    };
-    // The short sleep counts for neither side.
-    Print("threaded queue, from AddOperation to start, against one pass",
-          Compare(4 * kRounds, 1, addAndWait,
-                  [] {
-                      Quern::SleepMS(kManagerPass);
-                      Quern::SleepMS(3);
-                  }),
-          "about 1");
+        const Seconds middle = Now();
+        Quern::SleepMS(kManagerPass);
+        ours.push_back((middle - begin) * 1e9);
+        passes.push_back((Now() - middle) * 1e9);
+        ratios.push_back(ours.back() / passes.back());
+    }
+    return {Median(ours), Median(passes), Median(ratios)};
+}
+
+void MeasureThreadedQueue() {
+    Quern::OperationQueueImp* const queue = Quern::OperationQueueImp::GetInstance();
+    // Half a pass of the manager, then a worker's rest, which is as long as a pass.
+    Print("threaded queue, from AddOperation to start, against one pass", MeasureLatency(queue), "<= 2");
 
     ListUnderALock list;
     const auto nothing = [](Quern::Operation*, void*) {};

@@ -10,6 +10,7 @@
 #include "Orvane/PlatformObject.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
+#include "Support/FakeKeychain.h"
 #include "Support/TestContainer.h"
 #include "System/Selector/PerformSelector.h"
 
@@ -43,19 +44,19 @@ TEST(Facade, GreetsOnceAndIsNeverReleased) {
 }
 
 TEST(Facade, PassesLevelUserAndServerOn) {
-    OrvaneTest::CacheFolder();  // or the user would be stored in the home of whoever runs this
     CapturedConsole console;
     OrvaneTest::FakeConfigure configure;
+    OrvaneTest::CacheFolder();
+    OrvaneTest::FakeKeychain::Install();
     orvanecore_getInstance();
     console.Take();
 
     orvanecore_setLogLevel(kLogWarning);
     EXPECT_EQ(Quern::GetQuernLogLevel(), kLogWarning);
-    orvanecore_setUserInfo("12", "someone");
+    EXPECT_TRUE(orvanecore_setUserInfo("12", "someone"));
     EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetChannelID(), "12");
     EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetOpenID(), "someone");
-    EXPECT_THAT(console.Take(),  // and what the store says
-                IsSupersetOf({"Event orvanecore_setLogLevel:2", "Event orvanecore_setUserInfo"}));
+    EXPECT_THAT(console.Take(), IsSupersetOf({"Event orvanecore_setLogLevel:2", "Event orvanecore_setUserInfo"}));
 
     orvanecore_getInstance()->SetRemoteConfigUrl("https://example.org");
     orvanecore_getInstance()->ClearRemoteConfigCache();

@@ -214,6 +214,39 @@ TEST_F(LaunchTest, LetsTheLoginPluginTurnTheWindow) {
     EXPECT_THAT(_said, HasSubstr("use origin implementation."));
 }
 
+// The example's manifest as it stands, and in binary form.
+TEST_F(LaunchTest, TakesItsSettingsFromTheManifest) {
+    const std::string binary = (_container.Outside() / "binary.plist").string();
+    RunToEnd({{"python3", "-c",
+               "import plistlib, sys; tree = plistlib.load(open(sys.argv[1], 'rb')); "
+               "tree['OrvaneGame']['LogMode'] = 0; tree['Sample'] = {'LogMode': 1, 'LogLevel': 'Error'}; "
+               "plistlib.dump(tree, open(sys.argv[2], 'wb'), fmt=plistlib.FMT_BINARY)",
+               ORVANE_GAME_MANIFEST, binary},
+              {},
+              ""});
+    const struct {
+        std::string manifest;
+        const char* module;
+        const char* option;  // "LogMode" as the host sets it, which the manifest overrides for the game's module alone
+        const char* taken;
+    } kRuns[] = {{ORVANE_GAME_MANIFEST, "Demo", "0", "module Demo, logMode 2"},
+                 {binary, "Demo", "2", "module Demo, logMode 0"},
+                 {binary, "Other", "1", "module Other, logMode 1"}};
+    for (const auto& run : kRuns) {
+        Run("launch\nlog info by the manifest\n",
+            {"--info-plist", run.manifest, "--module", run.module, "--log-mode", run.option});
+        EXPECT_THAT(_said, HasSubstr(run.taken)) << run.manifest;
+        EXPECT_THAT(_said, HasSubstr("module OrvaneCore, logMode 1"));
+    }
+    EXPECT_THAT(_said, HasSubstr("module Sample, logMode 1"));
+    // Two of the runs let the plugin log errors alone.
+    EXPECT_THAT(_container.ReadLog("Sample"), testing::Contains(HasSubstr("Sample is ready")).Times(1));
+
+    Run("launch\n", {"--info-plist", "/nowhere"});
+    EXPECT_THAT(_said, HasSubstr("The manifest /nowhere cannot be read"));
+    EXPECT_THAT(_said, HasSubstr("module OrvaneCore, logMode 0"));
+}
+
 TEST_F(LaunchTest, GivesEachPluginALoggerOfItsOwn) {
     for (const char* mode : {"0", "1", "2"}) {
         const std::string module = std::string("Game") + mode;

@@ -9,6 +9,8 @@
 
 #include <vector>
 
+#include "Storage/File/WholeFile.h"
+
 namespace OrvaneLog {
 namespace {
 
@@ -18,50 +20,6 @@ constexpr size_t kLargestKeyFile = 1024;
 
 bool Fail(std::string& error, const std::string& what) {
     error = what + ": " + strerror(errno);
-    return false;
-}
-
-bool WriteSynced(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t count = write(descriptor, text.data(), text.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        text.remove_prefix(static_cast<size_t>(count));
-    }
-    return fsync(descriptor) == 0;
-}
-
-// Gives the file its name, unless something bears that name already.
-bool RenameToNew(const char* from, const char* to) {
-    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
-    if (errno != EINVAL && errno != ENOSYS) return false;
-    return link(from, to) == 0 && unlink(from) == 0;  // a file system that knows no such rename
-}
-
-void SyncFolderOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return;
-    fsync(descriptor);
-    close(descriptor);
-}
-
-// Writes the text beside `path` and then gives it that name.
-bool WriteNewFile(const std::string& path, std::string_view text, std::string& error) {
-    std::string aside = path + ".XXXXXX";
-    const int descriptor = mkostemp(aside.data(), O_CLOEXEC);  // mode 0600
-    if (descriptor < 0) return Fail(error, path);
-    const bool written = fchmod(descriptor, 0600) == 0 && WriteSynced(descriptor, text);
-    const int writeError = errno;
-    const bool closed = close(descriptor) == 0;
-    if (written && closed && RenameToNew(aside.c_str(), path.c_str())) {
-        SyncFolderOf(path);
-        return true;
-    }
-    if (!written) errno = writeError;
-    Fail(error, path);
-    unlink(aside.c_str());
     return false;
 }
 
@@ -139,7 +97,7 @@ bool MakeKeyFile(const std::string& path, Quern::CurvePublicKey& publicKey, std:
         return false;
     }
     std::string text = ToHex(privateKey.data(), privateKey.size()) + "\n";
-    const bool made = WriteNewFile(path, text, error);
+    const bool made = Quern::CreateFile(path, text, 0600) || Fail(error, path);
     explicit_bzero(text.data(), text.size());
     explicit_bzero(privateKey.data(), privateKey.size());
     return made;

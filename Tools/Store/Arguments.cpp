@@ -116,6 +116,7 @@ The key of an enciphered file, the first of these that is given
 How
   --json                       one JSON object
   -h, --help                   this text
+  --                           what follows is no option: for a value that begins with "-"
 
 Exit status
   0  done

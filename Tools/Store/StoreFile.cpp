@@ -113,11 +113,23 @@ bool ReadStoreFile(const Arguments& arguments, StoreFile& file, std::string& err
 }
 
 bool WriteStoreFile(const std::string& path, const StoreFile& file, std::string& error) {
+    char real[PATH_MAX];  // what a link leads to is replaced, and not the link
     struct stat state {};
-    if (stat(path.c_str(), &state) != 0) return Fail(error, path);
+    if (!realpath(path.c_str(), real) || stat(real, &state) != 0) return Fail(error, path);
+    // An application removes a file that it cannot open: what is edited stays its owner's.
+    const bool isOwn = state.st_uid == geteuid();
+    if (!isOwn && geteuid() != 0) {
+        error = path + ": belongs to another user";
+        return false;
+    }
     const std::string bytes =
         file.isEncrypted ? Build(file.text, file.key, file.parts.publicKey) : file.text.Join('\n') + "\n";
-    return Quern::ReplaceFile(path, bytes, state.st_mode & 07777) || Fail(error, path);
+    if (bytes.empty()) {
+        error = path + ": the text is too long for an enciphered file";
+        return false;
+    }
+    if (!Quern::ReplaceFile(real, bytes, state.st_mode & 07777)) return Fail(error, path);
+    return chown(real, state.st_uid, state.st_gid) == 0 || isOwn || Fail(error, path);
 }
 
 const char* FaultText(Fault fault) {

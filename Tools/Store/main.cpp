@@ -94,6 +94,12 @@ int Set(const Arguments& arguments, StoreFile& file) {
         Say("warning: what stands behind a \"#\" is a comment and not part of the value");
     file.text.AddLine(file.unfinished);
     file.text.Write(arguments.words[0], arguments.words[1], arguments.words[2]);
+    std::string_view value;
+    if (!arguments.words[2].empty() && !file.text.Find(arguments.words[0], arguments.words[1], value)) {
+        // A "]" in a section, a "=" in a key; and a section without lines takes its first key in front of its header.
+        Say("this section and key would not be read back; the file stays");
+        return kWrongUse;
+    }
     std::string error;
     if (WriteStoreFile(arguments.file, file, error)) return kDone;
     Say(error);

@@ -1,6 +1,7 @@
 // Runs orvane-store as a developer does.
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -38,7 +39,8 @@ Result RunStore(std::vector<std::string> arguments) {
 class StoreTool : public testing::Test {
 protected:
     StoreTool() {
-        BundleImpl* const bundle = new BundleImpl(path.c_str());  // left alone: deleting it would write plain text
+        static BundleImpl* bundle;  // left alone: deleting it would write plain text
+        bundle = new BundleImpl(path.c_str());
         bundle->SetCache("game", "name", "Sun Wukong");
         bundle->SetCache("game", "count", 7);
         bundle->Set("other", "key", "x");
@@ -85,6 +87,8 @@ TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
     EXPECT_EQ(bundle.Get("game", "count", 0), 8);
     EXPECT_STREQ(bundle.Get("new", "key", "").c_str(), "value");
     EXPECT_EQ(RunStore({"set", path, "s", "k", "two\nlines"}).status, 2);
+    EXPECT_EQ(RunStore({"set", path, "s", "k=", "never read back"}).status, 2);
+    EXPECT_EQ(RunStore({"get", path, "game", "count"}).output, "8\n");
 
     const std::string plain = CacheFolder() + "/plain.ini";
     WriteFile(plain, "[s]\r\na = 1 # note\nlast=1");
@@ -96,6 +100,15 @@ TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
     ASSERT_EQ(stat(plain.c_str(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777, 0640u);
     EXPECT_EQ(RunStore({"verify", plain}).output, "form: plain\n");
+
+    const std::string link = CacheFolder() + "/link.ini";
+    std::filesystem::create_symlink(plain, link);
+    const bool isGiven = chown(plain.c_str(), 12345, 12345) == 0;  // only root may give it away
+    EXPECT_EQ(RunStore({"set", link, "s", "a", "--", "-3"}).status, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(ReadFile(plain), "[s]\na =-3# note\nlast=1\n");
+    ASSERT_EQ(stat(plain.c_str(), &state), 0);
+    EXPECT_EQ(state.st_uid, isGiven ? 12345 : geteuid());
 }
 
 TEST_F(StoreTool, SaysWhatIsWrong) {

@@ -9,6 +9,7 @@
 #include "Base/QuernCommon.h"
 #include "Storage/Bundle/BundleFactory.h"
 #include "Storage/Bundle/BundleImpl.h"
+#include "Storage/File/PathSource.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
@@ -213,6 +214,18 @@ TEST_F(BundleTest, WithoutItsLowerObjectsItReadsTheManifestAndWritesNothing) {
     EXPECT_FALSE(fileless.IsContainKey("a", "key"));
     EXPECT_FALSE(bare.RemoveValueForKey("a", "key"));
     EXPECT_TRUE(fileless.RemoveValueForKey("a", "key"));
+}
+
+TEST(BundleDeathTest, TheDefaultBundleWantsACacheFolder) {
+    class NoPaths final : public PathSource {
+        std::string Home() override { return {}; }
+        std::string Documents() override { return {}; }
+        std::string Caches() override { return {}; }
+    };
+    PathSource::Use(std::make_shared<NoPaths>());
+    EXPECT_DEATH(BundleFactory::GetInstance()->GetDefaultBundle(),
+                 testing::AllOf(testing::HasSubstr("CachePath is empty, do not use bundle in JNI_ONLoad!!!"),
+                                testing::HasSubstr("false")));
 }
 
 TEST_F(BundleTest, TheFactoryKeepsABundleAName) {

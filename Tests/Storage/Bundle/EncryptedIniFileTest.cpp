@@ -8,6 +8,8 @@
 #include "Serializer/Codec/EllipticCurve.h"
 #include "Serializer/Codec/KxSymmetry.h"
 #include "Serializer/Codec/Md5.h"
+#include "Serializer/Codec/PeerKey.h"
+#include "Storage/Bundle/EncryptedIniFormat.h"
 #include "Storage/Bundle/IniFile.h"
 #include "Storage/Bundle/SecurityStore.h"
 #include "Support/CapturedConsole.h"
@@ -184,6 +186,31 @@ TEST_F(EncryptedIniFileTest, AFileThatDoesNotOpenIsKeptAsRawLines) {
     file->Save();
     ASSERT_TRUE(file->Load());
     EXPECT_EQ(file->ReadInt("s", "a", 0), 1);
+}
+
+TEST_F(EncryptedIniFileTest, LinesEndAtLineFeedsAlone) {
+    {
+        const auto file = Open();
+        file->WriteString("s", "a", "1\r2");
+        file->Save();
+        ASSERT_TRUE(file->Load());
+        EXPECT_STREQ(file->ReadString("s", "a", "").c_str(), "1\r2");
+    }
+    EXPECT_STREQ(Open()->ReadString("s", "a", "").c_str(), "1");  // those of the plain text that is left at returns too
+}
+
+TEST_F(EncryptedIniFileTest, WithoutASoundPeerNothingIsMade) {
+    const std::string peer = PeerPublicKey();
+    EncryptedIni::TeaKey key{};
+    CurvePublicKey publicKey{};
+    for (const std::string& unsound :
+         {std::string(), peer.substr(1), peer + "0", "g" + peer.substr(1), std::string(128, '0')}) {
+        EXPECT_FALSE(EncryptedIni::MakeKey(unsound.c_str(), key, publicKey)) << unsound;
+        EXPECT_EQ(key, EncryptedIni::TeaKey{});
+        EXPECT_EQ(publicKey, CurvePublicKey{});
+    }
+    EXPECT_TRUE(EncryptedIni::MakeKey(peer.c_str(), key, publicKey));
+    EXPECT_NE(key, EncryptedIni::TeaKey{});
 }
 
 TEST_F(EncryptedIniFileTest, AnEmptyTextIsAFileToo) {

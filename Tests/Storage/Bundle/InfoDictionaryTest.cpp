@@ -110,7 +110,12 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
     const std::string deep = repeated("<array>", 100000);
     std::string selfHolding = Doubling(1);
     selfHolding[9] = 0;
+    std::string zeroInKey = Binary(Manifest()), numberAsKey = zeroInKey;
+    zeroInKey[zeroInKey.find("\x53one") + 2] = '\0';
+    numberAsKey.replace(numberAsKey.find("\x53one"), 4, "\x12one", 4);
     const std::pair<std::string, const char*> kHostile[] = {
+        {zeroInKey, "it is damaged, or nests too deep"},
+        {numberAsKey, "it is damaged, or nests too deep"},
         {"", "it is no property list, or damaged"},
         {"{ GameId = 1; }", "it is no property list, or damaged"},
         {Xml("<array/>"), "it holds no dictionary"},
@@ -183,7 +188,7 @@ void ExpectEmptyManifestWith(const std::string& line) {
 
 TEST(InfoDictionary, IsEmptyForADamagedFile) {
     const std::string path = CacheFolder() + "/damaged";
-    WriteFile(path, Manifest().substr(0, 400));
+    WriteFile(path, Manifest().substr(0, Manifest().find("<key>Game")));
     setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
     ExpectEmptyManifestWith("The manifest " + path + " is not used: it is no property list, or damaged");
 }

@@ -1,6 +1,8 @@
 #include "Storage/Bundle/Keychain.h"
 
 #include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -174,6 +176,49 @@ TEST(KeychainTest, ProcessesThatWriteAtOnceLoseNothing) {
         EXPECT_EQ(status, 0);
     }
     EXPECT_EQ(OrvaneCoreKC::allAccounts()->size(), static_cast<size_t>(kProcesses * kAccounts));
+}
+
+TEST(KeychainTest, AProcessForkedDuringAWriteHoldsUpNobody) {
+    KeychainFile();
+    Keychain::Current().Begin();
+    const pid_t forked = fork();
+    if (forked == 0) {
+        pause();
+        _exit(0);
+    }
+    Keychain::Current().Commit();
+    const pid_t other = fork();
+    if (other == 0) {
+        alarm(20);
+        _exit(Set("a", "password") ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(other, &status, 0);
+    EXPECT_EQ(status, 0);
+    kill(forked, SIGKILL);
+    waitpid(forked, nullptr, 0);
+}
+
+TEST(KeychainTest, AFullDiskLeavesTheOldOne) {
+    const std::string path = KeychainFile();
+    ASSERT_TRUE(Set("a", "password"));
+    const std::string before = ReadFile(path);
+    const std::vector<std::string> files = OrvaneTest::FilesIn(path.substr(0, path.rfind('/')));
+    CapturedConsole console;
+    signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlimit small{before.size(), limit.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    KCError error;
+    EXPECT_FALSE(OrvaneCoreKC::setPassword_forService_account_error("more", "service", "b", &error));
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    EXPECT_EQ(error.code, errSecIO);
+    EXPECT_THAT(console.Take(), ElementsAre(Format("Error keychain %s File too large", path.c_str())));
+    EXPECT_EQ(ReadFile(path), before);
+    EXPECT_EQ(OrvaneTest::FilesIn(path.substr(0, path.rfind('/'))), files);
+    EXPECT_EQ(Get("a"), "password");
+    EXPECT_EQ(Get("b"), "(none)");
 }
 
 TEST(SecurityStoreTest, StoresUnderOneServiceByDeleteAndAdd) {

@@ -103,13 +103,14 @@ TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
     EXPECT_EQ(gate.Entered(), 3);
     gate.Open();
     ASSERT_TRUE(gate.WaitForLeft(4));
-    // Its empty passes add up: work that comes all the time does not keep it.
+    // Its empty passes add up: work for everybody, ten times in the second that it stays, does not keep it.
     std::atomic<int> ran{0};
-    int added = 0;
+    Clock::time_point next = Clock::now();
     ASSERT_TRUE(WaitFor([&] {
-        if (ran == added) {
-            Queue()->AddOperation(Count, &ran, false);
-            ++added;
+        if (Clock::now() >= next) {
+            for (int i = 0; i < 3; ++i)
+                Queue()->AddOperation(Count, &ran, false);
+            next += std::chrono::milliseconds(100);
         }
         return console->Count("Destroy thread") == 1;
     }));

@@ -192,38 +192,51 @@ TEST_F(ThreadPoolTest, TakesAMillionTasksFromManyThreads) {
     constexpr int kEach = 125000;
     std::atomic<int> ran{0};
     {
-        ThreadPool pool(2, 6);
+        ThreadPool pool(1, 6);
         pool.setShrinkInterval(0);
         std::vector<std::thread> threads;
         for (int thread = 0; thread < kThreads; ++thread) {
             threads.emplace_back([&] {
-                for (int i = 0; i < kEach; ++i)
-                    pool.pushTask([&](int) { ++ran; }, 0);
+                std::atomic<int> left{0};
+                for (int i = 1; i <= kEach; ++i) {
+                    ++left;
+                    pool.pushTask([&](int) { ++ran, --left; }, 0);
+                    // Now and then lets the pool run dry, so that the next pushes find idle workers.
+                    if (i % 500 == 0 || i == kEach) WaitFor([&] { return left == 0; });
+                }
             });
         }
         for (std::thread& thread : threads)
             thread.join();
-        EXPECT_GE(pool.getCurrentSize(), 2);
+        EXPECT_GE(pool.getCurrentSize(), 1);
         EXPECT_LE(pool.getCurrentSize(), 6);
     }
     EXPECT_EQ(ran, kThreads * kEach);
+    EXPECT_GT(console->Count("shrink pool"), 0);
+    EXPECT_GT(console->Count("stretch pool"), 0);
 }
 
-// Tasks that push grow and shrink the pool, and the end of the pool joins the same workers.
+// A task that pushes sends idle workers away while the end of the pool waits for all of them.
 TEST_F(ThreadPoolTest, EndsWhileItsTasksPush) {
-    constexpr int kPools = 200;
+    constexpr int kPools = 100;
     std::atomic<int> ran{0};
     for (int i = 0; i < kPools; ++i) {
+        Gate gate;
         ThreadPool pool(1, 4);
+        Occupy(pool, gate, 4);
+        gate.Open();
+        ASSERT_TRUE(WaitForIdle(pool, 4));
         pool.setShrinkInterval(0);
-        const auto push = [&](int) {
-            for (int j = 0; j < 3; ++j)
-                pool.pushTask([&](int) { ++ran; }, 0);
-        };
-        for (int j = 0; j < 4; ++j)
-            pool.pushTask(push, 0);
+        pool.setShrinkStep(1);
+        pool.pushTask(
+            [&](int) {
+                for (int j = 0; j < 3; ++j)
+                    pool.pushTask([&](int) { ++ran; }, 0);
+            },
+            0);
     }
-    EXPECT_EQ(ran, kPools * 12);
+    EXPECT_EQ(ran, kPools * 3);
+    EXPECT_GT(console->Count("shrink pool"), kPools) << "not by the first push alone";
 }
 
 }  // namespace

@@ -83,9 +83,10 @@ bool EncryptedIniFileImpl::Save() {
     EncryptedIni::TeaKey key{};
     CurvePublicKey publicKey{};
     _MakeTeaKey(key, publicKey);
-    _SaveTeaKey(key);
     const std::string bytes = EncryptedIni::Build(_text, key, publicKey);
-    if (!bytes.empty()) OverwriteFile(_path.c_str(), bytes);
+    if (bytes.empty()) return true;  // the file stays, and so must the key that opens it
+    _SaveTeaKey(key);
+    OverwriteFile(_path.c_str(), bytes);
     return true;
 }
 

@@ -30,6 +30,34 @@ void SyncFolderOf(const std::string& path) {
     close(descriptor);
 }
 
+// Gives the file its name, unless something bears that name already. What rename gives.
+int RenameToNew(const char* from, const char* to) {
+    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return 0;
+    if (errno != EINVAL && errno != ENOSYS) return -1;
+    return link(from, to) == 0 ? unlink(from) : -1;  // a file system that knows no such rename
+}
+
+bool WriteAside(const std::string& path, std::string_view content, mode_t mode,
+                int (*giveName)(const char*, const char*)) {
+    std::string aside = path + ".XXXXXX";
+    const int descriptor = mkostemp(aside.data(), O_CLOEXEC);
+    if (descriptor < 0) return false;
+    bool done = fchmod(descriptor, mode) == 0 && WriteSynced(descriptor, content);
+    int error = errno;
+    if (close(descriptor) != 0 && done) {
+        done = false;
+        error = errno;
+    }
+    if (done && giveName(aside.c_str(), path.c_str()) == 0) {
+        SyncFolderOf(path);
+        return true;
+    }
+    if (done) error = errno;
+    unlink(aside.c_str());
+    errno = error;
+    return false;
+}
+
 }  // namespace
 
 std::string ReadToEnd(FILE* file, bool* error) {
@@ -50,23 +78,11 @@ bool OverwriteFile(const char* path, std::string_view content) {
 }
 
 bool ReplaceFile(const std::string& path, std::string_view content, mode_t mode) {
-    std::string aside = path + ".XXXXXX";
-    const int descriptor = mkostemp(aside.data(), O_CLOEXEC);
-    if (descriptor < 0) return false;
-    bool done = fchmod(descriptor, mode) == 0 && WriteSynced(descriptor, content);
-    int error = errno;
-    if (close(descriptor) != 0 && done) {
-        done = false;
-        error = errno;
-    }
-    if (done && rename(aside.c_str(), path.c_str()) == 0) {
-        SyncFolderOf(path);
-        return true;
-    }
-    if (done) error = errno;
-    unlink(aside.c_str());
-    errno = error;
-    return false;
+    return WriteAside(path, content, mode, rename);
+}
+
+bool CreateFile(const std::string& path, std::string_view content, mode_t mode) {
+    return WriteAside(path, content, mode, RenameToNew);
 }
 
 }  // namespace Quern

@@ -20,6 +20,8 @@ bool OverwriteFile(const char* path, std::string_view content);
 // Writes a file aside, synced, and gives it the name `path`: at any moment the name bears the old content or the new
 // one. False, with errno set and the old file in place, if that failed.
 bool ReplaceFile(const std::string& path, std::string_view content, mode_t mode);
+// The same, but what bears the name already stays: false, with EEXIST.
+bool CreateFile(const std::string& path, std::string_view content, mode_t mode);
 
 }  // namespace Quern
 

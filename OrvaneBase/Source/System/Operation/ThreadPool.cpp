@@ -138,13 +138,12 @@ bool ThreadPool::waitForTask(int slot, const std::atomic<bool>& abort, Task& tas
     return hasTask;
 }
 
-void ThreadPool::pushTask(const std::function<void(int)>& function, TaskType type) {
+void ThreadPool::pushTask(std::function<void(int)> function, TaskType type) {
     if (!_fixedSize && !_stopped) {
         const int idle = _idleThreadNum;
         if (idle > minThreadNum) {
-            const std::unique_lock<std::mutex> turn(_shrinking, std::try_to_lock);
             const long long now = CTime::GetTimeTick();
-            if (turn && _tasks.empty() && SecondsBetween(_lastShrink, now) > _shrinkInterval) {
+            if (_tasks.empty() && SecondsBetween(_lastShrink, now) > _shrinkInterval) {
                 tryShrinkPool();
                 _lastShrink = now;
             }
@@ -152,25 +151,34 @@ void ThreadPool::pushTask(const std::function<void(int)>& function, TaskType typ
             stretchPool(_stretchStep);
         }
     }
-    _tasks.push({type, new (std::nothrow) std::function<void(int)>(function)});
-    const std::lock_guard<std::mutex> guard(_mutex);
+    _tasks.push({type, new (std::nothrow) std::function<void(int)>(std::move(function))});
+    // A worker counts itself in before it looks for a last time, so that one who is not counted finds the task.
+    if (_idleThreadNum == 0) return;
+    // Through the lock, so that a worker that has just looked in vain is waiting by now; woken behind it, since a
+    // worker that wakes into a lock that is still held falls asleep once more.
+    { const std::lock_guard<std::mutex> guard(_mutex); }
     _wake.notify_one();
 }
 
 void ThreadPool::stretchPool(int count) {
+    if (_currentSize >= static_cast<int>(_threads.size())) return;  // most pushes of a busy pool
     const long long begin = CTime::GetTimeTick();
-    if (_threads.empty()) return;
-    const int sizeBefore = _currentSize;
-    int started = 0;
-    for (int slot = 0; slot < static_cast<int>(_threads.size()) && started < count; ++slot) {
-        if (*_alive[slot] || !_abort[slot]->exchange(false)) continue;
-        setThread(slot);
-        *_alive[slot] = true;
-        ++_currentSize;
-        ++started;
+    int sizeBefore = 0, sizeNow = 0, started = 0;
+    {
+        const std::lock_guard<std::mutex> guard(_slotMutex);
+        sizeBefore = _currentSize;
+        for (int slot = 0; slot < static_cast<int>(_threads.size()) && started < count; ++slot) {
+            if (*_alive[slot]) continue;
+            *_abort[slot] = false;
+            setThread(slot);
+            *_alive[slot] = true;
+            ++_currentSize;
+            ++started;
+        }
+        sizeNow = _currentSize;
     }
     if (started > 0)
-        ORVANE_LOG_INFO("stretch pool from %d to %d, waste %f seconds\n", sizeBefore, _currentSize.load(),
+        ORVANE_LOG_INFO("stretch pool from %d to %d, waste %f seconds\n", sizeBefore, sizeNow,
                         static_cast<double>(SecondsBetween(begin, CTime::GetTimeTick())));
 }
 
@@ -178,21 +186,24 @@ void ThreadPool::stretchPool(int count) {
 bool ThreadPool::tryShrinkPool() {
     ORVANE_LOG_INFO("shrink pool, _idleThreadNum = %d", _idleThreadNum.load());
     const long long begin = CTime::GetTimeTick();
-    const int count = MinNum(_shrinkStep, _currentSize - minThreadNum);
-    std::vector<int> leaving;
-    for (int slot = 0; slot < static_cast<int>(_threads.size()) && static_cast<int>(leaving.size()) < count; ++slot) {
-        if (!*_alive[slot] || !*_idle[slot]) continue;
-        *_abort[slot] = true;
-        leaving.push_back(slot);
+    std::vector<std::pair<int, std::unique_ptr<std::thread>>> leaving;
+    {
+        const std::lock_guard<std::mutex> guard(_slotMutex);
+        const int count = MinNum(_shrinkStep, _currentSize - minThreadNum);
+        for (int slot = 0; slot < static_cast<int>(_threads.size()) && static_cast<int>(leaving.size()) < count;
+             ++slot) {
+            if (!*_idle[slot] || !_threads[slot]) continue;
+            *_abort[slot] = true;
+            leaving.emplace_back(slot, std::move(_threads[slot]));
+        }
+        _currentSize -= static_cast<int>(leaving.size());  // now, so that another push counts without them
     }
     {
         const std::lock_guard<std::mutex> guard(_mutex);
         _wake.notify_all();
     }
-    for (const int slot : leaving) {
-        if (_threads[slot]->joinable()) _threads[slot]->join();
-        _threads[slot].reset();
-        --_currentSize;
+    for (auto& [slot, thread] : leaving) {
+        if (thread->joinable()) thread->join();
         *_alive[slot] = false;
     }
     ORVANE_LOG_INFO("shrink %d threads, waste: %f seconds\n", static_cast<int>(leaving.size()),
@@ -225,8 +236,7 @@ void ThreadPool::stop() {
         const std::lock_guard<std::mutex> guard(_mutex);
         _wake.notify_all();
     }
-    const std::lock_guard<std::mutex> noShrinking(_shrinking);  // a task that pushes may be at it, and joins as well
-    // Such a task may also start a worker in a slot that was free: until none is left.
+    // A task that pushes meanwhile may start a worker in a slot that was free: until none is left.
     while (_currentSize > 0) {
         for (int slot = 0; slot < static_cast<int>(_threads.size()); ++slot)
             joinThread(slot);
@@ -241,11 +251,15 @@ void ThreadPool::joinThread(int slot) {
         ORVANE_LOG_INFO("Invalid thread id %d\n", slot);
         return;
     }
-    if (!*_alive[slot]) return;
-    if (_threads[slot]->joinable()) _threads[slot]->join();
-    *_abort[slot] = true;
-    *_alive[slot] = false;
+    std::unique_ptr<std::thread> thread;
+    {
+        const std::lock_guard<std::mutex> guard(_slotMutex);
+        if (!*_alive[slot] || !_threads[slot]) return;  // not there, or waited for by a push that sends it away
+        thread = std::move(_threads[slot]);
+    }
+    if (thread->joinable()) thread->join();
     --_currentSize;
+    *_alive[slot] = false;
 }
 
 }  // namespace Quern

@@ -5,9 +5,9 @@
 // those to end, so it can block. A pool that gets no work never shrinks.
 //
 // Thread rule: any thread may push, query and stop tasks. The decisions to grow and to shrink are taken on a snapshot
-// and without waiting, so that two pushes at once may start more workers than one would; a free slot is claimed by its
-// abort flag, and one push at a time sends workers away: another leaves it at that. stop, joinThread and the setters
-// belong to the owner, and nobody but a task pushes during stop.
+// and without a lock, so that two pushes at once may start or send away more workers than one would, though never
+// below the minimum; a lock makes each change of the slots whole and is not held while a worker is waited for. stop,
+// joinThread and the setters belong to the owner, and nobody but a task pushes during stop.
 #ifndef ORVANE_SYSTEM_OPERATION_THREAD_POOL_H
 #define ORVANE_SYSTEM_OPERATION_THREAD_POOL_H
 
@@ -88,8 +88,8 @@ public:
     // Workers alive.
     int getCurrentSize() const { return _currentSize; }
 
-    // Queues a copy of the function. After stop it stays queued, and nothing runs it.
-    void pushTask(const std::function<void(int)>& function, TaskType type);
+    // Queues the function. After stop it stays queued, and nothing runs it.
+    void pushTask(std::function<void(int)> function, TaskType type);
     // Drops what is queued, without running it.
     void stopAllTasks();
     // Drops what is queued of that kind. What others push meanwhile comes ahead of the rest.
@@ -110,17 +110,15 @@ private:
     void stretchPool(int count);
     bool tryShrinkPool();
 
-    // One entry a slot.
-    std::vector<std::unique_ptr<std::thread>> _threads;  // null where the worker has gone
-    // The worker is to leave after its task; shared with it, so that it outlives the slot. Whoever clears it may start
-    // a worker in the slot.
-    std::vector<Flag> _abort;
+    std::mutex _slotMutex;  // whoever starts or sends away workers
+    // One entry a slot. A thread is null where the worker has gone, or is being waited for by whoever took it out.
+    std::vector<std::unique_ptr<std::thread>> _threads;
+    std::vector<Flag> _abort;  // the worker is to leave after its task; shared with it, so that it outlives the slot
     std::vector<Flag> _idle;   // the worker sleeps
-    std::vector<Flag> _alive;  // the slot holds a started worker
+    std::vector<Flag> _alive;  // the slot holds a started worker; false last of all that its end changes
 
     ThreadSafeQueue<Task> _tasks;
     std::atomic<bool> _stopped{false};
-    std::mutex _shrinking;               // held by whoever joins workers; a push only ever tries it
     std::atomic<int> _idleThreadNum{0};  // sleeping workers; changed under _mutex
     std::mutex _mutex;                   // where workers sleep, with _wake
     std::condition_variable _wake;

@@ -78,8 +78,12 @@ int32_t ReadKeychainFile(const std::string& path, KeychainContent& content) {
         return Refuse(errno == EACCES ? errSecAuthFailed : errSecIO, path, strerror(errno));
     }
     const std::unique_ptr<FILE, int (*)(FILE*)> file(fdopen(descriptor, "rb"), fclose);
+    if (!file) {
+        close(descriptor);
+        return Refuse(errSecIO, path, "cannot be read");
+    }
     struct stat state {};
-    if (!file || fstat(descriptor, &state) != 0) return Refuse(errSecIO, path, strerror(errno));
+    if (fstat(descriptor, &state) != 0) return Refuse(errSecIO, path, strerror(errno));
     if (!S_ISREG(state.st_mode)) return Refuse(errSecAuthFailed, path, "is no file and is not used");
     if (state.st_uid != geteuid()) return Refuse(errSecAuthFailed, path, "belongs to another user and is not used");
     if (state.st_mode & kOthers) return Refuse(errSecAuthFailed, path, "is open to other users and is not used");

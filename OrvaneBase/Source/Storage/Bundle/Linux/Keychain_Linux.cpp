@@ -41,7 +41,10 @@ public:
         }
     }
     ~ProcessLock() {
-        if (_descriptor >= 0) close(_descriptor);
+        if (_descriptor < 0) return;
+        // A process that was forked meanwhile has the descriptor too, and would go on holding the lock.
+        flock(_descriptor, LOCK_UN);
+        close(_descriptor);
     }
     ProcessLock(const ProcessLock&) = delete;
     ProcessLock& operator=(const ProcessLock&) = delete;

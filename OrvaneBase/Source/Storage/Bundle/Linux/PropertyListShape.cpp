@@ -16,6 +16,7 @@ public:
     XmlScan(string_view text, const PropertyListLimits& limits) : _rest(text), _limits(limits) {}
 
     bool IsWithin() {
+        if (_rest.find('\0') != string_view::npos) return false;
         for (size_t open; (open = _rest.find('<')) != string_view::npos;) {
             _rest.remove_prefix(open + 1);
             if (!TakeMarkup()) return false;
@@ -98,18 +99,20 @@ private:
     }
 
     bool Unfold(uint64_t object, uint32_t above, Extent& out) {
-        size_t at = Number(_offsets + object * _offsetSize, _offsetSize);
+        size_t at = OffsetOf(object);
         if (at < kHeaderSize || at >= _offsets) return false;
         const uint8_t kind = Byte(at) & 0xF0;
         Extent extent{1, 0};
         if (kind == 0xA0 || kind == 0xC0 || kind == 0xD0) {
             uint64_t children = 0;
             if (above >= _limits.depth || !TakeCount(at, children)) return false;
-            if (kind == 0xD0) children *= 2;  // the keys, then the values
+            const uint64_t keys = kind == 0xD0 ? children : 0;
+            children += keys;  // the keys, then the values
             if (children > (_bytes.size() - at) / _referenceSize) return false;
-            for (; children > 0; --children, at += _referenceSize) {
-                const Extent* child = Measure(Number(at, _referenceSize), above + 1);
-                if (!child) return false;
+            for (uint64_t i = 0; i < children; ++i, at += _referenceSize) {
+                const uint64_t reference = Number(at, _referenceSize);
+                const Extent* child = Measure(reference, above + 1);
+                if (!child || (i < keys && !IsSoundKey(reference))) return false;
                 extent.nodes += child->nodes;
                 if (extent.nodes > _limits.nodes) return false;
                 extent.depth = std::max(extent.depth, child->depth);
@@ -120,7 +123,24 @@ private:
         return true;
     }
 
-    // The count in a marker's low half, or in the integer behind it. `at` moves to the first reference.
+    // Whether a key is a text without a zero, in bytes or in units of two. REQUIRES: the object was measured.
+    bool IsSoundKey(uint64_t object) const {
+        size_t at = OffsetOf(object);
+        const uint8_t kind = Byte(at) & 0xF0;
+        const size_t unit = kind == 0x60 ? 2 : 1;
+        uint64_t length = 0;
+        if ((kind != 0x50 && kind != 0x60) || !TakeCount(at, length) || length > (_bytes.size() - at) / unit)
+            return false;
+        for (; length > 0; --length, at += unit) {
+            if (Number(at, unit) == 0) return false;
+        }
+        return true;
+    }
+
+    // REQUIRES: there is such an object.
+    size_t OffsetOf(uint64_t object) const { return Number(_offsets + object * _offsetSize, _offsetSize); }
+
+    // The count in a marker's low half, or in the integer behind it. `at` moves to what is counted.
     bool TakeCount(size_t& at, uint64_t& count) const {
         count = Byte(at++) & 0x0F;
         if (count != 0x0F) return true;

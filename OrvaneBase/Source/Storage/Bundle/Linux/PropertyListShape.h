@@ -15,8 +15,8 @@ struct PropertyListLimits {
     uint64_t nodes;  // objects and keys once unfolded
 };
 
-// False for what exceeds a limit, and for a binary list whose tables lead outside its bytes. What holds says nothing
-// about the rest of the syntax.
+// False for what exceeds a limit, for a binary list whose tables lead outside its bytes, and for keys that are no texts
+// or hold a zero: the parser ends the process at one. What holds says nothing about the rest of the syntax.
 bool IsPropertyListWithin(const std::string& bytes, const PropertyListLimits& limits);
 
 }  // namespace Quern
