@@ -112,10 +112,11 @@ void ThreadPool::work(int slot, const std::atomic<bool>& abort) {
 }
 
 // Runs the task and those that are queued behind it. False if the worker is to leave.
-bool ThreadPool::runTasks(int slot, const std::atomic<bool>& abort, Task task) {
+bool ThreadPool::runTasks(int slot, const std::atomic<bool>& abort, Task& task) {
     for (bool hasTask = true; hasTask;) {
-        const std::unique_ptr<std::function<void(int)>> function(task.function);
-        if (function && *function) (*function)(slot);
+        // Kept until the next task is out, and destroyed outside the queue's lock.
+        const std::function<void(int)> function = std::exchange(task.function, nullptr);
+        if (function) function(slot);
         if (abort) return false;
         hasTask = _tasks.pop(task);
     }
@@ -151,7 +152,7 @@ void ThreadPool::pushTask(std::function<void(int)> function, TaskType type) {
             stretchPool(_stretchStep);
         }
     }
-    _tasks.push({type, new (std::nothrow) std::function<void(int)>(std::move(function))});
+    _tasks.push(type, std::move(function));
     // A worker counts itself in before it looks for a last time, so that one who is not counted finds the task.
     if (_idleThreadNum == 0) return;
     // Through the lock, so that a worker that has just looked in vain is waiting by now; woken behind it, since a
@@ -212,22 +213,19 @@ bool ThreadPool::tryShrinkPool() {
 }
 
 void ThreadPool::stopAllTasks() {
-    Task task;
-    while (_tasks.pop(task))
-        delete task.function;
+    for (Task task; _tasks.pop(task);)
+        task.function = nullptr;  // outside the queue's lock: what it holds may push
 }
 
 void ThreadPool::stopTasksByType(TaskType type) {
     std::vector<Task> kept;
     Task task;
     while (_tasks.pop(task)) {
-        if (task.type == type)
-            delete task.function;
-        else
-            kept.push_back(task);
+        if (task.type != type) kept.push_back(std::move(task));
+        task.function = nullptr;
     }
-    for (const Task& each : kept)
-        _tasks.push(each);
+    for (Task& each : kept)
+        _tasks.push(std::move(each));
 }
 
 void ThreadPool::stop() {

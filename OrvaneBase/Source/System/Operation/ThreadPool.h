@@ -18,6 +18,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace Quern {
@@ -29,16 +30,18 @@ public:
 
     struct Task {
         TaskType type = 0;
-        std::function<void(int)>* function = nullptr;  // owned by the task; told the slot of the worker that runs it
+        std::function<void(int)> function;  // told the slot of the worker that runs it
     };
 
     // First in, first out, with a lock of its own.
     template <typename T>
     class ThreadSafeQueue {
     public:
-        void push(const T& item) {
+        // An item, or the parts to make it of in place.
+        template <typename... Parts>
+        void push(Parts&&... parts) {
             const std::lock_guard<std::mutex> guard(_mutex);
-            _items.push_back(item);
+            _items.emplace_back(std::forward<Parts>(parts)...);
         }
         // False, and `item` untouched, if empty.
         bool pop(T& item) {
@@ -105,7 +108,7 @@ private:
     void init();
     void setThread(int slot);
     void work(int slot, const std::atomic<bool>& abort);
-    bool runTasks(int slot, const std::atomic<bool>& abort, Task task);
+    bool runTasks(int slot, const std::atomic<bool>& abort, Task& task);
     bool waitForTask(int slot, const std::atomic<bool>& abort, Task& task);
     void stretchPool(int count);
     bool tryShrinkPool();
