@@ -90,7 +90,11 @@ TEST_P(TakeDownTest, EndsTheQueueUnderLoad) {
 }
 
 TEST_P(TakeDownTest, LoadsAndLaunchesAgain) {
-    Process host(Host({"--module", "Game", "--log-mode", "0"}));
+    const std::string manifest = _container.Outside() / "Info.plist";
+    WriteWholeFile(manifest,
+                   "<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key><string>1007</string>"
+                   "</dict></dict></plist>");
+    Process host(Host({"--module", "Game", "--log-mode", "0", "--info-plist", manifest}));
     int queued = 0;
     for (const int count : {21, 22, 23}) {
         const std::string number = std::to_string(count);
