@@ -29,9 +29,11 @@ constexpr int kAdditions = 2000;
 constexpr int kManagerPass = 10;  // milliseconds
 
 // Pushes empty tasks behind some that hold the workers, lets go and waits until the last has run. Without the hold it
-// would be chance how often a worker falls asleep in between, and that would be all that is measured.
+// would be chance how often a worker falls asleep in between, and that would be all that is measured. Gives the
+// seconds.
 template <typename Push>
-void Flood(Push push) {
+Seconds Flood(Push push) {
+    const Seconds begin = Now();
     std::latch start(1);
     std::atomic<int> left{kTasks + kWorkers};
     for (int i = 0; i < kWorkers; ++i) {
@@ -45,6 +47,7 @@ void Flood(Push push) {
     start.count_down();
     while (left.load(std::memory_order_relaxed) > 0)
         std::this_thread::yield();
+    return Now() - begin;
 }
 
 // Pushes a task into a pool at rest, waits until it has started, and again.
@@ -58,31 +61,58 @@ void Ping(Push push) {
     }
 }
 
-template <typename Ours, typename Other>
-void ComparePools(const char* peer, const char* wanted, Ours ours, Other other) {
+struct Ours {
+    std::unique_ptr<Quern::ThreadPool> pool{Quern::ThreadPool::newCachedThreadPool(kWorkers, kWorkers, 5, 2, 1)};
+    template <typename Task>
+    void operator()(Task task) {
+        pool->pushTask(task, 0);
+    }
+};
+
+struct Simplest {
+    SimplestPool pool{kWorkers};
+    template <typename Task>
+    void operator()(Task task) {
+        pool.Push(task);
+    }
+};
+
+struct OneTbb {
+    tbb::task_arena arena{kWorkers, 0};
+    template <typename Task>
+    void operator()(Task task) {
+        arena.enqueue([task] { task(0); });
+    }
+};
+
+// Pools of their own in each round: on which processors the threads of a pool have come to run, and so whether they
+// get in each other's way, is chance and lasts as long as they do.
+template <typename Pool>
+double FloodFresh() {
+    Pool pool;
+    return Flood([&](auto task) { pool(task); }) * 1e9 / kTasks;
+}
+
+template <typename Other>
+void ComparePools(const char* peer, const char* wanted) {
+    std::vector<double> ours, others, ratios;
+    for (int round = 0; round < kRounds; ++round) {
+        ours.push_back(FloodFresh<Ours>());
+        others.push_back(FloodFresh<Other>());
+        ratios.push_back(ours.back() / others.back());
+    }
     char what[80];
     snprintf(what, sizeof what, "pool, an empty task, against %s", peer);
-    Print(what,
-          Compare(
-              kRounds, kTasks, [&] { Flood(ours); }, [&] { Flood(other); }),
-          wanted);
+    Print(what, {Median(ours), Median(others), Median(ratios)}, wanted);
+
+    Ours pool;
+    Other other;
     snprintf(what, sizeof what, "pool, from push to start, against %s", peer);
     Print(what,
           Compare(
-              kRounds, kPings, [&] { Ping(ours); }, [&] { Ping(other); }),
+              kRounds, kPings, [&] { Ping([&](auto task) { pool(task); }); },
+              [&] { Ping([&](auto task) { other(task); }); }),
           wanted);
-}
-
-void ComparePools() {
-    const std::unique_ptr<Quern::ThreadPool> pool(Quern::ThreadPool::newCachedThreadPool(kWorkers, kWorkers, 5, 2, 1));
-    const auto ours = [&](auto task) { pool->pushTask(task, 0); };
-
-    {
-        SimplestPool simplest(kWorkers);
-        ComparePools("the simplest pool", "<= 1.25", ours, [&](auto task) { simplest.Push(task); });
-    }
-    tbb::task_arena arena(kWorkers, 0);
-    ComparePools("oneTBB", "shown", ours, [&](auto task) { arena.enqueue([task] { task(0); }); });
 }
 
 // An operation is put aside under one lock; its run is no part of the cost.
@@ -150,7 +180,8 @@ int main() {
     Quern::ConsoleSink::Use(std::make_shared<Silence>());
     printf("%d workers on each side\n", kWorkers);
     PrintHead();
-    ComparePools();
+    ComparePools<Simplest>("the simplest pool", "<= 1.25");
+    ComparePools<OneTbb>("oneTBB", "shown");
     MeasureThreadedQueue();
     fflush(stdout);
     _exit(0);  // the threaded queue still holds what it has no hurry to run
