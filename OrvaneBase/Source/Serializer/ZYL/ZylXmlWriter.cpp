@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 
 #include "Base/Assert.h"
 #include "Serializer/ZYL/ZylError.h"
@@ -147,6 +148,8 @@ int ZylXmlWriter::textizeInt(long long value, bool withBlank) {
     return putNumber(value, withBlank);
 }
 int ZylXmlWriter::textizeUInt(unsigned long long value, bool withBlank) {
+    // Most numbers are small, and those are divided faster.
+    if (value <= UINT32_MAX) return putNumber(static_cast<uint32_t>(value), withBlank);
     return putNumber(value, withBlank);
 }
 int ZylXmlWriter::textizeDouble(double value, bool withBlank) {
