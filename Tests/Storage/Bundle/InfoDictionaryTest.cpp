@@ -100,14 +100,54 @@ std::string Doubling(int levels) {
     return bytes;
 }
 
+// A binary list of 250 times the same object: a text or data, by its kind, of 10000 units.
+std::string Repeating(char kind) {
+    const auto number = [](int value) { return std::string{static_cast<char>(value >> 8), static_cast<char>(value)}; };
+    const std::string head = "bplist00";
+    const std::string list = std::string("\xAF\x10\xFA", 3) + std::string(250, '\1');
+    const std::string object = kind + std::string("\x11") + number(10000) + std::string(20000, 'x');
+    std::string bytes = head + list + object + number(static_cast<int>(head.size())) +
+                        number(static_cast<int>((head + list).size())) + std::string(6, '\0') + "\x02\x01";
+    for (const size_t last : {size_t{2}, size_t{0}, (head + list + object).size()})
+        bytes += std::string(6, '\0') + number(static_cast<int>(last));
+    return bytes;
+}
+
+std::string Repeated(const std::string& text, int times) {
+    std::string all;
+    while (times-- > 0)
+        all += text;
+    return all;
+}
+
+TEST(PropertyList, SeesTheNestingThatTheParserSees) {
+    const std::string open = Repeated("<dict><key>k</key>", 9), close = Repeated("</dict>", 9);
+    const std::string nested = "<plist>" + open + close + "</plist>";
+    for (const std::string& hidden : {
+             "<plist>" + Repeated("<dict><key>k</key><!--></dict>-->", 9) + close + "</plist>",
+             "<plist>" + Repeated("<dict><?x \"?></dict>\"?><key>k</key>", 9) + close + "</plist>",
+             "<?xml x=\"?> <!-- \"?>" + nested + "<!-- -->",
+             "<!DOCTYPE plist \"> <!-- \">" + nested + "<!-- -->",
+             "<!DOCTYPE plist [ > <!-- ]>" + nested + "<!-- -->",
+             "<plist x=\"> <!-- \">" + open + close + "</plist><!-- -->",
+         }) {
+        // The parser takes each, so that nothing but the look at the shape stands in the way.
+        plist_t root = nullptr;
+        plist_from_memory(hidden.data(), static_cast<uint32_t>(hidden.size()), &root);
+        EXPECT_NE(root, nullptr) << hidden;
+        plist_free(root);
+        EXPECT_FALSE(Quern::IsPropertyListWithin(hidden, {8, 1000})) << hidden;
+    }
+    // An empty dictionary is a level of its own, and none for what follows it, however it is written.
+    for (const char* empty : {"<dict/>", "<dict />", "<dict></dict >"}) {
+        const std::string wide = Xml("<dict>" + Repeated(std::string("<key>k</key>") + empty, 20) + "</dict>");
+        EXPECT_TRUE(Quern::IsPropertyListWithin(wide, {2, 1000})) << empty;
+        EXPECT_FALSE(Quern::IsPropertyListWithin(wide, {1, 1000})) << empty;
+    }
+}
+
 TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
-    const auto repeated = [](const std::string& text, int times) {
-        std::string all;
-        while (times-- > 0)
-            all += text;
-        return all;
-    };
-    const std::string deep = repeated("<array>", 100000);
+    const std::string deep = Repeated("<array>", 100000);
     std::string selfHolding = Doubling(1);
     selfHolding[9] = 0;
     std::string zeroInKey = Binary(Manifest()), numberAsKey = zeroInKey;
@@ -119,12 +159,12 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
         {"", "it is no property list, or damaged"},
         {"{ GameId = 1; }", "it is no property list, or damaged"},
         {Xml("<array/>"), "it holds no dictionary"},
-        {Xml(deep + repeated("</array>", 100000)), "it is too large"},
-        {Xml(repeated("<array>", 50000) + repeated("</array>", 50000)), "it is damaged, or nests too deep"},
-        {Xml(repeated("<dict><key>k</key>", 30000) + repeated("</dict>", 30000)), "it is damaged, or nests too deep"},
-        {Xml(repeated("<array><!-- </array> -->", 20000)), "it is damaged, or nests too deep"},
-        {Xml(repeated("<array x=\"</array>\">", 20000)), "it is damaged, or nests too deep"},
-        {Xml("<array>" + repeated("<true/>", 140000)), "it is damaged, or nests too deep"},
+        {Xml(deep + Repeated("</array>", 100000)), "it is too large"},
+        {Xml(Repeated("<array>", 50000) + Repeated("</array>", 50000)), "it is damaged, or nests too deep"},
+        {Xml(Repeated("<dict><key>k</key>", 30000) + Repeated("</dict>", 30000)), "it is damaged, or nests too deep"},
+        {Xml(Repeated("<array><!-- </array> -->", 20000)), "it is damaged, or nests too deep"},
+        {Xml(Repeated("<array x=\"</array>\">", 20000)), "it is damaged, or nests too deep"},
+        {Xml("<array>" + Repeated("<true/>", 140000)), "it is damaged, or nests too deep"},
         {Doubling(40), "it is damaged, or nests too deep"},
         {selfHolding, "it is damaged, or nests too deep"},
         {std::string(Quern::kLargestPropertyList + 1, ' '), "it is too large"},
@@ -141,8 +181,13 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
     EXPECT_TRUE(Quern::IsPropertyListWithin(Doubling(6), {6, 127}));
     EXPECT_FALSE(Quern::IsPropertyListWithin(Doubling(6), {5, 127}));
     EXPECT_FALSE(Quern::IsPropertyListWithin(Doubling(6), {6, 126}));
-    EXPECT_TRUE(Quern::IsPropertyListWithin(Xml(repeated("<array>", 6)), {6, 100}));
-    EXPECT_FALSE(Quern::IsPropertyListWithin(Xml(repeated("<array>", 6)), {5, 100}));
+    // 251 objects, and 250 times 156 for 10000 bytes, or 312 for as many units of two.
+    for (const auto& [kind, nodes] : {std::pair{'\x4F', 39251u}, {'\x5F', 39251u}, {'\x6F', 78251u}}) {
+        EXPECT_TRUE(Quern::IsPropertyListWithin(Repeating(kind), {1, nodes}));
+        EXPECT_FALSE(Quern::IsPropertyListWithin(Repeating(kind), {1, nodes - 1}));
+    }
+    EXPECT_TRUE(Quern::IsPropertyListWithin(Xml(Repeated("<array>", 6)), {6, 100}));
+    EXPECT_FALSE(Quern::IsPropertyListWithin(Xml(Repeated("<array>", 6)), {5, 100}));
 }
 
 TEST(InfoDictionary, TakesTheHostsFileAndReadsItOnce) {

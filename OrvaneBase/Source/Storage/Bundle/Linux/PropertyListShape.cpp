@@ -10,7 +10,8 @@ namespace {
 using std::string_view;
 
 // Goes through the tags of an XML list. What the format does not know and a parser could see in another way than this
-// scan (quotes and angles inside a tag, declarations behind the first element) is refused, so that no nesting hides.
+// scan (quotes and angles inside a tag, an end inside quotes, a declaration with others inside it or behind the first
+// element) is refused, so that no nesting hides.
 class XmlScan {
 public:
     XmlScan(string_view text, const PropertyListLimits& limits) : _rest(text), _limits(limits) {}
@@ -26,30 +27,44 @@ public:
 
 private:
     bool TakeMarkup() {
-        if (_rest.starts_with("!--")) return SkipBehind("-->");
-        if (_rest.starts_with("![CDATA[")) return SkipBehind("]]>");
-        if (_rest.starts_with('?')) return SkipBehind("?>");
-        const bool isDeclaration = _rest.starts_with('!');
-        const size_t end = _rest.find('>');
-        if (end == string_view::npos) return false;
-        const string_view tag = _rest.substr(0, end);
-        _rest.remove_prefix(end + 1);
-        return isDeclaration ? _depth == 0 : TakeTag(tag);
+        string_view passed;
+        if (TakeStart("!--")) return TakeUpTo("-->", passed);
+        if (TakeStart("![CDATA[")) return TakeUpTo("]]>", passed);
+        const bool isInstruction = _rest.starts_with('?');
+        // A parser may pass over an end that stands in quotes.
+        if (!TakeUpTo(isInstruction ? "?>" : ">", passed) || std::ranges::count(passed, '"') % 2 != 0) return false;
+        if (isInstruction) return true;
+        if (passed.starts_with('!')) return _depth == 0 && passed.find('[') == string_view::npos;
+        return TakeTag(passed);
     }
 
     bool TakeTag(string_view tag) {
-        const string_view name = tag.substr(0, tag.find_first_of(" \t\r\n"));
+        const string_view name = tag.substr(0, tag.find_first_of(" \t\r\n/", 1));  // a slash in front belongs to it
+        const size_t behind = tag.find_first_not_of(" \t\r\n", name.size());
+        const string_view rest = behind == string_view::npos ? string_view() : tag.substr(behind);
         if (tag.find('<') != string_view::npos) return false;
         if (name != "plist" && tag.find_first_of("\"'") != string_view::npos) return false;
         if (++_nodes > _limits.nodes) return false;
-        if (name == "dict" || name == "array") return ++_depth <= _limits.depth;
-        if ((name == "/dict" || name == "/array") && _depth > 0) --_depth;
+        if (name == "dict" || name == "array") {
+            if (_depth >= _limits.depth) return false;
+            if (rest != "/") ++_depth;
+        } else if ((name == "/dict" || name == "/array") && rest.empty() && _depth > 0) {
+            --_depth;
+        }
         return true;
     }
 
-    bool SkipBehind(string_view end) {
+    bool TakeStart(string_view start) {
+        if (!_rest.starts_with(start)) return false;
+        _rest.remove_prefix(start.size());
+        return true;
+    }
+
+    // Moves behind `end`; `passed` is what stood in front of it.
+    bool TakeUpTo(string_view end, string_view& passed) {
         const size_t found = _rest.find(end);
         if (found == string_view::npos) return false;
+        passed = _rest.substr(0, found);
         _rest.remove_prefix(found + end.size());
         return true;
     }
@@ -103,7 +118,11 @@ private:
         if (at < kHeaderSize || at >= _offsets) return false;
         const uint8_t kind = Byte(at) & 0xF0;
         Extent extent{1, 0};
-        if (kind == 0xA0 || kind == 0xC0 || kind == 0xD0) {
+        if (kind == 0x40 || kind == 0x50 || kind == 0x60) {  // data, and texts in bytes or in units of two
+            uint64_t length = 0;
+            if (!TakeCount(at, length)) return false;
+            extent.nodes += length * (kind == 0x60 ? 2 : 1) / kPropertyListBytesPerNode;
+        } else if (kind == 0xA0 || kind == 0xC0 || kind == 0xD0) {
             uint64_t children = 0;
             if (above >= _limits.depth || !TakeCount(at, children)) return false;
             const uint64_t keys = kind == 0xD0 ? children : 0;

@@ -1,7 +1,7 @@
 // How deep and how large a property list unfolds, told without unfolding it.
 //
-// The parser recurses once a level, and a binary list may name one object in many places, each of which becomes a copy:
-// a file of a hundred bytes can ask for more memory than there is. So the shape is looked at first.
+// A tree recurses once a level when it is freed, and a binary list may name one object in many places, each of which
+// becomes a copy: a file of a hundred bytes can ask for more memory than there is. So the shape is looked at first.
 #ifndef ORVANE_STORAGE_BUNDLE_LINUX_PROPERTY_LIST_SHAPE_H
 #define ORVANE_STORAGE_BUNDLE_LINUX_PROPERTY_LIST_SHAPE_H
 
@@ -10,9 +10,12 @@
 
 namespace Quern {
 
+// So many bytes of a binary list's texts and data, which are copied with their objects, weigh as much as a node.
+constexpr uint64_t kPropertyListBytesPerNode = 64;
+
 struct PropertyListLimits {
     uint32_t depth;  // dictionaries and lists inside each other, the outermost among them
-    uint64_t nodes;  // objects and keys once unfolded
+    uint64_t nodes;  // objects and keys once unfolded, with the weight of their bytes
 };
 
 // False for what exceeds a limit, for a binary list whose tables lead outside its bytes, and for keys that are no texts
