@@ -6,33 +6,43 @@
 namespace Quern {
 namespace {
 
-// What an operation logs, with the section's name. Several share the name of another.
+// What an operation logs, with the section's name. The texts of several have the name of another.
 struct Messages {
+    const char* operation;
     const char* missing;
     const char* notDictionary;
 };
 
 constexpr const char* kNotDictionary =
     "SolidConfigReader::GetString section:%s is not a Dictionary, return defaultvalue, please Check info.plist!";
-constexpr Messages kGetInt{"SolidConfigReader::GetInt section:%s not exist, return defaultvalue", kNotDictionary};
-constexpr Messages kGetString{"SolidConfigReader::GetString section:%s not exist, return defaultvalue", kNotDictionary};
-constexpr Messages kGetBool{"SolidConfigReader::GetBool section:%s not exist, return defaultvalue", kNotDictionary};
+constexpr const char* kNoSectionForBool = "SolidConfigReader::GetBool section:%s not exist, return defaultvalue";
+constexpr Messages kGetInt{"GetInt", "SolidConfigReader::GetInt section:%s not exist, return defaultvalue",
+                           kNotDictionary};
+constexpr Messages kGetString{"GetString", "SolidConfigReader::GetString section:%s not exist, return defaultvalue",
+                              kNotDictionary};
+constexpr Messages kGetInt64{"GetInt64", kNoSectionForBool, kNotDictionary};
+constexpr Messages kGetBool{"GetBool", kNoSectionForBool, kNotDictionary};
 constexpr Messages kGetAllKeys{
-    "SolidConfigReader::GetAllKeys section:%s not exist",
+    "GetAllKeys", "SolidConfigReader::GetAllKeys section:%s not exist",
     "SolidConfigReader::GetAllKeys section:%s is not a Dictionary, please Check info.plist!"};
 constexpr Messages kIsContainKey{
-    "SolidConfigReader::IsContainKey section:%s not exist, return false",
+    "IsContainKey", "SolidConfigReader::IsContainKey section:%s not exist, return false",
     "SolidConfigReader::IsContainKey section:%s is not a Dictionary, return false, please Check info.plist!"};
+
+// A line in the name of the operation that was called.
+void Report(ALogPriority level, unsigned int line, const char* operation, const char* format, const char* section) {
+    if (!IsLogFiltered(level)) XLog(level, __FILE__, line, operation, format, section);
+}
 
 // The section's dictionary, or null with a line that says why.
 const InfoValue* FindSection(const char* section, const Messages& messages) {
     const InfoValue* found = InfoDictionary::Current().Root().Find(section);
     if (!found) {
-        ORVANE_LOG_DEBUG(messages.missing, section);
+        Report(kLogDebug, __LINE__, messages.operation, messages.missing, section);
         return nullptr;
     }
     if (!found->IsDictionary()) {
-        ORVANE_LOG_ERROR(messages.notDictionary, section);
+        Report(kLogError, __LINE__, messages.operation, messages.notDictionary, section);
         return nullptr;
     }
     return found;
@@ -52,7 +62,7 @@ int SolidConfigReader::GetInt(const char* section, const char* key, int defaultV
 }
 
 long long SolidConfigReader::GetInt64(const char* section, const char* key, long long defaultValue) {
-    const InfoValue* value = FindValue(section, key, kGetBool);
+    const InfoValue* value = FindValue(section, key, kGetInt64);
     return value && value->IsConvertible() ? value->LongLongValue() : defaultValue;
 }
 

@@ -43,7 +43,7 @@ const char* CSystemUnify::getDeviceInfo(const char* key) {
         static std::atomic<const char*> cell{nullptr};                            \
         if (const char* kept = cell.load(std::memory_order_acquire)) return kept; \
         const char* answer = getDeviceInfo(key);                                  \
-        cell.store(answer, std::memory_order_release);                            \
+        if (answer) cell.store(answer, std::memory_order_release);                \
         return answer;                                                            \
     }
 ORVANE_UNIFIED(GetUdid, "UUID")
