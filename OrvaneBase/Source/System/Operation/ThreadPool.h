@@ -29,6 +29,8 @@ public:
     using TaskType = int;
 
     struct Task {
+        Task() = default;
+        Task(TaskType kind, std::function<void(int)> call) : type(kind), function(std::move(call)) {}
         TaskType type = 0;
         std::function<void(int)> function;  // told the slot of the worker that runs it
     };
