@@ -50,7 +50,7 @@ void UnavoidableWork(const std::string& text, const std::string& path, KeepKey k
     Orvane::Quern::kx_symmetry_encrypt2(text.data(), static_cast<int>(text.size()), key.data(), body.data(), &length);
     char digest[16];
     Quern::Md5HashBuffer(digest, body.data(), length);
-    Quern::OverwriteFile(path.c_str(), body);
+    Quern::FileReplacement(path.c_str(), body).PutInPlace();
 }
 
 void CompareSet(const fs::path& folder, int lines) {

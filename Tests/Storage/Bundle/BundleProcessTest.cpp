@@ -98,6 +98,7 @@ TEST(BundleProcessTest, AKillDuringASaveLeavesWhatIsStated) {
     for (const auto& [kind, count] : kinds)
         printf("%s: %d of %d kills\n", kind.c_str(), count, kKills);
     EXPECT_EQ(kinds["another number"], 0);
+    EXPECT_EQ(kinds["file cut short"], 0);
     EXPECT_EQ(kinds["nothing found, nothing said"], 0);
     EXPECT_GT(kinds["old content"] + kinds["new content"], 0);
 }

@@ -49,7 +49,7 @@ bool CIniFileImpl::Save() {
     const CCritical guard(&_mutex);
     std::string text = _text.Join('\n');
     if (!_text.Empty()) text += '\n';
-    OverwriteFile(_path.c_str(), text);
+    FileReplacement(_path.c_str(), text).PutInPlace();
     return true;
 }
 

@@ -85,8 +85,10 @@ bool EncryptedIniFileImpl::Save() {
     _MakeTeaKey(key, publicKey);
     const std::string bytes = EncryptedIni::Build(_text, key, publicKey);
     if (bytes.empty()) return true;  // the file stays, and so must the key that opens it
+    // The key and the file that it opens change places as close together as can be.
+    FileReplacement file(_path.c_str(), bytes);
     _SaveTeaKey(key);
-    OverwriteFile(_path.c_str(), bytes);
+    file.PutInPlace();
     return true;
 }
 
