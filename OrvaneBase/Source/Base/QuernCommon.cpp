@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "Base/Container/TrimBlanks.h"
 // Upward: what is common to all comes from the manifest, the store, the device and the host's plugins.
 #include "PluginManager/PluginManager.h"
 #include "Storage/Bundle/BundleFactory.h"
@@ -26,9 +27,9 @@ const char* FromBundle(AString& field, const char* key) {
 // A text of the manifest without the blanks on both sides. Only blanks: tabs and line ends are part of it.
 const char* FromManifest(AString& field, const char* section, const char* key) {
     if (!field.empty()) return field.c_str();
-    const std::string text = SolidConfigReader::GetString(section, key, "").c_str();
-    const size_t first = text.find_first_not_of(' ');
-    if (first != std::string::npos) field = text.substr(first, text.find_last_not_of(' ') - first + 1).c_str();
+    const AString text = SolidConfigReader::GetString(section, key, "");
+    const std::string_view trimmed = TrimBlanks(text.c_str());
+    if (!trimmed.empty()) field = AString(trimmed.data(), static_cast<int>(trimmed.size()));
     return field.c_str();
 }
 

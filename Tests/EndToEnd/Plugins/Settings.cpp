@@ -6,30 +6,16 @@
 #include <cstring>
 
 #include "Orvane/AppLifecycle.h"
-#include "Orvane/IRemoteConfig.h"
+#include "Support/CoreSettings.h"
 
 namespace {
 
-class Settings : public Orvane::IRemoteConfig, public Orvane::Plugin::IRemoteConfigService {
+class Settings : public OrvaneTest::CoreSettings {
 public:
-    const char* GetName() const override { return "REMOTECONFIG"; }
-    const char* GetPluginName() const override { return "OrvaneCore"; }
-    Orvane::IRemoteConfig* GetRemoteConfig(Orvane::Plugin::PluginBase*) override { return this; }
-
-    int GetInt(const char* key, int defaultValue) override { return static_cast<int>(GetLong(key, defaultValue)); }
     long long GetLong(const char* key, long long defaultValue) override {
         const char* const value = getenv(key);
         return value ? atoll(value) : defaultValue;
     }
-    double GetDouble(const char*, double defaultValue) override { return defaultValue; }
-    bool GetBool(const char* key, bool defaultValue) override { return GetLong(key, defaultValue) != 0; }
-    bool GetString(const char*, char*, int&, const char*) override { return false; }
-    void AddObserver(Orvane::RemoteConfigObserver*) override {}
-    void RemoveObserver(Orvane::RemoteConfigObserver*) override {}
-    void SetUserInfo(int, const char*) override {}
-    void Fetch() override {}
-    void SetOption(const char*, int) override {}
-    void SetOption(const char*, const char*) override {}
 };
 
 class Stand : public Orvane::Plugin::PluginBase {

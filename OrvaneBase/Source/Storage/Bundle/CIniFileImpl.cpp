@@ -8,21 +8,12 @@
 
 #include "Base/Assert.h"
 #include "Base/XLog.h"
-#include "Storage/Bundle/EncryptedIniFileImpl.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/LineReader.h"
 #include "Storage/File/WholeFile.h"
 #include "System/Thread/Time.h"
 
 namespace Quern {
-
-IniFile* IniFile::CreateIniFile(const char* path) {
-    return new CIniFileImpl(path);
-}
-
-IniFile* IniFile::CreateEncrptedFile(const char* path) {
-    return new EncryptedIniFileImpl(path);
-}
 
 CIniFileImpl::CIniFileImpl(const char* path) : _path(path) {
     const long long begin = CTime::GetTimeTick();

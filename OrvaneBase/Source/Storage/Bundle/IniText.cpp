@@ -1,15 +1,11 @@
 #include "Storage/Bundle/IniText.h"
 
+#include "Base/Container/TrimBlanks.h"
+
 namespace Quern {
 namespace {
 
 constexpr size_t kNone = std::string_view::npos;
-
-std::string_view Trim(std::string_view text) {
-    const size_t first = text.find_first_not_of(' ');
-    if (first == kNone) return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 bool BeginsHeader(std::string_view line) {
     return !line.empty() && line.front() == '[';
@@ -20,7 +16,7 @@ bool HeaderName(std::string_view line, std::string_view& name) {
     if (!BeginsHeader(line)) return false;
     const size_t end = line.find(']');
     if (end == kNone) return false;
-    name = Trim(line.substr(1, end - 1));
+    name = TrimBlanks(line.substr(1, end - 1));
     return true;
 }
 
@@ -102,7 +98,7 @@ bool IniText::Find(std::string_view section, std::string_view key, std::string_v
         if (assignment == kNone) continue;
         if (assignment + 1 == line.size()) return false;
         const std::string_view rest = std::string_view(line).substr(assignment + 1);
-        value = Trim(rest.substr(0, rest.find('#')));
+        value = TrimBlanks(rest.substr(0, rest.find('#')));
         return true;
     }
     return false;
@@ -139,7 +135,7 @@ std::vector<std::string_view> IniText::Keys(std::string_view section) const {
     for (size_t at = header + 1; at < end; ++at) {
         const std::string_view line = _lines[at];
         const size_t assignment = line.find('=');
-        if (assignment != kNone) keys.push_back(Trim(line.substr(0, assignment)));
+        if (assignment != kNone) keys.push_back(TrimBlanks(line.substr(0, assignment)));
     }
     return keys;
 }

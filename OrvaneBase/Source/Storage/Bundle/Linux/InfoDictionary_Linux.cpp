@@ -1,13 +1,11 @@
 #include "Storage/Bundle/InfoDictionary.h"
 
-#include <limits.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <fstream>
 #include <mutex>
 
 #include "Base/ConsoleSink.h"
+#include "Base/Linux/ExecutablePath.h"
 #include "Storage/Bundle/Linux/PropertyList.h"
 
 namespace Quern {
@@ -26,9 +24,7 @@ ManifestPath& ThePath() {
 }
 
 std::string BesideExecutable() {
-    char path[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-    const std::string executable(path, length > 0 ? static_cast<size_t>(length) : 0);
+    const std::string executable = ExecutablePath();
     return executable.substr(0, executable.rfind('/') + 1) + "Info.plist";
 }
 

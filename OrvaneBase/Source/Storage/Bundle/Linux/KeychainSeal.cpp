@@ -7,9 +7,9 @@
 #include <openssl/params.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <memory>
 
+#include "Base/Linux/MachineId.h"
 #include "Serializer/Codec/EllipticCurve.h"
 
 namespace Quern {
@@ -18,14 +18,6 @@ namespace {
 constexpr char kPurpose[] = "OrvaneCore keychain 1";
 
 using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, void (*)(EVP_CIPHER_CTX*)>;
-
-std::string MachineId() {
-    for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
-        std::string id;
-        if (std::getline(std::ifstream(path), id) && !id.empty()) return id;
-    }
-    return {};
-}
 
 const uint8_t* Bytes(std::string_view text) {
     return reinterpret_cast<const uint8_t*>(text.data());

@@ -3,9 +3,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 
+#include "Base/Linux/ExecutablePath.h"
 #include "Storage/Bundle/InfoDictionary.h"
 #include "Storage/File/PathSource.h"
 
@@ -46,9 +46,7 @@ std::string BundleId() {
 }
 
 std::string ExecutableName() {
-    char path[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-    const std::string whole(path, length > 0 ? static_cast<size_t>(length) : 0);
+    const std::string whole = ExecutablePath();
     const std::string name = whole.substr(whole.rfind('/') + 1);
     return name.empty() ? "OrvaneCore" : name;
 }

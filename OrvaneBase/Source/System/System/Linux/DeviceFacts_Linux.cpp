@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "Base/Linux/MachineId.h"
 #include "Serializer/Codec/Md5.h"
 #include "Storage/Bundle/InfoDictionary.h"
 
@@ -20,14 +21,6 @@ std::string FirstLine(const char* path) {
     std::getline(file, line, '\n');
     line.resize(line.find_last_not_of(std::string(" \t\r\0", 4)) + 1);
     return line;
-}
-
-// The 16 bytes of a machine id, which is 32 hexadecimal digits. False for anything else.
-bool ParseMachineId(const std::string& text, std::string& bytes) {
-    if (text.size() != 32 || text.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) return false;
-    for (size_t i = 0; i < text.size(); i += 2)
-        bytes += static_cast<char>(std::stoi(text.substr(i, 2), nullptr, 16));
-    return true;
 }
 
 // A bundle id without its last component, which names the application.
@@ -74,11 +67,8 @@ std::string FromOsRelease(const std::string& key) {
 class LinuxDevice final : public DeviceFacts {
 public:
     std::string VendorId() override {
-        for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
-            std::string machine;
-            if (ParseMachineId(FirstLine(path), machine)) return NameBasedUuid(machine, Vendor());
-        }
-        return {};
+        const std::string machine = MachineId();
+        return machine.empty() ? machine : NameBasedUuid(machine, Vendor());
     }
 
     // The product of a PC, the board of a device tree, or at least the kind of processor.
