@@ -6,6 +6,7 @@
 
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "Support/CapturedConsole.h"
+#include "Support/CoreSettings.h"
 #include "Support/FakePlugins.h"
 
 namespace {
@@ -53,10 +54,8 @@ TEST(OrvaneCoreRemoteConfig, WithoutTheService) {
     ExpectDefaults(console, "Error PLUGIN_SERVICE_NAME_REMOTECONFIG is NULL");
 }
 
-class FakeRemoteConfig final : public Orvane::IRemoteConfig, public Orvane::Plugin::IRemoteConfigService {
+class FakeRemoteConfig final : public OrvaneTest::CoreSettings {
 public:
-    const char* GetName() const override { return "REMOTECONFIG"; }
-    const char* GetPluginName() const override { return "OrvaneCore"; }
     IRemoteConfig* GetRemoteConfig(Orvane::Plugin::PluginBase* plugin) override {
         asked = plugin;
         return this;
@@ -72,12 +71,6 @@ public:
         length = static_cast<int>(text.size());
         return true;
     }
-    void AddObserver(Orvane::RemoteConfigObserver*) override {}
-    void RemoveObserver(Orvane::RemoteConfigObserver*) override {}
-    void SetUserInfo(int, const char*) override {}
-    void Fetch() override {}
-    void SetOption(const char*, int) override {}
-    void SetOption(const char*, const char*) override {}
 
     Orvane::Plugin::PluginBase* asked = nullptr;
     std::string text;
