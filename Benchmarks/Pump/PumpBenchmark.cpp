@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "Support/Ratios.h"
-#include "System/Selector/SelectorManager.h"
-#include "System/Selector/TargetBase.h"
+#include "System/Thread/SelectorManager.h"
+#include "System/Thread/TargetBase.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "Support/FakeConfigure.h"
 #include "Support/FakeKeychain.h"
 #include "Support/TestContainer.h"
-#include "System/Selector/PerformSelector.h"
+#include "System/Application/PerformSelector.h"
 
 namespace {
 

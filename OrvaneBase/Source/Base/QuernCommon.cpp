@@ -1,16 +1,11 @@
 #include "Base/QuernCommon.h"
 
-#include <json/json.h>
-
 #include <memory>
-#include <string>
 
-#include "Base/Container/TrimBlanks.h"
-// Upward: what is common to all comes from the manifest, the store, the device and the host's plugins.
-#include "PluginManager/PluginManager.h"
+#include "Base/ProjectName.h"
 #include "Storage/Bundle/BundleFactory.h"
+#include "Storage/Bundle/GameId.h"
 #include "Storage/Bundle/SolidConfigReader.h"
-#include "System/System/CSystem.h"
 
 namespace Quern {
 namespace {
@@ -22,31 +17,6 @@ constexpr char kOpenIdKey[] = "openid";
 const char* FromBundle(AString& field, const char* key) {
     if (field.empty()) field = BundleFactory::GetInstance()->GetDefaultBundle()->Get(kUserSection, key, "");
     return field.c_str();
-}
-
-// A text of the manifest without the blanks on both sides. Only blanks: tabs and line ends are part of it.
-const char* FromManifest(AString& field, const char* section, const char* key) {
-    if (!field.empty()) return field.c_str();
-    const AString text = SolidConfigReader::GetString(section, key, "");
-    const std::string_view trimmed = TrimBlanks(text.c_str());
-    if (!trimmed.empty()) field = AString(trimmed.data(), static_cast<int>(trimmed.size()));
-    return field.c_str();
-}
-
-Json::Value InstalledPlugins() {
-    const Orvane::Plugin::PluginCollection plugins =
-        *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection();
-    Json::Value list(Json::objectValue);
-    for (const auto& [name, descriptor] : plugins)
-        list[name]["ver"] = descriptor.pluginVersion;
-    return list;
-}
-
-// As the library's compact writer has it: no blanks, and a newline at the end.
-std::string WriteCompact(const Json::Value& value) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    return Json::writeString(builder, value) + "\n";
 }
 
 }  // namespace
@@ -70,7 +40,17 @@ void QuernCommon::ReleaseInstance() {
     lastReleased = instance;
 }
 
-QuernCommon::QuernCommon() : _projectName("Orvane") {}
+QuernCommon::QuernCommon() {
+    SetProjectName("Orvane");
+}
+
+void QuernCommon::SetProjectName(const char* name) {
+    Quern::SetProjectName(name);
+}
+
+const char* QuernCommon::GetProjectName() const {
+    return ProjectName();
+}
 
 bool QuernCommon::SetUserInfo(const char* channelId, const char* openId) {
     _channelId = channelId;
@@ -89,28 +69,13 @@ const char* QuernCommon::GetOpenID() {
 }
 
 const char* QuernCommon::GetGameID() {
-    return FromManifest(_gameId, "Orvane", "GameId");
+    return GameId();
 }
 
 const char* QuernCommon::GetTransceiverUrl() {
-    return FromManifest(_transceiverUrl, "OrvaneCore", "TransceiverUrl");
-}
-
-const char* QuernCommon::GetComParams() {
-    Json::Value params(Json::objectValue);
-    params["bid"] = CSystem::GetBundleId();
-    params["cid"] = _channelId.c_str();
-    params["oid"] = _openId.c_str();
-    params["did"] = CSystem::GetUdid();
-    params["mtype"] = CSystem::GetModel();
-    params["mfrs"] = CSystem::GetDeviceBrand();
-    params["os"] = "iOS";
-    params["os_ver"] = CSystem::GetSysVersion();
-    params["app_ver"] = CSystem::GetAppVersion();
-    params["gid"] = GetGameID();
-    params["sdk_list"] = InstalledPlugins();
-    _comParams = WriteCompact(params).c_str();
-    return _comParams.c_str();
+    if (_transceiverUrl.Empty())
+        _transceiverUrl = SolidConfigReader::GetStringWithoutBlanks("OrvaneCore", "TransceiverUrl");
+    return _transceiverUrl.c_str();
 }
 
 }  // namespace Quern

@@ -1,6 +1,7 @@
 // The one place that knows which project, channel and user the process serves.
 //
-// Not locked: the fields are set early, on the main thread, and treated as stable from then on.
+// Project name and game id are leaves of their own (ProjectName, GameId), which lower units ask. The other fields are
+// not locked: they are set early, on the main thread, and treated as stable from then on.
 #ifndef ORVANE_BASE_QUERN_COMMON_H
 #define ORVANE_BASE_QUERN_COMMON_H
 
@@ -18,9 +19,9 @@ public:
     // at its last operation, may be reading it, and neither is waited for. On the thread that takes the library down.
     static void ReleaseInstance();
 
-    void SetProjectName(const char* name) { _projectName = name; }
+    void SetProjectName(const char* name);
     // "Orvane" unless it was set.
-    const char* GetProjectName() const { return _projectName.c_str(); }
+    const char* GetProjectName() const;
 
     // Keeps who the user is, in the default bundle too, for the next run. Returns the result of the last write.
     // REQUIRES: neither is null.
@@ -35,7 +36,7 @@ public:
 
     // What every request tells of the application, the user, the device and the installed plugins: a JSON object and a
     // newline. Channel and open id are those told or looked up so far; it does not look them up itself. Valid until
-    // the next call on any thread: two threads at a time race.
+    // the next call on any thread: two threads at a time race. (CommonParameters.cpp, above the plugins it lists.)
     const char* GetComParams();
 
 private:
@@ -43,12 +44,10 @@ private:
 
     static std::atomic<QuernCommon*> s_pInstance;
 
-    AString _projectName;
     AString _channelId;
     AString _openId;
     AString _transceiverUrl;
     AString _comParams;
-    AString _gameId;
     QuernCommon* _releasedBefore = nullptr;
 };
 

@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "Base/ReportHandler/ReportHandler.h"
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/ServiceRegister.h"
@@ -100,16 +99,6 @@ PluginCollection* PluginManager::GetPluginCollection() {
     return &plugins;
 }
 
-template <typename Step>
-void PluginManager::Walk(Step step) {
-    for (auto at = plugins.begin(); at != plugins.end();) {
-        const std::string name = at->first;
-        const _tagPluginDescriptor descriptor = at->second;
-        if (descriptor.plugin) step(descriptor);
-        at = plugins.upper_bound(name);
-    }
-}
-
 void PluginManager::Startup() {
     Walk([this](const _tagPluginDescriptor& descriptor) {
         ServiceRegister services;
@@ -118,17 +107,6 @@ void PluginManager::Startup() {
         if (entry != plugins.end() && entry->second.plugin == descriptor.plugin)
             entry->second.serviceNames = services.GetServiceNames();
     });
-}
-
-void PluginManager::PostStartup() {
-    BuildAllPluginNames();
-    // An event with the version of every plugin; inert without a data plugin.
-    Quern::ReportHandler versions("OrvaneSDK_Versions", 3, 2000);
-    Walk([&versions](const _tagPluginDescriptor& descriptor) {
-        descriptor.plugin->OnPostStartup();
-        versions.Add(descriptor.pluginName.c_str(), descriptor.pluginVersion.c_str());
-    });
-    versions.Report();
 }
 
 void PluginManager::PreShutdown() {

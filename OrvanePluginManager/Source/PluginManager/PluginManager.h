@@ -2,6 +2,8 @@
 #ifndef ORVANE_PLUGIN_MANAGER_PLUGIN_MANAGER_H
 #define ORVANE_PLUGIN_MANAGER_PLUGIN_MANAGER_H
 
+#include <string>
+
 #include "Orvane/IPluginManager.h"
 
 namespace Orvane::Plugin {
@@ -21,7 +23,7 @@ public:
     IPlugin* GetPluginByName(const char* pluginName) override;
     PluginCollection* GetPluginCollection() override;
     void Startup() override;
-    void PostStartup() override;
+    void PostStartup() override;  // in PluginManagerPostStartup.cpp
     void PreShutdown() override;
     void Shutdown() override;
 
@@ -32,7 +34,14 @@ private:
     // Calls step(descriptor) for each entry with a plugin, in key order. The descriptor is a copy, and the place is
     // kept by name, so that a plugin may install or uninstall, itself among others, inside its own call.
     template <typename Step>
-    void Walk(Step step);
+    void Walk(Step step) {
+        for (auto at = plugins.begin(); at != plugins.end();) {
+            const std::string name = at->first;
+            const _tagPluginDescriptor descriptor = at->second;
+            if (descriptor.plugin) step(descriptor);
+            at = plugins.upper_bound(name);
+        }
+    }
     void BuildAllPluginNames();
 
     static PluginManager* s_pInstance;

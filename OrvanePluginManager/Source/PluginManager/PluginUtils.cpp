@@ -1,7 +1,7 @@
 #include "PluginManager/PluginUtils.h"
 
+#include "Base/RunTimeClass.h"
 #include "PluginManager/PluginManager.h"
-#include "System/Application/RunTimeClass.h"
 
 using Orvane::Plugin::IPluginManager;
 using Orvane::Plugin::PluginManager;

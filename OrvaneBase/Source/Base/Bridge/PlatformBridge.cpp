@@ -2,8 +2,8 @@
 
 #include "Base/Bridge/CPlatformObjectClass.h"
 #include "Base/Bridge/PlatformCallbacks.h"
+#include "Base/RunTimeClass.h"
 #include "Orvane/IPlatformBridge.h"
-#include "System/Application/RunTimeClass.h"
 
 namespace Quern {
 namespace {

@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cstdio>
 
-// Upward: below what a configuration server answered lie the settings that ship in the manifest.
 #include "Storage/Bundle/BundleImpl.h"
 
 namespace Orvane {

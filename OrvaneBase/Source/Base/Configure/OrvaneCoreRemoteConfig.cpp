@@ -1,8 +1,7 @@
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 
 #include "Base/XLog.h"
-// The shortcut climbs to the core plugin to find the service; its header knows nothing of that.
-#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"  // upward: the shortcut finds the core plugin's service
 
 namespace Orvane {
 namespace {

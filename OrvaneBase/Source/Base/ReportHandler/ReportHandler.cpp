@@ -5,8 +5,7 @@
 #include "Base/Configure/Configure.h"
 #include "Base/XLog.h"
 #include "Orvane/ICoreReportService.h"
-// Events come from the core plugin's service; this header knows nothing of the plugin.
-#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"  // upward: events come from the core plugin's service
 
 namespace Quern {
 namespace {

@@ -29,7 +29,7 @@ public:
     virtual bool Set(const char* section, const char* key, long long value) = 0;
     virtual bool Set(const char* section, const char* key, const char* value) = 0;
     virtual bool Set(const char* section, const char* key, bool value) = 0;
-    // The project's name (QuernCommon) is the section.
+    // The project's name is the section.
     virtual bool Set(const char* key, int value) = 0;
     virtual bool Set(const char* key, long long value) = 0;
     virtual bool Set(const char* key, const char* value) = 0;

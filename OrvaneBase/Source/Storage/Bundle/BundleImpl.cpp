@@ -3,18 +3,15 @@
 #include <cstring>
 
 #include "Base/Assert.h"
-#include "Base/QuernCommon.h"
+#include "Base/ProjectName.h"
 #include "Base/XLog.h"
+#include "Storage/Bundle/GameId.h"
 #include "Storage/Bundle/SolidConfigReader.h"
 
 namespace Quern {
 namespace {
 
 constexpr char kSeparator[] = ",";
-
-const char* ProjectName() {
-    return QuernCommon::GetInstance()->GetProjectName();
-}
 
 const char* SameSection(const char* section) {
     return section;
@@ -45,7 +42,7 @@ bool SplitInto(Value& value, const AString& text) {
 }  // namespace
 
 const char* BundleImpl::_ConvertSection(const char* section) {
-    const bool isGame = section && strcmp(section, QuernCommon::GetInstance()->GetGameID()) == 0;
+    const bool isGame = section && strcmp(section, GameId()) == 0;
     return isGame ? "OrvaneGame" : section;
 }
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
+#include "Base/RunTimeClass.h"
 #include "Storage/Bundle/InfoDictionary.h"
-#include "System/Application/RunTimeClass.h"
 
 namespace Quern {
 namespace {

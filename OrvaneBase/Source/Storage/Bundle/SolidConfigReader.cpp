@@ -1,5 +1,6 @@
 #include "Storage/Bundle/SolidConfigReader.h"
 
+#include "Base/Container/TrimBlanks.h"
 #include "Base/XLog.h"
 #include "Storage/Bundle/InfoDictionary.h"
 
@@ -75,6 +76,12 @@ AString SolidConfigReader::GetString(const char* section, const char* key, const
     if (!section || !key || !defaultValue) return {};
     const InfoValue* value = FindValue(section, key, kGetString);
     return value && value->Text() ? value->Text()->c_str() : defaultValue;
+}
+
+AString SolidConfigReader::GetStringWithoutBlanks(const char* section, const char* key) {
+    const AString text = GetString(section, key, "");
+    const std::string_view trimmed = TrimBlanks(text.c_str());
+    return AString(trimmed.data(), static_cast<int>(trimmed.size()));
 }
 
 void SolidConfigReader::GetAllKeys(const char* section, AArray* keys) {

@@ -20,6 +20,8 @@ public:
     static bool GetBool(const char* section, const char* key, bool defaultValue);
     // The default for a value that is no text; empty if any argument is null.
     static AString GetString(const char* section, const char* key, const char* defaultValue);
+    // A text without the blanks at both ends; empty where there is no such text.
+    static AString GetStringWithoutBlanks(const char* section, const char* key);
     // Adds the section's keys, in the manifest's order, as strings that the array owns.
     static void GetAllKeys(const char* section, AArray* keys);
     static bool IsContainKey(const char* section, const char* key);

@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-#include "Base/QuernCommon.h"
+#include "Base/ProjectName.h"
 #include "Base/XLog.h"
 #include "Storage/File/PathSource.h"
 
@@ -62,7 +62,7 @@ const char* CPath::GetCachePath() {
 const char* CPath::GetDefaultConfigFile() {
     static const AString& path = []() -> const AString& {
         AString& built = *new AString;  // never destroyed: read from threads that outlive static objects
-        GetSubPath(built, GetCachePath(), (AString(QuernCommon::GetInstance()->GetProjectName()) + ".ini").c_str());
+        GetSubPath(built, GetCachePath(), (AString(ProjectName()) + ".ini").c_str());
         return built;
     }();
     return path.c_str();

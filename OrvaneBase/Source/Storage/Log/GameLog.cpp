@@ -1,7 +1,7 @@
 #include "Storage/Log/GameLog.h"
 
-#include "Base/QuernCommon.h"
 #include "Orvane/OrvaneCore.h"
+#include "Storage/Bundle/GameId.h"
 #include "Storage/Log/Logger.h"
 #include "System/Thread/Mutex.h"
 
@@ -12,7 +12,7 @@ Orvane::ILogger* GetOrvaneGameLog() {
     static Logger* gameLog = nullptr;
     const CCritical guard(mutex);
     if (!gameLog) {
-        const char* gameId = QuernCommon::GetInstance()->GetGameID();
+        const char* gameId = GameId();
         gameLog = new Logger(gameId);
         Orvane::Configure::GetInstance()->AddObserver(gameId, gameLog);
     }

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "Base/QuernCommon.h"
 #include "PluginManager/PluginManager.h"  // upward: the sweep covers the modules that are plugins
 #include "Storage/Log/FileLogger.h"
 #include "Storage/Log/Logger.h"
@@ -41,8 +40,6 @@ void Logger::XLogInit() {
     auto plugins = std::make_unique<std::vector<std::string>>();
     for (const auto& entry : *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection())
         plugins->push_back(entry.first);
-    // The thread's setting reads ask for the game's id, which is looked up once, unguarded: here.
-    QuernCommon::GetInstance()->GetGameID();
     if (LogCreateThread(RemoveOldLogFilesThread, "RemoveOldLogFilesThread", plugins.get())) (void)plugins.release();
 }
 

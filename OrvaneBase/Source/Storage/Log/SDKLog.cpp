@@ -4,7 +4,7 @@
 
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"  // upward: the collection of the plugins' loggers
+#include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "Storage/Log/Logger.h"
 
 namespace Orvane {

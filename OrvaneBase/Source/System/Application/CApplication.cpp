@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "Base/RunTimeClass.h"
 #include "Base/XLog.h"
-#include "System/Application/RunTimeClass.h"
 
 namespace Quern {
 

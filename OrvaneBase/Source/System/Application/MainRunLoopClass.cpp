@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
+#include "Base/RunTimeClass.h"
 #include "System/Application/MainRunLoop.h"
-#include "System/Application/RunTimeClass.h"
 
 namespace Quern {
 namespace {

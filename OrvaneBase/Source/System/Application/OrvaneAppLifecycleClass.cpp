@@ -1,6 +1,6 @@
 // The lifecycle object as other libraries and hosts reach it: by the names of run-time classes.
+#include "Base/RunTimeClass.h"
 #include "System/Application/OrvaneAppLifecycle.h"
-#include "System/Application/RunTimeClass.h"
 
 namespace Orvane {
 namespace {

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "Base/ConsoleSink.h"
+#include "Base/RunTimeClass.h"
 #include "System/Application/OrvaneAppLifecycle.h"
-#include "System/Application/RunTimeClass.h"
 #include "System/Application/SwizzleHelper.h"
 
 namespace Orvane {

@@ -1,7 +1,7 @@
 // QuernApplication as its host and observers in other libraries reach it: by the name of a run-time class.
+#include "Base/RunTimeClass.h"
 #include "System/Application/AppLifecycleEvents.h"
 #include "System/Application/QuernApplication.h"
-#include "System/Application/RunTimeClass.h"
 
 namespace Quern {
 namespace {

@@ -1,6 +1,6 @@
 #include "System/Operation/OperationQueueClass.h"
 
-#include "System/Application/RunTimeClass.h"
+#include "Base/RunTimeClass.h"
 #include "System/Operation/OperationQueue.h"
 
 namespace Quern {

@@ -5,7 +5,6 @@
 
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 #include "Orvane/IEvent.h"
-// Upward: the answers are a sibling plugin's, found through the host.
 #include "PluginManager/PluginManager.h"
 
 namespace Quern {

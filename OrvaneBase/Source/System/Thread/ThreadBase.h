@@ -16,11 +16,11 @@
 
 #include <atomic>
 
-#include "System/Selector/SelectorList.h"
-#include "System/Selector/TargetBase.h"
 #include "System/Thread/Atomic.h"
 #include "System/Thread/Condition.h"
 #include "System/Thread/Mutex.h"
+#include "System/Thread/SelectorList.h"
+#include "System/Thread/TargetBase.h"
 
 namespace Quern {
 

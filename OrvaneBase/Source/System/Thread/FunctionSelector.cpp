@@ -1,6 +1,6 @@
-#include "System/Selector/FunctionSelector.h"
+#include "System/Thread/FunctionSelector.h"
 
-#include "System/Selector/TargetBase.h"
+#include "System/Thread/TargetBase.h"
 
 namespace Quern {
 

@@ -1,12 +1,12 @@
-#include "System/Selector/PerformSelector.h"
+#include "System/Application/PerformSelector.h"
 
 #include <atomic>
 #include <memory>
 
 #include "Orvane/OrvaneCore.h"
 #include "System/Application/MainRunLoop.h"
-#include "System/Selector/PerformObject.h"
-#include "System/Selector/TargetBase.h"
+#include "System/Application/PerformObject.h"
+#include "System/Thread/TargetBase.h"
 
 namespace Quern {
 namespace {

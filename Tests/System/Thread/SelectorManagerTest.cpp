@@ -1,4 +1,4 @@
-#include "System/Selector/SelectorManager.h"
+#include "System/Thread/SelectorManager.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "System/Selector/TargetBase.h"
+#include "System/Thread/TargetBase.h"
 
 namespace Quern {
 namespace {

@@ -1,6 +1,6 @@
 // How the library enters its own classes in the run time's table.
-#ifndef ORVANE_SYSTEM_APPLICATION_RUN_TIME_CLASS_H
-#define ORVANE_SYSTEM_APPLICATION_RUN_TIME_CLASS_H
+#ifndef ORVANE_BASE_RUN_TIME_CLASS_H
+#define ORVANE_BASE_RUN_TIME_CLASS_H
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "System/Selector/PerformSelector.h"
+#include "System/Application/PerformSelector.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 
 #include "Orvane/OrvaneCore.h"
 #include "System/Application/MainRunLoop.h"
-#include "System/Selector/TargetBase.h"
+#include "System/Thread/TargetBase.h"
 
 namespace Quern {
 namespace {

@@ -1,10 +1,10 @@
 // The base of objects whose members are called through selectors.
-#ifndef ORVANE_SYSTEM_SELECTOR_TARGET_BASE_H
-#define ORVANE_SYSTEM_SELECTOR_TARGET_BASE_H
+#ifndef ORVANE_SYSTEM_THREAD_TARGET_BASE_H
+#define ORVANE_SYSTEM_THREAD_TARGET_BASE_H
 
 #include <atomic>
 
-#include "System/Selector/ISelectorCollection.h"
+#include "System/Thread/ISelectorCollection.h"
 
 namespace Quern {
 

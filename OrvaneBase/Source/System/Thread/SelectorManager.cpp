@@ -1,4 +1,4 @@
-#include "System/Selector/SelectorManager.h"
+#include "System/Thread/SelectorManager.h"
 
 namespace Quern {
 

@@ -1,11 +1,11 @@
 // Waiting calls, oldest first.
-#ifndef ORVANE_SYSTEM_SELECTOR_SELECTOR_LIST_H
-#define ORVANE_SYSTEM_SELECTOR_SELECTOR_LIST_H
+#ifndef ORVANE_SYSTEM_THREAD_SELECTOR_LIST_H
+#define ORVANE_SYSTEM_THREAD_SELECTOR_LIST_H
 
 #include <cstddef>
 #include <vector>
 
-#include "System/Selector/FunctionSelector.h"
+#include "System/Thread/FunctionSelector.h"
 
 namespace Quern {
 

@@ -1,13 +1,13 @@
 // A queue of calls, performed a bounded number at a time.
-#ifndef ORVANE_SYSTEM_SELECTOR_SELECTOR_MANAGER_H
-#define ORVANE_SYSTEM_SELECTOR_SELECTOR_MANAGER_H
+#ifndef ORVANE_SYSTEM_THREAD_SELECTOR_MANAGER_H
+#define ORVANE_SYSTEM_THREAD_SELECTOR_MANAGER_H
 
 #include <atomic>
 #include <memory>
 
-#include "System/Selector/ISelectorCollection.h"
-#include "System/Selector/SelectorList.h"
+#include "System/Thread/ISelectorCollection.h"
 #include "System/Thread/Mutex.h"
+#include "System/Thread/SelectorList.h"
 
 namespace Quern {
 

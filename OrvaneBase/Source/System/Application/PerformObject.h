@@ -1,8 +1,8 @@
 // Carries a selector to the main run loop.
-#ifndef ORVANE_SYSTEM_SELECTOR_PERFORM_OBJECT_H
-#define ORVANE_SYSTEM_SELECTOR_PERFORM_OBJECT_H
+#ifndef ORVANE_SYSTEM_APPLICATION_PERFORM_OBJECT_H
+#define ORVANE_SYSTEM_APPLICATION_PERFORM_OBJECT_H
 
-#include "System/Selector/FunctionSelector.h"
+#include "System/Thread/FunctionSelector.h"
 
 namespace Quern {
 

@@ -1,8 +1,8 @@
 // What holds calls until the right thread performs them.
-#ifndef ORVANE_SYSTEM_SELECTOR_I_SELECTOR_COLLECTION_H
-#define ORVANE_SYSTEM_SELECTOR_I_SELECTOR_COLLECTION_H
+#ifndef ORVANE_SYSTEM_THREAD_I_SELECTOR_COLLECTION_H
+#define ORVANE_SYSTEM_THREAD_I_SELECTOR_COLLECTION_H
 
-#include "System/Selector/FunctionSelector.h"
+#include "System/Thread/FunctionSelector.h"
 
 namespace Quern {
 

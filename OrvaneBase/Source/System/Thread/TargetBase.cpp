@@ -1,6 +1,6 @@
-#include "System/Selector/TargetBase.h"
+#include "System/Thread/TargetBase.h"
 
-#include "System/Selector/SelectorManager.h"
+#include "System/Thread/SelectorManager.h"
 
 namespace Quern {
 

@@ -1,6 +1,6 @@
 // A stored call: a target with a member, or a function, and up to three arguments.
-#ifndef ORVANE_SYSTEM_SELECTOR_FUNCTION_SELECTOR_H
-#define ORVANE_SYSTEM_SELECTOR_FUNCTION_SELECTOR_H
+#ifndef ORVANE_SYSTEM_THREAD_FUNCTION_SELECTOR_H
+#define ORVANE_SYSTEM_THREAD_FUNCTION_SELECTOR_H
 
 #include <type_traits>
 

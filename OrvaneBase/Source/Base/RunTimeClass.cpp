@@ -1,4 +1,4 @@
-#include "System/Application/RunTimeClass.h"
+#include "Base/RunTimeClass.h"
 
 namespace Quern {
 

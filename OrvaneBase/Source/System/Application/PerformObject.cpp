@@ -1,6 +1,6 @@
-#include "System/Selector/PerformObject.h"
+#include "System/Application/PerformObject.h"
 
-#include "System/Selector/PerformSelector.h"
+#include "System/Application/PerformSelector.h"
 
 namespace Quern {
 

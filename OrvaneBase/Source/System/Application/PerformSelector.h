@@ -3,10 +3,10 @@
 //
 // A call has no liveness check of its own: whoever destroys a target first drops its calls, with Quern_IgnoreUIThread
 // or Quern_RemoveTargetFromMainThread (Orvane/OrvaneCore.h).
-#ifndef ORVANE_SYSTEM_SELECTOR_PERFORM_SELECTOR_H
-#define ORVANE_SYSTEM_SELECTOR_PERFORM_SELECTOR_H
+#ifndef ORVANE_SYSTEM_APPLICATION_PERFORM_SELECTOR_H
+#define ORVANE_SYSTEM_APPLICATION_PERFORM_SELECTOR_H
 
-#include "System/Selector/SelectorManager.h"
+#include "System/Thread/SelectorManager.h"
 
 namespace Quern {
 
