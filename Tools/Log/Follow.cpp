@@ -73,7 +73,8 @@ void FollowSet::FollowFile(const std::string& path, bool isNamed) {
         std::error_code error;
         // A block collected together with its module's files lies among them.
         if (!isNamed && !fs::exists(files, error) && _modules.contains({folder.string(), name.module})) return;
-        Add(files.string(), name.module, "", path);
+        // Only a block grows, so that of a journal is followed, should it come again.
+        Add(files.string(), name.module, "", fs::path(path).replace_extension(kBlockExtension).string());
     } else {
         // A file without an hour in its name has no successors: it stands for a module of its own.
         const std::string module = name.hour.empty() ? std::string(BaseName(path)) : name.module;

@@ -7,8 +7,9 @@ const char kHelpText[] =
        orvane-log --keygen [FILE]
 
 Reads the logs of OrvaneCore: compressed and encrypted "*.xlog" files, plain "*.log" files, and the "*.mmap3" blocks
-that a killed process left behind. PATH is a file, a folder (all its log files, at any depth, by module and hour, the
-blocks last), or "-" for standard input. Damage is stepped over and reported on standard error.
+that a killed process left behind, with the "*.journal3" beside them. PATH is a file, a folder (all its log files, at
+any depth, by module and hour, the blocks last), or "-" for standard input. Damage is stepped over and reported on
+standard error.
 
 Keys
   --key FILE          a private key, 64 hexadecimal digits; may be given several times

@@ -29,9 +29,10 @@ std::vector<uint8_t> ReadJournal(const fs::path& path) {
 
 LeftOver ReadLeftOver(const std::string& path, ByteSource& block) {
     LeftOver leftOver;
-    leftOver.block = SnapshotBlock(block);
-    const fs::path blockPath(path);
-    if (blockPath.extension() != kBlockExtension) return leftOver;
+    const bool isJournalAlone = IsJournal(path);
+    if (!isJournalAlone) leftOver.block = SnapshotBlock(block);
+    const fs::path blockPath = fs::path(path).replace_extension(kBlockExtension);
+    if (!isJournalAlone && blockPath != path) return leftOver;
     std::vector<uint8_t> bytes = ReadJournal(fs::path(blockPath).replace_extension(kJournalExtension));
     if (bytes.empty()) return leftOver;
 

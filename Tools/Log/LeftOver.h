@@ -21,7 +21,8 @@ struct LeftOver {
     std::vector<uint8_t> block;  // the mapped block, with what the journal beside it puts right
 };
 
-// `path` is that of the block, which says where its journal and its files are. Changes nothing on the disk.
+// `path` is that of the block, which says where its journal and its files are; or that of the journal, if the block is
+// gone. Changes nothing on the disk.
 LeftOver ReadLeftOver(const std::string& path, ByteSource& block);
 
 // Hands out what is left over, oldest first.

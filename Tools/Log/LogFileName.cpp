@@ -18,10 +18,14 @@ bool IsLogFile(std::string_view path) {
     return path.ends_with(".xlog") || path.ends_with(".log") || path.ends_with(kBlockExtension);
 }
 
+bool IsJournal(std::string_view path) {
+    return path.ends_with(kJournalExtension);
+}
+
 LogFileName ParseLogFileName(std::string_view path) {
     LogFileName name;
     std::string_view stem = BaseName(path);
-    name.isBlock = stem.ends_with(kBlockExtension);
+    name.isBlock = stem.ends_with(kBlockExtension) || IsJournal(stem);
     if (const size_t dot = stem.rfind('.'); dot != std::string_view::npos) stem = stem.substr(0, dot);
     if (!name.isBlock && stem.size() > kHourDigits && stem[stem.size() - kHourDigits - 1] == '_') {
         const std::string_view hour = stem.substr(stem.size() - kHourDigits);

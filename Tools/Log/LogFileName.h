@@ -16,13 +16,14 @@ inline constexpr std::string_view kLogFolder = "OrvaneSDKLog";
 inline constexpr std::string_view kLongModule = "Quern";
 
 struct LogFileName {
-    std::string module;  // the whole stem, if the name is not of the logger's form
-    std::string hour;    // "2026112421"; empty likewise, and of a mapped block
-    bool isBlock = false;
+    std::string module;    // the whole stem, if the name is not of the logger's form
+    std::string hour;      // "2026112421"; empty likewise, and of a mapped block
+    bool isBlock = false;  // or the journal of one
 };
 
-// Whether a file in a folder is one of a logger's, by its extension.
+// Whether a file in a folder is one of a logger's, by its extension. A journal belongs to its block, and is none.
 bool IsLogFile(std::string_view path);
+bool IsJournal(std::string_view path);
 LogFileName ParseLogFileName(std::string_view path);
 
 // The last component of a path.

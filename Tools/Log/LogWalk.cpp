@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Log/BlockWalk.h"
+#include "Log/LogFileName.h"
 #include "Log/RecordWalk.h"
 #include "Log/TextWalk.h"
 
@@ -31,7 +32,7 @@ std::unique_ptr<LogWalk> MakeWalk(SourceKind kind, ByteSource& source, KeyRing& 
 }
 
 SourceKind KindOf(const std::string& path, ByteSource& source) {
-    if (path.ends_with(".mmap3")) return SourceKind::kMappedBlock;
+    if (ParseLogFileName(path).isBlock) return SourceKind::kMappedBlock;
     if (path.ends_with(".xlog")) return SourceKind::kRecords;
     uint8_t sample[kSample];
     const size_t count = std::min(source.ReadAt(0, sample, kSmallestRecord, sizeof sample), sizeof sample);

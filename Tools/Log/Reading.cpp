@@ -85,7 +85,7 @@ void Reading::Run() {
 void Reading::FindTornFiles(const std::vector<std::string>& files) {
     for (const std::string& path : files) {
         std::string ignored;
-        if (!path.ends_with(kBlockExtension)) continue;
+        if (!ParseLogFileName(path).isBlock) continue;
         const std::unique_ptr<ByteSource> block = OpenSource(path, ignored);
         if (!block) continue;
         const LeftOver leftOver = ReadLeftOver(path, *block);

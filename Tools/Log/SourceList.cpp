@@ -11,12 +11,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// A journal tells what its block had lost to it. Without the block it is read by itself.
+bool IsJournalAlone(const fs::path& path) {
+    std::error_code ignored;
+    return IsJournal(path.native()) && !fs::exists(fs::path(path).replace_extension(kBlockExtension), ignored);
+}
+
 void AddFolder(const fs::path& folder, std::vector<std::string>& found, std::vector<std::string>& problems) {
     std::error_code error;
     fs::recursive_directory_iterator entry(folder, error);
     while (!error && entry != fs::recursive_directory_iterator()) {
         std::error_code ignored;
-        if (entry->is_regular_file(ignored) && IsLogFile(entry->path().native()))
+        if (entry->is_regular_file(ignored) && (IsLogFile(entry->path().native()) || IsJournalAlone(entry->path())))
             found.push_back(entry->path().string());
         if (entry->is_directory(ignored) && !entry->is_symlink(ignored)) {
             fs::directory_iterator probe(entry->path(), ignored);
@@ -32,7 +38,8 @@ void AddFolder(const fs::path& folder, std::vector<std::string>& found, std::vec
 
 void AddIfBlock(const fs::path& path, std::vector<std::string>& found) {
     std::error_code ignored;
-    if (path.native().ends_with(kBlockExtension) && fs::is_regular_file(path, ignored)) found.push_back(path.string());
+    const bool isBlock = path.native().ends_with(kBlockExtension) || IsJournalAlone(path);
+    if (isBlock && fs::is_regular_file(path, ignored)) found.push_back(path.string());
 }
 
 // The blocks of the modules whose files a folder of the logger's layout holds.
@@ -45,8 +52,8 @@ void AddBlocksOutside(const fs::path& folder, std::vector<std::string>& found) {
         for (const auto& entry : fs::directory_iterator(whole.parent_path(), error))
             AddIfBlock(entry.path(), found);
     } else if (whole.parent_path().filename() == kLogFolder) {
-        AddIfBlock(whole.parent_path().parent_path() / (whole.filename().string() + std::string(kBlockExtension)),
-                   found);
+        for (const std::string_view extension : {kBlockExtension, kJournalExtension})
+            AddIfBlock(whole.parent_path().parent_path() / (whole.filename().string() + std::string(extension)), found);
     }
 }
 

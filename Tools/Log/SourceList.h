@@ -16,7 +16,8 @@ struct SourceList {
 
 // Files as named, "-" for standard input; of a folder all its log files, at any depth, by module and hour, the mapped
 // blocks after them. To a module's folder, and to the folder of all modules, belong the blocks that the loggers keep
-// outside, in the folder above. `modules`, if not empty, leaves out what a folder holds of other modules.
+// outside, in the folder above; where a block is gone, its journal stands for it. `modules`, if not empty, leaves out
+// what a folder holds of other modules.
 SourceList ListSources(const std::vector<std::string>& paths, const std::vector<std::string>& modules);
 
 // Whether the file of that name may hold lines of one of these modules; of none, all.

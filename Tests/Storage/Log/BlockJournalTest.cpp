@@ -7,8 +7,10 @@
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/ptrace.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cstring>
@@ -17,6 +19,7 @@
 #include <vector>
 
 #include "Storage/Log/LogBuffer.h"
+#include "Storage/Log/LogRecord.h"
 #include "Support/RecordDecoder.h"
 #include "Support/TestContainer.h"
 
@@ -126,7 +129,7 @@ TEST(BlockJournal, AKillAtAnyInstructionOfAWriteCostsNoEarlierLine) {
         bool sawFirst = false, sawBoth = false, broken = false;
         const long instructions = SingleStep(
             prepare, [&] { buffer->Write(second.data(), second.size()); },
-            [&] { return Hash(survivors.journal, 64, Hash(survivors.block, 400)); },
+            [&] { return Hash(survivors.journal, 256, Hash(survivors.block, 400)); },
             [&] {
                 const std::string text = Recover(survivors);
                 sawFirst |= text == first;
@@ -220,17 +223,89 @@ TEST_F(StagedRecord, IsAppendedOnceHoweverFarTheDeadProcessCame) {
     EXPECT_FALSE(BlockJournal(memory.data()).ResolveStaged(folder)) << "settled once and for all";
 }
 
+TEST_F(StagedRecord, IsNotLookedForInAPipe) {
+    const std::string name = "Sample_2026010203.xlog";
+    OrvaneTest::WriteFile(folder + "/" + name, "");
+    ASSERT_EQ(unlink((folder + "/" + name).c_str()) + mkfifo((folder + "/" + name).c_str(), 0600), 0);
+    journal.BeginAppend(name.c_str(), 0);
+    EXPECT_TRUE(BlockJournal(memory.data()).ResolveStaged(folder)) << "and does not wait for a writer";
+}
+
+// A machine without power keeps some of the pages that were written, and others as they were before.
+TEST(BlockJournal, ALossOfPowerLeavesAWholeRecordOrNone) {
+    constexpr size_t kPage = 4096;
+    std::vector<uint8_t> memory(kJournal), before;
+    BlockJournal journal(memory.data());
+    std::vector<uint8_t> record(3 * kPage, 'a');
+    record[0] = 9;
+    const auto stage = [&](uint8_t content) {
+        std::fill(record.begin() + LogRecord::kHeaderLength, record.end(), content);
+        LogRecord::StoreU32(record.data() + LogRecord::kLenAt, static_cast<uint32_t>(record.size() - 74));
+        journal.Stage(record.data(), record.size());
+    };
+    stage('b');
+    before = memory;
+    stage('c');
+    int whole = 0;
+    for (unsigned kept = 0; kept < 16; ++kept) {
+        std::vector<uint8_t> found = before;
+        for (size_t page = 0; page < 4; ++page)
+            if (kept >> page & 1) std::copy_n(memory.begin() + page * kPage, kPage, found.begin() + page * kPage);
+        size_t length;
+        const uint8_t* staged = BlockJournal(found.data()).Staged(length);
+        if (!staged) continue;
+        ++whole;
+        EXPECT_EQ(length, record.size());
+        EXPECT_EQ(std::count(staged + 73, staged + length, staged[73]), static_cast<long>(length - 73)) << kept;
+    }
+    EXPECT_EQ(whole, 2) << "the one before, and this one";
+}
+
+// An older process came to the same sequence number and length; what the journal has of its tail is no one's now.
+TEST(BlockJournal, PutsATailBackForItsOwnWriterAlone) {
+    for (const bool isOwn : {true, false}) {
+        std::vector<uint8_t> block(kBlock), memory(kJournal);
+        BlockJournal journal(memory.data());
+        LogBuffer buffer(block.data(), block.size(), true, TestPublicKeyDigits().c_str());
+        buffer.SetJournal(&journal);
+        std::string line = "a";
+        while (LogRecord::LoadU32(block.data() + LogRecord::kLenAt) % 8 == 0)
+            buffer.Write((line += "b").data(), line.size());
+        const size_t end = buffer.GetData().Length();
+        journal.KeepTail(block.data(), block.data() + end - end % 8);  // any bytes will do
+        std::fill_n(memory.begin() + 16, 8, '!');
+        if (!isOwn) memory[168 + 63] ^= 1;
+        const uint8_t last = block[end - 1];
+        BlockJournal(memory.data()).Reconcile(block.data(), block.size());
+        EXPECT_EQ(block[end - 1], isOwn ? '!' : last);
+    }
+}
+
 TEST(BlockJournal, DistrustsWhatItFinds) {
-    std::vector<uint8_t> memory(kJournal, 0xFF);
+    std::vector<uint8_t> memory(kJournal + 1, 0xFF);
     size_t length;
     EXPECT_EQ(BlockJournal(memory.data()).Staged(length), nullptr) << "foreign";
-    const uint32_t hostile[] = {1, 73, 153601, 0xFFFFFFFF};
-    for (const uint32_t value : hostile) {
-        memcpy(memory.data() + 24, &value, 4);
-        EXPECT_EQ(BlockJournal(memory.data()).Staged(length), nullptr) << value;
-    }
+    // Each is a record in all but one thing.
+    const auto stages = [&](uint32_t recordLength, uint8_t magic, uint32_t tooMuch, uint32_t wrongBits) {
+        uint8_t* const record = memory.data() + 256;
+        record[0] = magic;
+        LogRecord::StoreU32(record + LogRecord::kLenAt, recordLength - 74 + tooMuch);
+        const auto crc = static_cast<uint32_t>(crc32(0, record, std::min(recordLength, 153601u))) ^ wrongBits;
+        memcpy(memory.data() + 24, &recordLength, 4);
+        memcpy(memory.data() + 28, &crc, 4);
+        return BlockJournal(memory.data()).Staged(length) != nullptr;
+    };
+    EXPECT_TRUE(stages(74, 9, 0, 0));
+    EXPECT_TRUE(stages(153600, 6, 0, 0));
+    for (const uint32_t hostile : {1u, 73u, 153601u, 0xFFFFFFFFu})
+        EXPECT_FALSE(stages(hostile, 9, 0, 0)) << hostile;
+    EXPECT_FALSE(stages(1000, 5, 0, 0));
+    EXPECT_FALSE(stages(1000, 10, 0, 0));
+    EXPECT_FALSE(stages(1000, 9, 1, 0));
+    EXPECT_FALSE(stages(1000, 9, 0, 0x80000000));
+
     std::vector<uint8_t> block(kBlock, 0xFF);
-    block[0] = 7;
+    block[0] = 9;  // and a length that is none
     const std::vector<uint8_t> untouched = block;
     BlockJournal(memory.data()).Reconcile(block.data(), block.size());
     EXPECT_EQ(block, untouched);

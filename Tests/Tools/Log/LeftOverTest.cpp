@@ -1,6 +1,7 @@
 #include "Log/LeftOver.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include "Log/Reading.h"
 #include "Support/LogWriter.h"
@@ -21,11 +22,14 @@ std::string LittleEndian(uint64_t value, int bytes) {
 
 // A journal by the page that tells its format.
 std::string Journal(uint64_t undoState, std::string undoTail, const std::string& staged, int64_t offset,
-                    std::string name) {
+                    std::string name, std::string undoKey = "") {
+    const auto crc = crc32(0, reinterpret_cast<const Bytef*>(staged.data()), static_cast<uInt>(staged.size()));
     undoTail.resize(8);
-    name.resize(128 + 88);
+    name.resize(128);
+    undoKey.resize(64);
     std::string journal = "ORVJRNL3" + LittleEndian(undoState, 8) + undoTail + LittleEndian(staged.size(), 4) +
-                          LittleEndian(0, 4) + LittleEndian(static_cast<uint64_t>(offset), 8) + name + staged;
+                          LittleEndian(crc, 4) + LittleEndian(static_cast<uint64_t>(offset), 8) + name + undoKey +
+                          std::string(24, '\0') + staged;
     journal.resize(256 + 153600);
     return journal;
 }
@@ -34,10 +38,10 @@ class LeftOverTest : public testing::Test {
 protected:
     LeftOverTest() { _keys.Add(_reader.privateKey, "test"); }
 
-    // All that the folder gives.
-    std::string Read() {
+    // All that the folder gives, or a path in it.
+    std::string Read(const std::string& path = ".") {
         Arguments arguments;
-        arguments.paths = {_folder.Path()};
+        arguments.paths = {_folder / path};
         StringOutput output;
         Report report([this](const std::string& message) { _said += message + "\n"; });
         Reading(arguments, false, _keys, output, report, nullptr).Run();
@@ -68,12 +72,12 @@ TEST_F(LeftOverTest, TheTailOfAnInterruptedWriteIsPutBack) {
     _folder.Write("Pell.mmap3", MappedBlock(RecordBytes(fields, false)));
     Read();
     EXPECT_NE(_said, "") << "the journal is needed";
-    _folder.Write("Pell.journal3",
-                  Journal(5ull << 32 | deflated.size(), deflated.substr(deflated.size() - tail), "", -1, ""));
+    _folder.Write("Pell.journal3", Journal(5ull << 32 | deflated.size(), deflated.substr(deflated.size() - tail), "",
+                                           -1, "", _writer.publicKey));
     _said.clear();
     EXPECT_EQ(Read(), Joined(lines));
     EXPECT_EQ(_said, "");
-    _folder.Write("Pell.journal3", Journal(4ull << 32 | deflated.size(), "wrong", "", -1, ""));
+    _folder.Write("Pell.journal3", Journal(4ull << 32 | deflated.size(), "wrong", "", -1, "", _writer.publicKey));
     Read();
     EXPECT_NE(_said, "") << "the tail of another state";
 }
@@ -98,6 +102,18 @@ TEST_F(LeftOverTest, AStagedRecordCountsOnceWhereverTheProcessDied) {
     EXPECT_EQ(Read(), Joined(one) + Joined(two) + Joined(three));
     _folder.Write("Pell.mmap3", MappedBlock(second));
     EXPECT_EQ(Read(), Joined(one) + Joined(two));
+    // The block is gone: of a torn file the journal's copy counts.
+    std::filesystem::remove(_folder / "Pell.mmap3");
+    _folder.Write("Pell.journal3", Journal(0, "", second, offset, name));
+    for (const size_t written : {size_t{0}, size_t{20}, second.size()}) {
+        _folder.Write(_file, first + second.substr(0, written));
+        EXPECT_EQ(Read(), Joined(one) + Joined(two)) << written;
+        EXPECT_EQ(Read("OrvaneSDKLog/Pell"), Joined(one) + Joined(two)) << written;
+    }
+    _folder.Write(_file, first);
+    EXPECT_EQ(Read("Pell.journal3"), Joined(two));
+    _folder.Write("Pell.mmap3", MappedBlock(second));
+    _folder.Write("Pell.journal3", Journal(0, "", second, -1, ""));
     EXPECT_EQ(_said, "");
     // A journal that is none changes nothing.
     _folder.Write("Pell.journal3", std::string(256 + 153600, 'x'));

@@ -35,6 +35,14 @@ TEST(SourceList, OrdersByModuleAndHourTheBlocksLast) {
     EXPECT_EQ(Names(ListSources({"-", folder / "OrvaneSDKLog/Pell", "gone.xlog"}, {})),
               (std::vector<std::string>{"-", pell[0], pell[1], pell[2], "gone.xlog"}));
 
+    // A journal stands for its block where that is gone.
+    folder.Write("Pell.journal3", "");
+    EXPECT_EQ(Names(ListSources({folder / "OrvaneSDKLog"}, {})), all);
+    std::filesystem::rename(folder / "Pell.mmap3", folder / "Alpha.journal3");
+    EXPECT_EQ(Names(ListSources({folder / "OrvaneSDKLog"}, {})).back(), "Pell.journal3");
+    EXPECT_EQ(Names(ListSources({folder / "OrvaneSDKLog/Pell"}, {})).back(), "Pell.journal3");
+    EXPECT_EQ(Names(ListSources({folder.Path()}, {"Pell"})).back(), "Pell.journal3");
+
     std::filesystem::create_directory(folder / "empty");
     EXPECT_EQ(ListSources({folder / "empty"}, {}).problems.size(), 1u);
 }

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <atomic>
@@ -27,6 +28,19 @@ void StoreBarrier() {
 
 uint64_t StateOf(const uint8_t* block) {
     return static_cast<uint64_t>(LoadU16(block + kSeqAt)) << 32 | LoadU32(block + kLenAt);
+}
+
+uint32_t CrcOf(const uint8_t* record, size_t length) {
+    return static_cast<uint32_t>(crc32(0, record, static_cast<uInt>(length)));
+}
+
+// Whether the journal holds exactly one whole record. Nothing in the file is trusted.
+bool HasSoundRecord(const BlockJournalLayout& layout) {
+    const uint32_t length = layout.recordLength;
+    return length >= kHeaderLength + kTailLength && length <= BlockJournalLayout::kRecordCapacity &&
+           IsMagic(layout.record[kMagicAt]) &&
+           LoadU32(layout.record + kLenAt) == length - kHeaderLength - kTailLength &&
+           CrcOf(layout.record, length) == layout.recordCrc;
 }
 
 class Descriptor {
@@ -66,12 +80,7 @@ BlockJournal::BlockJournal(void* memory) : _layout(static_cast<BlockJournalLayou
         StoreBarrier();
         memcpy(_layout->signature, BlockJournalLayout::kSignature, sizeof _layout->signature);
     }
-    // Nothing in the file is trusted: what is staged must be exactly one record.
-    const uint32_t length = _layout->recordLength;
-    const bool isRecord = length >= kHeaderLength + kTailLength && length <= BlockJournalLayout::kRecordCapacity &&
-                          IsMagic(_layout->record[kMagicAt]) &&
-                          LoadU32(_layout->record + kLenAt) == length - kHeaderLength - kTailLength;
-    if (length != 0 && !isRecord) _layout->recordLength = 0;
+    if (_layout->recordLength != 0 && !HasSoundRecord(*_layout)) _layout->recordLength = 0;
 }
 
 void BlockJournal::Reconcile(uint8_t* block, size_t size) {
@@ -80,7 +89,8 @@ void BlockJournal::Reconcile(uint8_t* block, size_t size) {
     if (length > size - kHeaderLength) return;
 
     const size_t tail = length % kLogTeaGroup;
-    if (_layout->undoId != 0 && _layout->undoId == StateOf(block))
+    if (_layout->undoId != 0 && _layout->undoId == StateOf(block) &&
+        memcmp(_layout->undoKey, block + kPublicKeyAt, kPublicKeyLength) == 0)
         memcpy(block + kHeaderLength + length - tail, _layout->undoTail, tail);
 
     const uint32_t staged = _layout->recordLength;
@@ -94,6 +104,7 @@ void BlockJournal::ForgetTail() {
 }
 
 void BlockJournal::KeepTail(const uint8_t* block, const uint8_t* group) {
+    memcpy(_layout->undoKey, block + kPublicKeyAt, kPublicKeyLength);  // the same in all blocks of one process
     memcpy(_layout->undoTail, group, sizeof _layout->undoTail);
     StoreBarrier();
     _layout->undoId = StateOf(block);
@@ -104,6 +115,7 @@ void BlockJournal::Stage(const uint8_t* record, size_t length) {
     if (length > BlockJournalLayout::kRecordCapacity) return;
     _layout->fileOffset = BlockJournalLayout::kNotBegun;
     memcpy(_layout->record, record, length);
+    _layout->recordCrc = CrcOf(record, length);
     StoreBarrier();
     _layout->recordLength = static_cast<uint32_t>(length);
     StoreBarrier();
@@ -130,7 +142,8 @@ const uint8_t* BlockJournal::Staged(size_t& length) const {
 
 BlockJournal::InFile BlockJournal::LookForStaged(const std::string& path) const {
     const off_t begin = _layout->fileOffset;
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    // A name may be that of a pipe, which would wait for a writer.
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     struct stat status;
     if (!file || fstat(*file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= begin)
         return InFile::kNothing;

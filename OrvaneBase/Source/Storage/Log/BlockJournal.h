@@ -7,15 +7,19 @@
 //   * A flush empties the block before the copy has reached the log file. The journal holds the closed block until it
 //     is there, and knows where in which file it begins, so that it is written once, whole, whenever the process died.
 //
-// It lies beside the block, in a mapped file of its own, and is opened by the same process alone. The format is told in
-// Docs/LogFormat.md. Not thread-safe: the undo is used under the log mutex; staging and the append follow each other on
-// the one thread that flushes.
+// It lies beside the block, in a mapped file of its own, and is opened by the same process alone. A machine that loses
+// its power keeps an arbitrary choice of the pages, so what the journal holds is believed only as far as it proves
+// itself: the staged record by its checksum, the tail by the writer's key. The format is told in Docs/LogFormat.md. Not
+// thread-safe: the undo is used under the log mutex; staging and the append follow each other on the one thread that
+// flushes.
 #ifndef ORVANE_STORAGE_LOG_BLOCK_JOURNAL_H
 #define ORVANE_STORAGE_LOG_BLOCK_JOURNAL_H
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
+
+#include "Storage/Log/LogRecord.h"
 
 namespace Quern {
 
@@ -30,10 +34,11 @@ struct BlockJournalLayout {
     uint64_t undoId;        // the block's sequence number << 32 | payload length for which undoTail holds; 0: none
     uint8_t undoTail[8];    // the group that begins at the payload's last whole group's end, as it was
     uint32_t recordLength;  // of the closed block below; 0: none
-    uint32_t reserved;
-    int64_t fileOffset;            // where the record begins in the file; kNotBegun before the append
-    char fileName[kNameCapacity];  // the file's name in the module's directory, null-terminated
-    uint8_t padding[88];
+    uint32_t recordCrc;     // CRC-32 of its bytes
+    int64_t fileOffset;     // where the record begins in the file; kNotBegun before the append
+    char fileName[kNameCapacity];                  // the file's name in the module's directory, null-terminated
+    uint8_t undoKey[LogRecord::kPublicKeyLength];  // the public key of the block for which undoTail holds
+    uint8_t padding[24];
     uint8_t record[kRecordCapacity];
 };
 static_assert(offsetof(BlockJournalLayout, record) == 256 && sizeof(BlockJournalLayout) == 256 + 153600);
