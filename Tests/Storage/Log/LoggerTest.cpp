@@ -14,124 +14,15 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/PluginManager.h"
 #include "Storage/Log/GameLog.h"
+#include "Storage/Log/LoggerFixture.h"
 #include "Storage/Log/SDKLog.h"
 #include "Storage/Log/StageLog.h"
-#include "Support/FakeConfigure.h"
-#include "Support/RecordDecoder.h"
-#include "Support/TestContainer.h"
-#include "Support/ThreadedConsole.h"
-#include "Support/WaitFor.h"
-#include "System/Application/OrvaneAppLifecycle.h"
 
 namespace Quern {
 namespace {
 
 using namespace OrvaneTest;
 using ::testing::ElementsAre;
-
-const char* const kDevelopmentKeyFile = ORVANE_SOURCE_DIR "/Examples/Keys/development-log.key";
-
-CurvePrivateKey DevelopmentKey() {
-    CurvePrivateKey key{};
-    EXPECT_TRUE(HexToBuffer(ReadFile(kDevelopmentKeyFile).c_str(), key.data(), key.size()));
-    return key;
-}
-
-class LoggerTest : public ::testing::Test {
-protected:
-    LoggerTest() : console(ThreadedConsole::Install()) {
-        CacheFolder();
-        Foreground();
-    }
-    ~LoggerTest() override { ConsoleSink::Use(nullptr); }
-
-    static void Foreground() { Orvane::OrvaneAppLifecycle::sharedInstance()->applicationDidBecomeActive(nullptr); }
-    static void Background() { Orvane::OrvaneAppLifecycle::sharedInstance()->applicationDidEnterBackground(nullptr); }
-
-    // A quiet logger of that mode. Never destroyed: its flush thread lives on.
-    Logger* Make(const std::string& module, int mode) {
-        auto* logger = new Logger(module.c_str());
-        loggers.emplace_back(logger);
-        logger->SetOption("LogMode", mode);
-        logger->SetOption("LogConsoleOutput", 0);
-        logger->Init();
-        AwaitFlushThreads();
-        return logger;
-    }
-    // A flush thread looks at the block as soon as it runs, and then waits to be woken.
-    void AwaitFlushThreads() { EXPECT_TRUE(WaitUntilAllAsleep("XLogThread", console->Count(", sync:0, use mmap:"))); }
-    static void Say(Logger* logger, const std::string& text, ALogPriority level = kLogInfo) {
-        logger->Log(level, "some/where/File.cpp", 12, "Function", nullptr, text.c_str());
-    }
-    // Ends the loggers of this process, and reads what a next one brings back.
-    std::string Reopen(const std::string& module, int mode) {
-        AwaitFlushThreads();  // one that is at work would end with its logger, the others wait on
-        loggers.clear();
-        Make(module, mode);
-        return DecodeText(ReadLogFiles(module), DevelopmentKey());
-    }
-
-    std::shared_ptr<ThreadedConsole> console;
-    FakeConfigure configure;
-    std::vector<std::unique_ptr<Logger>> loggers;
-};
-
-std::vector<std::string> Texts(const std::string& lines) {
-    std::vector<std::string> texts;
-    const std::regex line(
-        R"(\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d \d{3}\] \| (\w+) \| \[(\w+)\] \|\d+\| File.cpp:12\|Function\| (.*))");
-    std::istringstream in(lines);
-    for (std::string text; std::getline(in, text);) {
-        std::smatch match;
-        texts.push_back(std::regex_match(text, match, line) ? match[1].str() + " " + match[3].str() : "? " + text);
-    }
-    return texts;
-}
-
-constexpr char kBegin[] = "? ----------- begin of mmap -----------";
-constexpr char kEnd[] = "? ----------- end of mmap -----------";
-
-TEST_F(LoggerTest, ModesOneAndTwoBringTheBlockBackBetweenTheTips) {
-    for (const int mode : {1, 2}) {
-        const std::string module = "Mode" + std::to_string(mode);
-        Logger* logger = Make(module, mode);
-        EXPECT_FALSE(std::filesystem::exists(LogFolder(module))) << "nothing to write, no folder";
-        Say(logger, "first");
-        Say(logger, "second", kLogError);
-        EXPECT_EQ(ReadLogFiles(module), "") << "what is in the block is not in a file";
-        EXPECT_EQ(std::filesystem::file_size(CacheFolder() + "/" + module + ".mmap3"), 153600u);
-        EXPECT_THAT(Texts(Reopen(module, mode)), ElementsAre(kBegin, "Info first", "Error second", kEnd));
-
-        const auto records = DecodeRecords(ReadLogFiles(module), DevelopmentKey());
-        ASSERT_EQ(records.size(), 3u);
-        EXPECT_EQ(records[0].magic, mode == 2 ? 6 : 8);
-        EXPECT_EQ(records[1].magic, mode == 2 ? 7 : 9);
-        EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(::testing::MatchesRegex(module + "_[0-9]{10}\\.xlog")));
-    }
-}
-
-// A process was killed within the tip that ends its restoring. What it wrote of it would swallow the next block's
-// header.
-TEST_F(LoggerTest, ATornEndOfARestoringIsCutOffAndWrittenWhole) {
-    const std::string tip = std::string(kEnd + 2) + "\n";
-    LogBuffer plain(nullptr, 0, true, "");
-    AutoBuffer record;
-    ASSERT_TRUE(plain.Write(tip.data(), tip.size(), record));
-    const std::string whole(reinterpret_cast<const char*>(record.Ptr()), record.Length());
-
-    const std::string file = "Torn_2026010203.xlog";
-    WriteFile(LogFolder("Torn") + "/" + file, whole + whole.substr(0, 60));
-    std::vector<uint8_t> memory(sizeof(BlockJournalLayout));
-    BlockJournal journal(memory.data());
-    journal.Stage(record.Ptr(), record.Length());
-    journal.BeginAppend(file.c_str(), static_cast<int64_t>(whole.size()));
-    WriteFile(CacheFolder() + "/Torn.journal3", std::string(memory.begin(), memory.end()));
-
-    Logger* logger = Make("Torn", 1);
-    Say(logger, "next");
-    EXPECT_EQ(ReadFile(LogFolder("Torn") + "/" + file), whole);
-    EXPECT_THAT(Texts(Reopen("Torn", 1)), ElementsAre(kEnd, kEnd, kBegin, "Info next", kEnd));
-}
 
 TEST_F(LoggerTest, ModeZeroWritesPlainLines) {
     Logger* logger = Make("Plain", 0);
@@ -265,149 +156,6 @@ TEST_F(LoggerTest, BeforeInitALineReachesConsoleAndCallbackOnly) {
     EXPECT_EQ(g_called.size(), 2u);
 }
 
-TEST_F(LoggerTest, HoldsAThousandLinesInTheBackground) {
-    Logger* logger = Make("Held", 1);
-    Background();
-    for (int i = 0; i < 1001; ++i)
-        Say(logger, "held " + std::to_string(i));
-    Foreground();
-    Say(logger, "found them");
-    const std::vector<std::string> texts = Texts(Reopen("Held", 1));
-    ASSERT_EQ(texts.size(), 1003u);
-    for (size_t i = 0; i < 1000; ++i)
-        ASSERT_EQ(texts[i + 1], "Info held " + std::to_string(i));
-    EXPECT_EQ(texts[1001], "Info found them") << "the line after the thousandth is lost";
-}
-
-TEST_F(LoggerTest, HeldBackLinesThatAreMoreThanABlockAllReachTheFile) {
-    Logger* logger = Make("HeldLong", 1);
-    Background();
-    unsigned noise = 1;
-    for (int i = 0; i < 1000; ++i) {
-        std::string text;
-        for (int k = 0; k < 600; ++k)
-            text += static_cast<char>('!' + (noise = noise * 1664525 + 1013904223) / 65536 % 90);
-        Say(logger, text);
-    }
-    Foreground();
-    Say(logger, "found them");
-    const std::string text = Reopen("HeldLong", 1);
-    EXPECT_EQ(text.find("[F]["), std::string::npos) << "no marker took the place of a line";
-    EXPECT_GE(std::count(text.begin(), text.end(), '\n'), 1001);
-}
-
-TEST_F(LoggerTest, AThirdOfTheBlockWakesTheFlushThread) {
-    Logger* logger = Make("Flushed", 2);
-    std::string expected;
-    for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i)
-        Say(logger, "line number " + std::to_string(i));
-    ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Flushed").empty(); }));
-    AwaitFlushThreads();  // the append is not one step
-    const auto record = DecodeRecords(ReadLogFiles("Flushed"), DevelopmentKey()).at(0);
-    EXPECT_GE(record.payload.size() + 73, 51200u);
-    EXPECT_LT(record.payload.size(), 76800u);
-
-    const std::vector<std::string> texts = Texts(Reopen("Flushed", 2));
-    size_t next = 0;
-    for (const std::string& text : texts)
-        if (text[0] != '?') {
-            EXPECT_EQ(text, "Info line number " + std::to_string(next++));
-        }
-    EXPECT_GT(next, 500u);
-}
-
-// A callback runs under the log mutex, which keeps the flush thread out: what it logs fills the block.
-void FillTheBlock(ALogPriority, const char*) {
-    static bool isFilling = false;
-    if (isFilling) return;
-    isFilling = true;
-    unsigned noise = 1;
-    for (int i = 0; i < 320; ++i) {
-        std::string text;
-        for (int k = 0; k < 600; ++k)
-            text += static_cast<char>('!' + (noise = noise * 1664525 + 1013904223) / 65536 % 90);
-        g_calledLogger->Log(kLogInfo, "File.cpp", 12, "Function", nullptr, text.c_str());
-    }
-    g_calledLogger->SetCallback(nullptr);
-    isFilling = false;
-}
-
-TEST_F(LoggerTest, MarkersTakeThePlaceOfLinesInAFullBlock) {
-    Logger* logger = Make("Full", 1);
-    g_calledLogger = logger;
-    logger->SetCallback(FillTheBlock);
-    Say(logger, "begin");
-    ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Full").empty(); }));
-    AwaitFlushThreads();  // the append is not one step
-    const std::string text = DecodeText(ReadLogFiles("Full"));
-    const size_t marker = text.find("[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: ");
-    ASSERT_NE(marker, std::string::npos);
-    std::istringstream in(text.substr(marker));
-    int markers = 0, previous = 122879;
-    for (std::string line; std::getline(in, line); ++markers) {
-        int length = 0;
-        ASSERT_EQ(sscanf(line.c_str(), "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: %d", &length), 1);
-        EXPECT_GT(length, previous) << "each marker is written";
-        previous = length;
-    }
-    EXPECT_GT(markers, 10);
-    EXPECT_LT(previous, 153600);
-    EXPECT_GT(std::count(text.begin(), text.begin() + static_cast<ptrdiff_t>(marker), '\n'), 100);
-}
-
-TEST_F(LoggerTest, FourThreadsKeepTheirOrderAndEveryLine) {
-    for (const int mode : {0, 1, 2}) {
-        const std::string module = "Threads" + std::to_string(mode);
-        Logger* logger = Make(module, mode);
-        constexpr int kLines = 3000;
-        std::vector<std::thread> threads;
-        for (int t = 0; t < 4; ++t)
-            threads.emplace_back([=] {
-                for (int i = 0; i < kLines; ++i)
-                    Say(logger, std::to_string(t) + " " + std::to_string(i));
-            });
-        for (std::thread& thread : threads)
-            thread.join();
-        std::string text;
-        if (mode == 0) {
-            loggers.clear();
-            text = ReadLogFiles(module);
-        } else {
-            text = Reopen(module, mode);
-        }
-        std::map<int, int> next;
-        for (const std::string& line : Texts(text)) {
-            int thread, number;
-            if (sscanf(line.c_str(), "Info %d %d", &thread, &number) != 2) continue;
-            ASSERT_EQ(number, next[thread]++) << "thread " << thread << " in mode " << mode;
-        }
-        for (int t = 0; t < 4; ++t)
-            EXPECT_EQ(next[t], kLines) << "mode " << mode;
-    }
-}
-
-TEST_F(LoggerTest, WhatCannotBeMappedIsKeptInMemory) {
-    std::filesystem::create_directories(CacheFolder() + "/Unmapped.mmap3");
-    Logger* logger = Make("Unmapped", 2);
-    EXPECT_EQ(console->Count("/Unmapped.mmap3) fail: Is a directory"), 1);
-    EXPECT_EQ(console->Count("log init module Unmapped, logMode 2, sync:0, use mmap:0"), 1);
-    for (int i = 0; i < 20000 && FilesIn(LogFolder("Unmapped")).empty(); ++i)
-        Say(logger, "line " + std::to_string(i));
-    ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Unmapped").empty(); }));
-    AwaitFlushThreads();  // the append is not one step
-    EXPECT_EQ(Texts(DecodeText(ReadLogFiles("Unmapped"), DevelopmentKey())).at(0), "Info line 0");
-}
-
-TEST_F(LoggerTest, AShorterMappedFileIsWiped) {
-    WriteFile(CacheFolder() + "/Short.mmap3", std::string("\x09\x01\x00\x01\x01\x04", 6) + std::string(100, 'x'));
-    Logger* logger = Make("Short", 1);
-    EXPECT_EQ(std::filesystem::file_size(CacheFolder() + "/Short.mmap3"), 153600u);
-    EXPECT_GE(console->Count("copy data 2 mmap file success"), 1);
-    EXPECT_EQ(ReadLogFiles("Short"), "") << "nothing is brought back";
-    Say(logger, "new");
-    EXPECT_THAT(Texts(Reopen("Short", 1)), ElementsAre(kBegin, "Info new", kEnd));
-}
-
 TEST_F(LoggerTest, DorselMustBeOfAnAge) {
     EXPECT_EQ(compareVersion("4.2.027.27094"), 0);
     EXPECT_EQ(compareVersion("4.2.27.27094"), 0) << "fields are numbers";
@@ -417,7 +165,8 @@ TEST_F(LoggerTest, DorselMustBeOfAnAge) {
     EXPECT_EQ(compareVersion("4.2"), -1) << "the rests are compared as decimal numbers: 2 and 2.027";
     EXPECT_EQ(compareVersion("5"), 1);
     EXPECT_EQ(compareVersion(""), -1);
-    EXPECT_EQ(compareVersion((std::string(100, '9') + ".1").c_str()), atoi(std::string(31, '9').c_str()) < 4 ? -1 : 1);
+    EXPECT_EQ(compareVersion((std::string(30, '0') + "9.1").c_str()), 1);
+    EXPECT_EQ(compareVersion((std::string(31, '0') + "9.1").c_str()), -1) << "a field is cut behind 31 digits";
 
     struct DorselPlugin final : Orvane::Plugin::PluginBase {
         const char* GetName() const override { return "Dorsel"; }
@@ -494,6 +243,53 @@ TEST_F(LoggerTest, TheStageLogNeedsAllItsTextsAndItsSwitch) {
     logger->XLogDetail(kLogInfo, "f", 1, "F", "M", "S", stage, status, 5, 6, "E", "U", "R", "switched off");
     loggers.clear();
     EXPECT_EQ(ReadLogFiles("Stages"), "");
+}
+
+void CallbackThatLogsAStage(ALogPriority, const char* line) {
+    g_called.push_back(line);
+    XLogDetail(kLogInfo, "f", 1, "F", "M", "S", IntelliDevStage{}, IntelliDevStatus{}, 0, 0, "E", "U", "R", "text");
+}
+
+// The first stage line looks for the switch, and the log tells what it does not find.
+TEST_F(LoggerTest, ACallbackMayLogAStageAboutTheLookForItsSwitch) {
+    OrvaneLogInit();
+    SetQuernLogCallback(CallbackThatLogsAStage);
+    g_called.clear();
+    CallbackThatLogsAStage(kLogInfo, "");
+    SetQuernLogCallback(nullptr);
+    ASSERT_EQ(g_called.size(), 2u);
+    EXPECT_TRUE(g_called[1].ends_with(" is NULL"));
+}
+
+TEST_F(LoggerTest, ThresholdsMayBeSetFromTheFirstMomentOnAnyThread) {
+    struct AnyPlugin final : Orvane::Plugin::PluginBase {
+        const char* GetName() const override { return name.c_str(); }
+        const char* GetVersion() const override { return "1.0"; }
+        void OnStartup(Orvane::Plugin::IServiceRegister*) override {}
+        void OnPostStartup() override {}
+        void OnPreShutdown() override {}
+        void OnShutdown() override {}
+        Orvane::Plugin::IPluginService* GetServiceByName(const char*) override { return nullptr; }
+        std::string name;
+    };
+    constexpr int kNames = 50;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 2; ++t)
+        threads.emplace_back([] {
+            for (int i = 0; i < kNames; ++i) {
+                Orvane::OrvaneSDKLog::GetInstance()->SetAllLogLevel(kLogWarning);
+                Orvane::OrvaneSDKLog::GetInstance()->SetLogLevel(std::to_string(i).c_str(), kLogError);
+            }
+        });
+    AnyPlugin plugin;
+    auto* service = Orvane::Plugin::OrvaneCoreLogSerivce::GetInstance();
+    for (int i = 0; i < kNames; ++i) {
+        plugin.name = std::to_string(i);
+        EXPECT_NE(service->GetLogger(&plugin), nullptr);
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(service->GetLoggerCollection()->size(), static_cast<size_t>(kNames));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "Storage/Log/LogStore.h"
 
 #include <pthread.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdarg>
@@ -21,29 +20,37 @@ namespace {
 
 constexpr size_t kMarkerLength = BUFFER_BLOCK_LENTH * 4 / 5;  // from here on markers take the place of lines
 constexpr size_t kFlushUnit = 2048;
-constexpr size_t kFlushUnits = 25;  // 51200 bytes, a third of the block, wake the flush thread
+constexpr size_t kFlushUnits = 25;
 constexpr int kMaxPendingLines = 1000;
 constexpr size_t kPathCapacity = 512;
 constexpr char kFlushThreadName[] = "XLogThread";
+constexpr char kBeginOfRestoring[] = "----------- begin of mmap -----------\n";
+constexpr char kEndOfRestoring[] = "----------- end of mmap -----------\n";
 
-// A block that grows past this although the flush thread was woken has outrun it: lines then wait a little, a few
-// milliseconds at most, before the markers would replace them.
-constexpr size_t kOutrunLength = BUFFER_BLOCK_LENTH / 2;
-constexpr int kOutrunNaps = 20;
-constexpr long kOutrunNapNanoseconds = 250000;
+// 51200 bytes, a third of the block, wake the flush thread.
+bool IsDue(size_t blockLength) {
+    return blockLength / kFlushUnit >= kFlushUnits;
+}
 
 }  // namespace
 
 LogStore::LogStore(const LogStoreOptions& options)
     : _options(options), _fileLogger(options.module.c_str(), options.mode, options.sizeLimitMiB, options.exceedOp) {}
 
-// Maps "<cache>/<module>.<extension>".
+// Maps "<cache>/<module>.<extension>". Without it lines die with the process, so each failure is told.
 void* LogStore::MapBesideTheLogs(const char* extension, size_t size) const {
     const char* cache = CPath::GetCachePath();
-    if (!cache || !*cache) return nullptr;
+    if (!cache || !*cache) {
+        ORVANE_CONSOLE(kLogError, "map %s.%s fail: there is no cache path", _options.module.c_str(), extension);
+        return nullptr;
+    }
     char path[kPathCapacity];
     const int length = snprintf(path, sizeof path, "%s/%s.%s", cache, _options.module.c_str(), extension);
-    if (length < 0 || static_cast<size_t>(length) >= sizeof path) return nullptr;  // cut, it would name another file
+    if (length < 0 || static_cast<size_t>(length) >= sizeof path) {  // cut, it would name another file
+        ORVANE_CONSOLE(kLogError, "map %s.%s fail: its path has %d bytes, %zu are too many", _options.module.c_str(),
+                       extension, length, sizeof path);
+        return nullptr;
+    }
     void* memory = nullptr;
     return open_mmap_file(path, &memory, size) == 1 ? memory : nullptr;
 }
@@ -64,18 +71,24 @@ bool LogStore::MapBlock() {
     return isMapped;
 }
 
-bool LogStore::OpenBlock(const std::shared_ptr<LogStore>& store) {
+bool LogStore::OpenBlock(const std::shared_ptr<LogStore>& store, std::atomic<LogStore*>& published) {
     bool isMapped;
     {
-        const CCritical guard(&store->_mutex);
-        isMapped = store->MapBlock();
+        AutoBuffer block;
+        bool isRestoring;
+        {
+            const CCritical guard(&store->_mutex);
+            published.store(store.get(), std::memory_order_release);
+            isMapped = store->MapBlock();
+            isRestoring = store->RestoreStaged();
+            store->_logBuffer->Flush(block);
+        }
+        // From here on other threads' lines enter the block, which is empty. They reach the file behind the last tip,
+        // since the flush thread has yet to start.
+        store->RestoreBlock(block, isRestoring);
     }
-    store->Restore();
     auto* shared = new std::shared_ptr<LogStore>(store);
-    if (LogCreateThread(FlushThread, kFlushThreadName, shared))
-        store->_hasFlushThread.store(true, std::memory_order_relaxed);
-    else
-        delete shared;
+    if (!LogCreateThread(FlushThread, kFlushThreadName, shared)) delete shared;
     return isMapped;
 }
 
@@ -84,37 +97,32 @@ void LogStore::CloseBlock() {
     _logBuffer.reset();
 }
 
-// What a dead process staged goes first: its lines are older than those of the block.
-void LogStore::Restore() {
-    AutoBuffer staged, block;
+// What a dead process staged goes first: its lines are older than those of the block. Under the log mutex, as far as
+// into the file: the block cannot be taken before, since the journal holds one record, and nobody's line may enter the
+// block before it is taken. Returns whether the first tip has been written.
+//
+// A torn record is taken for the begin of what is appended behind it. If this process is killed in the first tip, that
+// is the first tip of the next one, which finds everything still to be restored.
+bool LogStore::RestoreStaged() {
     size_t length = 0;
     const uint8_t* const record = _journal ? _journal->Staged(length) : nullptr;
-    if (record && _journal->ResolveStaged(_fileLogger.Directory().c_str())) {
-        if (LogRecord::IsCompressed(record[LogRecord::kMagicAt]))
-            staged.Write(record, length);
-        else
-            AppendStaged(record, length);  // the tip that the restoring before this one had yet to end with
-    }
-    bool hasBlock;
-    {
-        const CCritical guard(&_mutex);
-        PtrBuffer& data = _logBuffer->GetData();
-        hasBlock = LogCrypt::GetLogLen(data.Ptr(), data.Length()) != 0;
-        if (staged.Length() == 0) _logBuffer->Flush(block);
-    }
-    if (staged.Length() == 0 && !hasBlock) return;
+    if (!record || !_journal->ResolveStaged(_fileLogger.Directory().c_str())) return false;
+    AutoBuffer staged;
+    staged.Write(record, length);
+    const bool isBlock = LogRecord::IsCompressed(record[LogRecord::kMagicAt]);
+    if (isBlock) WriteTips(nullptr, kBeginOfRestoring);
+    AppendStaged(staged.Ptr(), staged.Length());  // or the tip that the restoring before this one had yet to end with
+    return isBlock;
+}
 
-    // A torn record is taken for the begin of what is appended behind it. If this process is killed in the first tip,
-    // that is the first tip of the next one, which finds everything still to be restored. Behind the last tip come
-    // lines: it goes by way of the journal.
-    WriteTips(nullptr, "----------- begin of mmap -----------\n");
-    if (staged.Length() > 0) {
-        AppendStaged(staged.Ptr(), staged.Length());
-        const CCritical guard(&_mutex);
-        _logBuffer->Flush(block);
+void LogStore::RestoreBlock(const AutoBuffer& block, bool isRestoring) {
+    if (block.Length() > 0) {
+        if (!isRestoring) WriteTips(nullptr, kBeginOfRestoring);
+        AppendStaged(block.Ptr(), block.Length());
+    } else if (!isRestoring) {
+        return;
     }
-    if (block.Length() > 0) AppendStaged(block.Ptr(), block.Length());
-    WriteTips(_journal.get(), "----------- end of mmap -----------\n");
+    WriteTips(_journal.get(), kEndOfRestoring);  // behind it come lines: it goes by way of the journal
 }
 
 void LogStore::WriteTips(BlockJournal* journal, const char* format, ...) {
@@ -164,7 +172,6 @@ void LogStore::AsyncAppendAdapter(LogLine& line) {
         return;
     }
     if (_hasPendingLines.load(std::memory_order_acquire)) TakeHeldBack();
-    WaitForRoom();
     AsyncAppend(line.text, line.length);
 }
 
@@ -184,17 +191,8 @@ void LogStore::TakeHeldBack() {
         _hasPendingLines.store(false, std::memory_order_relaxed);
     }
     for (int i = 0; i < lines.Count(); ++i) {
-        WaitForRoom();
         const AString* line = lines.AStringAtIndex(i);
         AsyncAppend(line->c_str(), static_cast<size_t>(line->length()));
-    }
-}
-
-void LogStore::WaitForRoom() const {
-    if (!_hasFlushThread.load(std::memory_order_relaxed)) return;
-    for (int nap = 0; nap < kOutrunNaps && _blockLength.load(std::memory_order_relaxed) >= kOutrunLength; ++nap) {
-        const timespec pause{0, kOutrunNapNanoseconds};
-        nanosleep(&pause, nullptr);
     }
 }
 
@@ -209,23 +207,23 @@ void LogStore::AsyncAppend(const char* line, size_t length) {
                                               static_cast<int>(blockLength)));
         line = marker;
     }
-    const bool isWritten = _logBuffer->Write(line, length);
-    const size_t newLength = _logBuffer->GetData().Length();
-    _blockLength.store(newLength, std::memory_order_relaxed);
-    if (isWritten && newLength / kFlushUnit >= kFlushUnits) _condition.WakeUp();
+    if (_logBuffer->Write(line, length) && IsDue(_logBuffer->GetData().Length())) _condition.WakeUp();
 }
 
-// Returns whether to go on.
 bool LogStore::Flush() {
     AutoBuffer block;
     {
         const CCritical guard(&_mutex);
         if (!_logBuffer) return false;
         _logBuffer->Flush(block);
-        _blockLength.store(0, std::memory_order_relaxed);
     }
     if (block.Length() > 0) AppendStaged(block.Ptr(), block.Length());
     return true;
+}
+
+bool LogStore::IsFlushDue() {
+    const CCritical guard(&_mutex);
+    return _logBuffer && IsDue(_logBuffer->GetData().Length());
 }
 
 void* LogStore::FlushThread(void* argument) {
@@ -235,6 +233,9 @@ void* LogStore::FlushThread(void* argument) {
     set_thread_name(kFlushThreadName);
     for (;;) {
         if (!isIosBackground() && !store.Flush()) return nullptr;
+        // Lines that came while the copy went to the file woke nobody. Those that come between this look and the wait
+        // leave it to the next line.
+        if (!isIosBackground() && store.IsFlushDue()) continue;
         store._condition.TimeWait(store._options.threadWaitMilliseconds);
     }
 }

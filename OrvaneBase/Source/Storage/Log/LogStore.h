@@ -41,12 +41,14 @@ public:
     explicit LogStore(const LogStoreOptions& options);
 
     // Modes 1 and 2: opens the block, brings back what a dead process left in it, and starts the flush thread, which
-    // shares the ownership of the store. Returns whether the block lies in a mapped file.
-    static bool OpenBlock(const std::shared_ptr<LogStore>& store);
+    // shares the ownership of the store. Other threads find the store in `published` before there is a block; their
+    // lines wait for the log mutex meanwhile. Returns whether the block lies in a mapped file.
+    static bool OpenBlock(const std::shared_ptr<LogStore>& store, std::atomic<LogStore*>& published);
     // Lets the flush thread end at its next turn; what is in the block stays there.
     void CloseBlock();
 
-    // Any thread. Appends the line, in the form of the mode. `line` has room for the newline.
+    // Any thread. Appends the line, in the form of the mode. `line` has room for the newline. In modes 1 and 2 it waits
+    // for nothing but the log mutex: a block that fills faster than it is flushed loses lines to the markers.
     void Append(LogLine& line);
 
     // The log mutex: guards the block and the callback. Recursive: a callback may log.
@@ -56,16 +58,18 @@ private:
     void SyncAppend(LogLine& line);
     void AsyncAppendAdapter(LogLine& line);
     void AsyncAppend(const char* line, size_t length);
-    void WaitForRoom() const;
     void HoldBack(const LogLine& line);
     void TakeHeldBack();
 
     void* MapBesideTheLogs(const char* extension, size_t size) const;
     bool MapBlock();
-    void Restore();
+    bool RestoreStaged();
+    void RestoreBlock(const AutoBuffer& block, bool isRestoring);
     void WriteTips(BlockJournal* journal, const char* format, ...) __attribute__((format(printf, 3, 4)));
     void AppendStaged(const void* data, size_t length);
+    // False once the store is closed.
     bool Flush();
+    bool IsFlushDue();
     static void* FlushThread(void* argument);
 
     const LogStoreOptions _options;
@@ -77,9 +81,6 @@ private:
     std::unique_ptr<uint8_t[]> _heapBlock;  // where no file can be mapped; such a block does not survive
     std::unique_ptr<BlockJournal> _journal;
     std::unique_ptr<LogBuffer> _logBuffer;
-
-    std::atomic<size_t> _blockLength{0};  // for looking at without the mutex
-    std::atomic<bool> _hasFlushThread{false};
 
     CMutex _pendingMutex{true};
     AArray _pendingLines;  // of AString; under _pendingMutex

@@ -104,7 +104,7 @@ void Logger::SetFlagsFromMode() {
 }
 
 void Logger::Init() {
-    if (_inited.load(std::memory_order_acquire)) return;
+    if (_isInitCalled.exchange(true)) return;
     ReadOptions(_moduleName.c_str());
     if (_moduleName == kProjectModule) ReadOptions(kCoreModule);
     _threadWait = static_cast<uint32_t>(
@@ -117,12 +117,13 @@ void Logger::Init() {
                         static_cast<LogExceedOp>(_exceedOp.load(std::memory_order_relaxed)), _threadWait});
     const long long begin = CTime::GetTimeTick();
     bool isMapped = true;  // and in mode 0, which maps nothing, it is reported so all the same
-    if (_sync != kAppendSync) isMapped = LogStore::OpenBlock(_storeOwner);
-    _store.store(_storeOwner.get(), std::memory_order_release);
+    if (_sync == kAppendSync)
+        _store.store(_storeOwner.get(), std::memory_order_release);
+    else
+        isMapped = LogStore::OpenBlock(_storeOwner, _store);
     ORVANE_LOG_INFO("log init module %s, logMode %d, sync:%d, use mmap:%d, mmap cost %lld us", _moduleName.c_str(),
                     static_cast<int>(_logMode.load(std::memory_order_relaxed)), static_cast<int>(_sync),
                     static_cast<int>(isMapped), CTime::GetTimeTick() - begin);
-    _inited.store(true, std::memory_order_release);
 }
 
 void Logger::Log(ALogPriority priority, const char* file, unsigned int line, const char* function, const char*,

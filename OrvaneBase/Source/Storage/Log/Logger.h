@@ -71,8 +71,8 @@ private:
     std::atomic<int32_t> _logMode{0};
     std::atomic<int32_t> _singleSizeLimit{0};  // in MiB
     std::atomic<int32_t> _exceedOp{kLogStartOver};
-    uint32_t _threadWait = 86400000;  // in milliseconds
-    std::atomic<bool> _inited{false};
+    uint32_t _threadWait = 86400000;         // in milliseconds
+    std::atomic<bool> _isInitCalled{false};  // by whichever thread came first
     // What Init makes. Shared with the flush thread, which may outlive the logger.
     std::shared_ptr<LogStore> _storeOwner;
     std::atomic<LogStore*> _store{nullptr};

@@ -1,0 +1,361 @@
+// Where a logger's lines go: the block, the thread that drains it, what a dead process left.
+
+#include "Storage/Log/LogStore.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <thread>
+
+#include "Storage/File/PathSource.h"
+#include "Storage/Log/LoggerFixture.h"
+
+namespace Quern {
+namespace {
+
+using namespace OrvaneTest;
+using ::testing::ElementsAre;
+
+using LogStoreTest = LoggerTest;
+
+// A text of that length that deflate can do little with.
+std::string Noise(size_t length) {
+    static unsigned state = 1;
+    std::string text;
+    while (text.size() < length)
+        text += static_cast<char>('!' + (state = state * 1664525 + 1013904223) / 65536 % 90);
+    return text;
+}
+
+// The log file of this hour and of the next, as a pipe: whoever appends to it waits until the test drains it.
+class StuckFile {
+public:
+    explicit StuckFile(const std::string& module) {
+        std::filesystem::create_directories(LogFolder(module));
+        for (const time_t hour : {time(nullptr), time(nullptr) + 3600}) {
+            char name[16];
+            tm local;
+            strftime(name, sizeof name, "%Y%m%d%H", localtime_r(&hour, &local));
+            _paths.push_back(LogFolder(module) + "/" + module + "_" + name + ".xlog");
+            EXPECT_EQ(mkfifo(_paths.back().c_str(), 0600), 0);
+            _pipes.push_back(open(_paths.back().c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+            EXPECT_GT(fcntl(_pipes.back(), F_SETPIPE_SZ, 4096), 0);
+        }
+    }
+    ~StuckFile() {
+        for (size_t i = 0; i < _pipes.size(); ++i) {
+            close(_pipes[i]);
+            unlink(_paths[i].c_str());
+        }
+    }
+    // From now on not even a byte goes in.
+    void Fill() {
+        for (const int pipe : _pipes)
+            while (write(pipe, "", 1) == 1)
+                continue;
+    }
+    bool HasData() const {
+        int count, all = 0;
+        for (const int pipe : _pipes)
+            if (ioctl(pipe, FIONREAD, &count) == 0) all += count;
+        return all > 0;
+    }
+    // What was appended until now, without that which Fill put in.
+    const std::string& Drain() {
+        char piece[4096];
+        for (const int pipe : _pipes)
+            for (ssize_t count; (count = read(pipe, piece, sizeof piece)) > 0;)
+                if (!_text.empty() || piece[0] != '\0') _text.append(piece, static_cast<size_t>(count));
+        return _text;
+    }
+
+private:
+    std::vector<std::string> _paths;
+    std::vector<int> _pipes;
+    std::string _text;
+};
+
+TEST_F(LogStoreTest, ModesOneAndTwoBringTheBlockBackBetweenTheTips) {
+    for (const int mode : {1, 2}) {
+        const std::string module = "Mode" + std::to_string(mode);
+        Logger* logger = Make(module, mode);
+        EXPECT_FALSE(std::filesystem::exists(LogFolder(module))) << "nothing to write, no folder";
+        Say(logger, "first");
+        Say(logger, "second", kLogError);
+        EXPECT_EQ(ReadLogFiles(module), "") << "what is in the block is not in a file";
+        EXPECT_EQ(std::filesystem::file_size(CacheFolder() + "/" + module + ".mmap3"), 153600u);
+        EXPECT_THAT(Texts(Reopen(module, mode)), ElementsAre(kBegin, "Info first", "Error second", kEnd));
+
+        const auto records = DecodeRecords(ReadLogFiles(module), DevelopmentKey());
+        ASSERT_EQ(records.size(), 3u);
+        EXPECT_EQ(records[0].magic, mode == 2 ? 6 : 8);
+        EXPECT_EQ(records[1].magic, mode == 2 ? 7 : 9);
+        EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(::testing::MatchesRegex(module + "_[0-9]{10}\\.xlog")));
+    }
+}
+
+// A process was killed within the tip that ends its restoring. What it wrote of it would swallow the next block's
+// header.
+TEST_F(LogStoreTest, ATornEndOfARestoringIsCutOffAndWrittenWhole) {
+    const std::string tip = std::string(kEnd + 2) + "\n";
+    LogBuffer plain(nullptr, 0, true, "");
+    AutoBuffer record;
+    ASSERT_TRUE(plain.Write(tip.data(), tip.size(), record));
+    const std::string whole(reinterpret_cast<const char*>(record.Ptr()), record.Length());
+
+    const std::string file = "Torn_2026010203.xlog";
+    WriteFile(LogFolder("Torn") + "/" + file, whole + whole.substr(0, 60));
+    std::vector<uint8_t> memory(sizeof(BlockJournalLayout));
+    BlockJournal journal(memory.data());
+    journal.Stage(record.Ptr(), record.Length());
+    journal.BeginAppend(file.c_str(), static_cast<int64_t>(whole.size()));
+    WriteFile(CacheFolder() + "/Torn.journal3", std::string(memory.begin(), memory.end()));
+
+    Logger* logger = Make("Torn", 1);
+    Say(logger, "next");
+    EXPECT_EQ(ReadFile(LogFolder("Torn") + "/" + file), whole);
+    EXPECT_THAT(Texts(Reopen("Torn", 1)), ElementsAre(kEnd, kEnd, kBegin, "Info next", kEnd));
+}
+
+TEST_F(LogStoreTest, HoldsAThousandLinesInTheBackground) {
+    Logger* logger = Make("Held", 1);
+    Background();
+    for (int i = 0; i < 1001; ++i)
+        Say(logger, "held " + std::to_string(i));
+    Foreground();
+    Say(logger, "found them");
+    const std::vector<std::string> texts = Texts(Reopen("Held", 1));
+    ASSERT_EQ(texts.size(), 1003u);
+    for (size_t i = 0; i < 1000; ++i)
+        ASSERT_EQ(texts[i + 1], "Info held " + std::to_string(i));
+    EXPECT_EQ(texts[1001], "Info found them") << "the line after the thousandth is lost";
+}
+
+TEST_F(LogStoreTest, AThirdOfTheBlockWakesTheFlushThread) {
+    Logger* logger = Make("Flushed", 2);
+    std::string expected;
+    for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i)
+        Say(logger, "line number " + std::to_string(i));
+    ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Flushed").empty(); }));
+    AwaitFlushThreads();  // the append is not one step
+    const auto record = DecodeRecords(ReadLogFiles("Flushed"), DevelopmentKey()).at(0);
+    EXPECT_GE(record.payload.size() + 73, 51200u);
+    EXPECT_LT(record.payload.size(), 76800u);
+
+    const std::vector<std::string> texts = Texts(Reopen("Flushed", 2));
+    size_t next = 0;
+    for (const std::string& text : texts)
+        if (text[0] != '?') {
+            EXPECT_EQ(text, "Info line number " + std::to_string(next++));
+        }
+    EXPECT_GT(next, 500u);
+}
+
+// A wake that falls into the append finds nobody waiting. And nobody waits for the thread that appends.
+TEST_F(LogStoreTest, WhatComesWhileTheFileTakesItsTimeIsFlushedBehindIt) {
+    Logger* logger = Make("Stuck", 1);
+    StuckFile file("Stuck");
+    std::vector<std::string> expected;
+    const auto say = [&](int lines) {
+        while (lines-- > 0) {
+            const std::string text = Noise(600);
+            expected.push_back("Info " + text);
+            Say(logger, text);
+        }
+    };
+    say(110);
+    ASSERT_TRUE(WaitFor([&] { return file.HasData(); }));
+    rusage before, after;
+    getrusage(RUSAGE_THREAD, &before);
+    say(180);
+    getrusage(RUSAGE_THREAD, &after);
+    EXPECT_LT(after.ru_nvcsw - before.ru_nvcsw, 90) << "times that the caller has gone to sleep";
+    EXPECT_TRUE(WaitFor([&] { return file.Drain().size() > 130000; })) << "nobody wakes the flush thread again";
+    EXPECT_TRUE(WaitFor([&] { return file.Drain().back() == 0; }));
+    EXPECT_EQ(Texts(DecodeText(file.Drain())), expected);
+}
+
+// Other threads' lines come at any moment of Init. Where the dead process had a record on its way as well, they wait
+// until that is in the file.
+TEST_F(LogStoreTest, LinesThatComeWhileTheBlockIsBroughtBackGoBehindIt) {
+    for (const bool isStaged : {false, true}) {
+        SCOPED_TRACE(isStaged);
+        const std::string module = isStaged ? "Staged" : "Open";
+        std::vector<std::string> expected = {kBegin, "Info before", kEnd, "Info meanwhile"};
+        Say(Make(module, 1), "before");
+        AwaitFlushThreads();
+        loggers.clear();
+        if (isStaged) {
+            std::vector<uint8_t> block(BUFFER_BLOCK_LENTH), memory(sizeof(BlockJournalLayout));
+            BlockJournal journal(memory.data());
+            LogBuffer buffer(block.data(), block.size(), true, "");
+            buffer.SetJournal(&journal);
+            buffer.Write("older\n", 6);
+            AutoBuffer out;
+            buffer.Flush(out);
+            WriteFile(CacheFolder() + "/" + module + ".journal3", std::string(memory.begin(), memory.end()));
+            expected.insert(expected.begin() + 1, "? older");
+        }
+        StuckFile file(module);
+        file.Fill();
+        auto* logger = new Logger(module.c_str());
+        loggers.emplace_back(logger);
+        logger->SetOption("LogMode", 1);
+        logger->SetOption("LogConsoleOutput", 0);
+        std::atomic<int> ended{0};
+        const auto run = [&](const std::function<void()>& work) {
+            std::atomic<pid_t> thread{0};
+            std::thread started([&, work] {
+                thread = gettid();
+                work();
+                ++ended;
+            });
+            EXPECT_TRUE(WaitFor([&] { return ended == 2 || (thread != 0 && ThreadState(thread) == 'S'); }));
+            EXPECT_TRUE(ThreadState(thread) == 0 || WaitUntilAsleep(thread));
+            return started;
+        };
+        std::thread init = run([&] { logger->Init(); });
+        std::thread other = isStaged ? run([&] { Say(logger, "meanwhile"); }) : std::thread();
+        if (!isStaged) Say(logger, "meanwhile");
+        EXPECT_TRUE(WaitFor([&] { return file.Drain().size() > 0 && ended == (isStaged ? 2 : 1); }));
+        init.join();
+        if (isStaged) other.join();
+        AwaitFlushThreads();
+        EXPECT_TRUE(WaitFor([&] { return Texts(DecodeText(file.Drain())).size() == expected.size(); }));
+        EXPECT_EQ(Texts(DecodeText(file.Drain())), expected);
+    }
+}
+
+// Keeps the block in memory, where lines die with the process: not without a word.
+TEST_F(LogStoreTest, SaysWhyABlockHasNoFile) {
+    Make(std::string(500, 'm'), 1);
+    EXPECT_EQ(console->Count(".mmap3 fail: its path has "), 1);
+    EXPECT_EQ(console->Count("logMode 1, sync:0, use mmap:0"), 1);
+}
+
+TEST(LogStore, SaysThatThereIsNoCachePath) {
+    class Nowhere final : public PathSource {
+        std::string Home() override { return ""; }
+        std::string Documents() override { return ""; }
+        std::string Caches() override { return ""; }
+    };
+    PathSource::Use(std::make_shared<Nowhere>());
+    const auto console = ThreadedConsole::Install();
+    Logger logger("Homeless");
+    logger.SetOption("LogMode", 2);
+    logger.Init();
+    EXPECT_EQ(console->Count("map Homeless.mmap3 fail: there is no cache path"), 1);
+    WaitUntilAllAsleep("XLogThread", 1);
+}
+
+Logger* g_fullLogger;
+
+// A callback runs under the log mutex, which keeps the flush thread out: what it logs fills the block.
+void FillTheBlock(ALogPriority, const char*) {
+    static bool isFilling = false;
+    if (isFilling) return;
+    isFilling = true;
+    for (int i = 0; i < 320; ++i)
+        g_fullLogger->Log(kLogInfo, "File.cpp", 12, "Function", nullptr, Noise(600).c_str());
+    g_fullLogger->SetCallback(nullptr);
+    isFilling = false;
+}
+
+TEST_F(LogStoreTest, MarkersTakeThePlaceOfLinesInAFullBlock) {
+    Logger* logger = Make("Full", 1);
+    g_fullLogger = logger;
+    logger->SetCallback(FillTheBlock);
+    Say(logger, "begin");
+    ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Full").empty(); }));
+    AwaitFlushThreads();  // the append is not one step
+    const std::string text = DecodeText(ReadLogFiles("Full"));
+    const size_t marker = text.find("[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: ");
+    ASSERT_NE(marker, std::string::npos);
+    std::istringstream in(text.substr(marker));
+    int markers = 0, previous = 122879;
+    for (std::string line; std::getline(in, line); ++markers) {
+        int length = 0;
+        ASSERT_EQ(sscanf(line.c_str(), "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: %d", &length), 1);
+        EXPECT_GT(length, previous) << "each marker is written";
+        previous = length;
+    }
+    EXPECT_GT(markers, 10);
+    EXPECT_LT(previous, 153600);
+    EXPECT_GT(std::count(text.begin(), text.begin() + static_cast<ptrdiff_t>(marker), '\n'), 100);
+}
+
+TEST_F(LogStoreTest, FourThreadsKeepTheirOrderAndEveryLineThatNoMarkerReplaced) {
+    for (const int mode : {0, 1, 2}) {
+        const std::string module = "Threads" + std::to_string(mode);
+        Logger* logger = Make(module, mode);
+        constexpr int kLines = 3000;
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t)
+            threads.emplace_back([=] {
+                for (int i = 0; i < kLines; ++i)
+                    Say(logger, std::to_string(t) + " " + std::to_string(i));
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+        std::string text;
+        if (mode == 0) {
+            loggers.clear();
+            text = ReadLogFiles(module);
+        } else {
+            text = Reopen(module, mode);
+        }
+        std::map<int, int> next;
+        int kept = 0, markers = 0, fullest = 0;
+        for (const std::string& line : Texts(text)) {
+            int thread, number;
+            if (sscanf(line.c_str(), "? [F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: %d", &number) ==
+                1) {
+                ++markers;
+                fullest = std::max(fullest, number);
+            } else if (sscanf(line.c_str(), "Info %d %d", &thread, &number) == 2) {
+                ++kept;
+                ASSERT_GE(number, next[thread]) << "thread " << thread << " in mode " << mode;
+                ASSERT_TRUE(number == next[thread] || markers > 0);
+                next[thread] = number + 1;
+            }
+        }
+        // A block that is full to the brim drops in silence.
+        if (fullest < 153000) {
+            EXPECT_EQ(kept + markers, 4 * kLines) << "mode " << mode;
+        }
+        EXPECT_GT(kept, 0);
+    }
+}
+
+TEST_F(LogStoreTest, WhatCannotBeMappedIsKeptInMemory) {
+    std::filesystem::create_directories(CacheFolder() + "/Unmapped.mmap3");
+    Logger* logger = Make("Unmapped", 2);
+    EXPECT_EQ(console->Count("/Unmapped.mmap3) fail: Is a directory"), 1);
+    EXPECT_EQ(console->Count("log init module Unmapped, logMode 2, sync:0, use mmap:0"), 1);
+    for (int i = 0; i < 20000 && FilesIn(LogFolder("Unmapped")).empty(); ++i)
+        Say(logger, "line " + std::to_string(i));
+    ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Unmapped").empty(); }));
+    AwaitFlushThreads();  // the append is not one step
+    EXPECT_EQ(Texts(DecodeText(ReadLogFiles("Unmapped"), DevelopmentKey())).at(0), "Info line 0");
+}
+
+TEST_F(LogStoreTest, AShorterMappedFileIsWiped) {
+    WriteFile(CacheFolder() + "/Short.mmap3", std::string("\x09\x01\x00\x01\x01\x04", 6) + std::string(100, 'x'));
+    Logger* logger = Make("Short", 1);
+    EXPECT_EQ(std::filesystem::file_size(CacheFolder() + "/Short.mmap3"), 153600u);
+    EXPECT_GE(console->Count("copy data 2 mmap file success"), 1);
+    EXPECT_EQ(ReadLogFiles("Short"), "") << "nothing is brought back";
+    Say(logger, "new");
+    EXPECT_THAT(Texts(Reopen("Short", 1)), ElementsAre(kBegin, "Info new", kEnd));
+}
+
+}  // namespace
+}  // namespace Quern
