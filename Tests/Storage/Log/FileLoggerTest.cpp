@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <thread>
 #include <vector>
 
 #include "Storage/Log/BlockJournal.h"
@@ -72,6 +74,31 @@ TEST_F(FileLoggerTest, AFolderOrFileThatIsTakenAwayComesBack) {
         EXPECT_EQ(ReadLogFiles("Back"), "three");
     }
     EXPECT_THAT(console->Lines(), IsEmpty());
+}
+
+// The open file does not tell that a folder above it has been renamed.
+TEST_F(FileLoggerTest, AFolderThatIsTakenAwayAtTheTurnOfAnHourComesBack) {
+    const std::string all = CacheFolder() + "/OrvaneSDKLog";
+    {
+        AFileLogger logger("Turn", kAppendSync, 0, kLogStartOver);
+        int zone = 0;
+        // A thread of its own breaks the time down anew, in a zone in which it is an hour later.
+        const auto appendAnHourLater = [&](const std::string& data) {
+            setenv("TZ", ("UTC-" + std::to_string(zone++)).c_str(), 1);
+            std::thread([&] { Append(logger, data); }).join();
+        };
+        appendAnHourLater("one");
+        fs::rename(all, all + ".old");
+        appendAnHourLater("two");
+        fs::rename(all, all + ".later");
+        WriteFile(all, "a file in the folder's place");
+        appendAnHourLater("lost");
+        fs::remove(all);
+        --zone;
+        appendAnHourLater("three");
+    }
+    EXPECT_EQ(ReadFile(all + ".later/Turn/" + FilesIn(all + ".later/Turn").at(0)), "two");
+    EXPECT_EQ(ReadLogFiles("Turn"), "three");
 }
 
 TEST_F(FileLoggerTest, SaysOnTheConsoleWhatItCannotMakeAndTriesAgain) {

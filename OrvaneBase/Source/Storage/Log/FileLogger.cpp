@@ -57,11 +57,13 @@ void AFileLogger::Log2File(const void* data, size_t length, BlockJournal* journa
     const CCritical guard(_lock.get());
     const tm now = LocalTime(time(nullptr));
 
-    // A file that is in place needs no look at its directory.
-    const bool wasInPlace = IsFileInPlace();
-    if (!wasInPlace && !EnsureDirectory()) return;
     AString path;
-    if (_IsNeedToCreateLogFile(&now) || !wasInPlace) {
+    // A file that is in place needs no look at its directory, unless the next one has to be made there.
+    if (_IsNeedToCreateLogFile(&now) || !IsFileInPlace()) {
+        if (!EnsureDirectory()) {
+            _logFile.reset();  // that of the hour before must not be taken for this one's
+            return;
+        }
         if (!_GetFilePathByTime(path)) {
             ORVANE_CONSOLE(kLogError, "GetFilePathByTime failed!");
             return;
