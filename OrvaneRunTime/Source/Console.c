@@ -1,6 +1,7 @@
 #define _POSIX_C_SOURCE 200809L
 
 #include <errno.h>
+#include <poll.h>
 #include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -12,7 +13,7 @@
 
 #include "Orvane/RunTime.h"
 
-enum { kHeadRoom = 64, kFormatRoom = 1024 };
+enum { kHeadRoom = 64, kFormatRoom = 1024, kPatienceMilliseconds = 1000 };
 
 // Breaking the time down consults the zone, which may touch the file system; one break-down a second is enough.
 static void local_time(time_t seconds, struct tm* out) {
@@ -25,11 +26,23 @@ static void local_time(time_t seconds, struct tm* out) {
     *out = cached;
 }
 
+// Waits for a console that takes no more at the moment, since whoever shares it made it non-blocking. One that nobody
+// reads any more must not stop the game for good.
+static int wait_writable(void) {
+    struct pollfd console = {STDERR_FILENO, POLLOUT, 0};
+    int ready;
+    do {
+        ready = poll(&console, 1, kPatienceMilliseconds);
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
 static void write_all(struct iovec* parts, int count) {
     while (count > 0) {
         ssize_t written = writev(STDERR_FILENO, parts, count);
         if (written < 0) {
             if (errno == EINTR) continue;
+            if ((errno == EAGAIN || errno == EWOULDBLOCK) && wait_writable()) continue;
             return;  // there is nowhere to report that the console is gone
         }
         while (count > 0 && (size_t)written >= parts->iov_len) {
