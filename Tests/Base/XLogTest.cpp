@@ -6,9 +6,11 @@
 
 #include <cstring>
 #include <ctime>
+#include <memory>
 #include <regex>
 #include <string>
 
+#include "Base/ConsoleSink.h"
 #include "Base/LocalClock.h"
 
 namespace Quern {
@@ -73,6 +75,29 @@ TEST(XLog, LevelsHaveTheirWords) {
         EXPECT_STREQ(GetQuernLogLevelString(i), words[i]);
     for (const int other : {-1, 5, 6, 7, 1000})
         EXPECT_STREQ(GetQuernLogLevelString(other), "Unkonwn");
+}
+
+// A line goes from the log to the console as it is: nothing is copied, so nothing can fail.
+TEST(PrintLogToConsole, HandsTheTextOn) {
+    struct Sink final : ConsoleSink {
+        void Write(const char* text, size_t length) override {
+            at = text;
+            got.assign(text, length);
+        }
+        const char* at = nullptr;
+        std::string got;
+    };
+    const auto sink = std::make_shared<Sink>();
+    ConsoleSink::Use(sink);
+    const std::string line(4095, 'x');
+    PrintLogToConsole(kLogInfo, "Module", line.c_str());
+    EXPECT_EQ(sink->at, line.c_str());
+    EXPECT_EQ(sink->got, line);
+    PrintLogToConsole(kLogInfo, "Module", "%d\n");
+    EXPECT_EQ(sink->got, "%d\n\n") << "the console takes one of them for its own";
+    PrintLogToConsole(kLogInfo, "Module", "");
+    EXPECT_EQ(sink->got, "");
+    ConsoleSink::Use(nullptr);
 }
 
 }  // namespace

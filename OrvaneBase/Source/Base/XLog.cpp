@@ -151,8 +151,19 @@ size_t XLogFormat(char* out, ALogPriority level, const char* file, unsigned int 
     return writer.Finish();
 }
 
+// What the platform's log call prints under "%s\n". The console ends a line by itself, so the newline is needed only
+// behind a text that has one of its own.
 void PrintLogToConsole(ALogPriority, const char*, const char* text) {
-    PlatformLog("%s\n", text);
+    if (!text) text = "(null)";
+    const size_t length = strlen(text);
+    char line[kLogLineCapacity + 1];  // a text that is longer than any line keeps its own newline alone
+    if (length == 0 || length >= sizeof line || text[length - 1] != '\n') {
+        ConsoleSink::Current().Write(text, length);
+        return;
+    }
+    memcpy(line, text, length);
+    line[length] = '\n';
+    ConsoleSink::Current().Write(line, length + 1);
 }
 
 void PrintLogToConsoleFormat(ALogPriority level, const char* file, unsigned int line, const char* function,
