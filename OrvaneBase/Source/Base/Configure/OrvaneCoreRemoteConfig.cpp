@@ -6,26 +6,26 @@
 namespace Orvane {
 namespace {
 
-// The module "OrvaneCore" of the service "REMOTECONFIG", or null with a line that names the broken link.
-IRemoteConfig* FindRemoteConfig() {
+// The module "OrvaneCore" of the service "REMOTECONFIG", or null and what names the broken link.
+IRemoteConfig* FindRemoteConfig(const char*& broken) {
     Plugin::PluginBase* pluginBase = Plugin::Singleton<Plugin::OrvaneCoreInnerPlugin>::GetInstance();
     if (!pluginBase) {
-        ORVANE_LOG_ERROR("pluginBase is NULL");
+        broken = "pluginBase is NULL";
         return nullptr;
     }
     Plugin::IPluginManager* manager = pluginBase->GetPluginManager();
     if (!manager) {
-        ORVANE_LOG_ERROR("pluginManager is NULL");
+        broken = "pluginManager is NULL";
         return nullptr;
     }
     Plugin::IPlugin* plugin = manager->GetPluginByName("OrvaneCore");
     if (!plugin) {
-        ORVANE_LOG_ERROR("PLUGIN_NAME_ORVANECORE is NULL");
+        broken = "PLUGIN_NAME_ORVANECORE is NULL";
         return nullptr;
     }
     auto* service = static_cast<Plugin::IRemoteConfigService*>(plugin->GetServiceByName("REMOTECONFIG"));
     if (!service) {
-        ORVANE_LOG_ERROR("PLUGIN_SERVICE_NAME_REMOTECONFIG is NULL");
+        broken = "PLUGIN_SERVICE_NAME_REMOTECONFIG is NULL";
         return nullptr;
     }
     return service->GetRemoteConfig(pluginBase);
@@ -33,12 +33,24 @@ IRemoteConfig* FindRemoteConfig() {
 
 }  // namespace
 
+std::atomic<OrvaneCoreRemoteConfig*> OrvaneCoreRemoteConfig::s_pInstance{nullptr};
+
+// Held by no lock, not even that of a local static: what is logged here may come back here, by way of a log callback
+// that logs a stage line. So the instance stands before anything is logged.
 OrvaneCoreRemoteConfig* OrvaneCoreRemoteConfig::GetInstance() {
-    static OrvaneCoreRemoteConfig* instance = new OrvaneCoreRemoteConfig;
-    return instance;
+    if (OrvaneCoreRemoteConfig* instance = s_pInstance.load(std::memory_order_acquire)) return instance;
+    const char* broken = nullptr;
+    auto* made = new OrvaneCoreRemoteConfig(FindRemoteConfig(broken));
+    OrvaneCoreRemoteConfig* winner = nullptr;
+    if (!s_pInstance.compare_exchange_strong(winner, made, std::memory_order_acq_rel)) {
+        delete made;
+        return winner;
+    }
+    if (broken) ORVANE_LOG_ERROR("%s", broken);
+    return made;
 }
 
-OrvaneCoreRemoteConfig::OrvaneCoreRemoteConfig() : _remoteConfig(FindRemoteConfig()) {}
+OrvaneCoreRemoteConfig::OrvaneCoreRemoteConfig(IRemoteConfig* remoteConfig) : _remoteConfig(remoteConfig) {}
 
 int OrvaneCoreRemoteConfig::GetInt(const char* key, int defaultValue) {
     return _remoteConfig ? _remoteConfig->GetInt(key, defaultValue) : defaultValue;

@@ -2,6 +2,7 @@
 #ifndef ORVANE_BASE_CONFIGURE_ORVANE_CORE_REMOTE_CONFIG_H
 #define ORVANE_BASE_CONFIGURE_ORVANE_CORE_REMOTE_CONFIG_H
 
+#include <atomic>
 #include <string>
 
 #include "Orvane/IRemoteConfig.h"
@@ -11,8 +12,8 @@ namespace Orvane {
 // Reads never fail: they give the default where there is no configuration. Any thread.
 class OrvaneCoreRemoteConfig {
 public:
-    // Made at the first call, during start-up; never destroyed. What it finds then is what it serves: made before the
-    // core plugin is installed, it gives defaults for the life of the process.
+    // Made at the first call, during start-up, without a lock; never destroyed. What it finds then is what it serves:
+    // made before the core plugin is installed, it gives defaults for the life of the process.
     static OrvaneCoreRemoteConfig* GetInstance();
 
     int GetInt(const char* key, int defaultValue);
@@ -23,9 +24,11 @@ public:
     std::string GetString(const char* key, const char* defaultValue);
 
 private:
-    OrvaneCoreRemoteConfig();
+    explicit OrvaneCoreRemoteConfig(IRemoteConfig* remoteConfig);
 
-    IRemoteConfig* _remoteConfig = nullptr;  // owned by the service; null if a link on the way to it was broken
+    static std::atomic<OrvaneCoreRemoteConfig*> s_pInstance;
+
+    IRemoteConfig* const _remoteConfig;  // owned by the service; null if a link on the way to it was broken
 };
 
 }  // namespace Orvane

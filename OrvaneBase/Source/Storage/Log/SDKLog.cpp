@@ -13,21 +13,24 @@ namespace {
 constexpr char kCoreModule[] = "OrvaneCore";
 
 Plugin::LoggerCollection CopyOfCollection() {
-    return *Plugin::OrvaneCoreLogSerivce::GetInstance()->GetLoggerCollection();
+    return Plugin::OrvaneCoreLogSerivce::GetInstance()->CopyOfCollection();
 }
 
 }  // namespace
 
-OrvaneSDKLog* OrvaneSDKLog::s_pInstance = nullptr;
+std::atomic<OrvaneSDKLog*> OrvaneSDKLog::s_pInstance{nullptr};
 
 OrvaneSDKLog* OrvaneSDKLog::GetInstance() {
-    if (!s_pInstance) s_pInstance = new OrvaneSDKLog;
-    return s_pInstance;
+    if (OrvaneSDKLog* instance = s_pInstance.load(std::memory_order_acquire)) return instance;
+    auto* made = new OrvaneSDKLog;
+    OrvaneSDKLog* winner = nullptr;
+    if (s_pInstance.compare_exchange_strong(winner, made, std::memory_order_acq_rel)) return made;
+    delete made;
+    return winner;
 }
 
 void OrvaneSDKLog::ReleaseInstance() {
-    delete s_pInstance;
-    s_pInstance = nullptr;
+    delete s_pInstance.exchange(nullptr);
 }
 
 void OrvaneSDKLog::SetLogLevel(const char* module, ALogPriority level) {

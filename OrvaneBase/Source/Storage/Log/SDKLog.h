@@ -2,11 +2,13 @@
 #ifndef ORVANE_STORAGE_LOG_SDK_LOG_H
 #define ORVANE_STORAGE_LOG_SDK_LOG_H
 
+#include <atomic>
+
 #include "Orvane/LogPriority.h"
 
 namespace Orvane {
 
-// Has no state. Any thread that the log service's collection allows.
+// Has no state. Any thread.
 class OrvaneSDKLog {
 public:
     static OrvaneSDKLog* GetInstance();
@@ -18,7 +20,7 @@ public:
     void SetAllLogLevel(ALogPriority level);
 
 private:
-    static OrvaneSDKLog* s_pInstance;
+    static std::atomic<OrvaneSDKLog*> s_pInstance;
 };
 
 }  // namespace Orvane

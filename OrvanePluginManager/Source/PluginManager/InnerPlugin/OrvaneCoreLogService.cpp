@@ -5,16 +5,19 @@
 
 namespace Orvane::Plugin {
 
-OrvaneCoreLogSerivce* OrvaneCoreLogSerivce::s_pInstance = nullptr;
+std::atomic<OrvaneCoreLogSerivce*> OrvaneCoreLogSerivce::s_pInstance{nullptr};
 
 OrvaneCoreLogSerivce* OrvaneCoreLogSerivce::GetInstance() {
-    if (!s_pInstance) s_pInstance = new OrvaneCoreLogSerivce;
-    return s_pInstance;
+    if (OrvaneCoreLogSerivce* instance = s_pInstance.load(std::memory_order_acquire)) return instance;
+    auto* made = new OrvaneCoreLogSerivce;
+    OrvaneCoreLogSerivce* winner = nullptr;
+    if (s_pInstance.compare_exchange_strong(winner, made, std::memory_order_acq_rel)) return made;
+    delete made;
+    return winner;
 }
 
 void OrvaneCoreLogSerivce::ReleaseInstance() {
-    delete s_pInstance;
-    s_pInstance = nullptr;
+    delete s_pInstance.exchange(nullptr);
 }
 
 const char* OrvaneCoreLogSerivce::GetName() const {
@@ -33,16 +36,22 @@ ILogger* OrvaneCoreLogSerivce::GetLogger(PluginBase* plugin) {
     const Quern::CCritical guard(&_mutex);
     const char* name = plugin->GetName();
     if (!name) name = "";
-    Quern::Logger*& logger = _loggers[name];
-    if (!logger) {
-        logger = new Quern::Logger(name);
-        Configure::GetInstance()->AddObserver(name, logger);
-    }
+    const auto found = _loggers.find(name);
+    if (found != _loggers.end()) return found->second;
+    auto* logger = new Quern::Logger(name);
+    Configure::GetInstance()->AddObserver(name, logger);
+    const Quern::CCritical change(&_changeMutex);
+    _loggers.emplace(name, logger);
     return logger;
 }
 
 LoggerCollection* OrvaneCoreLogSerivce::GetLoggerCollection() {
     return &_loggers;
+}
+
+LoggerCollection OrvaneCoreLogSerivce::CopyOfCollection() {
+    const Quern::CCritical guard(&_changeMutex);
+    return _loggers;
 }
 
 }  // namespace Orvane::Plugin

@@ -2,6 +2,7 @@
 #ifndef ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_ORVANE_CORE_LOG_SERVICE_H
 #define ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_ORVANE_CORE_LOG_SERVICE_H
 
+#include <atomic>
 #include <map>
 #include <string>
 
@@ -18,7 +19,7 @@ using LoggerCollection = std::map<std::string, Quern::Logger*>;
 
 class OrvaneCoreLogSerivce final : public ILogService {
 public:
-    // Made at the first call, without a lock: first reached on the main thread during start-up.
+    // Made at the first call, by whichever thread.
     static OrvaneCoreLogSerivce* GetInstance();
     static void ReleaseInstance();
 
@@ -27,14 +28,17 @@ public:
     int GetVersion() override;
     ILogger* GetLogger(PluginBase* plugin) override;
 
-    // The live map. Handed out without the lock: a reader copies it at once.
+    // The live map. Handed out without a lock: for a reader on the thread on which plugins start.
     LoggerCollection* GetLoggerCollection();
+    // For any thread.
+    LoggerCollection CopyOfCollection();
 
 private:
-    static OrvaneCoreLogSerivce* s_pInstance;
+    static std::atomic<OrvaneCoreLogSerivce*> s_pInstance;
 
-    Quern::CMutex _mutex{true};  // guards _loggers; held while a logger is made and observed
-    LoggerCollection _loggers;   // the loggers live as long as the process
+    Quern::CMutex _mutex{true};  // one logger a name; held while a logger is made and observed
+    Quern::CMutex _changeMutex;  // guards _loggers against readers; nothing is called under it
+    LoggerCollection _loggers;   // changed under both; the loggers live as long as the process
 };
 
 }  // namespace Orvane::Plugin
