@@ -19,8 +19,11 @@ struct CycleRecord {
 
 class CrashVerdict {
 public:
-    // The cycles in the order in which they ran.
-    explicit CrashVerdict(std::vector<CycleRecord> cycles) : _cycles(std::move(cycles)) {}
+    // The cycles in the order in which they ran. `mayOutrun`: the lines came as fast as they could, so a block may have
+    // filled faster than it was flushed. Then a marker stands for each line that was lost, and only there; a block that
+    // is full to the brim loses further ones in silence.
+    CrashVerdict(std::vector<CycleRecord> cycles, bool mayOutrun)
+        : _cycles(std::move(cycles)), _mayOutrun(mayOutrun), _overload(_cycles.size()) {}
 
     // Takes the next line of the log, in the order of the log.
     void Take(const std::string& line);
@@ -28,7 +31,7 @@ public:
     void Finish();
 
     // Empty if every acknowledged line was there exactly once, byte for byte, in the order of its thread, and nothing
-    // else was.
+    // else was, but for what a full block may lose.
     const std::vector<std::string>& Problems() const { return _problems; }
     uint64_t Acknowledged() const;
     uint64_t ReadBack() const { return _readBack; }
@@ -36,13 +39,28 @@ public:
     uint64_t Markers() const { return _markers; }
 
 private:
+    // What one cycle has seen of full blocks.
+    struct Overload {
+        uint64_t markers = 0, lost = 0;
+        bool isFullToTheBrim = false;
+    };
+    struct Last {
+        uint64_t sequence, markersBefore;  // the cycle's, when this line came
+    };
+
+    bool TakeMarker(const std::string& line);
     void TakeLoadLine(const std::string& text, unsigned thread, uint64_t sequence);
+    // Counts lines of a thread as lost to markers that came since its last one. False if there were none.
+    bool ExcuseLoss(size_t cycle, uint64_t markersBefore, uint64_t count);
     void Complain(const std::string& problem);
     size_t CycleOf(uint64_t sequence) const;
 
     std::vector<CycleRecord> _cycles;
-    std::map<std::pair<size_t, unsigned>, uint64_t> _last;  // cycle and thread to the last line read
-    std::map<unsigned, size_t> _cycleOfThread;              // the cycle that a thread's lines have come to
+    const bool _mayOutrun;
+    std::vector<Overload> _overload;                    // of each cycle
+    size_t _cycle = 0;                                  // that the log has come to
+    std::map<std::pair<size_t, unsigned>, Last> _last;  // cycle and thread to the last line read
+    std::map<unsigned, size_t> _cycleOfThread;          // the cycle that a thread's lines have come to
     std::vector<std::string> _problems;
     uint64_t _readBack = 0;
     uint64_t _restoredBlocks = 0;

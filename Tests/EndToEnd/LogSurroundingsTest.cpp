@@ -21,7 +21,9 @@ using testing::Not;
 constexpr char kModule[] = "Game";
 constexpr size_t kBlockSize = 153600;
 constexpr uint64_t kLines = 1500;  // more than one block
-const std::vector<std::string> kLoad = {"--threads", "2", "--lines", "1500", "--ack-fd", "3"};
+// At a pace at which the flush thread is never outrun.
+const std::vector<std::string> kLoad = {"--threads",          "2",    "--lines",  "1500",
+                                        "--lines-per-second", "5000", "--ack-fd", "3"};
 
 std::vector<uint64_t> Numbers(uint64_t first, uint64_t last) {
     std::vector<uint64_t> numbers(last - first + 1);
@@ -167,7 +169,7 @@ TEST_F(LogSurroundingsTest, GoesOnWithAFullDiskAndCatchesUpWhenThereIsRoom) {
 }
 
 TEST_F(LogSurroundingsTest, MakesAFolderAgainThatIsRemovedUnderIt) {
-    Process host(_container.Host({"--threads", "2", "--lines", "0", "--ack-fd", "3"}));
+    Process host(_container.Host({"--threads", "2", "--lines", "0", "--lines-per-second", "5000", "--ack-fd", "3"}));
     host.Send("launch\n");
     const auto reached = [](uint64_t count) {
         return [count](const std::string& all) { return CountLines(all) >= count; };

@@ -87,7 +87,7 @@ void LineFeed::Run(unsigned thread, uint64_t firstSequence, const LineSource& so
         if (!line) break;
         _logger.Log(kLogInfo, *line);
         Acknowledge(thread, sequence++);
-        due += step;
+        due = std::max(due + step, Clock::now());  // what is late stays late: a pace has no bursts
         if (_options.linesPerSecond) std::this_thread::sleep_until(due);
     }
     orvane_console_log("orvane-host: thread %u logged %llu lines", thread,
