@@ -13,9 +13,9 @@ enum IntelliDevStatus : int32_t {};
 namespace Orvane {
 
 /// Obtained from ILogService::GetLogger; never owned by the caller, and lives for the process.
-/// Thread rule: Log, XLogDetail and GetLogLevel from any thread. The setters are plain stores, meant for start-up.
-/// The order of use: SetOption and SetCallback, then Init once, then Log. A line logged before Init reaches the console
-/// and the callback only.
+/// Thread rule: any thread. The setters take no lock: a line that another thread logs at that moment may still go by
+/// the value before. The order of use: SetOption and SetCallback, then Init once, then Log. A line logged before Init
+/// reaches the console and the callback only.
 class ILogger {
 public:
     /// \return 1 if the library can serve this module's version, else 0. It is no version number.
@@ -26,14 +26,18 @@ public:
     virtual void SetOption(const char* key, int value) = 0;
     /// Reserved; does nothing.
     virtual void SetOption(const char* key, const char* value) = 0;
-    /// A sink that is given every formatted line, under the logger's lock. Null removes it.
+    /// A sink that is given every formatted line, on the thread that logs it and under the logger's lock. Null removes
+    /// it; another thread may be inside it for a moment yet. It may log, but must not queue an operation
+    /// (Orvane/OperationQueue.h) nor wait for another thread that logs: that one may wait for this lock.
     virtual void SetCallback(void (*callback)(ALogPriority priority, const char* line)) = 0;
     /// Sets the threshold. The configured "LogLevel" of the module, where there is one, goes before it.
     virtual void SetLogLevel(ALogPriority level) = 0;
-    /// Opens the logger's store; once per object, later calls do nothing.
+    /// Opens the logger's store; once per object, later calls, and calls at the same time, do nothing. In modes 1 and 2
+    /// brings back what a dead process left; lines of other threads wait for a part of that, and go behind it.
     virtual void Init() = 0;
     /// Logs one text. `file` may be a path; `tag` is accepted and ignored. A null `text` logs nothing. A line is cut at
-    /// 4095 bytes.
+    /// 4095 bytes. In modes 1 and 2 the call waits for no file: lines that come faster than the log is written give way
+    /// to a marker that says so, or, in a block that is full to the last byte, to nothing.
     virtual void Log(ALogPriority priority, const char* file, unsigned int line, const char* function, const char* tag,
                      const char* text) = 0;
     /// Logs one stage line; only while the setting "OrvaneIntelliDevLogMode" is 1. None of the texts may be null.

@@ -62,10 +62,15 @@ ORVANE_EXPORT void OrvaneCore_XLog(ALogPriority level, const char* file, unsigne
                                    const char* text);
 /// Sets the threshold of the library's own logger, and its default before it has started.
 ORVANE_EXPORT void OrvaneCore_SetQuernLogLevel(ALogPriority level);
-/// A sink that is given every line of the library's own logger, under its lock; lost before that logger exists.
+/// A sink that is given every line of the library's own logger, on the thread that logs it and under the logger's lock;
+/// lost before that logger exists. Null removes it. It may log, but must not queue an operation
+/// (Orvane/OperationQueue.h) nor wait for another thread that logs: that thread may wait for this lock, the queue's
+/// with it.
 ORVANE_EXPORT void OrvaneCore_SetQuernLogCallback(void (*callback)(ALogPriority priority, const char* line));
 
 /* --- Log: the game's logger, named after the game id; made at the first of these calls --------------------------- */
+/* Here as above and below, any thread, also for the first call. Once the store is open, orvane_log_logx neither waits
+   for a file (modes 1 and 2) nor fails: a line for which there is no room is replaced by a marker or dropped. */
 
 /// Sets the threshold; the configured level of the game's module goes before it.
 ORVANE_EXPORT void orvane_log_set_loglevel(ALogPriority level);
@@ -75,7 +80,8 @@ ORVANE_EXPORT ALogPriority orvane_log_get_loglevel(void);
 ORVANE_EXPORT void orvane_log_set_option_int(const char* key, int value);
 /// Reserved; does nothing.
 ORVANE_EXPORT void orvane_log_set_option_str(const char* key, const char* value);
-/// Opens the store; once, later calls do nothing.
+/// Opens the store, on the caller's thread; once: later calls, and calls at the same time, return and do nothing. A
+/// line that was logged before reaches the console only.
 ORVANE_EXPORT void orvane_log_init(void);
 /// Logs one text. A null `text` logs nothing; `tag` is ignored and may be null.
 ORVANE_EXPORT void orvane_log_logx(ALogPriority level, const char* text, const char* file, unsigned int line,
