@@ -8,3 +8,10 @@ string(LENGTH "${ORVANE_PEER_PUBLIC_KEY}" digits)
 if(NOT digits EQUAL 128 OR NOT ORVANE_PEER_PUBLIC_KEY MATCHES "^[0-9A-Fa-f]+$")
   message(FATAL_ERROR "ORVANE_PEER_PUBLIC_KEY must be 128 hexadecimal digits, not \"${ORVANE_PEER_PUBLIC_KEY}\"")
 endif()
+# A point that is none gives a game without a key, and that one writes its "encrypted" logs in the clear without a word.
+include(${CMAKE_CURRENT_LIST_DIR}/OrvaneCurve.cmake)
+orvane_is_curve_point(is_point "${ORVANE_PEER_PUBLIC_KEY}")
+if(NOT is_point)
+  message(FATAL_ERROR "ORVANE_PEER_PUBLIC_KEY is no public key (no point of secp256k1): a digit of "
+                      "\"${ORVANE_PEER_PUBLIC_KEY}\" must be wrong. orvane-log --keygen prints one.")
+endif()
