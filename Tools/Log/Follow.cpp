@@ -90,8 +90,8 @@ void FollowSet::Add(const std::string& folder, const std::string& module, const 
             std::make_unique<ModuleFollower>(folder, module, first, block, _keys, _report, _printer, _arguments.filter);
 }
 
-void Follow(const Arguments& arguments, bool colour, KeyRing& keys, DescriptorOutput& output, Report& report) {
-    const std::unique_ptr<Printer> printer = MakePrinter(arguments, colour, output);
+void Follow(const Arguments& arguments, Look look, KeyRing& keys, DescriptorOutput& output, Report& report) {
+    const std::unique_ptr<Printer> printer = MakePrinter(arguments, look, output);
     TailPrinter tail(*printer, arguments.lines.value_or(kLinesShownFirst));
     FollowSet modules(arguments, keys, report, tail);
     if (!modules.Check()) return;

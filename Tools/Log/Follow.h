@@ -40,7 +40,7 @@ private:
 };
 
 // Follows until the process is ended or the output fails.
-void Follow(const Arguments& arguments, bool colour, KeyRing& keys, DescriptorOutput& output, Report& report);
+void Follow(const Arguments& arguments, Look look, KeyRing& keys, DescriptorOutput& output, Report& report);
 
 }  // namespace OrvaneLog
 

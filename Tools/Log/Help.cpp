@@ -28,7 +28,8 @@ What is shown
 
 How
   --json              one JSON object a line
-  --color[=WHEN]      colours by level: auto (on a terminal, unless NO_COLOR is set), always, never
+  --color[=WHEN]      colours by level: auto (on a terminal, unless NO_COLOR is set), always, never. On a terminal, and
+                      with colours, control characters of the log are shown as "\x1B"
   -q, --quiet         nothing on standard error but errors of use
   --records           a table of the records instead of their text
   --verify            no text: only reads everything and sets the exit status

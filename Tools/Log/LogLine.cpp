@@ -6,6 +6,8 @@
 #include <charconv>
 #include <iterator>
 
+#include "Support/PrintableText.h"
+
 namespace OrvaneLog {
 namespace {
 
@@ -110,24 +112,6 @@ int LevelOfWord(std::string_view word) {
     return kUnknownLevel;
 }
 
-size_t Utf8Length(std::string_view text) {
-    if (text.empty()) return 0;
-    const auto byte = [&text](size_t i) { return static_cast<uint8_t>(text[i]); };
-    const uint8_t lead = byte(0);
-    if (lead < 0x80) return 1;
-    const size_t length = lead >= 0xC2 && lead <= 0xDF   ? 2
-                          : (lead & 0xF0) == 0xE0        ? 3
-                          : lead >= 0xF0 && lead <= 0xF4 ? 4
-                                                         : 0;
-    if (length == 0 || text.size() < length) return 0;
-    for (size_t i = 1; i < length; ++i)
-        if ((byte(i) & 0xC0) != 0x80) return 0;
-    const bool overlong = (lead == 0xE0 && byte(1) < 0xA0) || (lead == 0xF0 && byte(1) < 0x90);
-    const bool surrogate = lead == 0xED && byte(1) > 0x9F;
-    const bool tooLarge = lead == 0xF4 && byte(1) > 0x8F;
-    return overlong || surrogate || tooLarge ? 0 : length;
-}
-
 bool LooksLikeText(std::string_view text) {
     if (BeginsLine(text)) return true;
     const bool cut = text.size() > kTextSample;
@@ -136,7 +120,7 @@ bool LooksLikeText(std::string_view text) {
         const uint8_t byte = static_cast<uint8_t>(text[at]);
         const bool space = byte == '\t' || byte == '\n' || byte == '\r' || byte == 0x1B;
         if ((byte < 0x20 && !space) || byte == 0x7F) return false;
-        const size_t length = Utf8Length(text.substr(at));
+        const size_t length = OrvaneTools::Utf8Length(text.substr(at));
         if (length == 0) return cut && text.size() - at < 4;  // the sample ends within a character
         at += length;
     }

@@ -43,9 +43,6 @@ int LevelOfWord(std::string_view word);
 // Whether this could be the start of a log: a line of the format, else something printable in UTF-8.
 bool LooksLikeText(std::string_view text);
 
-// The length of the UTF-8 sequence that `text` begins with; 0 if it begins with none that is whole and well-formed.
-size_t Utf8Length(std::string_view text);
-
 }  // namespace OrvaneLog
 
 #endif

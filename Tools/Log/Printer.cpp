@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "Orvane/LogPriority.h"
+#include "Support/PrintableText.h"
 
 namespace OrvaneLog {
 namespace {
@@ -76,14 +77,12 @@ void AppendNumber(std::string& out, std::string_view name, std::string_view digi
 }  // namespace
 
 void TextPrinter::Print(const Entry& entry) {
-    _output.Write(entry.whole);
-    _output.Write("\n");
-}
-
-void ColourPrinter::Print(const Entry& entry) {
-    const std::string_view colour = ColourOf(entry);
-    if (!colour.empty()) _output.Write(colour);
-    _output.Write(entry.whole);
+    const std::string_view colour = _look == Look::kColoured ? ColourOf(entry) : "";
+    _output.Write(colour);
+    if (_look == Look::kAsItStands)
+        _output.Write(entry.whole);
+    else
+        _output.Write(OrvaneTools::PrintableText(entry.whole));
     if (!colour.empty()) _output.Write(kReset);
     _output.Write("\n");
 }
@@ -120,7 +119,7 @@ void AppendJsonString(std::string& out, std::string_view text) {
         at = run;
         if (at == text.size()) break;
         const unsigned char c = static_cast<unsigned char>(text[at]);
-        const size_t length = Utf8Length(text.substr(at));
+        const size_t length = OrvaneTools::Utf8Length(text.substr(at));
         if (length == 0) {
             out += "\xEF\xBF\xBD";
             ++at;

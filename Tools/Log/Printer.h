@@ -16,24 +16,21 @@ public:
     virtual void Print(const Entry& entry) = 0;
 };
 
-// Entries as they stand in the log.
-class TextPrinter : public Printer {
-public:
-    explicit TextPrinter(Output& output) : _output(output) {}
-    void Print(const Entry& entry) override;
-
-private:
-    Output& _output;
+// How text is shown.
+enum class Look {
+    kAsItStands,  // byte for byte: for a file or a program
+    kPrintable,   // for a terminal: what could command it is escaped
+    kColoured,    // the same, coloured by level
 };
 
-// The same, coloured by level, for a terminal.
-class ColourPrinter : public Printer {
+class TextPrinter : public Printer {
 public:
-    explicit ColourPrinter(Output& output) : _output(output) {}
+    explicit TextPrinter(Output& output, Look look = Look::kAsItStands) : _output(output), _look(look) {}
     void Print(const Entry& entry) override;
 
 private:
     Output& _output;
+    Look _look;
 };
 
 // One JSON object a line: "time", "level", "module", "thread", "file", "line", "function", "text"; of an entry that is

@@ -56,11 +56,11 @@ bool LoadKeys(const std::vector<std::string>& files, KeyRing& ring, Report& repo
     return good;
 }
 
-std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, bool colour, Output& output) {
+std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Output& output) {
     if (arguments.json) return std::make_unique<JsonPrinter>(output);
-    if (colour) return std::make_unique<ColourPrinter>(output);
-    const bool untouched = arguments.filter.IsEmpty() && !arguments.lines && arguments.action != Action::kFollow;
-    return untouched ? nullptr : std::make_unique<TextPrinter>(output);
+    const bool untouched = look == Look::kAsItStands && arguments.filter.IsEmpty() && !arguments.lines &&
+                           arguments.action != Action::kFollow;
+    return untouched ? nullptr : std::make_unique<TextPrinter>(output, look);
 }
 
 void Reading::Run() {
@@ -70,7 +70,7 @@ void Reading::Run() {
 
     FindTornFiles(list.files);
 
-    std::unique_ptr<Printer> printer = MakePrinter(_arguments, _colour, _output);
+    std::unique_ptr<Printer> printer = MakePrinter(_arguments, _look, _output);
     std::unique_ptr<TailPrinter> tail;
     if (_arguments.lines) tail = std::make_unique<TailPrinter>(*printer, *_arguments.lines);
     if (_arguments.action == Action::kRecords && !_arguments.json) RecordTable::WriteHeading(_output);

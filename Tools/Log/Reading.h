@@ -20,13 +20,13 @@ namespace OrvaneLog {
 bool LoadKeys(const std::vector<std::string>& files, KeyRing& ring, Report& report);
 
 // The printer that the arguments ask for; null where text may go to the output untouched.
-std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, bool colour, Output& output);
+std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Output& output);
 
 class Reading {
 public:
-    // All borrowed. `colour`: what came of the choice of colours. `progress` may be null.
-    Reading(const Arguments& arguments, bool colour, KeyRing& keys, Output& output, Report& report, Progress* progress)
-        : _arguments(arguments), _colour(colour), _keys(keys), _output(output), _report(report), _progress(progress) {}
+    // All borrowed. `progress` may be null.
+    Reading(const Arguments& arguments, Look look, KeyRing& keys, Output& output, Report& report, Progress* progress)
+        : _arguments(arguments), _look(look), _keys(keys), _output(output), _report(report), _progress(progress) {}
 
     // Prints, lists or verifies what the arguments name.
     void Run();
@@ -37,7 +37,7 @@ private:
     void Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events);
 
     const Arguments& _arguments;
-    bool _colour;
+    Look _look;
     KeyRing& _keys;
     Output& _output;
     Report& _report;

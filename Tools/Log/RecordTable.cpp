@@ -6,6 +6,7 @@
 
 #include "Log/KeyFile.h"
 #include "Log/Printer.h"
+#include "Support/PrintableText.h"
 
 namespace OrvaneLog {
 namespace {
@@ -77,7 +78,7 @@ void RecordTable::Write(const Row& row) {
                  static_cast<unsigned long long>(row.length), row.key.c_str(),
                  static_cast<unsigned long long>(row.textSize), static_cast<unsigned long long>(row.lines),
                  row.verdict.c_str());
-        _output.Write(line + _path + (row.why.empty() ? "" : " (" + row.why + ")") + "\n");
+        _output.Write(line + OrvaneTools::PrintableText(_path) + (row.why.empty() ? "" : " (" + row.why + ")") + "\n");
         return;
     }
     std::string object = "{\"file\":";

@@ -10,12 +10,14 @@
 #include "Log/KeyFile.h"
 #include "Log/Reading.h"
 #include "Log/SourceList.h"
+#include "Support/PrintableText.h"
 
 namespace OrvaneLog {
 namespace {
 
 void SayLine(const std::string& message) {
-    const std::string line = "orvane-log: " + message + "\n";
+    // A path may hold what would command a terminal, too.
+    const std::string line = "orvane-log: " + OrvaneTools::PrintableText(message) + "\n";
     (void)!write(STDERR_FILENO, line.data(), line.size());
 }
 
@@ -38,12 +40,13 @@ int MakeKey(const std::string& path) {
     return kExitSound;
 }
 
-bool WantsColour(const Arguments& arguments) {
-    if (arguments.json || arguments.colour == ColourChoice::kNever) return false;
-    if (arguments.colour == ColourChoice::kAlways) return true;
+Look LookOf(const Arguments& arguments) {
+    if (arguments.colour == ColourChoice::kAlways) return Look::kColoured;
+    if (!isatty(STDOUT_FILENO)) return Look::kAsItStands;
     const char* no = getenv("NO_COLOR");
     const char* terminal = getenv("TERM");
-    return isatty(STDOUT_FILENO) && !(no && *no) && !(terminal && strcmp(terminal, "dumb") == 0);
+    const bool plain = (no && *no) || (terminal && strcmp(terminal, "dumb") == 0);
+    return plain || arguments.colour == ColourChoice::kNever ? Look::kPrintable : Look::kColoured;
 }
 
 // The size of all that will be read; 0 if that is not known.
@@ -74,9 +77,9 @@ int Read(const Arguments& arguments) {
     KeyRing keys;
     if (!LoadKeys(arguments.keyFiles, keys, report)) return kExitUnreadable;
     if (arguments.action == Action::kFollow)
-        Follow(arguments, WantsColour(arguments), keys, output, report);
+        Follow(arguments, LookOf(arguments), keys, output, report);
     else
-        Reading(arguments, WantsColour(arguments), keys, output, report, &progress).Run();
+        Reading(arguments, LookOf(arguments), keys, output, report, &progress).Run();
     output.Flush();
     if (output.Error() != 0) report.Problem(std::string("standard output: ") + strerror(output.Error()));
     if (arguments.action == Action::kVerify) report.Note(report.Summary());

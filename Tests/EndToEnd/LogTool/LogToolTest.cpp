@@ -135,6 +135,21 @@ TEST(LogTool, AFolderWithLeftOverBlocksThroughTheFilters) {
     EXPECT_EQ(objects, 75u);
 }
 
+// What a player typed into a chat must not command the terminal of who reads the log.
+TEST(LogTool, ATerminalGetsNoControlCharacters) {
+    const TemporaryFolder folder;
+    const std::string hostile = NumberedLine(1) + "\x1b]0;title\x07";
+    const std::string log = folder.Write("hostile.xlog", CompressedRecord(1, {hostile}));
+    EXPECT_EQ(RunReader({log}).output, hostile + "\n") << "a pipe gets what was logged";
+    const std::string shown = NumberedLine(1) + "\\x1B]0;title\\x07";
+    EXPECT_THAT(RunReader({"--color=always", log}).output, HasSubstr(shown));
+    for (const char* how : {" ", " --color=never ", " --lines=1 "}) {
+        Ending ending;
+        const std::string command = std::string("NO_COLOR=1 ") + ORVANE_LOG_PROGRAM + how + log;
+        EXPECT_EQ(RunToEnd({{"script", "-qec", command, "/dev/null"}, {}, ""}, &ending), shown + "\r\n") << how;
+    }
+}
+
 TEST(LogTool, StandardInputIsReadAsItComes) {
     Process process({{ORVANE_LOG_PROGRAM, "-"}, {}, ""});
     const std::string record = CompressedRecord(1, NumberedLines(0, 5));

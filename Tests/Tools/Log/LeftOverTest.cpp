@@ -44,7 +44,7 @@ protected:
         arguments.paths = {_folder / path};
         StringOutput output;
         Report report([this](const std::string& message) { _said += message + "\n"; });
-        Reading(arguments, false, _keys, output, report, nullptr).Run();
+        Reading(arguments, Look::kAsItStands, _keys, output, report, nullptr).Run();
         return output.Text();
     }
 

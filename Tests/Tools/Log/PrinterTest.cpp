@@ -63,14 +63,17 @@ TEST(JsonPrinter, KeepsUtf8AndReplacesTheRest) {
     }
 }
 
-TEST(ColourPrinter, ColoursByLevelAndResets) {
+TEST(TextPrinter, ForATerminalColoursByLevelAndEscapesTheRest) {
     StringOutput output;
-    ColourPrinter printer(output);
+    TextPrinter printer(output, Look::kColoured);
     printer.Print(MakeEntry("[2026-11-24 21:50:39 007] | Error | [a] |1| f:1|g| bad\nworse"));
-    printer.Print(MakeEntry("[2026-11-24 21:50:39 007] | Info | [a] |1| f:1|g| fine"));
+    printer.Print(MakeEntry("[2026-11-24 21:50:39 007] | Info | [a] |1| f:1|g| fi\x1b[2Jne"));
+    TextPrinter(output, Look::kPrintable).Print(MakeEntry("a\rb"));
+    TextPrinter(output).Print(MakeEntry("a\rb"));
     EXPECT_EQ(output.Text(),
               "\x1b[31m[2026-11-24 21:50:39 007] | Error | [a] |1| f:1|g| bad\nworse\x1b[0m\n"
-              "[2026-11-24 21:50:39 007] | Info | [a] |1| f:1|g| fine\n");
+              "[2026-11-24 21:50:39 007] | Info | [a] |1| f:1|g| fi\\x1B[2Jne\n"
+              "a\\x0Db\na\rb\n");
 }
 
 TEST(TailPrinter, KeepsTheLastThenPassesOn) {
