@@ -84,7 +84,7 @@ void ReadAll(const Arguments& arguments, KeyRing& keys) {
     {
         DescriptorOutput output(nowhere);
         Report report([](const std::string& message) { fprintf(stderr, "%s\n", message.c_str()); });
-        Reading(arguments, false, keys, output, report, nullptr).Run();
+        Reading(arguments, Look::kAsItStands, keys, output, report, nullptr).Run();
         if (report.Status(false) != kExitSound) abort();
     }
     close(nowhere);

@@ -52,15 +52,20 @@ std::string Joined(const std::vector<std::string>& lines) {
     return text;
 }
 
-std::string DeflateLines(const std::vector<std::string>& lines) {
+std::string DeflateLines(std::vector<std::string> lines) {
+    for (std::string& line : lines)
+        line += '\n';
+    return DeflatePieces(lines);
+}
+
+std::string DeflatePieces(const std::vector<std::string>& pieces) {
     z_stream stream{};
     if (deflateInit2(&stream, 9, Z_DEFLATED, -15, 9, Z_DEFAULT_STRATEGY) != Z_OK) abort();
     std::string deflated;
-    for (std::string line : lines) {
-        line += '\n';
-        std::string room(line.size() + 1024, '\0');
-        stream.next_in = reinterpret_cast<Bytef*>(line.data());
-        stream.avail_in = static_cast<uInt>(line.size());
+    for (const std::string& piece : pieces) {
+        std::string room(piece.size() + 1024, '\0');
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(piece.data()));
+        stream.avail_in = static_cast<uInt>(piece.size());
         stream.next_out = reinterpret_cast<Bytef*>(room.data());
         stream.avail_out = static_cast<uInt>(room.size());
         if (deflate(&stream, Z_SYNC_FLUSH) != Z_OK || stream.avail_in != 0) abort();

@@ -18,7 +18,9 @@ std::vector<std::string> NumberedLines(unsigned first, unsigned count);
 std::string Joined(const std::vector<std::string>& lines);
 
 // The raw deflate stream of a block: each line and its newline flushed, never finished.
-std::string DeflateLines(const std::vector<std::string>& lines);
+std::string DeflateLines(std::vector<std::string> lines);
+// The same of pieces that are what they are.
+std::string DeflatePieces(const std::vector<std::string>& pieces);
 
 struct RecordFields {
     int magic = 9;

@@ -39,8 +39,13 @@ Exit status
   0  all sound
   1  damage was found: something was skipped, or a record gave only part of its text
   2  wrong use, or a file that cannot be read or written
-  3  all sound, but there are encrypted records that no key opens (0 with --verify)
-The highest of 2, 1, 3 that applies, in this order.
+  3  all sound, but there are encrypted records that no key opens (0 with --verify, if no --key is given)
+The first of 2, 1, 3 that applies.
+
+Sound means that each record stands where it should, inflates to its end, and holds whole lines. No log has a checksum,
+so none of these can be seen: a character of a text or a date that became another one, a changed hour, number or unused
+field of a header, records or files that are missing where no number was skipped, a line cut in a plain "*.log" file.
+Of an encrypted record that no key opens only the header and the length are checked.
 )";
 
 }  // namespace OrvaneLog

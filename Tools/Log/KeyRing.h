@@ -20,7 +20,7 @@ public:
     struct Agreement {
         bool isPoint = false;  // a public key that is no point of the curve was written by no one
         std::vector<Candidate> candidates;
-        // Once one of them has given text the others are dropped.
+        // Once one of them has given what only a log holds the others are dropped.
         bool proven = false;
 
         void Prove(size_t index);

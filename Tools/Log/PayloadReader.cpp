@@ -33,6 +33,8 @@ void PayloadReader::Begin(const Payload& payload, uint64_t textLimit) {
     _failed = false;
     _atEnd = false;
     _stream.avail_in = 0;
+    _textOfBlock = 0;
+    _lines.Begin();
     if (payload.compressed) inflateReset(&_stream);
     if (payload.key && !_deciphered) _deciphered = std::make_unique_for_overwrite<uint8_t[]>(kInputChunk);
 }
@@ -74,6 +76,16 @@ bool PayloadReader::Refill() {
     return count > 0;
 }
 
+// Whether inflate, which has just given so much text, stands behind a flush: an empty block that ends on a byte's edge.
+bool PayloadReader::PassedFlush(size_t textSize) {
+    _textOfBlock += textSize;
+    if (!(_stream.data_type & kAtBlockEnd)) return false;
+    const bool flush = _textOfBlock == 0 && !(_stream.data_type & kUnusedBits);
+    _textOfBlock = 0;
+    return flush;
+}
+
+// Stops at every end of a deflate block, to see the flushes.
 std::string_view PayloadReader::NextInflated() {
     const size_t room = static_cast<size_t>(std::min<uint64_t>(kTextChunk, _textLeft));
     _stream.next_out = _text.get();
@@ -81,9 +93,15 @@ std::string_view PayloadReader::NextInflated() {
     while (_stream.avail_out > 0) {
         // Without further input the stream may still hold back text for which there was no room before.
         const bool hasInput = _stream.avail_in > 0 || Refill();
-        const int result = inflate(&_stream, Z_SYNC_FLUSH);
+        const auto* const from = reinterpret_cast<const char*>(_stream.next_out);
+        const size_t before = _stream.avail_out;
+        const int result = inflate(&_stream, Z_BLOCK);
+        const size_t given = before - _stream.avail_out;
+        _lines.Text({from, given});
+        if (PassedFlush(given)) _lines.Flush();
         const bool starved = result == Z_BUF_ERROR;
-        if ((result == Z_OK || starved) && hasInput) continue;
+        const bool isBetweenBlocks = result == Z_OK && (_stream.data_type & kAtBlockEnd) != 0;
+        if ((result == Z_OK || starved) && (hasInput || isBetweenBlocks)) continue;
         _failed = result != Z_OK && result != Z_STREAM_END && !starved;
         _atEnd = result != Z_OK || _stream.avail_out > 0;
         break;
@@ -98,8 +116,7 @@ std::string_view PayloadReader::NextInflated() {
 uint64_t PayloadReader::TextUpToLastFlush(const Payload& payload) {
     Begin(payload);
     _endsAtFlush = false;
-    // Stops at every end of a deflate block. A flush is an empty block that ends on a byte's edge.
-    uint64_t text = 0, textAtBlock = 0, textAtFlush = 0;
+    uint64_t text = 0, textAtFlush = 0;
     _consumedAtFlush = 0;
     for (;;) {
         const bool hasInput = _stream.avail_in > 0 || Refill();
@@ -107,7 +124,8 @@ uint64_t PayloadReader::TextUpToLastFlush(const Payload& payload) {
         _stream.avail_out = kTextChunk;
         const int result = inflate(&_stream, Z_BLOCK);
         _consumed = _read - _stream.avail_in;
-        text += kTextChunk - _stream.avail_out;
+        const size_t given = kTextChunk - _stream.avail_out;
+        text += given;
         if (result == Z_BUF_ERROR && !hasInput) {
             _endsAtFlush = _consumedAtFlush == _consumed;
             return text;
@@ -117,12 +135,9 @@ uint64_t PayloadReader::TextUpToLastFlush(const Payload& payload) {
             _endsAtFlush = !_failed && _consumed == payload.size;
             return _endsAtFlush ? text : textAtFlush;
         }
-        if (!(_stream.data_type & kAtBlockEnd)) continue;
-        if (text == textAtBlock && !(_stream.data_type & kUnusedBits)) {
-            textAtFlush = text;
-            _consumedAtFlush = _consumed;
-        }
-        textAtBlock = text;
+        if (!PassedFlush(given)) continue;
+        textAtFlush = text;
+        _consumedAtFlush = _consumed;
     }
 }
 

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "Log/ByteWindow.h"
+#include "Log/LineWatch.h"
 #include "Storage/Log/LogTea.h"
 
 namespace OrvaneLog {
@@ -44,6 +45,8 @@ public:
     bool AtEnd() const { return _atEnd; }
     // Bytes of the payload that were used. Less than its size also where the stream says it ends early.
     uint64_t Consumed() const { return _consumed; }
+    // What the text given so far shows of an inflated payload's lines.
+    const LineWatch& Lines() const { return _lines; }
 
     // How much text can be trusted of a payload that runs into foreign bytes: all up to the last flush that the
     // writer made, or all there is if the data just ends; Failed() tells which. Begin must be called again afterwards.
@@ -55,6 +58,7 @@ public:
 
 private:
     bool Refill();
+    bool PassedFlush(size_t textSize);
     std::string_view NextPlain();
     std::string_view NextInflated();
 
@@ -62,6 +66,8 @@ private:
     std::unique_ptr<uint8_t[]> _deciphered;
     std::unique_ptr<uint8_t[]> _text;
     z_stream _stream{};
+    uint64_t _textOfBlock = 0;  // how much the deflate block has given so far
+    LineWatch _lines;
     Payload _payload;
     uint64_t _textLeft = 0;
     uint64_t _read = 0;

@@ -127,16 +127,9 @@ bool RecordDecoder::OpenEncrypted() {
         _report.why = "its public key is no point of the curve";
         return true;
     }
-    for (size_t i = 0; i < agreement.candidates.size(); ++i) {
-        _payload.key = &agreement.candidates[i].key;
-        _report.keyName = agreement.candidates[i].name;
-        if (!agreement.proven) {
-            Read(_payload);
-            const bool fits = _reader.Failed() ? IsConvincing(_first) : !_first.empty() && LooksLikeText(_first);
-            if (!fits) continue;
-            agreement.Prove(i);
-            _payload.key = &agreement.candidates[0].key;
-        }
+    if (const KeyRing::Candidate* const key = FindKey(agreement)) {
+        _payload.key = &key->key;
+        _report.keyName = key->name;
         return OpenCompressed();
     }
     _payload.key = nullptr;
@@ -146,6 +139,24 @@ bool RecordDecoder::OpenEncrypted() {
     _convinces = _framing == Framing::kWholeInRow;
     _report.verdict = Verdict::kEncrypted;
     return true;
+}
+
+// The key that opens the record. One that gives the head of a line is the right one for good. What else looks like text
+// may have come of a wrong key: it is believed for this record if all of it inflates, and shows nothing for the next.
+const KeyRing::Candidate* RecordDecoder::FindKey(KeyRing::Agreement& agreement) {
+    if (agreement.proven) return &agreement.candidates[0];
+    const KeyRing::Candidate* fitting = nullptr;
+    for (size_t i = 0; i < agreement.candidates.size(); ++i) {
+        _payload.key = &agreement.candidates[i].key;
+        Read(_payload);
+        if (BeginsLine(_first)) {
+            agreement.Prove(i);
+            return &agreement.candidates[0];
+        }
+        if (!fitting && !_first.empty() && LooksLikeText(_first) && EndsWhereItShould())
+            fitting = &agreement.candidates[i];
+    }
+    return fitting;
 }
 
 bool RecordDecoder::EndsWhereItShould() {
@@ -200,6 +211,11 @@ void RecordDecoder::JudgeDelivered(bool isBinary) {
     else if (_payload.compressed && _reader.Consumed() < _payload.size)
         _report.why = "its deflate stream ends " + std::to_string(_payload.size - _reader.Consumed()) +
                       " bytes before its payload does";
+    else if (!_reader.Lines().Fault().empty())
+        _report.why = _reader.Lines().Fault();
+    else if (_payload.compressed && _reader.Lines().IsWithinLine() && _payload.size + kSmallestRecord < kBlockSize)
+        // A block that was filled to its last byte ends anywhere.
+        _report.why = "its last line was not written to its end";
     else if (_framing == Framing::kMappedBlock && _payload.size < _report.header.length)
         _report.why =
             "its header claims " + std::to_string(_report.header.length) + " bytes payload, more than a block holds";

@@ -44,6 +44,7 @@ private:
     bool OpenEncrypted();
     void MeasurePayload();
     bool EndsWhereItShould();
+    const KeyRing::Candidate* FindKey(KeyRing::Agreement& agreement);
     bool JudgeWhole();
     bool JudgeTorn();
     bool ShowsText(std::string_view text) const;

@@ -17,6 +17,7 @@ void Report::Problem(const std::string& message) {
 void Report::Record(const std::string& path, const RecordReport& record) {
     ++_records;
     if (record.header.IsCompressed()) CheckSequence(record.header);
+    if (!record.keyName.empty()) _keysInUse.insert(record.keyName);
     switch (record.verdict) {
         case Verdict::kSound:
             return;
@@ -69,13 +70,20 @@ std::string Report::Summary() const {
     if (_gaps > 0)
         summary += ", " + Count(_skipped, "byte", "bytes") + " skipped in " + Count(_gaps, "place", "places");
     if (_problems > 0) summary += ", " + Count(_problems, "problem", "problems");
-    return summary + (HasDamage() || _problems > 0 ? "" : ": sound");
+    if (HasDamage() || _problems > 0) return summary;
+    return summary + (_encrypted > 0 ? ": sound as far as can be told without a key" : ": sound");
 }
 
-ExitStatus Report::Status(bool verifying) const {
+void Report::SayIdleKeys(const std::vector<std::string>& keyFiles) {
+    if (_encrypted == 0 && _keysInUse.empty()) return;
+    for (const std::string& file : keyFiles)
+        if (!_keysInUse.contains(file)) _say(file + ": this key opens none of the encrypted records");
+}
+
+ExitStatus Report::Status(bool needsNoKey) const {
     if (_problems > 0) return kExitUnreadable;
     if (HasDamage()) return kExitDamage;
-    return _encrypted > 0 && !verifying ? kExitNoKey : kExitSound;
+    return _encrypted > 0 && !needsNoKey ? kExitNoKey : kExitSound;
 }
 
 void ReportingEvents::OnRecord(const RecordHeader& header, std::span<const uint8_t> payloadHead) {

@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
+#include <vector>
 
 #include "Log/ReadEvents.h"
 
@@ -16,7 +18,7 @@ enum ExitStatus : int {
     kExitSound = 0,
     kExitDamage = 1,      // something was skipped, or a record gave only part of its text
     kExitUnreadable = 2,  // wrong use, or a file that cannot be read or written
-    kExitNoKey = 3,       // all sound, but there are encrypted records that no key opens; not under --verify
+    kExitNoKey = 3,       // all sound, but there are encrypted records that no key opens
 };
 
 class Report {
@@ -34,9 +36,12 @@ public:
     // A source is over: says once what would have been noise for each record.
     void EndSource(const std::string& path);
 
+    // Names the keys that have opened nothing of what is encrypted.
+    void SayIdleKeys(const std::vector<std::string>& keyFiles);
     std::string Summary() const;
     bool HasDamage() const { return _damaged + _torn + _gaps > 0; }
-    ExitStatus Status(bool verifying) const;
+    // `needsNoKey`: records may stay closed.
+    ExitStatus Status(bool needsNoKey) const;
 
 private:
     void CheckSequence(const RecordHeader& header);
@@ -44,6 +49,7 @@ private:
     std::function<void(const std::string&)> _say;
     uint64_t _sources = 0, _problems = 0;
     uint64_t _records = 0, _damaged = 0, _torn = 0, _encrypted = 0;
+    std::set<std::string> _keysInUse;
     uint64_t _gaps = 0, _skipped = 0;
     // Of the source being read.
     uint64_t _encryptedHere = 0, _encryptedBytesHere = 0, _missingHere = 0;

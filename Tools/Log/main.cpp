@@ -82,8 +82,10 @@ int Read(const Arguments& arguments) {
         Reading(arguments, LookOf(arguments), keys, output, report, &progress).Run();
     output.Flush();
     if (output.Error() != 0) report.Problem(std::string("standard output: ") + strerror(output.Error()));
-    if (arguments.action == Action::kVerify) report.Note(report.Summary());
-    return report.Status(arguments.action == Action::kVerify);
+    if (arguments.action != Action::kVerify) return report.Status(false);
+    report.SayIdleKeys(arguments.keyFiles);
+    report.Note(report.Summary());
+    return report.Status(arguments.keyFiles.empty());
 }
 
 int Main(const std::vector<std::string>& words) {

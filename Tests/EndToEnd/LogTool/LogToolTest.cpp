@@ -71,7 +71,16 @@ TEST(LogTool, AKeyPairOpensWhatItsPublicHalfClosed) {
     EXPECT_EQ(closed.output, "");
     EXPECT_THAT(closed.error, HasSubstr("2 encrypted records"));
     EXPECT_EQ(std::count(closed.error.begin(), closed.error.end(), '\n'), 1) << closed.error;
-    EXPECT_EQ(RunReader({"--verify", log}).status, 0) << "without a key it is as sound as can be told";
+    const Result without = RunReader({"--verify", log});
+    EXPECT_EQ(without.status, 0);
+    EXPECT_THAT(without.error, HasSubstr("2 encrypted and not looked into: sound as far as can be told without a key"));
+    const Result wrong = RunReader({"--verify", "--key", other, log});
+    EXPECT_EQ(wrong.status, 3) << "a key was to open it";
+    EXPECT_THAT(wrong.error, HasSubstr(other + ": this key opens none of the encrypted records"));
+    const Result both = RunReader({"--verify", "--key", other, "--key", key, log});
+    EXPECT_EQ(both.status, 0);
+    EXPECT_THAT(both.error, HasSubstr(other + ": this key opens none"));
+    EXPECT_THAT(both.error, testing::EndsWith("2 records: sound\n"));
     EXPECT_EQ(RunReader({"--key", log, log}).status, 2) << "no key";
     EXPECT_EQ(RunReader({"--key", folder / "gone", log}).status, 2);
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <random>
 
 #include "Support/LogWriter.h"
@@ -74,6 +75,59 @@ TEST(RecordWalk, FindsTheKeyThatFits) {
         wrong.Add(three.privateKey, "three");
         EXPECT_EQ(WalkRecords(file, wrong).Verdicts(), "encrypted encrypted encrypted");
     }
+}
+
+// A wrong key deciphers some record in thousands to a stream that ends early, behind a printable byte or two.
+TEST(RecordWalk, AFewPrintableBytesProveNoKey) {
+    const ReaderKey wrong(3), right(2);
+    const WriterKey writer = AgreeWith(right.publicKey);
+    std::string file, text;
+    for (unsigned i = 0; i < 20000; ++i) {
+        file += EncryptedRecord(i + 1, {NumberedLine(i)}, writer);
+        text += NumberedLine(i) + "\n";
+    }
+    KeyRing both, closed;
+    both.Add(wrong.privateKey, "wrong");
+    both.Add(right.privateKey, "right");
+    closed.Add(wrong.privateKey, "wrong");
+    EXPECT_EQ(WalkRecords(file, both).text, text);
+    const Collected read = WalkRecords(file, closed);
+    EXPECT_EQ(read.text, "");
+    EXPECT_EQ(read.records.size(), 20000u);
+    for (const RecordReport& record : read.records)
+        ASSERT_EQ(record.verdict, Verdict::kEncrypted);
+}
+
+// Damage that inflates all the same shows in the ends of the lines.
+TEST(RecordWalk, ALineForEachFlush) {
+    const std::string line = NumberedLine(1) + "\n";
+    const std::string marker = "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: 130000\n";
+    const struct {
+        std::vector<std::string> flushed;
+        const char* why;  // null: sound
+    } rows[] = {
+        {{line, line + "more of it\n", marker, line}, nullptr},
+        {{"no head\n", line, "none either\n"}, nullptr},
+        {{line, "no head\n", line}, "has lost its head"},
+        {{line, NumberedLine(1), line}, "has lost its end"},
+        {{"x", "y\n"}, "has lost its end"},
+    };
+    for (const auto& row : rows) {
+        RecordFields fields;
+        fields.payload = DeflatePieces(row.flushed);
+        const Collected read = WalkRecords(RecordBytes(fields));
+        EXPECT_EQ(read.text, std::accumulate(row.flushed.begin(), row.flushed.end(), std::string()));
+        ASSERT_EQ(read.Verdicts(), row.why ? "damaged" : "sound") << row.flushed[1];
+        EXPECT_TRUE(read.records[0].why.ends_with(row.why ? row.why : "")) << read.records[0].why;
+    }
+    // Only a record that has filled the block may end within a line.
+    RecordFields full;
+    full.payload = DeflateLines(NumberedLines(0, 5000)).substr(0, kBlockSize - 74);
+    EXPECT_EQ(WalkRecords(RecordBytes(full)).Verdicts(), "sound");
+    full.payload = DeflateLines(NumberedLines(0, 5)) + DeflatePieces({NumberedLine(5)});
+    full.payload.resize(full.payload.size() - 20);
+    const std::string cut = RecordBytes(full) + CompressedRecord(2, NumberedLines(0, 2));
+    EXPECT_EQ(WalkRecords(cut).Verdicts(), "damaged sound");
 }
 
 TEST(RecordWalk, StepsOverWhatLiesBetweenRecords) {
