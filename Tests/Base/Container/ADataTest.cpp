@@ -76,14 +76,18 @@ TEST(AData, AssignReusesABufferThatIsNotFarTooLarge) {
     EXPECT_STREQ(reinterpret_cast<char*>(data.Data()), "ab");
     EXPECT_EQ(data.Data()[5], 0);  // no remains of the old content
 
-    AData large(1000);
-    large.Assign(Raw("ab"), 2);
-    EXPECT_EQ(large.Capacity(), 64);
-    AData fitting(1000);
-    const std::string half(500, 'h');
-    fitting.Assign(Raw(half), 500);
-    EXPECT_EQ(fitting.Capacity(), 1000);
-    EXPECT_EQ(Bytes(fitting), half);
+    const struct {
+        int capacity, length, after;
+    } rows[] = {{1000, 2, 64},     {1000, 600, 1000},  {1000, 500, 1000}, {1000, 499, 998},
+                {1000, 999, 1000}, {1000, 1000, 2000}, {128, 2, 128},     {129, 2, 64}};
+    for (const auto& row : rows) {
+        AData reused(row.capacity);
+        reused.Append("old");
+        const std::string bytes(static_cast<size_t>(row.length), 'h');
+        reused.Assign(Raw(bytes), row.length);
+        EXPECT_EQ(reused.Capacity(), row.after) << row.capacity << ' ' << row.length;
+        EXPECT_EQ(Bytes(reused), bytes);
+    }
 
     data = nullptr;
     EXPECT_EQ(data.Data(), nullptr);

@@ -47,6 +47,12 @@ TEST(Tea, BlocksOfSixteenAndThirteenRounds) {
     }
 }
 
+std::string Xor(std::string left, const std::string& right) {
+    for (size_t i = 0; i < left.size(); ++i)
+        left[i] = static_cast<char>(left[i] ^ right[i]);
+    return left;
+}
+
 struct Chain {
     const char* name;
     Encrypt encrypt;
@@ -67,6 +73,18 @@ protected:
     int DecryptInto(const std::string& cipher, std::string& out) {
         length = static_cast<int>(out.size());
         return GetParam().decrypt(cipher.data(), static_cast<int>(cipher.size()), kKey.data(), out.data(), &length);
+    }
+    // Enciphers a frame, whatever its bytes.
+    std::string EncryptFrame(const std::string& frame) {
+        std::string out, mixed(8, '\0'), cipher(8, '\0');
+        for (size_t at = 0; at < frame.size(); at += 8) {
+            const std::string next = Xor(frame.substr(at, 8), cipher);
+            cipher = Apply(TeaEncryptECB, next, kKey);
+            if (GetParam().isDouble) cipher = Xor(cipher, mixed);
+            mixed = next;
+            out += cipher;
+        }
+        return out;
     }
     int length = 0;
 };
@@ -95,10 +113,10 @@ TEST_P(KxSymmetry, DecryptsWhatAnotherImplementationMade) {
     for (const auto& cipher : kCiphers) {
         const std::string bytes = Bytes(GetParam().isDouble ? cipher.twofold : cipher.single);
         EXPECT_EQ(kx_symmetry_encrypt2_len(static_cast<int>(cipher.text.size())), static_cast<int>(bytes.size()));
-        std::string out(cipher.text.size(), 'x');
+        std::string out(cipher.text.size() + 3, 'x');
         EXPECT_EQ(DecryptInto(bytes, out), 1);
         EXPECT_EQ(length, static_cast<int>(cipher.text.size()));
-        EXPECT_EQ(out, cipher.text);
+        EXPECT_EQ(out, cipher.text + "xxx");
     }
 }
 
@@ -120,6 +138,7 @@ TEST_P(KxSymmetry, FramesStartWithPadAndSalt) {
 
         std::string out(size + 3, 'x');
         EXPECT_EQ(DecryptInto(cipher, out), 1);
+        EXPECT_EQ(length, static_cast<int>(size));
         EXPECT_EQ(out, text + "xxx");
     }
 }
@@ -152,10 +171,19 @@ TEST_P(KxSymmetry, DamageOfTheLastBlockShowsInTheZerosAndLeavesTheText) {
     for (size_t bit = 0; bit < 64; ++bit) {
         std::string damaged = cipher;
         damaged[damaged.size() - 8 + bit / 8] = static_cast<char>(damaged[damaged.size() - 8 + bit / 8] ^ 1 << bit % 8);
-        std::string out(text.size(), 'x');
+        std::string out(text.size() + 3, 'x');
         EXPECT_EQ(DecryptInto(damaged, out), 0) << bit;
         EXPECT_EQ(length, static_cast<int>(text.size()));
         EXPECT_EQ(out.substr(0, 16), text.substr(0, 16));
+    }
+    // Each of the seven is looked at.
+    const std::string sound = std::string(3, '\0') + "six by" + std::string(7, '\0');
+    for (size_t at = 9; at <= 16; ++at) {
+        std::string frame = sound, out(9, 'x');
+        if (at < 16) frame[at] = 1;
+        EXPECT_EQ(DecryptInto(EncryptFrame(frame), out), at == 16 ? 1 : 0) << at;
+        EXPECT_EQ(out, "six byxxx");
+        EXPECT_EQ(length, 6);
     }
 }
 

@@ -42,9 +42,12 @@ TEST(RegularExpression, AnchorsAndRepetition) {
     ExpectAll({Case{"a*", "baaa", 0}, Case{"a*b", "aaab", 4}, Case{".*c", "abcabcd", 6}, Case{".*?c", "abcabcd", 3},
                Case{"a.*?$", "abcd", 4}, Case{"ab?c", "ac", 2}, Case{"ab?c", "abc", 3}, Case{"a**", "a", -1},
                Case{"(ab)*c", "ababc", 5}, Case{"(ab)+", "ababa", 4}, Case{"(ab)?c", "c", 1}});
-    ExpectAll({{"a*?", "aa", 1},       // once where it can
-               {"a?ab", "ab", -1},     // what "?" matched stays matched
-               {"a*[ab]", "aa", 1}});  // takes nothing where the rest does without
+    ExpectAll({{"a*?", "aa", 1},     // once where it can
+               {"a?ab", "ab", -1},   // what "?" matched stays matched
+               {"a*[ab]", "aa", 1},  // takes nothing where the rest does without
+               {"(a)*[ab]", "aa", 1},
+               {"b*?b", "b", 1},
+               {"a+ab", "aab", 3}});
 }
 
 TEST(RegularExpression, Alternatives) {
@@ -60,7 +63,8 @@ TEST(RegularExpression, SetsAndEscapes) {
     ExpectAll({Case{"[-a]", "-", 1}, Case{"[a-]", "-", 1}, Case{"[a", "a", 1}, Case{"[^a", "b", 1}, Case{"[^]", "a", 1},
                Case{"[.]", "x", 1}, Case{"[\\]]", "]", 1}, Case{"[\\d_]+", "a1_2", 4}, Case{"[(]+[)]", "(()", 3}});
     ExpectAll({Case{"[^a]", "", -1}, Case{"a[b]", "a", -1}, Case{"[a-]", "b", -1}, Case{"[a", "b", -1},
-               Case{"[]", "a", -1}, Case{"[$|]", "$", -1}, Case{"[\\xzz]", "z", -1}, Case{"\\S", " \t", -1}});
+               Case{"[]", "a", -1}, Case{"[$|]", "$", -1}, Case{"[\\xzz]", "z", -1}, Case{"\\S", " \t", -1},
+               Case{"[a-", "-", 1}, Case{"[--a]", ".", -1}});  // no range without an end, nor one from "-"
     EXPECT_EQ(Match("\\b\\f\\n\\r\\t\\v\\d\\s\\S\\x4a\\x4A\\xff", "\b\f\n\r\t\v1 xJJ\xff"), 12);
     EXPECT_EQ(Match("\\^\\$\\(\\)\\.\\[\\]\\*\\+\\?\\|\\\\", "^$().[]*+?|\\"), 12);
     EXPECT_EQ(Match("[\x80-\xff]", "\xc3"), 1);
@@ -126,6 +130,7 @@ TEST(RegularExpression, Captures) {
         {"(a)?(b)*(c)", "abbc", {"a", "b", "c"}},
         {"((a)b)x|(c)", "abc", {"not stored", "a", "c"}},  // the second on a way that failed
         {"(x*)a", "a", {"not stored"}},                    // for it is empty
+        {"\\S*(\\S?)", "Ac", {"c"}},                       // of an earlier try, as the last one's is empty
     };
     for (const auto& c : kCases) {
         slre_cap caps[4] = {};
@@ -142,7 +147,9 @@ TEST(RegularExpression, Captures) {
 TEST(RegularExpression, GroupsGiveBackWhatTheRestNeeds) {
     ExpectAll({Case{"(a*)ab", "aaab", 4}, Case{"(.*)\\.(.*)$", "a.b.c", 5}, Case{"(a+)(a+)(a+)$", "aaa", 3},
                Case{"(a+)(a+)(a+)$", "aa", -1}, Case{"((a*)b)*c", "aabbabc", 7}, Case{"(a)^b", "ab", -1},
-               Case{"(a)(^b)", "ab", 2}});  // within a group the count starts anew
+               Case{"(a)(^b)", "ab", 2},  // within a group the count starts anew
+               Case{"(a$)b", "ab", 2},    // and the end is where the group must end
+               Case{"(ab|a)bc", "abc", 3}, Case{"((.+)c*)a", "ba", 2}});
 }
 
 TEST(RegularExpression, GroupsBehindANestedGroupAreClosedWrongly) {

@@ -19,8 +19,15 @@ constexpr Step kSteps[] = {
     },
 };
 
-TEST(ZylOutStreamTest, AFileThatTakesLessIsAnError) {
+TEST(ZylOutStreamTest, APlaceThatTakesLessIsAnError) {
     for (Step step : kSteps) {
+        char memory[2] = {'?', '?'};
+        ZylOutStream small(memory, 1);
+        EXPECT_EQ(step(small), -1);
+        EXPECT_EQ(small.state(), -1);
+        EXPECT_EQ(memory[1], '?');
+        EXPECT_EQ(small.buffer().position, 0u);
+
         FILE* const full = fopen("/dev/full", "wb");
         ASSERT_NE(full, nullptr);
         setvbuf(full, nullptr, _IONBF, 0);

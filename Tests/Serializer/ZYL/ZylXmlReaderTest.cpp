@@ -143,11 +143,15 @@ TEST(ZylXmlReaderTest, RefusesElementsNestedTooDeep) {
     };
     EXPECT_EQ(StateOf(nested(1000000, "<a>")), -27);
     // What only looks like an end tag does not hide the depth.
-    for (const char* open : {"<a>", "<a><!-- </a> -->", "<a><![CDATA[</a>]]>", "<a><?x </a> ?>", "<a x='</a>'>",
-                             "<a\"><!x</a>", "<a x=\"/\">"}) {
+    for (const char* open : {"<a>", "<a><!--></a>-->", "<a><![CDATA[></a>]]>", "<a><?x ></a> ?>",
+                             "<a><!DOCTYPE x [<!E></a>]>", "<a x='></a>'>", "<a\"><!x</a>", "<a x=\"/\">"}) {
         EXPECT_EQ(StateOf(nested(kMaxXmlDepth, open)), 0) << open;
         EXPECT_EQ(StateOf(nested(kMaxXmlDepth + 1, open)), -27) << open;
     }
+    std::string wide = "<a>";
+    for (int i = 0; i < 3 * kMaxXmlDepth; ++i)
+        wide += "<b/>";
+    EXPECT_EQ(StateOf(wide + "</a>"), 0);
 }
 
 TEST(ZylXmlReaderDeathTest, BrokenContractsEndTheProcess) {
