@@ -47,6 +47,7 @@ TEST(RegularExpression, AnchorsAndRepetition) {
                {"a*[ab]", "aa", 1},  // takes nothing where the rest does without
                {"(a)*[ab]", "aa", 1},
                {"b*?b", "b", 1},
+               {"(a)*", "b", 0},
                {"a+ab", "aab", 3}});
 }
 
@@ -149,7 +150,7 @@ TEST(RegularExpression, GroupsGiveBackWhatTheRestNeeds) {
                Case{"(a+)(a+)(a+)$", "aa", -1}, Case{"((a*)b)*c", "aabbabc", 7}, Case{"(a)^b", "ab", -1},
                Case{"(a)(^b)", "ab", 2},  // within a group the count starts anew
                Case{"(a$)b", "ab", 2},    // and the end is where the group must end
-               Case{"(ab|a)bc", "abc", 3}, Case{"((.+)c*)a", "ba", 2}});
+               Case{"(ab|a)bc", "abc", 3}, Case{"((.+)c*)a", "ba", 2}, Case{"((.)$)c*", "cb", 1}});
 }
 
 TEST(RegularExpression, GroupsBehindANestedGroupAreClosedWrongly) {

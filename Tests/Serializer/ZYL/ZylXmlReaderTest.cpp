@@ -131,6 +131,7 @@ TEST(ZylXmlReaderTest, DamagedTextsAreErrors) {
     for (const char* good : {"", "\xEF\xBB\xBF <a/>", "<a>&#0;</a>"})
         EXPECT_EQ(StateOf(good), 0) << good;
     EXPECT_EQ(Reader("<a>&#0;</a>")->getNodeValue("a"), nullptr);
+    EXPECT_STREQ(Reader("<a> x &#0;</a>")->getNodeValue("a"), "x ") << "blanks before a zero are not at the end";
     EXPECT_EQ(ZylXmlReader("", ULONG_MAX, ZYL_XML_NODE).state(), -26);
 }
 
