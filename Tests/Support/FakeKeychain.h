@@ -43,13 +43,14 @@ public:
     int32_t SecItemDelete(const Quern::KeychainQuery& query) override {
         const std::lock_guard<std::mutex> guard(_lock);
         calls.push_back("delete " + query.account.value_or("*"));
+        if (failure != Quern::errSecSuccess) return failure;
         return items.erase({query.service.value_or(""), query.account.value_or("")}) > 0 ? Quern::errSecSuccess
                                                                                          : Quern::errSecItemNotFound;
     }
 
     std::map<std::pair<std::string, std::string>, std::string> items;  // by service and account
     std::vector<std::string> calls;
-    int32_t failure = Quern::errSecSuccess;  // what adding gives instead
+    int32_t failure = Quern::errSecSuccess;  // what adding and deleting give instead
 
 private:
     std::mutex _lock;

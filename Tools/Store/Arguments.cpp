@@ -96,7 +96,7 @@ const char kHelpText[] =
     R"(usage: orvane-store [OPTION]... COMMAND FILE [WORD]...
 
 Looks into and edits the INI files of OrvaneCore: bundles ("Orvane.config" and its like, enciphered) and plain ones. A
-file is changed by "set" alone.
+file is changed by "set" alone. On a terminal, control characters are shown as "\x1B".
 
 Commands
   dump FILE                    all lines

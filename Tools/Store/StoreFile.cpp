@@ -14,6 +14,7 @@
 #include "Log/KeyFile.h"
 #include "Serializer/Codec/Base64.h"
 #include "Storage/Bundle/SecurityStore.h"
+#include "Storage/File/FileReplacement.h"
 #include "Storage/File/WholeFile.h"
 
 namespace OrvaneStore {
@@ -91,11 +92,22 @@ void FindKey(const Arguments& arguments, StoreFile& file) {
     }
 }
 
+// Whether the text was read.
+bool ReadEncrypted(const Arguments& arguments, StoreFile& file) {
+    file.fault = Parse(file.bytes, file.parts);
+    if (file.fault != Fault::kNone) return false;
+    FindKey(arguments, file);
+    return file.isOpen = !file.keyOrigin.empty() && Open(file.parts.body, file.key, file.text);
+}
+
 }  // namespace
 
 bool ReadStoreFile(const Arguments& arguments, StoreFile& file, std::string& error) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(fopen(arguments.file.c_str(), "rb"), fclose);
-    if (!stream) return Fail(error, arguments.file);
+    char real[PATH_MAX];  // what a link leads to is replaced, and not the link
+    if (!realpath(arguments.file.c_str(), real)) return Fail(error, arguments.file);
+    file.path = real;
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(fopen(real, "rb"), fclose);
+    if (!stream || fstat(fileno(stream.get()), &file.state) != 0) return Fail(error, arguments.file);
     bool failed = false;
     file.bytes = Quern::ReadToEnd(stream.get(), &failed);
     if (failed) return Fail(error, arguments.file);
@@ -105,31 +117,36 @@ bool ReadStoreFile(const Arguments& arguments, StoreFile& file, std::string& err
         file.isOpen = true;
         return true;
     }
-    file.fault = Parse(file.bytes, file.parts);
-    if (file.fault != Fault::kNone) return true;
-    FindKey(arguments, file);
-    file.isOpen = !file.keyOrigin.empty() && Open(file.parts.body, file.key, file.text);
+    if (ReadEncrypted(arguments, file)) return true;
+    StoreFile interrupted;
+    interrupted.path = file.path;
+    interrupted.state = file.state;
+    interrupted.isEncrypted = interrupted.isLeftOver = true;
+    interrupted.bytes = Quern::FileReplacement(file.path).LeftOver();
+    if (ReadEncrypted(arguments, interrupted)) file = std::move(interrupted);
     return true;
 }
 
-bool WriteStoreFile(const std::string& path, const StoreFile& file, std::string& error) {
-    char real[PATH_MAX];  // what a link leads to is replaced, and not the link
-    struct stat state {};
-    if (!realpath(path.c_str(), real) || stat(real, &state) != 0) return Fail(error, path);
-    // An application removes a file that it cannot open: what is edited stays its owner's.
-    const bool isOwn = state.st_uid == geteuid();
-    if (!isOwn && geteuid() != 0) {
-        error = path + ": belongs to another user";
-        return false;
-    }
+bool WriteStoreFile(const StoreFile& file, std::string& error) {
     const std::string bytes =
         file.isEncrypted ? Build(file.text, file.key, file.parts.publicKey) : file.text.Join('\n') + "\n";
     if (bytes.empty()) {
-        error = path + ": the text is too long for an enciphered file";
+        error = file.path + ": the text is too long for an enciphered file";
         return false;
     }
-    if (!Quern::ReplaceFile(real, bytes, state.st_mode & 07777)) return Fail(error, path);
-    return chown(real, state.st_uid, state.st_gid) == 0 || isOwn || Fail(error, path);
+    Quern::FileReplacement replacement(file.path);
+    // Run by root in a folder of someone else's, the path may have come to lead elsewhere since.
+    const struct stat* const old = replacement.Old();
+    if (!old || old->st_dev != file.state.st_dev || old->st_ino != file.state.st_ino) {
+        error = file.path + ": was replaced meanwhile; nothing is changed";
+        return false;
+    }
+    // An application removes a file that it cannot open: what is edited stays its owner's.
+    if (old->st_uid != geteuid() && geteuid() != 0) {
+        error = file.path + ": belongs to another user";
+        return false;
+    }
+    return (replacement.Prepare(bytes) && replacement.PutInPlace()) || Fail(error, file.path);
 }
 
 const char* FaultText(Fault fault) {

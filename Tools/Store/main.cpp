@@ -1,11 +1,13 @@
 // orvane-store: looks into and edits the library's INI files.
 #include <json/json.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <string>
 
 #include "Store/Arguments.h"
 #include "Store/StoreFile.h"
+#include "Support/PrintableText.h"
 
 namespace OrvaneStore {
 namespace {
@@ -18,7 +20,9 @@ void Say(const std::string& text) {
     fprintf(stderr, "orvane-store: %s\n", text.c_str());
 }
 
-void Print(const std::string& text) {
+void Print(const std::string& stored) {
+    static const bool isTerminal = isatty(STDOUT_FILENO);
+    const std::string text = isTerminal ? OrvaneTools::PrintableText(stored) : stored;
     fwrite(text.data(), 1, text.size(), stdout);
     if (!text.ends_with('\n')) putchar('\n');
 }
@@ -101,7 +105,7 @@ int Set(const Arguments& arguments, StoreFile& file) {
         return kWrongUse;
     }
     std::string error;
-    if (WriteStoreFile(arguments.file, file, error)) return kDone;
+    if (WriteStoreFile(file, error)) return kDone;
     Say(error);
     return kWrongUse;
 }
@@ -156,6 +160,7 @@ int Run(const Arguments& arguments) {
         Say(arguments.file + ": " + (file.keyOrigin.empty() ? file.keyProblem : "the key does not open it"));
         return kNoKey;
     }
+    if (file.isLeftOver) Say("a save was cut short: this is the new file beside it, which its application will take");
     if (!file.unfinished.empty()) Say("the last line has no line end: the library does not read it");
     if (arguments.command == "dump") return Dump(arguments, file);
     if (arguments.command == "get") return Get(arguments, file);

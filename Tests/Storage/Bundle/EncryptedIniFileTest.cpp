@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
+#include <pthread.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Serializer/Codec/Base64.h"
 #include "Serializer/Codec/EllipticCurve.h"
@@ -14,6 +18,7 @@
 #include "Storage/Bundle/SecurityStore.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeKeychain.h"
+#include "Support/OwnMounts.h"
 #include "Support/TestContainer.h"
 
 namespace Quern {
@@ -186,6 +191,101 @@ TEST_F(EncryptedIniFileTest, AFileThatDoesNotOpenIsKeptAsRawLines) {
     file->Save();
     ASSERT_TRUE(file->Load());
     EXPECT_EQ(file->ReadInt("s", "a", 0), 1);
+}
+
+TEST_F(EncryptedIniFileTest, AKeychainThatFailsLeavesTheOldFileAndNoFileIsBetterThanNone) {
+    keychain->failure = errSecNotAvailable;
+    const auto file = Open();
+    file->WriteString("s", "a", "1");
+    EXPECT_TRUE(file->Save());
+    EXPECT_EQ(ReadFile(path).size(), 98u + 24u);  // for the holder of the peer's private key
+    keychain->failure = errSecSuccess;
+    file->Save();
+    const std::string old = ReadFile(path);
+    keychain->failure = errSecNotAvailable;
+    file->WriteString("s", "a", "2");
+    EXPECT_TRUE(file->Save());
+    EXPECT_EQ(ReadFile(path), old);
+    EXPECT_EQ(Open()->ReadInt("s", "a", 0), 1);
+}
+
+TEST_F(EncryptedIniFileTest, ASaveCutShortBehindItsKeyIsFinishedByTheNextLoadOrSave) {
+    const std::string next = CacheFolder() + "/.store.config.orvane-new";
+    const auto file = Open();
+    file->WriteString("s", "a", "1");
+    file->Save();
+    const std::string old = ReadFile(path);
+    file->WriteString("s", "a", "2");
+    file->Save();
+    const std::string whole = ReadFile(path);
+    const auto cutShort = [&](const std::string& content) {
+        unlink(path.c_str());
+        if (!content.empty()) WriteFile(path, content);
+        WriteFile(next, whole);
+        ASSERT_EQ(chmod(next.c_str(), 0600), 0);
+    };
+    for (const std::string& content : {old, std::string(), old.substr(0, 100)}) {
+        cutShort(content);
+        console.Take();
+        IniFile* const found = Open().release();  // deleting it would write plain text
+        EXPECT_TRUE(loaded);
+        EXPECT_EQ(found->ReadInt("s", "a", 0), 2);
+        EXPECT_THAT(console.Take(), testing::Each(testing::StartsWith("Info load config file cost")));
+        EXPECT_EQ(ReadFile(path), whole);
+        EXPECT_THAT(OrvaneTest::FilesIn(CacheFolder()), ElementsAre("store.config"));
+    }
+    cutShort(old);
+    keychain->failure = errSecNotAvailable;  // this save comes to nothing; the one before it must not suffer
+    file->Save();
+    EXPECT_EQ(ReadFile(path), whole);
+
+    keychain->failure = errSecSuccess;
+    file->Save();
+    WriteFile(next, whole);  // of a save that did not come as far as its key: dropped
+    EXPECT_NE(ReadFile(path), whole);
+    ASSERT_TRUE(file->Load());
+    file->Save();
+    EXPECT_THAT(OrvaneTest::FilesIn(CacheFolder()), ElementsAre("store.config"));
+}
+
+TEST_F(EncryptedIniFileTest, NoRoomForASaveMovesNoKey) {
+    ORVANE_OWN_MOUNTS();
+    ASSERT_EQ(mount("", CacheFolder().c_str(), "tmpfs", 0, "size=64k"), 0);
+    IniFile* const file = Open().release();
+    file->WriteString("s", "a", std::string(20000, '1').c_str());
+    file->Save();
+    file->WriteString("s", "a", std::string(100000, '2').c_str());
+    EXPECT_TRUE(file->Save());
+    ASSERT_TRUE(file->Load());
+    EXPECT_EQ(file->ReadString("s", "a", "").length(), 20000);
+    file->WriteString("s", "a", std::string(40000, '3').c_str());  // not beside the old one, but in its place
+    file->Save();
+    ASSERT_EQ(mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr), 0);
+    ASSERT_TRUE(file->Load());
+    EXPECT_EQ(file->ReadString("s", "a", "").length(), 40000);
+    file->WriteString("s", "a", "4");
+    file->Save();
+    ASSERT_TRUE(file->Load());
+    EXPECT_EQ(file->ReadInt("s", "a", 0), 4);
+}
+
+TEST_F(EncryptedIniFileTest, NoKeyIsLeftOnTheStack) {
+    Open().release()->Save();
+    std::vector<char> stack(1 << 20);
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    ASSERT_EQ(pthread_attr_setstack(&attributes, stack.data(), stack.size()), 0);
+    const auto work = [](void* test) -> void* {
+        IniFile* const file = static_cast<EncryptedIniFileTest*>(test)->Open().release();
+        file->Save();
+        file->Load();
+        return nullptr;
+    };
+    pthread_t thread;
+    ASSERT_EQ(pthread_create(&thread, &attributes, work, this), 0);
+    pthread_join(thread, nullptr);
+    const std::string key = base64_decode(StoredKey());
+    EXPECT_EQ(std::search(stack.begin(), stack.end(), key.begin(), key.end()), stack.end());
 }
 
 TEST_F(EncryptedIniFileTest, LinesEndAtLineFeedsAlone) {

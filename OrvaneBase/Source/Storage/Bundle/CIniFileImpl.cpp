@@ -9,8 +9,8 @@
 #include "Base/Assert.h"
 #include "Base/XLog.h"
 #include "Storage/File/CFile.h"
+#include "Storage/File/FileReplacement.h"
 #include "Storage/File/LineReader.h"
-#include "Storage/File/WholeFile.h"
 #include "System/Thread/Time.h"
 
 namespace Quern {
@@ -40,7 +40,8 @@ bool CIniFileImpl::Save() {
     const CCritical guard(&_mutex);
     std::string text = _text.Join('\n');
     if (!_text.Empty()) text += '\n';
-    FileReplacement(_path.c_str(), text).PutInPlace();
+    FileReplacement file(_path.c_str());
+    if (file.Prepare(text)) file.PutInPlace();
     return true;
 }
 

@@ -10,12 +10,24 @@
 #include "Serializer/Codec/Base64.h"
 #include "Serializer/Codec/PeerKey.h"
 #include "Storage/Bundle/SecurityStore.h"
+#include "Storage/File/FileReplacement.h"
 #include "Storage/File/WholeFile.h"
 
 namespace Quern {
 namespace {
 
 using EncryptedIni::Fault;
+
+constexpr int kLooks = 3;
+
+// False, with no bytes, for a file that cannot be opened.
+bool ReadFile(const char* path, std::string& bytes) {
+    bytes.clear();
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(fopen(path, "rb"), fclose);
+    if (!stream) return false;
+    bytes = ReadToEnd(stream.get());
+    return true;
+}
 
 void LogFault(Fault fault, const EncryptedIni::File& file) {
     switch (fault) {
@@ -59,22 +71,25 @@ void LogFault(Fault fault, const EncryptedIni::File& file) {
 
 bool EncryptedIniFileImpl::Load() {
     const CCritical guard(&_mutex);
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(fopen(_path.c_str(), "rb"), fclose);
-    if (!stream) {
-        ORVANE_LOG_INFO("config file %s is not exist", _path.c_str());
-        return false;
-    }
-    const std::string bytes = ReadToEnd(stream.get());
+    std::string bytes, seen;
     EncryptedIni::File file;
-    const Fault fault = EncryptedIni::Parse(bytes, file);
-    if (fault != Fault::kNone) {
-        LogFault(fault, file);
-        return false;
+    Fault fault = Fault::kNone;
+    bool exists = false;
+    for (int look = 0; look < kLooks; ++look) {
+        exists = ReadFile(_path.c_str(), bytes);
+        if (look > 0 && bytes == seen) break;
+        file = {};
+        fault = EncryptedIni::Parse(bytes, file);
+        if (exists && fault == Fault::kNone && OpenBody(file.body, _text)) return true;
+        if (TakeInterruptedSave()) return true;
+        seen = bytes;  // another process may have saved between the looks at file, key and new file
     }
-    EncryptedIni::TeaKey key{};
-    _GetTeaKey(key);
-    if (EncryptedIni::Open(file.body, key, _text)) return true;
-    ORVANE_LOG_ERROR("config file kx_symmetry_decrypt2 failed!");
+    if (!exists)
+        ORVANE_LOG_INFO("config file %s is not exist", _path.c_str());
+    else if (fault != Fault::kNone)
+        LogFault(fault, file);
+    else
+        ORVANE_LOG_ERROR("config file kx_symmetry_decrypt2 failed!");
     return false;
 }
 
@@ -84,12 +99,60 @@ bool EncryptedIniFileImpl::Save() {
     CurvePublicKey publicKey{};
     _MakeTeaKey(key, publicKey);
     const std::string bytes = EncryptedIni::Build(_text, key, publicKey);
-    if (bytes.empty()) return true;  // the file stays, and so must the key that opens it
-    // The key and the file that it opens change places as close together as can be.
-    FileReplacement file(_path.c_str(), bytes);
-    _SaveTeaKey(key);
-    file.PutInPlace();
+    if (!bytes.empty()) Replace(bytes, key);  // a text too long for the format: the file stays, and so must its key
+    explicit_bzero(key.data(), key.size());
     return true;
+}
+
+void EncryptedIniFileImpl::Replace(const std::string& bytes, const EncryptedIni::TeaKey& key) {
+    FileReplacement file(_path.c_str());
+    if (file.Lock() && !FinishInterruptedSave(file)) return;
+    if (!file.Prepare(bytes)) return;
+    _SaveTeaKey(key);
+    const bool hasOld = file.Old() && file.Old()->st_size > 0;
+    if (!IsKept(key) && hasOld) return;  // without its key the new file is of use to the peer alone
+    file.PutInPlace();
+    // Whoever went past the lock may have moved the key after this did, and the file before.
+    if (!file.IsAlone() && !IsKept(key)) _SaveTeaKey(key);
+}
+
+bool EncryptedIniFileImpl::TakeInterruptedSave() {
+    FileReplacement file(_path.c_str());
+    const std::string left = file.LeftOver();
+    if (left.empty() || !OpenWhole(left, _text)) return false;
+    // Where someone has the lock, he is at that.
+    if (file.Lock(FileReplacement::Duration(0)) && file.LeftOver() == left) file.PutLeftOverInPlace();
+    return true;
+}
+
+bool EncryptedIniFileImpl::FinishInterruptedSave(FileReplacement& file) {
+    const std::string left = file.LeftOver();
+    if (left.empty()) return true;
+    std::string bytes;
+    IniText unused;
+    if (ReadFile(_path.c_str(), bytes) && OpenWhole(bytes, unused)) return true;
+    return !OpenWhole(left, unused) || file.PutLeftOverInPlace();
+}
+
+bool EncryptedIniFileImpl::OpenWhole(std::string_view bytes, IniText& text) {
+    EncryptedIni::File file;
+    return EncryptedIni::Parse(bytes, file) == Fault::kNone && OpenBody(file.body, text);
+}
+
+bool EncryptedIniFileImpl::OpenBody(std::string_view body, IniText& text) {
+    EncryptedIni::TeaKey key{};
+    _GetTeaKey(key);
+    const bool isOpen = EncryptedIni::Open(body, key, text);
+    explicit_bzero(key.data(), key.size());
+    return isOpen;
+}
+
+bool EncryptedIniFileImpl::IsKept(const EncryptedIni::TeaKey& key) {
+    EncryptedIni::TeaKey kept{};
+    _GetTeaKey(kept);
+    const bool isKept = kept == key;
+    explicit_bzero(kept.data(), kept.size());
+    return isKept;
 }
 
 void EncryptedIniFileImpl::_MakeTeaKey(EncryptedIni::TeaKey& key, CurvePublicKey& publicKey) {
@@ -97,14 +160,17 @@ void EncryptedIniFileImpl::_MakeTeaKey(EncryptedIni::TeaKey& key, CurvePublicKey
 }
 
 void EncryptedIniFileImpl::_SaveTeaKey(const EncryptedIni::TeaKey& key) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(key.data());
-    SecurityStore::GetInstance()->SetString(KeyName(), base64_encode(bytes, EncryptedIni::kKeyLength).c_str());
+    std::string text = base64_encode(reinterpret_cast<const unsigned char*>(key.data()), EncryptedIni::kKeyLength);
+    SecurityStore::GetInstance()->SetString(KeyName(), text.c_str());
+    explicit_bzero(text.data(), text.size());
 }
 
 void EncryptedIniFileImpl::_GetTeaKey(EncryptedIni::TeaKey& key) {
     const AString text = SecurityStore::GetInstance()->GetString(KeyName(), "");
-    const std::string bytes = base64_decode(text.c_str());
+    std::string bytes = base64_decode(text.c_str());
     std::copy_n(bytes.begin(), std::min(bytes.size(), key.size()), key.begin());
+    explicit_bzero(bytes.data(), bytes.size());
+    explicit_bzero(const_cast<char*>(text.c_str()), static_cast<size_t>(text.length()));  // its only owner is here
 }
 
 const char* EncryptedIniFileImpl::KeyName() const {

@@ -49,7 +49,8 @@ public:
     virtual int32_t SecItemDelete(const KeychainQuery& query) = 0;
 
     // Between Begin and Commit no other thread or process comes in, and a keychain that stores its items together may
-    // store them once, at the Commit that ends the outermost pair; its status says whether that worked.
+    // store them once, at the Commit that ends the outermost pair; its status says whether that worked. A pair in which
+    // an addition fails should change nothing: else a password that cannot be replaced is lost.
     virtual void Begin() {}
     virtual int32_t Commit() { return errSecSuccess; }
 };

@@ -1,5 +1,7 @@
 #include "Storage/Bundle/OrvaneCoreKC.h"
 
+#include <string.h>
+
 namespace Quern {
 namespace {
 
@@ -82,8 +84,10 @@ bool OrvaneCoreKC::setPassword_forService_account(const char* password, const ch
 
 bool OrvaneCoreKC::setPassword_forService_account_error(const char* password, const char* service, const char* account,
                                                         KCError* error) {
-    const std::optional<std::string> data = TextOrNone(password);
-    return setPasswordData_forService_account_error(data ? &*data : nullptr, service, account, error);
+    std::optional<std::string> data = TextOrNone(password);
+    const bool isSet = setPasswordData_forService_account_error(data ? &*data : nullptr, service, account, error);
+    if (data) explicit_bzero(data->data(), data->size());
+    return isSet;
 }
 
 bool OrvaneCoreKC::setPasswordData_forService_account(const std::string* data, const char* service,
@@ -97,7 +101,9 @@ bool OrvaneCoreKC::setPasswordData_forService_account_error(const std::string* d
     Keychain& keychain = Keychain::Current();
     keychain.Begin();
     deletePasswordForService_account(service, account);
-    int32_t status = keychain.SecItemAdd({service, account, *data, AccessibilityType()});
+    KeychainItem item{service, account, *data, AccessibilityType()};
+    int32_t status = keychain.SecItemAdd(item);
+    explicit_bzero(item.data.data(), item.data.size());
     const int32_t committed = keychain.Commit();
     if (status == errSecSuccess) status = committed;
     return Succeeded(status, error);

@@ -1,5 +1,7 @@
 #include "Storage/Bundle/SecurityStore.h"
 
+#include <string.h>
+
 #include <atomic>
 
 #include "Storage/Bundle/OrvaneCoreKC.h"
@@ -15,8 +17,11 @@ public:
         OrvaneCoreKC::setPassword_forService_account(value, kService, key);
     }
     AString GetString(const char* key, const char* defaultValue) override {
-        const std::optional<std::string> text = OrvaneCoreKC::passwordForService_account(kService, key);
-        return text ? AString(text->data(), static_cast<int>(text->size())) : AString(defaultValue);
+        std::optional<std::string> text = OrvaneCoreKC::passwordForService_account(kService, key);
+        if (!text) return {defaultValue};
+        AString copy(text->data(), static_cast<int>(text->size()));
+        explicit_bzero(text->data(), text->size());
+        return copy;
     }
 };
 

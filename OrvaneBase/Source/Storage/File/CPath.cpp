@@ -22,10 +22,13 @@ namespace {
 std::atomic<char*> g_appPath{nullptr};
 std::atomic<char*> g_docPath{nullptr};
 std::atomic<char*> g_cachePath{nullptr};
+std::atomic<char*> g_defaultConfigFile{nullptr};
 
-const char* KeepOnce(std::atomic<char*>& kept, std::string (PathSource::*ask)()) {
+// No lock is held while the text is made: that may read the manifest, and say on the console that it is damaged.
+template <typename Make>
+const char* KeepOnce(std::atomic<char*>& kept, Make make) {
     if (const char* path = kept.load(std::memory_order_acquire)) return path;
-    char* copy = strdup((PathSource::Current().*ask)().c_str());
+    char* copy = strdup(make().c_str());
     char* first = nullptr;
     if (kept.compare_exchange_strong(first, copy, std::memory_order_acq_rel, std::memory_order_acquire)) return copy;
     free(copy);
@@ -48,24 +51,23 @@ bool IsFileOrDirectory(DIR* directory, const dirent& entry) {
 }  // namespace
 
 const char* CPath::GetAppPath() {
-    return KeepOnce(g_appPath, &PathSource::Home);
+    return KeepOnce(g_appPath, [] { return PathSource::Current().Home(); });
 }
 
 const char* CPath::GetDocPath() {
-    return KeepOnce(g_docPath, &PathSource::Documents);
+    return KeepOnce(g_docPath, [] { return PathSource::Current().Documents(); });
 }
 
 const char* CPath::GetCachePath() {
-    return KeepOnce(g_cachePath, &PathSource::Caches);
+    return KeepOnce(g_cachePath, [] { return PathSource::Current().Caches(); });
 }
 
 const char* CPath::GetDefaultConfigFile() {
-    static const AString& path = []() -> const AString& {
-        AString& built = *new AString;  // never destroyed: read from threads that outlive static objects
-        GetSubPath(built, GetCachePath(), (AString(ProjectName()) + ".ini").c_str());
-        return built;
-    }();
-    return path.c_str();
+    return KeepOnce(g_defaultConfigFile, [] {
+        AString path;
+        GetSubPath(path, GetCachePath(), (AString(ProjectName()) + ".ini").c_str());
+        return path;
+    });
 }
 
 bool CPath::CreatePath(const char* path) {

@@ -12,9 +12,17 @@ namespace {
 
 constexpr unsigned int kAnswerSize = 2048;
 
+// The setting, kept from its first read. No lock is held over that: it may log, and log callbacks may come back here.
+enum class Unified { kUndecided, kNo, kYes };
+constinit std::atomic<Unified> g_unified{Unified::kUndecided};
+
 bool IsUnified() {
-    static const bool unified = Orvane::OrvaneCoreRemoteConfig::GetInstance()->GetBool("UnifyDeviceInfo", false);
-    return unified;
+    if (g_unified.load(std::memory_order_relaxed) == Unified::kUndecided) {
+        const bool read = Orvane::OrvaneCoreRemoteConfig::GetInstance()->GetBool("UnifyDeviceInfo", false);
+        Unified undecided = Unified::kUndecided;  // whoever was first decides
+        g_unified.compare_exchange_strong(undecided, read ? Unified::kYes : Unified::kNo, std::memory_order_relaxed);
+    }
+    return g_unified.load(std::memory_order_relaxed) == Unified::kYes;
 }
 
 Orvane::Plugin::IReportService* FindReportService() {

@@ -1,7 +1,12 @@
 #include "Storage/Bundle/InfoDictionary.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <mutex>
 
 #include "Base/ConsoleSink.h"
@@ -39,16 +44,30 @@ std::string TakePath(bool& named) {
     return named ? path.chosen : BesideExecutable();
 }
 
+// False if it cannot be opened and read, and for anything but a file: a pipe would be waited for.
+bool ReadBytes(const std::string& path, std::string& bytes) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) return false;
+    struct stat state {};
+    FILE* const file = fstat(descriptor, &state) == 0 && S_ISREG(state.st_mode) ? fdopen(descriptor, "rb") : nullptr;
+    if (!file) {
+        close(descriptor);
+        return false;
+    }
+    bytes.resize(kLargestPropertyList + 1);  // one more than is taken, so that too much shows
+    bytes.resize(fread(bytes.data(), 1, bytes.size(), file));
+    const bool isRead = ferror(file) == 0;
+    fclose(file);
+    return isRead;
+}
+
 InfoValue ReadManifest() {
     bool named = false;
     const std::string path = TakePath(named);
     InfoValue root{InfoValue::Dictionary()};
-    std::ifstream in(path, std::ios::binary);
-    std::string bytes(kLargestPropertyList + 1, '\0');  // one more than is taken, so that too much shows
-    in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<size_t>(in.gcount()));
+    std::string bytes;
     const char* why = nullptr;
-    if (!in.is_open() || in.bad()) {
+    if (!ReadBytes(path, bytes)) {
         if (named) PlatformLog("The manifest %s cannot be read", path.c_str());
     } else if (!ParsePropertyList(bytes, root, why)) {
         PlatformLog("The manifest %s is not used: %s", path.c_str(), why);
@@ -58,10 +77,20 @@ InfoValue ReadManifest() {
 
 class ManifestFile final : public InfoDictionary {
 public:
+    // Two threads may both read the file, and the second gives way: no lock is held over that, which writes to the
+    // console.
     const InfoValue& Root() override {
-        static const InfoValue* root = new InfoValue(ReadManifest());  // never destroyed, as the path
+        const InfoValue* root = _root.load(std::memory_order_acquire);
+        if (root) return *root;
+        const auto* const read = new InfoValue(ReadManifest());  // never destroyed: threads outlive static objects
+        if (_root.compare_exchange_strong(root, read, std::memory_order_acq_rel, std::memory_order_acquire))
+            return *read;
+        delete read;
         return *root;
     }
+
+private:
+    std::atomic<const InfoValue*> _root{nullptr};
 };
 
 }  // namespace

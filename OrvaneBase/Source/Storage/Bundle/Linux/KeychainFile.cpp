@@ -13,13 +13,13 @@
 #include "Base/XLog.h"
 #include "Serializer/Codec/Base64.h"
 #include "Storage/Bundle/Linux/KeychainSeal.h"
+#include "Storage/File/FileReplacement.h"
 #include "Storage/File/WholeFile.h"
 
 namespace Quern {
 namespace {
 
 constexpr int kVersion = 1;
-constexpr mode_t kOwnerAlone = 0600;
 constexpr mode_t kOthers = 0077;
 // Far more than all secrets of one user.
 constexpr off_t kLargestFile = 16 << 20;
@@ -44,6 +44,7 @@ bool ParseItem(const Json::Value& object, KeychainItem& item) {
 }
 
 bool ParseContent(const std::string& text, KeychainContent& content) try {
+    content.items.clear();
     Json::Value root;
     Json::CharReaderBuilder builder;
     Json::CharReaderBuilder::strictMode(&builder.settings_);
@@ -89,15 +90,19 @@ int32_t ReadKeychainFile(const std::string& path, KeychainContent& content) {
     if (state.st_mode & kOthers) return Refuse(errSecAuthFailed, path, "is open to other users and is not used");
     if (state.st_size > kLargestFile) return Refuse(errSecDecode, path, "is damaged");
     bool error = false;
-    const std::string text = ReadToEnd(file.get(), &error);
-    if (error) return Refuse(errSecIO, path, "cannot be read");
     KeychainContent read;
-    if (!ParseContent(text, read)) return Refuse(errSecDecode, path, "is damaged");
+    read.text = ReadToEnd(file.get(), &error);
+    if (error) return Refuse(errSecIO, path, "cannot be read");
+    if (!ParseContent(read.text, read)) {
+        // Where it cannot be replaced, it is written in place while the new file stays beside it.
+        read.isLeftOver = ParseContent(FileReplacement(path).LeftOver(), read);
+        if (!read.isLeftOver) return Refuse(errSecDecode, path, "is damaged");
+    }
     content = std::move(read);
     return errSecSuccess;
 }
 
-int32_t WriteKeychainFile(const std::string& path, const KeychainContent& content) {
+int32_t WriteKeychainFile(FileReplacement& file, const std::string& path, const KeychainContent& content) {
     Json::Value root;
     root["version"] = kVersion;
     root["salt"] = ToText(content.salt);
@@ -111,8 +116,17 @@ int32_t WriteKeychainFile(const std::string& path, const KeychainContent& conten
     }
     Json::StreamWriterBuilder builder;
     builder["indentation"] = " ";
-    if (ReplaceFile(path, Json::writeString(builder, root) + "\n", kOwnerAlone)) return errSecSuccess;
-    return Refuse(errSecIO, path, strerror(errno));
+    const std::string text = Json::writeString(builder, root) + "\n";
+    // Written in place without a second file, a kill or a loss of power would cost every secret: then rather not at
+    // all.
+    if (!file.Prepare(text)) return Refuse(errSecIO, path, strerror(errno));
+    if (!file.IsAside()) return Refuse(errSecIO, path, "has no room for a second file beside it");
+    if (!file.IsAlone()) {
+        KeychainContent now;
+        ReadKeychainFile(path, now);
+        if (now.text != content.text) return Refuse(errSecIO, path, "was changed by another process meanwhile");
+    }
+    return file.PutInPlace() ? errSecSuccess : Refuse(errSecIO, path, strerror(errno));
 }
 
 }  // namespace Quern

@@ -15,17 +15,22 @@
 
 namespace Quern {
 
+class FileReplacement;
+
 struct KeychainContent {
     std::string salt;
     std::vector<KeychainItem> items;  // their data is sealed
+    std::string text;                 // of the file as it was read
+    bool isLeftOver = false;          // read from the new file beside one that was cut short in place
 };
 
 // errSecItemNotFound if there is no file; errSecAuthFailed if it belongs to someone else or others may read or write
 // it; errSecDecode if it is damaged; errSecIO if it cannot be read. All but the success say so on the console.
 int32_t ReadKeychainFile(const std::string& path, KeychainContent& content);
 
-// Replaces the file whole, for its user alone. errSecIO, and a line on the console, if that fails.
-int32_t WriteKeychainFile(const std::string& path, const KeychainContent& content);
+// Replaces the file whole, for its user alone. errSecIO, and a line on the console, if that fails, or if another writer
+// went past the lock since `content` was read: the file is then as it was.
+int32_t WriteKeychainFile(FileReplacement& file, const std::string& path, const KeychainContent& content);
 
 }  // namespace Quern
 

@@ -7,15 +7,19 @@
 #include <openssl/params.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <memory>
 
 #include "Base/Linux/MachineId.h"
+#include "Base/XLog.h"
 #include "Serializer/Codec/EllipticCurve.h"
 
 namespace Quern {
 namespace {
 
 constexpr char kPurpose[] = "OrvaneCore keychain 1";
+
+constinit std::atomic<bool> g_saidWeak{false};
 
 using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, void (*)(EVP_CIPHER_CTX*)>;
 
@@ -45,7 +49,10 @@ bool DeriveKey(std::string secret, std::string salt, std::array<uint8_t, 32>& ke
 }  // namespace
 
 KeychainSeal::KeychainSeal(std::string_view salt) {
-    _hasKey = DeriveKey(MachineId() + '\n' + std::to_string(geteuid()), std::string(salt), _key);
+    const std::string machine = MachineId();
+    if (machine.empty() && !g_saidWeak.exchange(true, std::memory_order_relaxed))
+        ORVANE_CONSOLE(kLogWarning, "this machine has no id: a copy of the keychain opens on any other without one");
+    _hasKey = DeriveKey(machine + '\n' + std::to_string(geteuid()), std::string(salt), _key);
 }
 
 KeychainSeal::~KeychainSeal() {

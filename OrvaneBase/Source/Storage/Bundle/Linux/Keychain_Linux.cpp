@@ -1,10 +1,6 @@
 // A keychain in one file of the application's container, outside its cache folder.
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <mutex>
 
 #include "Base/XLog.h"
@@ -12,6 +8,7 @@
 #include "Storage/Bundle/Keychain.h"
 #include "Storage/Bundle/Linux/KeychainFile.h"
 #include "Storage/Bundle/Linux/KeychainSeal.h"
+#include "Storage/File/FileReplacement.h"
 #include "Storage/File/PathSource.h"
 
 namespace Quern {
@@ -31,45 +28,25 @@ std::string KeychainPath() {
     return folder + "/OrvaneCore.keychain";
 }
 
-// Holds other processes off while it lives: the lock of a file beside the keychain, since the keychain itself is
-// replaced. Without that file (a disk that cannot be written) it holds off nobody, and writing fails anyway.
-class ProcessLock {
-public:
-    explicit ProcessLock(const std::string& keychainPath)
-        : _descriptor(open((keychainPath + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)) {
-        while (_descriptor >= 0 && flock(_descriptor, LOCK_EX) != 0 && errno == EINTR) {
-        }
-    }
-    ~ProcessLock() {
-        if (_descriptor < 0) return;
-        // A process that was forked meanwhile has the descriptor too, and would go on holding the lock.
-        flock(_descriptor, LOCK_UN);
-        close(_descriptor);
-    }
-    ProcessLock(const ProcessLock&) = delete;
-    ProcessLock& operator=(const ProcessLock&) = delete;
-
-private:
-    int _descriptor;
-};
-
 class FileKeychain final : public Keychain {
 public:
     void Begin() override {
         _mutex.lock();
         if (_depth++ > 0) return;
         _path = KeychainPath();
-        _processLock.emplace(_path);
-        _isChanged = false;
+        _replacement.emplace(_path);
+        _replacement->Lock();
+        _isChanged = _hasFailed = false;
         _status = ReadKeychainFile(_path, _content);
         if (_status != errSecSuccess) _content = {};
+        if (_content.isLeftOver && !_replacement->PutLeftOverInPlace()) _status = errSecIO;
     }
 
     int32_t Commit() override {
         int32_t status = errSecSuccess;
         if (--_depth == 0) {
-            if (_isChanged) status = WriteKeychainFile(_path, _content);
-            _processLock.reset();
+            if (_isChanged && !_hasFailed) status = WriteKeychainFile(*_replacement, _path, _content);
+            _replacement.reset();
         }
         _mutex.unlock();
         return status;
@@ -78,6 +55,7 @@ public:
     int32_t SecItemAdd(const KeychainItem& item) override {
         Begin();
         const int32_t added = Add(item);
+        _hasFailed |= added != errSecSuccess;  // what was deleted to make way for the item stays
         const int32_t committed = Commit();
         return added != errSecSuccess ? added : committed;
     }
@@ -122,7 +100,7 @@ private:
         if (_status != errSecSuccess) return _status;
         for (const KeychainItem& other : _content.items)
             if (Matches(other, {item.service, item.account})) return errSecDuplicateItem;
-        KeychainItem sealed = item;
+        KeychainItem sealed{item.service, item.account, {}, item.accessible};
         if (!SealOf(_content.salt).Seal(NameOf(item), item.data, sealed.data)) return errSecNotAvailable;
         _content.items.push_back(std::move(sealed));
         _isChanged = true;
@@ -137,6 +115,8 @@ private:
             remove(aside.c_str());  // an older one may be of a kind that cannot be replaced by this one
             if (rename(_path.c_str(), aside.c_str()) != 0) return _status;
             ORVANE_CONSOLE(kLogError, "keychain %s is set aside as %s", _path.c_str(), aside.c_str());
+            _replacement.emplace(_path);  // of what is there now, and not what the new one is to be like
+            if (!_replacement->Lock() || _replacement->Old()) return errSecIO;
         }
         _content = {};
         _content.salt.resize(KeychainSeal::kSaltLength);
@@ -153,11 +133,12 @@ private:
 
     std::recursive_mutex _mutex;  // held from Begin to Commit
     int _depth = 0;
-    std::optional<ProcessLock> _processLock;
+    std::optional<FileReplacement> _replacement;  // holds other processes off
     std::string _path;
     KeychainContent _content;  // of the file, as _status says
     int32_t _status = errSecSuccess;
     bool _isChanged = false;
+    bool _hasFailed = false;
     std::optional<KeychainSeal> _seal;  // for _sealSalt, kept since deriving its key costs more than using it
     std::string _sealSalt;
 };
