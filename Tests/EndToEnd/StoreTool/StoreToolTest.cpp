@@ -111,6 +111,34 @@ TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
     EXPECT_EQ(state.st_uid, isGiven ? 12345 : geteuid());
 }
 
+TEST_F(StoreTool, ReadsTheNewFileOfASaveThatWasCutShort) {
+    const std::string old = ReadFile(path), next = CacheFolder() + "/.game.config.orvane-new";
+    BundleImpl& bundle = *new BundleImpl(path.c_str());
+    bundle.Set("game", "count", 8);
+    WriteFile(next, ReadFile(path));
+    chmod(next.c_str(), 0600);
+    WriteFile(path, old);
+    const Result result = RunStore({"get", path, "game", "count"});
+    EXPECT_EQ(result.output, "8\n");
+    EXPECT_THAT(result.error, HasSubstr("a save was cut short"));
+    EXPECT_EQ(RunStore({"set", path, "game", "count", "9"}).status, 0);
+    EXPECT_EQ(BundleImpl(path.c_str()).Get("game", "count", 0), 9);
+}
+
+TEST_F(StoreTool, CommandsNoTerminal) {
+    const std::string plain = CacheFolder() + "/plain.ini", stored = "[s]\na=\x1b[2J\x9b\n";
+    WriteFile(plain, stored);
+    Ending ending;
+    std::string error;
+    const auto onTerminal = [&](const std::string& words) {
+        const std::string command = std::string(ORVANE_STORE_PROGRAM) + words;
+        return RunToEnd({{"script", "-qec", command, "/dev/null"}, {}, ""}, &ending, &error);
+    };
+    EXPECT_EQ(onTerminal(" dump " + plain), "[s]\r\na=\\x1B[2J\\x9B\r\n");
+    EXPECT_EQ(onTerminal(" get " + plain + " s a"), "\\x1B[2J\\x9B\r\n");
+    EXPECT_EQ(RunStore({"dump", plain}).output, stored);
+}
+
 TEST_F(StoreTool, SaysWhatIsWrong) {
     struct Case {
         size_t at;

@@ -275,14 +275,14 @@ TEST_F(EncryptedIniFileTest, NoKeyIsLeftOnTheStack) {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     ASSERT_EQ(pthread_attr_setstack(&attributes, stack.data(), stack.size()), 0);
-    const auto work = [](void* test) -> void* {
-        IniFile* const file = static_cast<EncryptedIniFileTest*>(test)->Open().release();
+    const auto work = [](void* where) -> void* {
+        IniFile* const file = IniFile::CreateEncrptedFile(static_cast<const char*>(where));
         file->Save();
         file->Load();
         return nullptr;
     };
     pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, work, this), 0);
+    ASSERT_EQ(pthread_create(&thread, &attributes, work, const_cast<char*>(path.c_str())), 0);
     pthread_join(thread, nullptr);
     const std::string key = base64_decode(StoredKey());
     EXPECT_EQ(std::search(stack.begin(), stack.end(), key.begin(), key.end()), stack.end());

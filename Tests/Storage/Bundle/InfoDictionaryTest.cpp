@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <plist/plist.h>
 #include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 #include <thread>
@@ -241,6 +243,14 @@ TEST(InfoDictionary, IsEmptyForADamagedFile) {
 TEST(InfoDictionary, IsEmptyWithoutTheFileThatWasAskedFor) {
     InfoDictionary::SetPath("/nowhere/Info.plist");
     ExpectEmptyManifestWith("The manifest /nowhere/Info.plist cannot be read");
+}
+
+TEST(InfoDictionary, WaitsForNoPipe) {
+    const std::string path = CacheFolder() + "/pipe";
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    InfoDictionary::SetPath(path.c_str());
+    alarm(60);
+    ExpectEmptyManifestWith("The manifest " + path + " cannot be read");
 }
 
 }  // namespace
