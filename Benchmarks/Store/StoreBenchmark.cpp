@@ -1,6 +1,7 @@
 // What a write of a bundle costs beside the work that it cannot do without, and how a read grows with the file.
+#include <fcntl.h>
 #include <stdlib.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -12,8 +13,6 @@
 #include "Serializer/Codec/PeerKey.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Bundle/EncryptedIniFormat.h"
-#include "Storage/Bundle/OrvaneCoreKC.h"
-#include "Storage/File/WholeFile.h"
 #include "Support/Ratio.h"
 
 namespace {
@@ -38,81 +37,59 @@ std::string ReadFile(const fs::path& path) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// One key and agreement, TEA, MD5 and one write over the same text; `keepKey` is the one write of the keychain.
-template <typename KeepKey>
-void UnavoidableWork(const std::string& text, const std::string& path, KeepKey keepKey) {
+// What any program must do that replaces a file by these bytes.
+void BareReplace(const std::string& path, const std::string& bytes) {
+    const std::string next = path + "~";
+    const int descriptor = open(next.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (write(descriptor, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) abort();
+    fsync(descriptor);
+    close(descriptor);
+    if (rename(next.c_str(), path.c_str()) != 0) abort();
+}
+
+// One key and agreement, TEA and MD5 over the same text: the bytes of a file.
+std::string UnavoidableWork(const std::string& text) {
     TeaKey key;
     Quern::CurvePublicKey publicKey;
     Quern::EncryptedIni::MakeKey(Quern::PeerPublicKey(), key, publicKey);
-    keepKey();
     int length = Orvane::Quern::kx_symmetry_encrypt2_len(static_cast<int>(text.size()));
     std::string body(static_cast<size_t>(length), '\0');
     Orvane::Quern::kx_symmetry_encrypt2(text.data(), static_cast<int>(text.size()), key.data(), body.data(), &length);
     char digest[16];
     Quern::Md5HashBuffer(digest, body.data(), length);
-    Quern::FileReplacement(path.c_str(), body).PutInPlace();
+    return std::string(98, '\0') + body;
 }
 
-void CompareSet(const fs::path& folder, int lines) {
+// A set against bare replacements of the same two files, and against those behind the computing that no save can spare.
+void CompareSet(const fs::path& folder, int lines, const char* where) {
+    setenv("ORVANE_HOME", folder.c_str(), 1);
     const std::string path = (folder / "bench.config").string(), floorPath = (folder / "floor").string();
-    const fs::path keychain = folder / "Library" / "OrvaneCore.keychain";
     const std::string text = Lines(lines);
     std::ofstream(path) << text;
     Quern::BundleImpl& bundle = *new Quern::BundleImpl(path.c_str());
     bundle.Set("section", "setting1", 0);
-    constexpr int kRounds = 11, kSets = 4;  // each waits for the disk
+    const std::string file = ReadFile(path), keychain = ReadFile(folder / "Library" / "OrvaneCore.keychain");
+    constexpr int kRounds = 41, kSets = 8;
     int number = 0;
     const auto set = [&] {
         for (int i = 0; i < kSets; ++i)
             bundle.Set("section", "setting1", ++number);
     };
-    const auto withKeychain = [&] {
-        for (int i = 0; i < kSets; ++i)
-            UnavoidableWork(text, floorPath, [] {
-                Quern::OrvaneCoreKC::setPassword_forService_account("AAAAAAAAAAAAAAAAAAAAAA==", "floor", "floor");
-            });
+    const auto bare = [&] {
+        for (int i = 0; i < kSets; ++i) {
+            BareReplace(floorPath, file);
+            BareReplace(floorPath + ".keychain", keychain);
+        }
     };
-    const std::string content = ReadFile(keychain);
-    const auto withPlainFile = [&] {
-        for (int i = 0; i < kSets; ++i)
-            UnavoidableWork(text, floorPath, [&] { Quern::ReplaceFile(floorPath + ".keychain", content, 0600); });
+    const auto behindWork = [&] {
+        for (int i = 0; i < kSets; ++i) {
+            BareReplace(floorPath, UnavoidableWork(text));
+            BareReplace(floorPath + ".keychain", keychain);
+        }
     };
-    const std::string what = "Bundle::Set, " + std::to_string(lines) + " lines";
-    Print((what + " / with one write of our keychain").c_str(), Compare(kRounds, kSets, set, withKeychain), "1.5");
-    Print((what + " / with a bare synced replace").c_str(), Compare(kRounds, kSets, set, withPlainFile), "");
-}
-
-// Without the disk's pace, which hides what is the library's own: keychain and files are kept in memory.
-class MemoryKeychain final : public Quern::Keychain {
-    int32_t SecItemAdd(const Quern::KeychainItem& item) override {
-        _item = item;
-        return Quern::errSecSuccess;
-    }
-    int32_t SecItemCopyMatching(const Quern::KeychainQuery&, Quern::KeychainLimit, bool,
-                                std::vector<Quern::KeychainItem>&) override {
-        return Quern::errSecItemNotFound;
-    }
-    int32_t SecItemDelete(const Quern::KeychainQuery&) override { return Quern::errSecSuccess; }
-    Quern::KeychainItem _item;
-};
-
-void CompareSetInMemory(const fs::path& folder, int lines) {
-    const std::string path = (folder / "memory.config").string(), floorPath = (folder / "floor").string();
-    const std::string text = Lines(lines);
-    std::ofstream(path) << text;
-    Quern::BundleImpl& bundle = *new Quern::BundleImpl(path.c_str());
-    constexpr int kRounds = 31, kSets = 200;
-    int number = 0;
-    const auto set = [&] {
-        for (int i = 0; i < kSets; ++i)
-            bundle.Set("section", "setting1", ++number);
-    };
-    const auto floor = [&] {
-        for (int i = 0; i < kSets; ++i)
-            UnavoidableWork(text, floorPath, [] {});
-    };
-    Print(("Bundle::Set, " + std::to_string(lines) + " lines, all in memory / no keychain").c_str(),
-          Compare(kRounds, kSets, set, floor), "1.5");
+    const std::string what = "Bundle::Set, " + std::to_string(lines) + " lines, " + where;
+    Print((what + " / bare files").c_str(), Compare(kRounds, kSets, set, bare), "");
+    Print((what + " / key, cipher, bare files").c_str(), Compare(kRounds, kSets, set, behindWork), "1.5");
 }
 
 void ShowReads(const fs::path& folder) {
@@ -143,16 +120,15 @@ void ShowReads(const fs::path& folder) {
 int main() {
     std::string pattern = (fs::temp_directory_path() / "orvane-bench-XXXXXX").string();
     const fs::path folder = mkdtemp(pattern.data());
-    setenv("ORVANE_HOME", folder.c_str(), 1);
     Quern::ConsoleSink::Use(std::make_shared<Silence>());
     PrintHead();
-    for (const int lines : {10, 100, 1000})
-        CompareSet(folder, lines);
-    Quern::Keychain::Use(std::make_shared<MemoryKeychain>());
+    // In memory what is the library's own shows, which the disk's pace hides.
     const fs::path memory = fs::path("/dev/shm") / folder.filename();
     fs::create_directory(memory);
     for (const int lines : {10, 100, 1000})
-        CompareSetInMemory(memory, lines);
+        CompareSet(folder, lines, "disk");
+    for (const int lines : {10, 100, 1000})
+        CompareSet(memory, lines, "memory");
     fs::remove_all(memory);
     ShowReads(folder);
     fs::remove_all(folder);
