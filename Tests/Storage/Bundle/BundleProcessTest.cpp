@@ -52,11 +52,16 @@ void SaveForever(const std::string& path, int from, int progress) {
     }
 }
 
+// Never deleted, which would write plain text.
+BundleImpl& OpenAnother(const std::string& path) {
+    static auto* const kept = new std::vector<BundleImpl*>;
+    return *kept->emplace_back(new BundleImpl(path.c_str()));
+}
+
 // What the next start finds, as a word.
 std::string Find(const std::string& path, int saved) {
     CapturedConsole console;
-    static std::vector<BundleImpl*> kept;  // deleting one would write plain text
-    const int number = kept.emplace_back(new BundleImpl(path.c_str()))->Get("s", "number", -1);
+    const int number = OpenAnother(path).Get("s", "number", -1);
     for (const std::string& line : console.Take())
         if (line.starts_with("Error")) return line;
     return number == saved ? "old content" : number == saved + 1 ? "new content" : "another number";
@@ -117,22 +122,22 @@ private:
 TEST(BundleProcessTest, AProcessStoppedInsideASaveHangsNobodyAndSpoilsNothing) {
     const std::string path = CacheFolder() + "/game.config";
     CapturedConsole console;
-    BundleImpl& bundle = *new BundleImpl(path.c_str());
+    BundleImpl& bundle = OpenAnother(path);
     ASSERT_TRUE(bundle.Set("s", "number", 1));
     const pid_t stopped = Fork([&] {
         Keychain::Use(std::make_shared<StoppingKeychain>());
-        (new BundleImpl(path.c_str()))->Set("s", "number", 2);
+        OpenAnother(path).Set("s", "number", 2);
     });
     int status = 0;
     ASSERT_EQ(waitpid(stopped, &status, WUNTRACED), stopped);
     ASSERT_TRUE(WIFSTOPPED(status));
     alarm(kPatience);
     ASSERT_TRUE(bundle.Set("s", "number", 3));
-    EXPECT_EQ((new BundleImpl(path.c_str()))->Get("s", "number", 0), 3);
+    EXPECT_EQ(OpenAnother(path).Get("s", "number", 0), 3);
     for (; WIFSTOPPED(status); waitpid(stopped, &status, WUNTRACED))
         kill(stopped, SIGCONT);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ((new BundleImpl(path.c_str()))->Get("s", "number", 0), 3);  // its key is no longer the one that is kept
+    EXPECT_EQ(OpenAnother(path).Get("s", "number", 0), 3);  // its key is no longer the one that is kept
 }
 
 TEST(BundleProcessTest, TwoProcessesOfEightThreadsShareAFile) {

@@ -227,7 +227,7 @@ TEST_F(EncryptedIniFileTest, ASaveCutShortBehindItsKeyIsFinishedByTheNextLoadOrS
     for (const std::string& content : {old, std::string(), old.substr(0, 100)}) {
         cutShort(content);
         console.Take();
-        IniFile* const found = Open().release();  // deleting it would write plain text
+        const auto found = Open();
         EXPECT_TRUE(loaded);
         EXPECT_EQ(found->ReadInt("s", "a", 0), 2);
         EXPECT_THAT(console.Take(), testing::Each(testing::StartsWith("Info load config file cost")));
@@ -251,7 +251,7 @@ TEST_F(EncryptedIniFileTest, ASaveCutShortBehindItsKeyIsFinishedByTheNextLoadOrS
 TEST_F(EncryptedIniFileTest, NoRoomForASaveMovesNoKey) {
     ORVANE_OWN_MOUNTS();
     ASSERT_EQ(mount("", CacheFolder().c_str(), "tmpfs", 0, "size=64k"), 0);
-    IniFile* const file = Open().release();
+    const auto file = Open();
     file->WriteString("s", "a", std::string(20000, '1').c_str());
     file->Save();
     file->WriteString("s", "a", std::string(100000, '2').c_str());
@@ -270,13 +270,13 @@ TEST_F(EncryptedIniFileTest, NoRoomForASaveMovesNoKey) {
 }
 
 TEST_F(EncryptedIniFileTest, NoKeyIsLeftOnTheStack) {
-    Open().release()->Save();
+    Open()->Save();
     std::vector<char> stack(1 << 20);
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     ASSERT_EQ(pthread_attr_setstack(&attributes, stack.data(), stack.size()), 0);
     const auto work = [](void* where) -> void* {
-        IniFile* const file = IniFile::CreateEncrptedFile(static_cast<const char*>(where));
+        const std::unique_ptr<IniFile> file(IniFile::CreateEncrptedFile(static_cast<const char*>(where)));
         file->Save();
         file->Load();
         return nullptr;
