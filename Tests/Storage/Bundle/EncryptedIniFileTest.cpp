@@ -270,22 +270,23 @@ TEST_F(EncryptedIniFileTest, NoRoomForASaveMovesNoKey) {
 }
 
 TEST_F(EncryptedIniFileTest, NoKeyIsLeftOnTheStack) {
-    Open()->Save();
+    const auto file = Open();
     std::vector<char> stack(1 << 20);
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     ASSERT_EQ(pthread_attr_setstack(&attributes, stack.data(), stack.size()), 0);
-    const auto work = [](void* where) -> void* {
-        const std::unique_ptr<IniFile> file(IniFile::CreateEncrptedFile(static_cast<const char*>(where)));
-        file->Save();
-        file->Load();
-        return nullptr;
-    };
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, work, const_cast<char*>(path.c_str())), 0);
-    pthread_join(thread, nullptr);
-    const std::string key = base64_decode(StoredKey());
-    EXPECT_EQ(std::search(stack.begin(), stack.end(), key.begin(), key.end()), stack.end());
+    const auto save = [](void* of) -> void* { return static_cast<IniFile*>(of)->Save() ? of : nullptr; };
+    const auto load = [](void* of) -> void* { return static_cast<IniFile*>(of)->Load() ? of : nullptr; };
+    for (void* (*work)(void*) : {+save, +load}) {
+        pthread_t thread;
+        ASSERT_EQ(pthread_create(&thread, &attributes, work, file.get()), 0);
+        void* done = nullptr;
+        pthread_join(thread, &done);
+        EXPECT_EQ(done, file.get());
+        const std::string key = base64_decode(StoredKey());
+        EXPECT_EQ(std::search(stack.begin(), stack.end(), key.begin(), key.end()), stack.end());
+    }
+    pthread_attr_destroy(&attributes);
 }
 
 TEST_F(EncryptedIniFileTest, LinesEndAtLineFeedsAlone) {
