@@ -51,7 +51,7 @@ inline bool WaitUntilAllAsleep(const std::string& name, int count) {
             std::string comm;
             std::ifstream(task.path() / "comm") >> comm;
             if (comm != name) continue;
-            if (!WaitUntilAsleep(static_cast<pid_t>(std::stol(task.path().filename())))) return false;
+            if (count == 0 || !WaitUntilAsleep(static_cast<pid_t>(std::stol(task.path().filename())))) return false;
             ++found;
         }
         return found == count;

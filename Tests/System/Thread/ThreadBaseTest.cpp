@@ -63,7 +63,10 @@ public:
         if (waitForAtExit) WaitUntilAsleep(waitForAtExit);
         _record->Add("exit");
     }
-    void OnThreadPause() override { _record->Add("pause"); }
+    void OnThreadPause() override {
+        _record->Add("pause");
+        if (atPause) (this->*atPause)();
+    }
     void OnThreadResume() override { _record->Add("resume"); }
 
     void Selected() { _record->Add("selector"); }
@@ -72,7 +75,11 @@ public:
         AddSelector(static_cast<void (CTargetBase::*)()>(&Recorder::Selected));
     }
 
+    void StopItself() { Stop(); }
+    void ResumeItself() { Resume(false); }
+
     pid_t waitForAtExit = 0;
+    void (Recorder::*atPause)() = nullptr;
 
 private:
     Record* const _record;
@@ -209,6 +216,47 @@ TEST_F(ThreadBaseTest, DestroyWithoutSelfDeleteWaitsAndKeepsTheObject) {
     ASSERT_TRUE(WaitUntilGone(id));
     EXPECT_EQ(record.Entries().back(), "exit");
     End();
+}
+
+TEST_F(ThreadBaseTest, AStopRightBehindTheStartEndsTheThread) {
+    thread->Start();
+    End();
+    EXPECT_THAT(record.Entries(), ElementsAre("exit", "deleted"));
+    EXPECT_TRUE(console->Has("Event", "Thread: CThreadBase: OnThreadProc not run while starting.."));
+    EXPECT_EQ(console->Count("before start wait"), 0);
+}
+
+// Between the thread's look at the flag and its wait, where an event without memory is lost.
+TEST_F(ThreadBaseTest, StopAndResumeAreSeenInTheWindowOfAPause) {
+    Begin();
+    thread->atPause = &Recorder::ResumeItself;
+    thread->Pause();
+    ASSERT_TRUE(WaitFor([&] { return record.Entries().size() >= 6; }));
+    EXPECT_THAT(record.Entries(), ElementsAre("start as CThreadBase", "resume", "pass", "pause", "resume", "pass"));
+    thread->atPause = &Recorder::StopItself;
+    thread->Pause();
+    ASSERT_TRUE(record.WaitForLast("exit"));
+    End();
+}
+
+// Destroys the thread's object at the moment when the thread says that it ends.
+class DestroyingConsole : public ConsoleSink {
+public:
+    void Write(const char* text, size_t length) override {
+        if (std::string_view(text, length).find("final Exit...") != std::string_view::npos)
+            CThreadBase::Destroy(&thread, true);
+    }
+    CThreadBase* thread = nullptr;
+};
+
+TEST_F(ThreadBaseTest, DestroyInTheLastMomentOfTheThreadIsSeen) {
+    Begin();
+    const auto destroying = std::make_shared<DestroyingConsole>();
+    destroying->thread = thread;
+    ConsoleSink::Use(destroying);
+    thread->Stop();
+    EXPECT_TRUE(record.WaitForLast("deleted"));
+    EXPECT_TRUE(WaitUntilGone(id));
 }
 
 TEST_F(ThreadBaseTest, DestroyTakesNull) {

@@ -89,6 +89,13 @@ TEST(Timer, IdsAreSharedByAllAndNeverReused) {
     EXPECT_EQ(one.StartTimer(CTimerImp::kNever, false, Firings::OnTimer, nullptr), 3u);
 }
 
+TEST(Timer, StoppedRightAfterItsStartLeavesNoThread) {
+    CTimer timer;
+    for (int i = 0; i < 10; ++i)
+        timer.StopTimer(timer.StartTimer(CTimerImp::kNever, true, Firings::OnTimer, nullptr));
+    EXPECT_TRUE(OrvaneTest::WaitUntilAllAsleep("CThreadBase", 0));
+}
+
 TEST(Timer, MayBeStoppedFromItsOwnCallback) {
     CTimer timer;
     Firings firings;

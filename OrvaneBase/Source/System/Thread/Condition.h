@@ -20,6 +20,13 @@ public:
     CCondition& operator=(const CCondition&) = delete;
 
     void Wait() ORVANE_NO_THREAD_SAFETY_ANALYSIS;
+    // Wait, but for a condition that holds already: it is looked at under the mutex, so a Set that follows the change
+    // is not lost between the look and the wait. Only with lockOnWait.
+    template <typename Holds>
+    void WaitUnless(Holds holds) ORVANE_NO_THREAD_SAFETY_ANALYSIS {
+        const CCritical guard(_mutex);
+        if (!holds()) pthread_cond_wait(&_condition, &_mutex->_mutex);
+    }
     // Waits at most that many milliseconds of the wall clock. Takes the mutex itself, whatever lockOnWait.
     void TimeWait(unsigned int milliseconds) ORVANE_NO_THREAD_SAFETY_ANALYSIS;
     // Wakes every waiter; takes the mutex.
@@ -39,6 +46,11 @@ public:
     CEvent();
 
     void Wait() { _condition->Wait(); }
+    // Does not wait if the condition holds, which whoever calls Set has changed before. It may take leaf locks.
+    template <typename Holds>
+    void WaitUnless(Holds holds) {
+        _condition->WaitUnless(holds);
+    }
     void Set() { _condition->Set(); }
     // Has nothing to reset; part of the interface and of its users' protocol.
     void Reset() {}

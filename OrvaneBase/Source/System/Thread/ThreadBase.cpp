@@ -16,6 +16,7 @@ CThreadBase::~CThreadBase() = default;
 void CThreadBase::Start() {
     ORVANE_LOG_INFO("Thread: CThreadBase: Start:%p", static_cast<void*>(this));
     m_bThreadRun.Set(true);
+    _startCame.store(true, std::memory_order_release);
     Resume(true);
     _startEvent.Set();
     Sleep(0);
@@ -30,14 +31,14 @@ void CThreadBase::Stop() {
 }
 
 void CThreadBase::Pause() {
-    if (!m_bThreadRun.Get() || _selfDelete.load(std::memory_order_relaxed)) return;
+    if (!m_bThreadRun.Get() || isSelfDeleting()) return;
     _pause.Set(true);
     _resume.Set(true);
 }
 
 void CThreadBase::Resume(bool yield) {
     ORVANE_LOG_INFO("CThreadBase::Resume");
-    if (!m_bThreadRun.Get() || _selfDelete.load(std::memory_order_relaxed)) {
+    if (!m_bThreadRun.Get() || isSelfDeleting()) {
         ORVANE_LOG_ERROR("Thread is not running..");
         return;
     }
@@ -67,14 +68,13 @@ void CThreadBase::Destroy(CThreadBase** thread, bool selfDelete) {
         CThreadBase* const object = *thread;
         ORVANE_LOG_EVENT("CThreadBase::Destroy begin:%p", static_cast<void*>(object));
         if (selfDelete) {
-            const bool ended = object->m_bThreadExit.load(std::memory_order_acquire);
+            object->_destroyerInside.store(true, std::memory_order_relaxed);
+            const bool ended = !object->markForSelfDelete();
             ORVANE_LOG_INFO("CThreadBase::Destroy m_bThreadExit:%d", ended);
             if (ended) {
                 Sleep(10);
                 delete object;
             } else {
-                object->_destroyerInside.store(true, std::memory_order_relaxed);
-                object->_selfDelete.store(true, std::memory_order_release);
                 object->Stop();
                 object->_destroyerInside.store(false, std::memory_order_release);
             }
@@ -85,6 +85,12 @@ void CThreadBase::Destroy(CThreadBase** thread, bool selfDelete) {
     }
     if (thread) *thread = nullptr;
     ORVANE_LOG_EVENT("CThreadBase::Destroy end");
+}
+
+// False if the thread has ended and left the object behind.
+bool CThreadBase::markForSelfDelete() {
+    End end = End::kOpen;
+    return _end.compare_exchange_strong(end, End::kSelfDelete, std::memory_order_acq_rel) || end == End::kSelfDelete;
 }
 
 bool CThreadBase::Sleep(int milliseconds) {
@@ -115,15 +121,13 @@ void* CThreadBase::onThreadProc(void* object) {
     self->OnThreadExit();
     self->_exitEvent.Set();
 
-    const bool selfDelete = self->_selfDelete.load(std::memory_order_acquire);
     ORVANE_LOG_EVENT("Thread: CThreadBase: OnThreadProc(%p) final Exit...", object);
-    if (selfDelete) {
+    End end = End::kOpen;
+    if (!self->_end.compare_exchange_strong(end, End::kThreadExit, std::memory_order_acq_rel)) {
         Sleep(10);
         while (self->_destroyerInside.load(std::memory_order_acquire))
             Sleep(1);
         delete self;
-    } else {
-        self->m_bThreadExit.store(true, std::memory_order_release);
     }
     pthread_exit(nullptr);
 }
@@ -131,13 +135,15 @@ void* CThreadBase::onThreadProc(void* object) {
 // Whether the thread is to run.
 bool CThreadBase::waitForStart() {
     constexpr int kPolls = 10;
+    const auto started = [this] { return m_bThreadRun.Get() || _startCame.load(std::memory_order_acquire); };
     if (!m_bThreadRun.Get()) {
         ORVANE_LOG_INFO("Thread: CThreadBase: OnThreadProc m_bThreadRun is false");
-        for (int poll = 0; poll < kPolls && !m_bThreadRun.Get(); ++poll)
+        for (int poll = 0; poll < kPolls && !started(); ++poll)
             Sleep(20);
-        if (!m_bThreadRun.Get()) {
+        if (!started()) {
             ORVANE_LOG_INFO("Thread: CThreadBase: OnThreadProc before start wait");
-            _startEvent.Wait();
+            while (!started())
+                _startEvent.WaitUnless(started);
         }
         ORVANE_LOG_INFO("Thread: CThreadBase: OnThreadProc after start");
     }
@@ -172,7 +178,7 @@ bool CThreadBase::pauseThread() {
     OnThreadPause();
     ORVANE_LOG_INFO("Thread: CThreadBase: OnThreadProc before pause wait");
     _pauseEvent.Reset();
-    _pauseEvent.Wait();
+    _pauseEvent.WaitUnless([this] { return !_pause.Get() || !m_bThreadRun.Get(); });
     ORVANE_LOG_INFO("Thread: CThreadBase: OnThreadProc after  pause wait");
     _resume.Set(false);
     if (!m_bThreadRun.Get()) return false;

@@ -4,11 +4,12 @@
 // each of these passes the selectors that other threads handed to it, until Stop. The base has no sleep of its own:
 // OnThreadProc decides how long a pass lasts.
 //
-// The events of the protocol have no memory (see CEvent). Hence its shape: whoever waits looks at the flag first, and
-// the starting thread polls a while before it waits. A Resume that falls between the pausing thread's look and its wait
-// is lost; the next one counts. A thread whose Start never comes rests for good, and neither Stop nor Destroy frees it.
+// The events of the protocol have no memory (see CEvent). Hence its shape: whoever waits looks at the flags first, once
+// more under the event's lock, and the starting thread polls a while before it waits. A thread whose Start never comes
+// rests for good, and neither Stop nor Destroy frees it; one whose Start was followed by a Stop ends without a pass.
 //
-// Thread rule: the virtual operations run on the object's own thread, everything else may be called from any.
+// Thread rule: the virtual operations run on the object's own thread, everything else may be called from any as long as
+// nobody has called Destroy.
 #ifndef ORVANE_SYSTEM_THREAD_THREAD_BASE_H
 #define ORVANE_SYSTEM_THREAD_THREAD_BASE_H
 
@@ -71,18 +72,24 @@ private:
     bool waitForStart();
     void runLoop();
     bool pauseThread();
+    bool markForSelfDelete();
+    bool isSelfDeleting() const { return _end.load(std::memory_order_relaxed) == End::kSelfDelete; }
     void runSelectors();
 
     pthread_t _thread{};
     CAtomic<bool> m_bThreadRun{false};
-    std::atomic<bool> m_bThreadExit{false};  // the thread is past its last use of the object and left it behind
+    std::atomic<bool> _startCame{false};  // set after m_bThreadRun: a Stop right behind the Start does not undo it
     CEvent _startEvent;
     CEvent _exitEvent;
     CEvent _pauseEvent;
     CAtomic<bool> _pause{false};   // a pause has been asked for
     CAtomic<bool> _resume{false};  // a resume has to be told to the subclass
     std::atomic<State> _state{kStarting};
-    std::atomic<bool> _selfDelete{false};
+    // Who deletes the object. The first of the two to say so settles it, so that it is deleted once, whatever comes in
+    // between: m_bThreadExit, when the thread is past its last use of the object and leaves it behind, or Destroy's
+    // mark that the thread is to delete it.
+    enum class End { kOpen, kThreadExit, kSelfDelete };
+    std::atomic<End> _end{End::kOpen};
     std::atomic<bool> _destroyerInside{false};  // Destroy still uses the object that it has marked for self-delete
     CMutex _selectorLock{true};
     SelectorList _selectors ORVANE_GUARDED_BY(_selectorLock);
