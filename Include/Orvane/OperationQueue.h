@@ -11,11 +11,16 @@ class Operation;
 }
 
 /// Queues a call of a function on a thread of the queue. Calls may overlap, those of one repeating operation never do.
-/// When the library is taken down, a repetition ends with the call that is under way. Any thread.
+/// When the library is taken down, a repetition ends with the call that is under way; a call that has not begun is made
+/// (the pool queue) or dropped (the threaded queue).
+///
+/// Any thread, an operation's own too, but not from a callback of the log: the queue may log, or wait for a thread that
+/// does. During the take-down, and with the pool queue (the setting "OperationMode" is 2), only the queue's own
+/// operations may queue: another thread would use a queue that is being deleted.
 /// \param function told the operation, which is opaque here, and `data`
 /// \param data the caller's; must stay valid until the last call has returned
 /// \param repeat whether the call is made again and again
-/// \return false without the library
+/// \return false without the library; true also for a call that a queue at its end drops
 inline bool gs_OrvaneAddOperation(void (*function)(Quern::Operation* operation, void* data), void* data, bool repeat) {
     const orvane_class* cls = orvane_class_lookup("OrvaneOperationQueue");
     void* arguments[] = {reinterpret_cast<void*>(function), data, reinterpret_cast<void*>(uintptr_t(repeat))};

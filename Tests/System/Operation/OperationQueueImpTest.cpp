@@ -261,5 +261,46 @@ TEST_F(OperationQueueImpTest, RemovesTheHeadWithoutDeletingIt) {
     delete operation.last;
 }
 
+TEST_F(OperationQueueImpTest, AQueueThatComesBackDuringTheTakeDownIsEndedToo) {
+    static OperationQueueImp* cameBack;
+    OperationQueueImp* const first = Queue();
+    AddApplicationQuitCallback([] { cameBack = OperationQueueImp::GetInstance(); });
+    OnApplicationQuit();
+    ASSERT_TRUE(cameBack != nullptr && cameBack != first);
+    cameBack->AddOperation(nullptr, nullptr, false);
+    EXPECT_EQ(console->Count("AddOperation _running has been false"), 1);
+}
+
+// A console that queues work, as a log callback does.
+class QueueingConsole : public ThreadedConsole {
+public:
+    void Write(const char* text, size_t length) override {
+        const std::lock_guard guard(logLock);
+        ThreadedConsole::Write(text, length);
+        if (std::string_view(text, length).find("~ObjectOperation") != std::string_view::npos)
+            OperationQueueImp::GetInstance()->AddOperation(nullptr, nullptr, false);
+    }
+    std::recursive_mutex logLock;
+};
+
+TEST_F(OperationQueueImpTest, LogsNothingUnderItsLock) {
+    settings.values["OperationQueueMinThreadNum"] = 1;
+    const auto queueing = std::make_shared<QueueingConsole>();
+    ConsoleSink::Use(queueing);
+    Gate gate;
+    Queue()->AddOperation(PassGate, &gate, false);
+    ASSERT_TRUE(gate.WaitForEntered(1));
+    std::atomic<bool> stop{false};
+    std::thread logging([&] {
+        while (!stop)
+            ObjectOperation(nullptr, nullptr, nullptr, false);
+    });
+    EXPECT_NE(queueing->WaitForWriter("pthread_create onThreadProc:"), 0);
+    EXPECT_NE(queueing->WaitForWriter("thread num is max"), 0);
+    gate.Open();
+    stop = true;
+    logging.join();
+}
+
 }  // namespace
 }  // namespace Quern

@@ -111,9 +111,10 @@ TEST_F(OperationQueuePoolTest, ReleaseWaitsForEveryOperation) {
     release.join();
     EXPECT_EQ(gate.Entered(), 1) << "a repetition ends with that run";
     EXPECT_EQ(runs, 3) << "what was queued runs once, and so does what was queued by the last run";
-    OperationQueuePool* const next = OperationQueuePool::GetInstance();
-    EXPECT_EQ(OperationQueuePool::GetInstance(), next);
-    OperationQueuePool::ReleaseInstance();
+    OperationQueuePool::GetInstance()->AddOperation(count, nullptr, false);
+    OnApplicationQuit();
+    EXPECT_EQ(runs, 4) << "a new queue serves, and is ended with the next take-down";
+    EXPECT_EQ(console->Count("OperationQueuePool minThreadNum 1"), 2);
 }
 
 }  // namespace

@@ -177,6 +177,23 @@ TEST_F(ThreadPoolTest, StopRunsWhatIsQueuedAndDropsOnRequest) {
     EXPECT_THAT(ran, testing::ElementsAre(2, 4));
 }
 
+TEST_F(ThreadPoolTest, TasksThatAStopKeepsAreRunThoughAllWorkersSleep) {
+    Gate gate;
+    ThreadPool pool(1, 1);
+    Occupy(pool, gate, 1);
+    std::atomic<bool> ran{false};
+    pool.pushTask([&](int) { ran = true; }, 1);
+    // Dropped while the other is out of the queue: the worker finds nothing, and sleeps.
+    std::shared_ptr<int> dropped(new int, [&](const int* number) {
+        delete number;
+        gate.Open();
+        EXPECT_TRUE(WaitForIdle(pool, 1));
+    });
+    pool.pushTask([held = std::move(dropped)](int) {}, 7);
+    pool.stopTasksByType(7);
+    EXPECT_TRUE(WaitFor([&] { return ran.load(); }));
+}
+
 TEST_F(ThreadPoolTest, TheDefaultPoolIsShared) {
     ThreadPool* const pool = ThreadPool::getDefaultThreadPool();
     EXPECT_EQ(ThreadPool::getDefaultThreadPool(), pool);

@@ -1,6 +1,6 @@
 #include "System/Operation/OperationQueueImp.h"
 
-#include <pthread.h>
+#include <utility>
 
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 #include "Base/XLog.h"
@@ -63,38 +63,42 @@ OperationQueueImp::OperationQueueImp() {
 
 OperationQueueImp::~OperationQueueImp() {
     ORVANE_LOG_INFO("~OperationQueueImp(%p)", static_cast<void*>(this));
-    const CCritical guard(&_lock);
-    for (const Operation* operation : _waiting)
+    std::vector<Operation*> left;
+    {
+        const CCritical guard(&_lock);
+        left = std::move(_waiting);
+        left.insert(left.end(), _ready.begin(), _ready.end());
+        _waiting.clear();
+        _ready.clear();
+    }
+    for (const Operation* operation : left)
         delete operation;
-    for (const Operation* operation : _ready)
-        delete operation;
-    _waiting.clear();
-    _ready.clear();
+}
+
+// Makes the operation under the lock, so that it enters its target's memory only if it enters the queue.
+template <typename Make>
+void OperationQueueImp::addIfRunning(Make make) {
+    {
+        const CCritical guard(&_lock);
+        if (_running.load(std::memory_order_relaxed)) {
+            _waiting.push_back(make());
+            return;
+        }
+    }
+    ORVANE_LOG_INFO("AddOperation _running has been false");
 }
 
 void OperationQueueImp::AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,
                                      bool repeat) {
-    const CCritical guard(&_lock);
-    if (_running.load(std::memory_order_relaxed))
-        _waiting.push_back(new ObjectOperation(target, member, data, repeat));
-    else
-        ORVANE_LOG_INFO("AddOperation _running has been false");
+    addIfRunning([&] { return new ObjectOperation(target, member, data, repeat); });
 }
 
 void OperationQueueImp::AddOperation(StaticOperation::Function function, void* data, bool repeat) {
-    const CCritical guard(&_lock);
-    if (_running.load(std::memory_order_relaxed))
-        _waiting.push_back(new StaticOperation(function, data, repeat));
-    else
-        ORVANE_LOG_INFO("AddOperation _running has been false");
+    addIfRunning([&] { return new StaticOperation(function, data, repeat); });
 }
 
 void OperationQueueImp::AddOperation(const Operation& operation) {
-    const CCritical guard(&_lock);
-    if (_running.load(std::memory_order_relaxed))
-        _waiting.push_back(operation.Duplicate());
-    else
-        ORVANE_LOG_INFO("AddOperation _running has been false");
+    addIfRunning([&] { return operation.Duplicate(); });
 }
 
 void OperationQueueImp::RemoveOperation(long long id) {
@@ -116,8 +120,10 @@ void OperationQueueImp::RemoveOperation(long long id) {
 void OperationQueueImp::createThreadList() {
     _running.store(true, std::memory_order_relaxed);
     for (int i = 0; i < minThreadNum; ++i) {
-        const CCritical guard(&_lock);
-        createThread();
+        _lock.Lock();
+        const Creation creation = createThread();
+        _lock.Unlock();
+        creation.Log();
     }
     pthread_t manager;
     const int error = pthread_create(&manager, nullptr, onThreadManageProc, this);
@@ -127,19 +133,32 @@ void OperationQueueImp::createThreadList() {
         ORVANE_LOG_ERROR("pthread_create onThreadManageProc failed:%d", error);
 }
 
-void OperationQueueImp::createThread() {
+OperationQueueImp::Creation OperationQueueImp::createThread() {
+    Creation creation;
     if (_threadCount >= maxThreadNum) {
-        ORVANE_LOG_DEBUG("thread num is max");
-        return;
+        creation.result = Creation::kAtMaximum;
+        return creation;
     }
-    pthread_t worker;
-    const int error = pthread_create(&worker, nullptr, onThreadProc, this);
-    if (error != 0) {
-        ORVANE_LOG_ERROR("pthread_create onThreadProc failed:%d", error);
-        return;
+    creation.error = pthread_create(&creation.worker, nullptr, onThreadProc, this);
+    creation.result = creation.error == 0 ? Creation::kMade : Creation::kFailed;
+    if (creation.result == Creation::kMade) ++_threadCount;
+    return creation;
+}
+
+void OperationQueueImp::Creation::Log() const {
+    switch (result) {
+        case kNotTried:
+            break;
+        case kAtMaximum:
+            ORVANE_LOG_DEBUG("thread num is max");
+            break;
+        case kFailed:
+            ORVANE_LOG_ERROR("pthread_create onThreadProc failed:%d", error);
+            break;
+        case kMade:
+            ORVANE_LOG_INFO("pthread_create onThreadProc:%p", AsPointer(worker));
+            break;
     }
-    ORVANE_LOG_INFO("pthread_create onThreadProc:%p", AsPointer(worker));
-    ++_threadCount;
 }
 
 void* OperationQueueImp::onThreadManageProc(void* queue) {
@@ -163,11 +182,12 @@ void OperationQueueImp::manage() {
     while (_running.load(std::memory_order_relaxed)) {
         const int interval = _intervalPerLoop.load(std::memory_order_relaxed);
         int moved = moveDueToReady();
+        Creation creation;
         if (!_ready.empty()) {
             if (_stretch && _idleCount == 0) {
                 stretchTicks += interval;
                 if (stretchTicks >= kPatience) {
-                    createThread();
+                    creation = createThread();
                     stretchTicks = 0;
                 }
             } else {
@@ -178,6 +198,7 @@ void OperationQueueImp::manage() {
         for (int wakeUps = MinNum(moved, _idleCount); wakeUps > 0; --wakeUps)
             _condition.WakeUp();
         _lock.Unlock();
+        creation.Log();
         SleepMS(interval);
         _lock.Lock();
     }
@@ -241,35 +262,36 @@ Operation* OperationQueueImp::takeReady() {
 
 void OperationQueueImp::runOperation(Operation* operation) {
     operation->Run();
-    if (!operation->IsRepeating()) {
-        delete operation;
-        return;
+    if (operation->IsRepeating()) {
+        const CCritical guard(&_lock);
+        if (_running.load(std::memory_order_relaxed)) {
+            _waiting.push_back(operation);
+            return;
+        }
     }
-    const CCritical guard(&_lock);
-    if (_running.load(std::memory_order_relaxed))
-        _waiting.push_back(operation);
-    else
-        delete operation;
+    delete operation;
 }
 
 // An empty pass: sleeps until woken, or, above the minimum, counts. False if the worker has left. All under one lock:
 // several workers above the minimum come to their last pass at about the same time, and only the surplus may leave.
 bool OperationQueueImp::passIdle(int& idleTicks) {
-    const CCritical guard(&_lock);
-    ++_idleCount;
-    if (_threadCount <= minThreadNum) {
-        _condition.Wait();
+    {
+        const CCritical guard(&_lock);
+        ++_idleCount;
+        if (_threadCount <= minThreadNum) {
+            _condition.Wait();
+            --_idleCount;
+            idleTicks = 0;
+            return true;
+        }
+        if (idleTicks < kPatience) {
+            idleTicks += kWorkerRest;
+            return true;
+        }
+        --_threadCount;
         --_idleCount;
-        idleTicks = 0;
-        return true;
     }
-    if (idleTicks < kPatience) {
-        idleTicks += kWorkerRest;
-        return true;
-    }
-    ORVANE_LOG_INFO("Destroy thread");
-    --_threadCount;
-    --_idleCount;
+    ORVANE_LOG_INFO("Destroy thread");  // touches nothing of the queue, which may be gone
     return false;
 }
 

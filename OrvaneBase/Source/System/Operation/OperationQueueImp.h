@@ -12,6 +12,8 @@
 #ifndef ORVANE_SYSTEM_OPERATION_OPERATION_QUEUE_IMP_H
 #define ORVANE_SYSTEM_OPERATION_OPERATION_QUEUE_IMP_H
 
+#include <pthread.h>
+
 #include <atomic>
 #include <deque>
 #include <vector>
@@ -44,9 +46,18 @@ private:
     OperationQueueImp();
     ~OperationQueueImp();
 
-    void Add(Operation* operation) ORVANE_REQUIRES(_lock);
+    // What came of making a worker: said once the lock is given up.
+    struct Creation {
+        void Log() const;
+        enum { kNotTried, kAtMaximum, kFailed, kMade } result = kNotTried;
+        int error = 0;
+        pthread_t worker{};
+    };
+
+    template <typename Make>
+    void addIfRunning(Make make);
     void createThreadList();
-    void createThread() ORVANE_REQUIRES(_lock);
+    Creation createThread() ORVANE_REQUIRES(_lock);
 
     static void* onThreadManageProc(void* queue);
     void manage() ORVANE_REQUIRES(_lock);
@@ -63,8 +74,8 @@ private:
 
     std::deque<Operation*> _ready ORVANE_GUARDED_BY(_lock);     // may run now, oldest first; owned
     std::vector<Operation*> _waiting ORVANE_GUARDED_BY(_lock);  // owned
-    CMutex _lock{true};
-    CCondition _condition{&_lock, false};  // where workers sleep that are not above the minimum
+    CMutex _lock{true};                                         // nothing is logged, run or deleted under it
+    CCondition _condition{&_lock, false};                       // where workers sleep that are not above the minimum
     int _idleCount ORVANE_GUARDED_BY(_lock) = 0;
     int maxThreadNum = 3;
     int minThreadNum = 2;

@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "Base/MakeOnce.h"
 #include "Base/XLog.h"
 #include "System/Thread/MinNum.h"
 #include "System/Thread/ThreadName.h"
@@ -50,11 +51,7 @@ ThreadPool* ThreadPool::newSingleThreadPool() {
 }
 
 ThreadPool* ThreadPool::getDefaultThreadPool() {
-    ThreadPool* pool = g_defaultPool.load(std::memory_order_acquire);
-    if (pool) return pool;
-    std::unique_ptr<ThreadPool> made(newCachedThreadPool(4, 20, 5, 2, 2));
-    // Of two first callers one installs its pool and the other takes that.
-    return g_defaultPool.compare_exchange_strong(pool, made.get()) ? made.release() : pool;
+    return MakeOnce(g_defaultPool, [] { return newCachedThreadPool(4, 20, 5, 2, 2); });
 }
 
 void ThreadPool::destroyDefaultThreadPool() {
@@ -224,8 +221,12 @@ void ThreadPool::stopTasksByType(TaskType type) {
         if (task.type != type) kept.push_back(std::move(task));
         task.function = nullptr;
     }
+    if (kept.empty()) return;
     for (Task& each : kept)
         _tasks.push(std::move(each));
+    // Workers that looked meanwhile found nothing and sleep.
+    const std::lock_guard<std::mutex> guard(_mutex);
+    _wake.notify_all();
 }
 
 void ThreadPool::stop() {
