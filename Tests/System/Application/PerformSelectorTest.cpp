@@ -3,10 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 #include <vector>
 
 #include "Orvane/OrvaneCore.h"
+#include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/Thread/TargetBase.h"
 
@@ -67,6 +69,15 @@ TEST(PerformSelector, EachPerformDrainsTwenty) {
     EXPECT_EQ(target.calls.size(), 26u);
 }
 
+// Finds out whether the thread that posted the call rests until it is over.
+struct Waiter : CTargetBase {
+    Waiter() : CTargetBase(false) {}
+    void LookAtPoster() { posterSlept = OrvaneTest::WaitUntilAsleep(poster) && !returned; }
+    std::atomic<pid_t> poster{0};
+    std::atomic<bool> returned{false};
+    bool posterSlept = false;
+};
+
 TEST(PerformSelector, WaitsForASelectorUsedInPlace) {
     Target target;
     CAFunctionSelector selector;
@@ -74,15 +85,18 @@ TEST(PerformSelector, WaitsForASelectorUsedInPlace) {
     QuernPerformSelectorOnMainThread(&selector);
     EXPECT_THAT(target.calls, ElementsAre(1)) << "at once on the main thread";
 
-    std::thread([&] {
+    Waiter waiter;
+    std::thread poster([&] {
+        waiter.poster = gettid();
         CAFunctionSelector local;
-        local.Set(&target, kOne, Word(2));
+        local.Set(&waiter, static_cast<void (CTargetBase::*)()>(&Waiter::LookAtPoster));
         QuernPerformSelectorOnMainThread(&local);
-        EXPECT_THAT(target.calls, ElementsAre(1, 2));
+        waiter.returned = true;
         MainRunLoop::Current().Stop();
-    }).detach();
+    });
     EXPECT_TRUE(MainRunLoop::Current().Run());
-    EXPECT_THAT(target.calls, ElementsAre(1, 2));
+    poster.join();
+    EXPECT_TRUE(waiter.posterSlept);
 }
 
 TEST(PerformSelector, GoesToTheEngineOnceItAsked) {
@@ -120,6 +134,45 @@ TEST(PerformSelector, GoesToTheEngineOnceItAsked) {
     MainRunLoop::Current().RunPending();
     EXPECT_EQ(target.calls.back(), 5);
     Quern_EndUIThread();
+}
+
+TEST(PerformSelector, AnyThreadMayPostWhileThePumpIsEnded) {
+    constexpr int kThreads = 4, kEach = 20000;
+    static std::atomic<int> performed;
+    Quern_EnableManualUpdate();
+    std::atomic<int> left{kThreads};
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&] {
+            CAFunctionSelector selector;
+            selector.function0 = [] { ++performed; };
+            for (int i = 0; i < kEach; ++i) {
+                PerformSelectorOnUIThread(&selector);
+                Quern_IgnoreUIThread(&left);
+            }
+            --left;
+        });
+    }
+    while (left > 0) {
+        Quern_UpdateUIThread();
+        Quern_EndUIThread();
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_LE(performed, kThreads * kEach);
+    // A call that ends the pump ends the update too: what it posts behind that waits for the next.
+    CAFunctionSelector selector;
+    selector.function0 = [] {
+        Quern_EndUIThread();
+        CAFunctionSelector later;
+        later.function0 = [] { performed = -1; };
+        PerformSelectorOnUIThread(&later);
+    };
+    PerformSelectorOnUIThread(&selector);
+    Quern_UpdateUIThread();
+    EXPECT_GE(performed, 0);
+    Quern_UpdateUIThread();
+    EXPECT_EQ(performed, -1);
 }
 
 TEST(PerformSelector, ATargetsOwnQueueComesFirst) {

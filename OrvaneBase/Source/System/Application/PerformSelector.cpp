@@ -1,8 +1,8 @@
 #include "System/Application/PerformSelector.h"
 
 #include <atomic>
-#include <memory>
 
+#include "Base/MakeOnce.h"
 #include "Orvane/OrvaneCore.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/Application/PerformObject.h"
@@ -15,15 +15,6 @@ std::atomic<CSelectorManager*> g_mainManager{nullptr};
 std::atomic<CSelectorManager*> g_uiManager{nullptr};
 std::atomic<int> g_bEnableUIUpdate{0};
 
-// Of two first callers one installs its manager and the other takes that: without a lock, and no selector is lost.
-CSelectorManager* MakeOnce(std::atomic<CSelectorManager*>& manager) {
-    CSelectorManager* current = manager.load(std::memory_order_acquire);
-    if (current) return current;
-    auto made = std::make_unique<CSelectorManager>();
-    if (manager.compare_exchange_strong(current, made.get(), std::memory_order_acq_rel)) return made.release();
-    return current;
-}
-
 bool IsUIUpdateEnabled() {
     return g_bEnableUIUpdate.load(std::memory_order_relaxed) == 1;
 }
@@ -31,11 +22,11 @@ bool IsUIUpdateEnabled() {
 }  // namespace
 
 CSelectorManager* GetMainSelectorManger() {
-    return MakeOnce(g_mainManager);
+    return MakeOnce(g_mainManager, [] { return new CSelectorManager; });
 }
 
 CSelectorManager* getUnityObjectSelectorManger() {
-    return MakeOnce(g_uiManager);
+    return MakeOnce(g_uiManager, [] { return new CSelectorManager; });
 }
 
 void PerformSelectorOnMainThread(CAFunctionSelector* selector) {
@@ -110,7 +101,8 @@ void Quern_RemoveTargetFromMainThread(void* target) {
 }
 
 void Quern_EndUIThread() {
-    delete Quern::g_uiManager.exchange(nullptr, std::memory_order_acq_rel);
+    // Emptied and kept: another thread may be posting.
+    if (Quern::CSelectorManager* manager = Quern::g_uiManager.load(std::memory_order_acquire)) manager->Clear();
 }
 
 void quern_target_unity_enable_ui_update() {

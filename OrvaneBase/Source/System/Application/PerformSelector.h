@@ -2,7 +2,8 @@
 // the target's own queue.
 //
 // A call has no liveness check of its own: whoever destroys a target first drops its calls, with Quern_IgnoreUIThread
-// or Quern_RemoveTargetFromMainThread (Orvane/OrvaneCore.h).
+// or Quern_RemoveTargetFromMainThread (Orvane/OrvaneCore.h), on the thread that performs them: elsewhere one may be
+// under way. Any thread may post.
 #ifndef ORVANE_SYSTEM_APPLICATION_PERFORM_SELECTOR_H
 #define ORVANE_SYSTEM_APPLICATION_PERFORM_SELECTOR_H
 
@@ -12,7 +13,8 @@ namespace Quern {
 
 // The queue of the main run loop, made at the first need; lives as long as the process.
 CSelectorManager* GetMainSelectorManger();
-// The queue of the engine's tick, made at the first need; Quern_EndUIThread destroys it.
+// The queue of the engine's tick, made at the first need; lives as long as the process, and Quern_EndUIThread empties
+// it.
 CSelectorManager* getUnityObjectSelectorManger();
 
 // Queues a copy for the main run loop and returns. Null is ignored.

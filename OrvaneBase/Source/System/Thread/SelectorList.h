@@ -2,47 +2,78 @@
 #ifndef ORVANE_SYSTEM_THREAD_SELECTOR_LIST_H
 #define ORVANE_SYSTEM_THREAD_SELECTOR_LIST_H
 
+#include <array>
 #include <cstddef>
-#include <vector>
+#include <memory>
+#include <utility>
 
 #include "System/Thread/FunctionSelector.h"
 
 namespace Quern {
 
-// A vector whose head moves, so that neither end shifts the rest and a short queue allocates nothing. Has no lock.
+// A chain of blocks: neither end shifts the rest, a burst moves nothing that is there already, and a short queue
+// allocates nothing. Has no lock.
 class SelectorList {
 public:
+    SelectorList() = default;
+    ~SelectorList() { Clear(); }
+    SelectorList(const SelectorList&) = delete;
+    SelectorList& operator=(const SelectorList&) = delete;
+
     void Push(const CAFunctionSelector& selector) {
-        if (_head > _entries.size() / 2 && _entries.size() == _entries.capacity()) DropTaken();
-        _entries.push_back(selector);
+        if (!_last || _last->end == kBlockSize) Append();
+        _last->entries[_last->end++] = selector;
     }
     // Takes the oldest. False, and `selector` untouched, if there is none.
     bool Pop(CAFunctionSelector& selector) {
-        if (_head == _entries.size()) return false;
-        selector = _entries[_head++];
-        if (_head == _entries.size()) Clear();
+        if (!_first || _first->begin == _first->end) return false;
+        selector = _first->entries[_first->begin++];
+        if (_first->begin == _first->end) DropFirst();
         return true;
     }
     // Keeps the order of the rest.
     void RemoveTarget(const void* target) {
-        DropTaken();
-        std::erase_if(_entries, [target](const CAFunctionSelector& selector) { return selector.target == target; });
+        SelectorList kept;
+        for (CAFunctionSelector selector; Pop(selector);)
+            if (selector.target != target) kept.Push(selector);
+        Swap(kept);
     }
     void Clear() {
-        constexpr size_t kKeptCapacity = 1024;  // what a burst took beyond this is given back
-        _entries.clear();
-        if (_entries.capacity() > kKeptCapacity) _entries.shrink_to_fit();
-        _head = 0;
+        while (_first && _first->next)
+            DropFirst();
+        if (_first) DropFirst();
+    }
+    void Swap(SelectorList& other) {
+        std::swap(_first, other._first);
+        std::swap(_last, other._last);
     }
 
 private:
-    void DropTaken() {
-        _entries.erase(_entries.begin(), _entries.begin() + static_cast<std::ptrdiff_t>(_head));
-        _head = 0;
+    static constexpr size_t kBlockSize = 31;
+
+    struct Block {
+        size_t begin = 0;  // those before it have been taken
+        size_t end = 0;
+        std::unique_ptr<Block> next;
+        std::array<CAFunctionSelector, kBlockSize> entries;
+    };
+
+    void Append() {
+        auto block = std::unique_ptr<Block>(new Block);
+        Block* const last = block.get();
+        (_last ? _last->next : _first) = std::move(block);
+        _last = last;
+    }
+    // The last block stays, emptied, for what comes next.
+    void DropFirst() {
+        if (_first.get() == _last)
+            _first->begin = _first->end = 0;
+        else
+            _first = std::move(_first->next);
     }
 
-    std::vector<CAFunctionSelector> _entries;
-    size_t _head = 0;  // those before it have been taken
+    std::unique_ptr<Block> _first;
+    Block* _last = nullptr;
 };
 
 }  // namespace Quern

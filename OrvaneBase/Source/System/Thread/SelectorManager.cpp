@@ -1,35 +1,54 @@
 #include "System/Thread/SelectorManager.h"
 
+#include <utility>
+
 namespace Quern {
 
 CSelectorManager::~CSelectorManager() {
-    const CCritical guard(&_mutex);  // behind whoever is adding
-    _selectors.Clear();
-    _destroyed->store(true, std::memory_order_relaxed);
+    Clear();
 }
 
 void CSelectorManager::AddSelector(const CAFunctionSelector& selector) {
     const CCritical guard(&_mutex);
-    _selectors.Push(selector);
+    _posted.Push(selector);
+    _hasPosted.store(true, std::memory_order_relaxed);
 }
 
 bool CSelectorManager::Pop1stSelector(CAFunctionSelector& selector) {
-    const CCritical guard(&_mutex);
-    return _selectors.Pop(selector);
+    const CCritical pumpGuard(&_pumpMutex);
+    if (_taken.Pop(selector)) return true;
+    if (!_hasPosted.load(std::memory_order_relaxed)) return false;
+    {
+        const CCritical guard(&_mutex);
+        _taken.Swap(_posted);
+        _hasPosted.store(false, std::memory_order_relaxed);
+    }
+    return _taken.Pop(selector);
 }
 
 void CSelectorManager::Update() {
-    const std::shared_ptr<const std::atomic<bool>> destroyed = _destroyed;
+    const std::shared_ptr<const std::atomic<int>> clearings = _clearings;
+    const int before = clearings->load(std::memory_order_relaxed);
     CAFunctionSelector selector;
     for (int done = 0; done < kSelectorsPerUpdate && Pop1stSelector(selector); ++done) {
         selector.Perform();
-        if (destroyed->load(std::memory_order_relaxed)) return;
+        if (clearings->load(std::memory_order_relaxed) != before) return;
     }
 }
 
 void CSelectorManager::IgnoreTarget(void* target) {
+    const CCritical pumpGuard(&_pumpMutex);
+    _taken.RemoveTarget(target);
     const CCritical guard(&_mutex);
-    _selectors.RemoveTarget(target);
+    _posted.RemoveTarget(target);
+}
+
+void CSelectorManager::Clear() {
+    const CCritical pumpGuard(&_pumpMutex);
+    const CCritical guard(&_mutex);
+    _taken.Clear();
+    _posted.Clear();
+    _clearings->fetch_add(1, std::memory_order_relaxed);
 }
 
 }  // namespace Quern

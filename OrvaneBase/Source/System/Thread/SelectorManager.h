@@ -19,6 +19,8 @@ public:
     // Drops the waiting calls. On the thread of Update, and also from a call that this performs: Update then ends with
     // that call.
     ~CSelectorManager() override;
+    // The same, but the manager stays, and any thread may call: what is added later waits for the next Update.
+    void Clear();
 
     void AddSelector(const CAFunctionSelector& selector) override;
     // Takes the oldest. False, and `selector` untouched, if there is none.
@@ -30,10 +32,15 @@ public:
     void IgnoreTarget(void* target) override;
 
 private:
-    SelectorList _selectors ORVANE_GUARDED_BY(_mutex);
-    CMutex _mutex{true};
-    // Set by the destructor; each Update holds it as well, since it may outlive the manager.
-    const std::shared_ptr<std::atomic<bool>> _destroyed = std::make_shared<std::atomic<bool>>(false);
+    // In two halves, so that threads that post wait for each other alone: the pump takes all that was posted at once
+    // and then works on that. _pumpMutex is taken before _mutex.
+    CMutex _pumpMutex;
+    SelectorList _taken ORVANE_GUARDED_BY(_pumpMutex);  // before all of _posted
+    CMutex _mutex;
+    SelectorList _posted ORVANE_GUARDED_BY(_mutex);
+    std::atomic<bool> _hasPosted{false};  // written under _mutex; spares an empty pump that lock
+    // How often the calls were dropped as a whole; each Update holds it as well, since it may outlive the manager.
+    const std::shared_ptr<std::atomic<int>> _clearings = std::make_shared<std::atomic<int>>(0);
 };
 
 }  // namespace Quern
