@@ -14,9 +14,10 @@ namespace Quern {
 
 /// Hears the stages from its construction to its destruction, or until the library is taken down, in the order of
 /// construction. An operation runs on the thread that brought the stage about, under a recursive lock: it may destroy
-/// observers, but must not make one or wait for another thread that does. Make and destroy observers on the thread that
-/// brings the stages about: one that is told on another meanwhile finds an object without its operations. Does nothing
-/// in a process without the library. The order of the virtual operations is a contract between libraries.
+/// observers, but must not make one or wait for another thread that does. Nobody brings a stage about on one thread
+/// while another makes or destroys an observer: that one would be called before or after it has its operations. As a
+/// rule one thread does both. Does nothing in a process without the library. The order of the virtual operations is a
+/// contract between libraries.
 class IApplicationObserver {
 public:
     IApplicationObserver() { Tell("addObserver:"); }
@@ -40,8 +41,8 @@ private:
 
 }  // namespace Quern
 
-/// Each brings one stage about and returns when every observer has heard it. Any thread. Does nothing without the
-/// library.
+/// Each brings one stage about and returns when every observer has heard it; two at a time follow each other. Any
+/// thread, as long as no other one makes or destroys an observer meanwhile. Does nothing without the library.
 inline void gs_OrvaneApplicationOnCreate() {
     orvane_class_perform(orvane_class_lookup("CApplication"), "OnCreate", nullptr);
 }

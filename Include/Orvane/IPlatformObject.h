@@ -1,7 +1,9 @@
 /// \file IPlatformObject.h
 /// The native half of an object of the game's script layer, and who makes it by the name of its class. C++11.
 ///
-/// A native half derives from Quern::CPlatformObject (Orvane/PlatformObject.h), not from the interface here.
+/// A native half derives from Quern::CPlatformObject (Orvane/PlatformObject.h), not from the interface here. It is
+/// compiled with RTTI: the library asks each object whether it is a CPlatformObject, and asking one without type
+/// information ends the process.
 #ifndef ORVANE_I_PLATFORM_OBJECT_H
 #define ORVANE_I_PLATFORM_OBJECT_H
 
@@ -10,6 +12,10 @@
 #include <cstring>
 
 #include "Orvane/Export.h"
+
+#if !defined(__GXX_RTTI) && !defined(_CPPRTTI)
+#error "Native halves of script objects need RTTI: compile without -fno-rtti"
+#endif
 
 namespace Quern {
 

@@ -11,7 +11,8 @@ namespace Plugin {
 
 /// One plugin of the process. The host never owns it: it must stay alive while it is installed.
 /// Thread rule: the host calls every operation but GetServiceByName on the main thread; GetServiceByName may come from
-/// any thread.
+/// any thread, several at a time. No operation, here or of a service, may throw: nothing catches it, and a plugin that
+/// throws ends the process.
 class IPlugin {
 public:
     virtual ~IPlugin() {}

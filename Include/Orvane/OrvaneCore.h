@@ -38,8 +38,7 @@ ORVANE_EXPORT extern const unsigned char OrvaneCoreVersionString[];
 
 /* --- Facade ------------------------------------------------------------------------------------------------------- */
 
-/// The facade object, made at the first call, which belongs on the main thread; the same pointer for the life of the
-/// process.
+/// The facade object, made at the first call; the same pointer for the life of the process.
 ORVANE_EXPORT orvanecore_instance* orvanecore_getInstance(void);
 /// Kept for its callers; destroys nothing.
 ORVANE_EXPORT void orvanecore_releaseInstance(void);
@@ -47,7 +46,8 @@ ORVANE_EXPORT void orvanecore_releaseInstance(void);
 ORVANE_EXPORT int orvanecore_init(void);
 /// Sets the threshold of the library's own logger: 0 (debug) to 5 (none).
 ORVANE_EXPORT void orvanecore_setLogLevel(int level);
-/// Tells who the user is; both texts must not be null. \return whether the pair was stored for the next run.
+/// Tells who the user is; both texts must not be null. Writes a file. Of two calls at a time each text is one of
+/// theirs. \return whether the pair was stored for the next run
 ORVANE_EXPORT bool orvanecore_setUserInfo(const char* channelId, const char* openId);
 /// Enters the environment's release marker among the quit callbacks. \return true
 ORVANE_EXPORT bool InitQuernObjectEnvironment(void);
@@ -118,11 +118,13 @@ ORVANE_EXPORT int Quern_IsManualUpdate(void);
 /// Performs up to 20 waiting calls. Always from the same thread: the engine's tick.
 ORVANE_EXPORT void Quern_UpdateUIThread(void);
 /// Drops the waiting calls to a target that is about to die: those that wait for Quern_UpdateUIThread after
-/// Quern_EnableManualUpdate, those that wait for the main run loop before it.
+/// Quern_EnableManualUpdate, those that wait for the main run loop before it. A call that is under way goes on: only on
+/// the thread that performs the calls is there none when this returns.
 ORVANE_EXPORT void Quern_IgnoreUIThread(void* target);
-/// Drops those that wait for the main run loop.
+/// Drops those that wait for the main run loop, by the same rule.
 ORVANE_EXPORT void Quern_RemoveTargetFromMainThread(void* target);
-/// Ends the pump; calls that still wait are lost.
+/// Drops all calls that wait for Quern_UpdateUIThread, and ends the one that is under way behind its present call. What
+/// is posted later, also at the same time on another thread, waits for the next.
 ORVANE_EXPORT void Quern_EndUIThread(void);
 /// Quern_EnableManualUpdate under the script layer's name.
 ORVANE_EXPORT void quern_target_unity_enable_ui_update(void);
@@ -179,9 +181,11 @@ ORVANE_EXPORT void setArborSendVoidMethodBufferCallback(ArborSendVoidMethodBuffe
 }  // extern "C"
 
 /// Enters a function in the list that the take-down runs, once and in order of first registration; null is ignored.
+/// Any thread, also during the run and from inside a callback.
 ORVANE_EXPORT void AddApplicationQuitCallback(void (*callback)());
-/// Runs the list and empties it. A callback entered during the run is run too. On the thread that takes the library
-/// down.
+/// Runs the list and empties it; no lock is held over a callback. One entered during the run is run too. One that is
+/// entered again when its turn has come is run once more, and left for the next run after that. On the thread that
+/// takes the library down; a second call during the run does nothing.
 ORVANE_EXPORT void OnApplicationQuit();
 /// Hooks the application's delegate class of that name in the run-time table, for applications whose delegate is not
 /// called "AppDelegate" or "UnityAppController" or was registered after this library loaded. Main thread.

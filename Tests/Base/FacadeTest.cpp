@@ -1,5 +1,10 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <string>
+#include <thread>
+#include <vector>
+
 #include "Base/COrvaneCore.h"
 #include "Base/QuernCommon.h"
 #include "Base/XLog.h"
@@ -80,9 +85,20 @@ TEST(Facade, ReleaseOfTheRootRunsTheQuitCallbacksAndGivesTheCommonStateBack) {
     EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetProjectName(), "Orvane");
 }
 
+// Posts a call for the engine's tick, which logs the text.
+void PostLine(const char* text) {
+    Quern::CAFunctionSelector selector;
+    selector.arguments[0] = const_cast<char*>(text);
+    selector.function1 = [](void* line) { Quern::XLog2(kLogInfo, "f", 1, "f", static_cast<const char*>(line)); };
+    Quern::PerformSelectorOnUIThread(&selector);
+}
+
 // A native half that tells the script layer of its end.
 struct Farewell : Quern::CPlatformObject {
-    ~Farewell() override { SendUnityMessage("end", "of the object"); }
+    ~Farewell() override {
+        SendUnityMessage("end", "of the object");
+        PostLine("posted by the object");
+    }
 };
 
 struct QuietStages : Quern::IApplicationObserver {
@@ -96,7 +112,11 @@ struct QuietStages : Quern::IApplicationObserver {
 
 TEST(Facade, ItsDestructorTakesTheLibraryDownInOrder) {
     CapturedConsole console;
-    AddApplicationQuitCallback([] { Quern::XLog2(kLogInfo, "f", 1, "f", "quit"); });
+    Quern_EnableManualUpdate();
+    AddApplicationQuitCallback([] {
+        Quern::XLog2(kLogInfo, "f", 1, "f", "quit");
+        PostLine("posted by a quit callback");
+    });
     Orvane::COrvaneCore* core = Orvane::COrvaneCore::GetInstance();
     setArborSendMessageCallback([](uint64_t id, const char* method, const char* message) {
         Quern::XLog(kLogInfo, "f", 1, "f", "%d %s %s", static_cast<int>(id), method, message);
@@ -104,7 +124,6 @@ TEST(Facade, ItsDestructorTakesTheLibraryDownInOrder) {
     Quern::IPlatformObjectManager::GetInstance()->AddObject(7, new Farewell);
     Quern::IPlatformObjectManager::GetInstance()->GetPlatformObject(7)->SetObjectId(7);
     const QuietStages stages;
-    Quern::getUnityObjectSelectorManger();
     console.Take();
 
     delete core;
@@ -112,9 +131,42 @@ TEST(Facade, ItsDestructorTakesTheLibraryDownInOrder) {
                 ElementsAre("Event COrvaneCore::~COrvaneCore(), start", "Info quit",
                             "Info IArborObjectManager::DestroyAll", "Info 7 end of the object",
                             "Info CPlatformObject::ClearEnvironment", "Event COrvaneCore::~COrvaneCore(), end"));
+    Quern_UpdateUIThread();
+    EXPECT_THAT(console.Take(), ElementsAre("Info posted by the object"))
+        << "the pump ends behind the quit callbacks and before the objects";
     Farewell().SendUnityMessage("nobody", "hears");
     gs_OrvaneApplicationOnPause();
     EXPECT_THAT(console.Take(), ElementsAre("Info CApplication::OnPause Observersize:0"));
+    EXPECT_STREQ(orvanecore_getInstance()->GetVersion(), "1.5.11.2664");
+    EXPECT_THAT(console.Take(), ElementsAre(testing::StartsWith("Event Hello OrvaneCore!"))) << "another one";
+}
+
+TEST(Facade, AnyThreadMayBeTheFirstAndTellWhoTheUserIs) {
+    CapturedConsole console;
+    OrvaneTest::CacheFolder();
+    OrvaneTest::FakeKeychain::Install();
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([thread] {
+            orvanecore_init();
+            orvanecore_setLogLevel(kLogInfo);
+            InitQuernObjectEnvironment();
+            const std::string text(static_cast<size_t>(1) << (4 * thread), 'x');
+            for (int i = 0; i < 5; ++i) {
+                EXPECT_TRUE(orvanecore_setUserInfo(text.c_str(), text.c_str()));
+                EXPECT_EQ(std::string(Quern::QuernCommon::GetInstance()->GetOpenID()).find_first_not_of('x'),
+                          std::string::npos);
+                EXPECT_STRNE(Quern::QuernCommon::GetInstance()->GetComParams(), "");
+                gs_OrvaneApplicationOnResume();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    const auto lines = console.Take();
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [](const std::string& line) { return line.starts_with("Event Hello OrvaneCore!"); }),
+              1);
 }
 
 TEST(QuernCommon, IsNamedByItsInitializer) {

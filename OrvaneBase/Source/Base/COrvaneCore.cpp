@@ -1,6 +1,7 @@
 #include "Base/COrvaneCore.h"
 
 #include "Base/Configure/Configure.h"
+#include "Base/MakeOnce.h"
 #include "Base/XLog.h"
 #include "Orvane/IBase.h"
 #include "Orvane/OrvaneCore.h"
@@ -11,22 +12,26 @@ IOrvaneCore* IOrvaneCore::GetInstance() {
     return COrvaneCore::GetInstance();
 }
 
-COrvaneCore* COrvaneCore::s_pInstance = nullptr;
+std::atomic<COrvaneCore*> COrvaneCore::s_pInstance{nullptr};
 
+// Greets once the object stands, so that who hears the line, or comes at the same time, finds it and does not make
+// another.
 COrvaneCore* COrvaneCore::GetInstance() {
-    if (!s_pInstance) s_pInstance = new COrvaneCore;
-    return s_pInstance;
+    if (COrvaneCore* const instance = s_pInstance.load(std::memory_order_acquire)) return instance;
+    Quern::IBase::GetInstance();
+    COrvaneCore* made = nullptr;
+    COrvaneCore* const instance = Quern::MakeOnce(s_pInstance, [&made] { return made = new COrvaneCore; });
+    if (instance == made)
+        ORVANE_LOG_EVENT("Hello OrvaneCore! OS_TYPE:%s, Version:%s, VersionHash:%s", "iOS", orvanecore_get_version(),
+                         orvanecore_get_version_hash());
+    return instance;
 }
 
 void COrvaneCore::ReleaseInstance() {}
 
-COrvaneCore::COrvaneCore() {
-    Quern::IBase::GetInstance();
-    ORVANE_LOG_EVENT("Hello OrvaneCore! OS_TYPE:%s, Version:%s, VersionHash:%s", "iOS", orvanecore_get_version(),
-                     orvanecore_get_version_hash());
-}
-
 COrvaneCore::~COrvaneCore() {
+    COrvaneCore* self = this;
+    if (!s_pInstance.compare_exchange_strong(self, nullptr)) return;  // made, but another one was faster
     ORVANE_LOG_EVENT("COrvaneCore::~COrvaneCore(), start");
     Quern::IBase::Release();
     ORVANE_LOG_EVENT("COrvaneCore::~COrvaneCore(), end");

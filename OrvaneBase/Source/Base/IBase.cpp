@@ -1,5 +1,8 @@
 #include "Orvane/IBase.h"
 
+#include <atomic>
+
+#include "Base/MakeOnce.h"
 #include "Base/QuernCommon.h"
 #include "Base/XLog.h"
 #include "Orvane/IPlatformObjectManager.h"
@@ -10,15 +13,19 @@
 
 namespace Quern {
 
-IBase* IBase::s_pInstance = nullptr;
+namespace {
+
+std::atomic<IBase*> g_instance{nullptr};
+
+}  // namespace
 
 IBase* IBase::GetInstance() {
-    if (!s_pInstance) s_pInstance = new IBase;
-    return s_pInstance;
+    return MakeOnce(g_instance, [] { return new IBase; });
 }
 
 IBase::~IBase() {
-    QuernCommon::ReleaseInstance();
+    IBase* self = this;
+    if (g_instance.compare_exchange_strong(self, nullptr)) QuernCommon::ReleaseInstance();  // else another was faster
 }
 
 void IBase::Release() {
@@ -29,8 +36,7 @@ void IBase::Release() {
     ORVANE_LOG_INFO("CPlatformObject::ClearEnvironment");
     CPlatformObject::ClearEnvironment();  // after the objects: one that is being destroyed may still send
     CApplication::ReleaseInstance();
-    delete s_pInstance;
-    s_pInstance = nullptr;
+    delete g_instance.load();
 }
 
 }  // namespace Quern

@@ -1,7 +1,7 @@
 #include "Base/QuernCommon.h"
 
-#include <memory>
-
+#include "Base/Container/AString.h"
+#include "Base/MakeOnce.h"
 #include "Base/ProjectName.h"
 #include "Storage/Bundle/BundleFactory.h"
 #include "Storage/Bundle/GameId.h"
@@ -14,22 +14,19 @@ constexpr char kUserSection[] = "OrvaneCore";
 constexpr char kChannelKey[] = "channelid";
 constexpr char kOpenIdKey[] = "openid";
 
-const char* FromBundle(AString& field, const char* key) {
-    if (field.empty()) field = BundleFactory::GetInstance()->GetDefaultBundle()->Get(kUserSection, key, "");
-    return field.c_str();
+const char* FromBundle(KeptText& field, const char* key) {
+    if (*field.Get() == '\0')
+        field.SetIfEmpty(AString(BundleFactory::GetInstance()->GetDefaultBundle()->Get(kUserSection, key, "")).c_str());
+    return field.Get();
 }
 
 }  // namespace
 
 std::atomic<QuernCommon*> QuernCommon::s_pInstance{nullptr};
 
-// After a release the first caller may be any thread: of two, one installs its object and the other takes that.
+// After a release the first caller may be any thread.
 QuernCommon* QuernCommon::GetInstance() {
-    QuernCommon* instance = s_pInstance.load(std::memory_order_acquire);
-    if (instance) return instance;
-    std::unique_ptr<QuernCommon> made(new QuernCommon);
-    if (!s_pInstance.compare_exchange_strong(instance, made.get(), std::memory_order_acq_rel)) return instance;
-    return made.release();
+    return MakeOnce(s_pInstance, [] { return new QuernCommon; });
 }
 
 void QuernCommon::ReleaseInstance() {
@@ -53,8 +50,8 @@ const char* QuernCommon::GetProjectName() const {
 }
 
 bool QuernCommon::SetUserInfo(const char* channelId, const char* openId) {
-    _channelId = channelId;
-    _openId = openId;
+    _channelId.Set(channelId);
+    _openId.Set(openId);
     Bundle* bundle = BundleFactory::GetInstance()->GetDefaultBundle();
     bundle->Set(kUserSection, kChannelKey, channelId);
     return bundle->Set(kUserSection, kOpenIdKey, openId);
@@ -73,9 +70,9 @@ const char* QuernCommon::GetGameID() {
 }
 
 const char* QuernCommon::GetTransceiverUrl() {
-    if (_transceiverUrl.Empty())
-        _transceiverUrl = SolidConfigReader::GetStringWithoutBlanks("OrvaneCore", "TransceiverUrl");
-    return _transceiverUrl.c_str();
+    if (*_transceiverUrl.Get() == '\0')
+        _transceiverUrl.SetIfEmpty(SolidConfigReader::GetStringWithoutBlanks("OrvaneCore", "TransceiverUrl").c_str());
+    return _transceiverUrl.Get();
 }
 
 }  // namespace Quern

@@ -1,13 +1,13 @@
 // The one place that knows which project, channel and user the process serves.
 //
-// Project name and game id are leaves of their own (ProjectName, GameId), which lower units ask. The other fields are
-// not locked: they are set early, on the main thread, and treated as stable from then on.
+// Project name and game id are leaves of their own (ProjectName, GameId), which lower units ask. Any thread, but for
+// ReleaseInstance. The texts handed out stay valid; who the user is are two texts, each of which changes by itself.
 #ifndef ORVANE_BASE_QUERN_COMMON_H
 #define ORVANE_BASE_QUERN_COMMON_H
 
 #include <atomic>
 
-#include "Base/Container/AString.h"
+#include "Base/KeptText.h"
 
 namespace Quern {
 
@@ -26,7 +26,7 @@ public:
     // Keeps who the user is, in the default bundle too, for the next run. Returns the result of the last write.
     // REQUIRES: neither is null.
     bool SetUserInfo(const char* channelId, const char* openId);
-    // As long as nobody told: what the last run stored. Valid until the next SetUserInfo; empty if unknown, never null.
+    // As long as nobody told: what the last run stored. Empty if unknown, never null.
     const char* GetChannelID();
     const char* GetOpenID();
     // From the application's manifest, without the blanks around them. Looked up until found, then kept; empty if
@@ -36,7 +36,7 @@ public:
 
     // What every request tells of the application, the user, the device and the installed plugins: a JSON object and a
     // newline. Channel and open id are those told or looked up so far; it does not look them up itself. Valid until
-    // the next call on any thread: two threads at a time race. (CommonParameters.cpp, above the plugins it lists.)
+    // the next call on the same thread. (CommonParameters.cpp, above the plugins it lists.)
     const char* GetComParams();
 
 private:
@@ -44,10 +44,9 @@ private:
 
     static std::atomic<QuernCommon*> s_pInstance;
 
-    AString _channelId;
-    AString _openId;
-    AString _transceiverUrl;
-    AString _comParams;
+    KeptText _channelId;
+    KeptText _openId;
+    KeptText _transceiverUrl;
     QuernCommon* _releasedBefore = nullptr;
 };
 

@@ -31,8 +31,8 @@ std::string WriteCompact(const Json::Value& value) {
 const char* QuernCommon::GetComParams() {
     Json::Value params(Json::objectValue);
     params["bid"] = CSystem::GetBundleId();
-    params["cid"] = _channelId.c_str();
-    params["oid"] = _openId.c_str();
+    params["cid"] = _channelId.Get();
+    params["oid"] = _openId.Get();
     params["did"] = CSystem::GetUdid();
     params["mtype"] = CSystem::GetModel();
     params["mfrs"] = CSystem::GetDeviceBrand();
@@ -41,8 +41,9 @@ const char* QuernCommon::GetComParams() {
     params["app_ver"] = CSystem::GetAppVersion();
     params["gid"] = GetGameID();
     params["sdk_list"] = InstalledPlugins();
-    _comParams = WriteCompact(params).c_str();
-    return _comParams.c_str();
+    static thread_local std::string text;  // so that two threads at a time do not write over each other's
+    text = WriteCompact(params);
+    return text.c_str();
 }
 
 }  // namespace Quern

@@ -15,7 +15,15 @@ constexpr size_t kNumericTextLimit = 19;
 
 }  // namespace
 
-const Value& Value::Null = *new Value(NullValue);  // never destroyed: read from threads that outlive static objects
+// Stands before any initialiser runs, and is never destroyed: read from threads that outlive static objects.
+union Value::NullStorage {
+    constexpr NullStorage() : value(ConstantNull()) {}
+    ~NullStorage() {}
+    Value value;
+    static NullStorage shared;
+};
+constinit Value::NullStorage Value::NullStorage::shared;
+constinit const Value& Value::Null = NullStorage::shared.value;
 
 Value::Value(ValueType type) : _int(0), _type(type) {
     switch (type) {

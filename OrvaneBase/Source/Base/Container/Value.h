@@ -109,6 +109,10 @@ public:
     friend bool operator>(const Value& left, const Value& right) { return right < left; }
 
 private:
+    struct ConstantNull {};
+    union NullStorage;
+
+    constexpr explicit Value(ConstantNull) : _int(0), _type(NullValue) {}
     bool IsContainer() const { return isArray() || isObject(); }
     void ReportUnsupportedType() const;
     Value& ElementAt(const ValueString& key);

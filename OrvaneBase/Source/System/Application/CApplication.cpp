@@ -1,27 +1,29 @@
 #include "System/Application/CApplication.h"
 
 #include <algorithm>
+#include <atomic>
 
+#include "Base/MakeOnce.h"
 #include "Base/RunTimeClass.h"
 #include "Base/XLog.h"
 
 namespace Quern {
 
-CApplication* CApplication::s_pInstance = nullptr;
+namespace {
+
+std::atomic<CApplication*> g_instance{nullptr};
+
+}  // namespace
 
 CApplication* CApplication::GetInstance() {
-    if (!s_pInstance) s_pInstance = new CApplication;
-    return s_pInstance;
+    return MakeOnce(g_instance, [] { return new CApplication; });
 }
 
 void CApplication::ReleaseInstance() {
-    delete s_pInstance;
-    s_pInstance = nullptr;
-}
-
-CApplication::~CApplication() {
-    const CCritical guard(&_lock);
-    _observers.clear();
+    CApplication* const instance = g_instance.load(std::memory_order_acquire);
+    if (!instance) return;
+    const CCritical guard(&instance->_lock);
+    instance->_observers.clear();
 }
 
 void CApplication::AddObserver(IApplicationObserver* observer) {

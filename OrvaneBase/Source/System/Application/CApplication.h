@@ -13,7 +13,8 @@ namespace Quern {
 // that goes while the walk is at it or past it costs its successor the stage.
 class CApplication {
 public:
-    // Made at the first call, not locked: reached first on the main thread. ReleaseInstance forgets every observer.
+    // Made at the first call. ReleaseInstance forgets every observer; the emptied object stays, since another thread
+    // may be inside it, and is the next instance too.
     static CApplication* GetInstance();
     static void ReleaseInstance();
     // Enters the class "CApplication" in the run time's table. Called once, while the library loads.
@@ -32,11 +33,8 @@ public:
 
 private:
     CApplication() = default;
-    ~CApplication();
 
     void TellObservers(void (IApplicationObserver::*stage)()) ORVANE_REQUIRES(_lock);
-
-    static CApplication* s_pInstance;
 
     CMutex _lock{true};
     std::vector<IApplicationObserver*> _observers ORVANE_GUARDED_BY(_lock);
