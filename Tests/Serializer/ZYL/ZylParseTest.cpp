@@ -120,7 +120,7 @@ TEST(ZylParseTest, NumbersAreThoseOfTheCLibrary) {
         ASSERT_TRUE(end == token.c_str() || real == expectedDouble) << text;
     };
     for (const char* text : {"99999999999999999999999", "-1", "9223372036854775808", "-0x8000000000000000", "1e999",
-                             "-inf", "+0x1p4", "1.6e1x", "abc", ".", "-e5"})
+                             "-inf", "+0x1p4", "1.6e1x", "abc", ".", "-e5", "\v 5"})
         check(text);
     const char kAlphabet[] = "0123456789+-xXaf.e \t";
     std::mt19937 random(5);

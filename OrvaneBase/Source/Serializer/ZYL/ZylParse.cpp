@@ -120,7 +120,8 @@ struct FloatRule {
         if (error != std::errc() || stop != place) {
             char* end;
             number = strtod(token, &end);
-            if (end == token) return ZylError::ZYL_PARSE_NUMBER_FAILED;
+            // strtod takes white space that ends no token for blanks in front, and would go on to the next one.
+            if (end == token || end > place) return ZylError::ZYL_PARSE_NUMBER_FAILED;
         }
         value = static_cast<Float>(number);
         return ZylError::ZYL_NO_ERROR;
