@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -31,6 +32,18 @@ std::string g_heard;
 void* Launched(orvane_object*, const char*, void* const*) {
     g_heard += "delegate launched\n";
     return reinterpret_cast<void*>(1);
+}
+
+void* Perform(orvane_object* object, const char* selector, void* argument = nullptr) {
+    void* const arguments[] = {argument, nullptr};
+    return orvane_object_perform(object, selector, arguments);
+}
+
+Contract::Host* FindHost() {
+    orvane_object* wrapper = orvane_object_create(orvane_class_lookup("PluginUtilsWrapper"));
+    auto* host = static_cast<Contract::Host*>(Perform(wrapper, "getNativePluginManager"));
+    orvane_object_release(wrapper);
+    return host;
 }
 
 // The application's container, for the log that the launch starts.
@@ -140,6 +153,69 @@ TEST(BinaryContract, NativeHalvesAreMadeKeptAndDeletedByTheirSlots) {
     bridge->Requests()->RemoveEach();
     Symbol<void (*)()>(core, "_ZN5Quern5IBase7ReleaseEv")();
     EXPECT_EQ(g_heard, "X.RESP7 0 7 ");
+}
+
+// A module that stands where the core plugin stood and switches every setting on.
+struct AllOn final : Contract::ModuleBase, Contract::SettingsService, Contract::Settings {
+    const char* Name() const override { return "OrvaneCore"; }
+    const char* PluginName() const override { return "OrvaneCore"; }
+    const char* Version() const override { return "1"; }
+    void First(Contract::Registrar*) override { g_heard += "first "; }
+    void Second() override { g_heard += "second "; }
+    void Third() override { g_heard += "third "; }
+    void Fourth() override { g_heard += "fourth "; }
+    Contract::ServiceRoot* Service(const char* name) override {
+        return strcmp(name, "REMOTECONFIG") == 0 ? this : core->Service(name);
+    }
+    Contract::Settings* Of(Contract::ModuleBase*) override { return this; }
+    int Int(const char*, int otherwise) override { return otherwise; }
+    long long Long(const char*, long long otherwise) override { return otherwise; }
+    double Double(const char*, double otherwise) override { return otherwise; }
+    bool Bool(const char*, bool) override { return true; }
+
+    Contract::Module* core = nullptr;
+};
+
+AllOn g_allOn;
+
+void* EnterAllOn(orvane_object*, const char*, void* const*) {
+    g_allOn.core = FindHost()->Find("OrvaneCore");
+    return FindHost()->Enter(&g_allOn) ? &g_allOn : nullptr;
+}
+
+TEST(BinaryContract, TheHostIsDrivenAndTheDataPluginAskedByTheirSlots) {
+    const Container container;
+    void* core = Load(CORE_LIBRARY);
+    Load(SIBLING_LIBRARY);
+    // During the launch, behind the core plugin's own installation and before a setting is read.
+    constexpr char kLaunch[] = "application:didFinishLaunchingWithOptions:";
+    orvane_class* observerClass = orvane_class_allocate("Observer");
+    orvane_class_add_protocol(observerClass, "OrvaneAppLifecycleObserver");
+    orvane_class_add_method(observerClass, kLaunch, EnterAllOn);
+    orvane_object observer = {observerClass, nullptr};
+    auto* lifecycle = static_cast<orvane_object*>(
+        orvane_class_perform(orvane_class_lookup("OrvaneAppLifecycle"), "sharedInstance", nullptr));
+    Perform(lifecycle, "addObserver:", &observer);
+    Perform(lifecycle, kLaunch);
+    EXPECT_EQ(g_heard, "first second ");
+    char device[33] = "";
+    EXPECT_TRUE(Symbol<bool (*)(char*, int)>(core, "Quern_system_GetUUID")(device, sizeof device));
+    EXPECT_STREQ(device, "the UUID");
+
+    Contract::Host* host = FindHost();
+    g_heard.clear();
+    host->WalkThird();
+    host->WalkFourth();
+    host->WalkFirst();
+    host->WalkSecond();
+    EXPECT_EQ(g_heard, "third fourth first second ");
+    EXPECT_EQ(host->Find("OrvaneCore"), &g_allOn);
+    EXPECT_TRUE(host->Remove(&g_allOn));
+    EXPECT_EQ(host->Find("OrvaneCore"), nullptr);
+    EXPECT_EQ(host->Registry()->size(), 3u);
+    EXPECT_TRUE(host->RemoveNamed("PELL"));
+    EXPECT_EQ(host->Registry()->count("PELL"), 0u);
+    EXPECT_STREQ(host->Names()[0], "OrvaneCore") << "as the last second walk found them";
 }
 
 TEST(BinaryContract, ASiblingLivesThroughTheWholeLifecycle) {

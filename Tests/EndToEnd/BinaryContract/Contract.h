@@ -66,6 +66,7 @@ struct Event {
 struct DataService : ServiceRoot {
     virtual Event* Make(int source, const char* name) = 0;
     virtual void Unmake(Event** event) = 0;
+    virtual unsigned int Device(const char* key, char** buffer, unsigned int size) = 0;
 };
 
 struct CoreReport : ServiceRoot {
@@ -93,6 +94,18 @@ struct Log {  // no destructor in its table
 struct LogService : ServiceRoot {
     virtual int Version() = 0;
     virtual Log* Get(ModuleBase* module) = 0;
+};
+
+struct Settings {
+    virtual ~Settings() {}
+    virtual int Int(const char* key, int otherwise) = 0;
+    virtual long long Long(const char* key, long long otherwise) = 0;
+    virtual double Double(const char* key, double otherwise) = 0;
+    virtual bool Bool(const char* key, bool otherwise) = 0;
+};
+
+struct SettingsService : ServiceRoot {
+    virtual Settings* Of(ModuleBase* module) = 0;
 };
 
 struct Account {

@@ -1,5 +1,6 @@
 // A sibling library with three modules: "Sibling", which uses the core's services, "PELL", the data plugin, and
 // "RAVEL", the login plugin. It writes down what happens to it; the test asks for that text.
+#include <cstdio>
 #include <cstring>
 
 #include "Contract.h"
@@ -69,6 +70,10 @@ public:
         Note(" unmake");
         delete *event;
         *event = nullptr;
+    }
+    unsigned int Device(const char* key, char** buffer, unsigned int size) override {
+        snprintf(*buffer, size, "the %s", key);
+        return 0;
     }
 };
 

@@ -2,8 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include "Base/XLog.h"
 #include "Support/CapturedConsole.h"
 #include "Support/LifecycleFakes.h"
+#include "Support/TestContainer.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/SwizzleHelper.h"
 
@@ -16,6 +18,7 @@ using OrvaneTest::LifecycleClass;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr char kLaunch[] = "application:didFinishLaunchingWithOptions:";
 constexpr char kContinue[] = "application:continueUserActivity:restorationHandler:";
 constexpr char kOrientations[] = "application:supportedInterfaceOrientationsForWindow:";
 
@@ -126,6 +129,20 @@ TEST_F(DispatcherTest, WritesALineForTheEventsThatHaveOne) {
           "application:didReceiveLocalNotification:"})
         Send(delegate, selector);
     EXPECT_THAT(console.Take(), IsEmpty());
+}
+
+TEST_F(DispatcherTest, ALaunchSaysSoAndStartsTheLibrary) {
+    OrvaneTest::CacheFolder();
+    LifecycleClass delegateClass("AppDelegate");
+    delegateClass.Answer(kLaunch, 0);
+    orvane_object delegate = delegateClass.Make("delegate");
+    OrvaneAppLifecycleDispatcher::manualSwizzle(delegateClass.get());
+    console.Take();
+    Send(delegate, kLaunch);
+    EXPECT_EQ(console.Take().front(),
+              "[OrvaneAppLifecycleDispatcher orvane_application: didFinishLaunchingWithOptions:]");
+    EXPECT_THAT(LifecycleClass::Heard(), ElementsAre(std::string("delegate orvane_") + kLaunch));
+    EXPECT_TRUE(Quern::IsCoreLoggerStarted());
 }
 
 TEST_F(DispatcherTest, ADelegateWithoutAMethodMissesTheEventButContinuesActivities) {
