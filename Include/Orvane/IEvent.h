@@ -23,7 +23,7 @@ public:
     virtual void Report() = 0;
 };
 
-/// The service "REPORT" of the data plugin "PELL".
+/// The service "REPORT" of the data plugin "PELL". Called from any thread, several at a time.
 class IReportService : public IPluginService {
 public:
     /// \return a new event, or null. Given back through DestroyEvent.

@@ -42,7 +42,7 @@ struct RavelAccount {
     intptr_t reserved;  ///< the login plugin's own
 };
 
-/// The service "ACCOUNT" of the login plugin "RAVEL".
+/// The service "ACCOUNT" of the login plugin "RAVEL". Called on whatever thread makes an event.
 class IAccountService : public IPluginService {
 public:
     /// Fills the record with the present login.

@@ -1,5 +1,8 @@
 #include "PluginManager/PluginUtils.h"
 
+#include <atomic>
+
+#include "Base/MakeOnce.h"
 #include "Base/RunTimeClass.h"
 #include "PluginManager/PluginManager.h"
 
@@ -7,8 +10,9 @@ using Orvane::Plugin::IPluginManager;
 using Orvane::Plugin::PluginManager;
 
 PluginUtils* PluginUtils::sharedInstance() {
-    static PluginUtils* instance = new PluginUtils;
-    return instance;
+    // No static of the function: the manager's constructor logs, and what hears the line may come back here.
+    static constinit std::atomic<PluginUtils*> instance{nullptr};
+    return Quern::MakeOnce(instance, [] { return new PluginUtils; });
 }
 
 PluginUtils::PluginUtils() : _pluginManager(PluginManager::GetInstance()) {}

@@ -1,5 +1,6 @@
 #include "System/Application/OrvaneAppLifecycleDispatcher.h"
 
+#include <atomic>
 #include <string>
 
 #include "Base/ConsoleSink.h"
@@ -96,8 +97,8 @@ void OrvaneAppLifecycleDispatcher::RegisterRunTimeClass() {
 }
 
 void OrvaneAppLifecycleDispatcher::load() {
-    static bool once = (manualSwizzle(GetDerivedUIApplicationDelegate()), true);
-    static_cast<void>(once);
+    static std::atomic<bool> tried{false};
+    if (!tried.exchange(true)) manualSwizzle(GetDerivedUIApplicationDelegate());
 }
 
 void OrvaneAppLifecycleDispatcher::manualSwizzle(orvane_class* delegate) {
