@@ -244,6 +244,7 @@ TEST(KeychainTest, OneThatCannotBeReplacedIsWrittenInPlaceAndSurvivesBeingCutSho
     chmod(next.c_str(), 0600);
     WriteFile(path, ReadFile(path).substr(100));
     EXPECT_EQ(Get("b"), "secret");
+    EXPECT_FALSE(OrvaneCoreKC::deletePasswordForService_account("service", "unknown"));  // changes nothing
     EXPECT_TRUE(Set("c", "more"));
     EXPECT_EQ(Get("b"), "secret");
 }

@@ -20,6 +20,12 @@ using EncryptedIni::Fault;
 
 constexpr int kLooks = 3;
 
+// Ciphers and codecs copy the key to the stack: clears what the calls of the caller have left there.
+__attribute__((noinline)) void WipeUsedStack() {
+    char used[32 * 1024];
+    explicit_bzero(used, sizeof used);
+}
+
 // False, with no bytes, for a file that cannot be opened.
 bool ReadFile(const char* path, std::string& bytes) {
     bytes.clear();
@@ -101,6 +107,7 @@ bool EncryptedIniFileImpl::Save() {
     const std::string bytes = EncryptedIni::Build(_text, key, publicKey);
     if (!bytes.empty()) Replace(bytes, key);  // a text too long for the format: the file stays, and so must its key
     explicit_bzero(key.data(), key.size());
+    WipeUsedStack();
     return true;
 }
 
@@ -144,6 +151,7 @@ bool EncryptedIniFileImpl::OpenBody(std::string_view body, IniText& text) {
     _GetTeaKey(key);
     const bool isOpen = EncryptedIni::Open(body, key, text);
     explicit_bzero(key.data(), key.size());
+    WipeUsedStack();
     return isOpen;
 }
 
