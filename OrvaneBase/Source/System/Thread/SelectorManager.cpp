@@ -1,7 +1,5 @@
 #include "System/Thread/SelectorManager.h"
 
-#include <utility>
-
 namespace Quern {
 
 CSelectorManager::~CSelectorManager() {
