@@ -12,10 +12,14 @@
 
 #include "Orvane/Export.h"
 #include "Orvane/LogPriority.h"
+#include "Orvane/NetworkState.h"
 
 #ifdef __cplusplus
 namespace Orvane {
 class IOrvaneCore;
+}
+namespace Quern {
+class AString;
 }
 typedef Orvane::IOrvaneCore orvanecore_instance;
 extern "C" {
@@ -96,6 +100,18 @@ ORVANE_EXPORT void orvane_log_remove_logfile(int hours, int fileNumLimit);
 ORVANE_EXPORT void OrvaneSDKLog_setLogLevel(const char* module, ALogPriority level);
 /// Sets the threshold of every logger that exists, the library's own last.
 ORVANE_EXPORT void OrvaneSDKLog_setAllLogLevel(ALogPriority level);
+
+/* --- Network -------------------------------------------------------------------------------------------------------*/
+
+/// How the device is connected, asked of the system anew. \return 0, 1 or 2
+ORVANE_EXPORT quern_network_state quern_network_GetNetworkState(void);
+/// Sets the one callback that hears of changes of the network, null for none; it replaces the one before. It is called
+/// on the main thread, or in Quern_UpdateUIThread after Quern_EnableManualUpdate; Orvane/INetwork.h tells what a change
+/// is. A switch from one kind of connection to another is told as 0 and then the new state.
+ORVANE_EXPORT void quern_network_SetNetworkChangedCallback(void (*callback)(quern_network_state state));
+/// Writes the detail record as bytes, without a terminator; Orvane/INetwork.h tells their order.
+/// \return true; false, and nothing written, if `size` does not exceed their number by at least one, or for null
+ORVANE_EXPORT bool quern_network_GetDetailNetworkInfo(char* buffer, int size);
 
 /* --- System --------------------------------------------------------------------------------------------------------*/
 
@@ -190,6 +206,21 @@ ORVANE_EXPORT void OnApplicationQuit();
 /// Hooks the application's delegate class of that name in the run-time table, for applications whose delegate is not
 /// called "AppDelegate" or "UnityAppController" or was registered after this library loaded. Main thread.
 ORVANE_EXPORT void g_OrvaneCoreManualHook(const char* className);
+
+/// Whether the text may be an IPv4 address, with a port or without: digits, dots and at most one colon. True for an
+/// empty text, false for null.
+ORVANE_EXPORT bool IsNumericIPv4Notation(const char* text);
+/// Whether the text may be an IPv6 address: it begins with "[" or has two colons. False for null.
+ORVANE_EXPORT bool IsNumericIPv6Notation(const char* text);
+/// Splits "scheme://host:port" or a part of it; an IPv6 address with a port stands in brackets. A scheme that is not
+/// there leaves `scheme` as it was; a port that is not there is 0, and one beyond 16 bits is cut. A host out of
+/// brackets ends with a zero byte that counts as part of it. \return false for null, without "]" behind "[", and
+/// without a port behind "]" (the host is set then)
+ORVANE_EXPORT bool ParseURI(const char* text, Quern::AString& scheme, Quern::AString& host, unsigned short& port);
+/// Writes the form that an IPv4 address takes in a network of IPv6 alone: "64::ff9b:1.2.3.4", "[64::ff9b:1.2.3.4]:80",
+/// with the scheme in front. A text with another host stays as it is, and an empty text gives the prefix alone.
+/// \return false, with `out` untouched, for what ParseURI refuses
+ORVANE_EXPORT bool ConvertIpV4To6(const char* text, Quern::AString& out);
 #endif
 
 #endif

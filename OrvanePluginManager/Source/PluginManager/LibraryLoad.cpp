@@ -6,9 +6,12 @@
 #include "Storage/Bundle/InfoDictionaryClass.h"
 #include "System/Application/CApplication.h"
 #include "System/Application/MainRunLoopClass.h"
+#include "System/Application/NotificationCenter.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/OrvaneAppLifecycleDispatcher.h"
 #include "System/Application/QuernApplication.h"
+#include "System/Network/ANetworkApplicationObserver.h"
+#include "System/Network/NetworkClass.h"
 #include "System/Operation/OperationQueueClass.h"
 
 namespace {
@@ -21,6 +24,8 @@ struct RunTimeClassesLoad {
         Quern::RegisterInfoDictionaryClass();
         Quern::RegisterPlatformBridgeClass();
         Quern::RegisterOperationQueueClass();
+        Quern::NotificationCenter::RegisterRunTimeClass();
+        Quern::RegisterNetworkClass();
         Quern::CApplication::RegisterRunTimeClass();
         Quern::QuernApplication::RegisterRunTimeClass();
         PluginUtils::RegisterRunTimeClasses();
@@ -35,5 +40,6 @@ const Quern::QuernInitializer g_quernInitializer("Orvane");
 const Quern::CLaunch g_launch;
 const PluginUtilsLaunch g_pluginUtilsLaunch;
 const Orvane::CAppLifecycleLaunch g_appLifecycleLaunch;
+const Quern::ANetworkApplicationObserver g_networkApplicationObserver;
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "Base/MakeOnce.h"
 #include "Base/RunTimeClass.h"
 #include "Base/XLog.h"
+#include "System/Network/CNetwork.h"  // upward: the last stage takes the network down
 
 namespace Quern {
 
@@ -71,6 +72,7 @@ void CApplication::OnStop() {
 }
 
 void CApplication::OnDestroy() {
+    CNetwork::ReleaseInstance();
     const CCritical guard(&_lock);
     TellObservers(&IApplicationObserver::OnDestroy);
 }
