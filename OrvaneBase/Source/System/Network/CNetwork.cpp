@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 
+#include "Base/ConsoleSink.h"
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
 #include "System/Application/MainRunLoop.h"
@@ -60,7 +61,7 @@ void CNetwork::init() {
         return;
     }
     MainRunLoop::Current().Post([] {
-        orvane_console_log("initialize CNetwork in main queue");
+        PlatformLog("initialize CNetwork in main queue");
         ReadFirstNetworkState();
     });
 }
