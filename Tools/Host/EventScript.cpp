@@ -3,6 +3,7 @@
 #include "AppDelegate.h"
 #include "GameLogger.h"
 #include "LineFeed.h"
+#include "NetworkReport.h"
 #include "OperationLoad.h"
 #include "Options.h"
 #include "Orvane/IBase.h"
@@ -88,6 +89,11 @@ const EventScript::Event EventScript::kEvents[] = {
     {"stop", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnStop(); }},
     {"destroy", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnDestroy(); }},
     {"operations", true, [](EventScript& script, const std::string& argument) { script.Operations(argument); }},
+    {"network", false, [](EventScript&, const std::string&) { TellNetwork(); }},
+    {"modem", true,
+     [](EventScript&, const std::string& words) {
+         if (!PlayModem(words)) orvane_console_log("orvane-host: no such modem: %s", words.c_str());
+     }},
     {"pre-shutdown", false, [](EventScript&, const std::string&) { PerformPluginUtils("nativePreShutdown"); }},
     {"shutdown", false, [](EventScript&, const std::string&) { PerformPluginUtils("nativeShutdown"); }},
     {"release", false, [](EventScript& script, const std::string&) { script.Release(); }},

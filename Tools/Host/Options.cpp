@@ -47,6 +47,9 @@ events, one a line; blank lines and lines that begin with # are skipped:
                            older application object, as did enter background and will enter foreground
   operations N             queue N operations of 5 ms on the library's shared queue, and one that repeats; the console
                            says when the N have run, and at a release and the end how many have
+  network                  say how the device is connected, in detail, and from now on say each change of it
+  modem RADIO MCC MNC      play a modem: a cellular link (wwan0) is by that radio (GPRS, WCDMA, LTE, NR, ...) and
+                           carrier
   pre-shutdown | shutdown  the two walks of an orderly stop over all plugins
   release                  take the base library down; the process goes on and may launch again
   quit                     leave at once, as at the end of the events

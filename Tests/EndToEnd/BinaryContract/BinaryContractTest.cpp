@@ -80,7 +80,8 @@ TEST(BinaryContract, TheLibraryLoadsInOrder) {
                 ContainsRegex("OrvHook No Derived UIApplicationDelegate found\n"
                               ".*PluginManager::PluginManager\\(\\):0x.*\n"
                               ".*version 1\\.5\\.11\\.2664,hash [0-9a-f]*,version_tag .*\n"
-                              ".*CAppLifecycleLaunch::CAppLifecycleLaunch\n$"));
+                              ".*CAppLifecycleLaunch::CAppLifecycleLaunch\n"
+                              ".*OrvaneCore addObserver pointer:0x.*, observer:0x.*\n$"));
     EXPECT_EQ(dlsym(RTLD_DEFAULT, "orvanecore_getInstance"), nullptr) << "loaded for itself alone";
     dlclose(core);
     EXPECT_NE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "never unmapped under its threads";

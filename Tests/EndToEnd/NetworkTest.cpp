@@ -1,0 +1,38 @@
+// The host on links that really come and go: what a game sees of its network, and of its way through the background.
+#include <gmock/gmock.h>
+
+#include "Support/Container.h"
+#include "Support/NetworkNamespace.h"
+#include "Support/Process.h"
+
+namespace EndToEnd {
+namespace {
+
+using OrvaneTest::Cable;
+using OrvaneTest::DefaultRoute;
+using OrvaneTest::RunIp;
+
+TEST(NetworkTest, AGameHearsOfItsNetwork) {
+    if (!OrvaneTest::EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
+    const Container container;
+    Process host(container.Host({}));
+    host.Send("launch\nnetwork\n");
+    ASSERT_TRUE(host.WaitForError("network 0, detail 0, carrier 0 '', wifi '' at ''")) << host.Error();
+    ASSERT_TRUE(RunIp(Cable("wlan0", 1) + DefaultRoute("wlan0", 1, 100)));
+    ASSERT_TRUE(host.WaitForError("network changed to 2")) << host.Error();
+    ASSERT_TRUE(RunIp(Cable("wwan0", 2) + DefaultRoute("wwan0", 2, 50)));
+    ASSERT_TRUE(host.WaitForError("network changed to 1")) << host.Error();
+    host.Send("network\nmodem LTE 460 00\nnetwork\nmodem GPRS\n");
+    ASSERT_TRUE(host.WaitForError("network 1, detail 4, carrier 0 ''")) << host.Error();
+    ASSERT_TRUE(host.WaitForError("network 1, detail 7, carrier 2 '46000'")) << host.Error();
+    ASSERT_TRUE(host.WaitForError("no such modem: GPRS")) << host.Error();
+    host.Send("background\nforeground\ndestroy\nnetwork\n");
+    ASSERT_TRUE(RunIp("link delete wwan0\nlink delete wlan0\n"));
+    ASSERT_TRUE(host.WaitForError("network changed to 0\n")) << host.Error();
+    host.Send("release\nnetwork\nquit\n");
+    EXPECT_EQ(host.Wait().exitStatus, 0) << host.Error();
+    EXPECT_TRUE(host.Error().find("network changed to 0") < host.Error().find("network changed to 1"));
+}
+
+}  // namespace
+}  // namespace EndToEnd
