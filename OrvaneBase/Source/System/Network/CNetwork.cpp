@@ -26,7 +26,7 @@ CNetwork* CNetwork::GetInstance() {
         delete made;
         return current;
     }
-    made->init();
+    init();
     AddApplicationQuitCallback(ReleaseInstance);
     return made;
 }

@@ -45,8 +45,8 @@ private:
     CNetwork();
     ~CNetwork() override;
 
-    void init();
-    void uninit() {}
+    static void init();
+    static void uninit() {}
     void OnNetworkStateChangedOnUIThread(void* state);
 
     const std::shared_ptr<Listeners> _listeners = std::make_shared<Listeners>();

@@ -12,22 +12,32 @@ namespace {
 std::atomic<AReachability*> g_reachabilty{nullptr};
 
 // Entries come from whichever thread makes the network's singleton.
-struct CallbackList {
-    Quern::CMutex mutex;
-    std::vector<ReachabilityChangedCallback> g_vecReachabilityChangedCallbackList ORVANE_GUARDED_BY(mutex);
+class CallbackList {
+public:
+    void Add(ReachabilityChangedCallback callback) {
+        const Quern::CCritical guard(&_mutex);
+        auto& list = g_vecReachabilityChangedCallbackList;
+        if (std::find(list.begin(), list.end(), callback) == list.end()) list.push_back(callback);
+    }
+    void Remove(ReachabilityChangedCallback callback) {
+        const Quern::CCritical guard(&_mutex);
+        std::erase(g_vecReachabilityChangedCallbackList, callback);
+    }
+    // The callback at that place, or null behind the last one.
+    ReachabilityChangedCallback At(size_t index) {
+        const Quern::CCritical guard(&_mutex);
+        const auto& list = g_vecReachabilityChangedCallbackList;
+        return index < list.size() ? list[index] : nullptr;
+    }
+
+private:
+    Quern::CMutex _mutex;
+    std::vector<ReachabilityChangedCallback> g_vecReachabilityChangedCallbackList ORVANE_GUARDED_BY(_mutex);
 };
 
 CallbackList& Callbacks() {
     static auto* list = new CallbackList;  // never destroyed: threads outlive static destruction
     return *list;
-}
-
-// The callback at that place, or null behind the last one.
-ReachabilityChangedCallback CallbackAt(size_t index) {
-    CallbackList& list = Callbacks();
-    const Quern::CCritical guard(&list.mutex);
-    const auto& callbacks = list.g_vecReachabilityChangedCallbackList;
-    return index < callbacks.size() ? callbacks[index] : nullptr;
 }
 
 }  // namespace
@@ -44,21 +54,15 @@ AReachability* GetAReachablity() {
 }
 
 void AddReachabilityChangedCallback(ReachabilityChangedCallback callback) {
-    if (!callback) return;
-    CallbackList& list = Callbacks();
-    const Quern::CCritical guard(&list.mutex);
-    auto& callbacks = list.g_vecReachabilityChangedCallbackList;
-    if (std::find(callbacks.begin(), callbacks.end(), callback) == callbacks.end()) callbacks.push_back(callback);
+    if (callback) Callbacks().Add(callback);
 }
 
 void RemoveReachabilityChangedCallback(ReachabilityChangedCallback callback) {
-    CallbackList& list = Callbacks();
-    const Quern::CCritical guard(&list.mutex);
-    std::erase(list.g_vecReachabilityChangedCallbackList, callback);
+    Callbacks().Remove(callback);
 }
 
 void onReachabilityChanged() {
-    for (size_t i = 0; const ReachabilityChangedCallback callback = CallbackAt(i); ++i)
+    for (size_t i = 0; const ReachabilityChangedCallback callback = Callbacks().At(i); ++i)
         callback(GetAReachablity());
 }
 
