@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -65,11 +66,13 @@ private:
     };
 
     std::shared_ptr<Quern::SCNetworkReachability> Make(const std::string& of) {
+        const std::lock_guard<std::mutex> guard(_lock);
         made.push_back(of);
         _targets.push_back(std::make_shared<Target>(this));
         return _targets.back();
     }
 
+    std::mutex _lock;  // over the making, which may be by several threads at once
     std::vector<std::shared_ptr<Target>> _targets;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <functional>
 #include <thread>
 
@@ -25,11 +26,11 @@ namespace {
 using OrvaneTest::FakeReachability;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-std::vector<std::string> g_heard;
-std::vector<std::string> Heard() {
+// What was told since the last look, each behind the other.
+std::string g_heard;
+std::string Heard() {
     MainRunLoop::Current().RunPending();
     return std::exchange(g_heard, {});
 }
@@ -37,7 +38,7 @@ std::vector<std::string> Heard() {
 struct Observer : CNetworkObserver {
     explicit Observer(std::string called, std::function<void()> act = nullptr) : name(called), action(act) {}
     void OnNetworkStateChanged(ANetworkState state) override {
-        g_heard.push_back(name + std::to_string(state));
+        g_heard += name + std::to_string(state) + " ";
         if (action) action();
     }
     std::string name;
@@ -57,19 +58,16 @@ TEST_F(CNetworkTest, TellsEveryReportAndASwitchAsTwo) {
     EXPECT_EQ(network->Watches(), 1);
     Observer observer("");
     made->AddObserver(&observer);
-    const struct {
-        uint32_t flags;
-        std::vector<std::string> told;
-    } kChanges[] = {{FakeReachability::kCellular, {"0", "1"}}, {FakeReachability::kCellular, {"1"}},
-                    {FakeReachability::kNone, {"0"}},          {FakeReachability::kNone, {"0"}},
-                    {FakeReachability::kWifi, {"2"}},          {FakeReachability::kWifi, {"2"}}};
+    const std::pair<uint32_t, const char*> kChanges[] = {
+        {FakeReachability::kCellular, "0 1 "}, {FakeReachability::kCellular, "1 "}, {FakeReachability::kNone, "0 "},
+        {FakeReachability::kNone, "0 "},       {FakeReachability::kWifi, "2 "},     {FakeReachability::kWifi, "2 "}};
     for (const auto& [flags, told] : kChanges) {
         network->Change(flags);
-        EXPECT_THAT(Heard(), ElementsAreArray(told)) << flags;
+        EXPECT_EQ(Heard(), told) << flags;
     }
     network->isFailing = true;
     network->Change(FakeReachability::kWifi);
-    EXPECT_THAT(Heard(), ElementsAre("0")) << "a failed read is no connection";
+    EXPECT_EQ(Heard(), "0 ") << "a failed read is no connection";
     EXPECT_EQ(made->GetNetworkState(), kANetworkNotReachable);
 }
 
@@ -79,20 +77,17 @@ TEST_F(CNetworkTest, TellsObserversCallbackAndNotificationInOrder) {
     CNetworkObserver keeper;
     auto removed = std::make_unique<Observer>("c");
     Observer remover("b", [&] { removed.reset(); });
-    for (CNetworkObserver* observer :
-         {static_cast<CNetworkObserver*>(&first), static_cast<CNetworkObserver*>(&remover),
-          static_cast<CNetworkObserver*>(&keeper), static_cast<CNetworkObserver*>(removed.get()),
-          static_cast<CNetworkObserver*>(&first), static_cast<CNetworkObserver*>(nullptr)})
+    CNetworkObserver* const order[] = {&first, &remover, &keeper, removed.get(), &first, nullptr};
+    for (CNetworkObserver* observer : order)
         made->AddObserver(observer);
-    made->SetCallback([](ANetworkState) { g_heard.push_back("replaced"); });
-    quern_network_SetNetworkChangedCallback(
-        [](ANetworkState state) { g_heard.push_back("callback" + std::to_string(state)); });
+    made->SetCallback([](ANetworkState) { g_heard += "replaced "; });
+    quern_network_SetNetworkChangedCallback([](ANetworkState state) { g_heard += 'c' + std::to_string(state) + " "; });
     int token = 0;
+    const char* const kName = "NetworkAReachabilityChangedNotification";
     gs_OrvaneAddNotificationObserver(
-        &token, [](void*, const char* name, void*) { g_heard.push_back(name); },
-        "NetworkAReachabilityChangedNotification");
+        &token, [](void*, const char*, void*) { g_heard += "posted "; }, kName);
     network->Change(FakeReachability::kWifi);
-    EXPECT_THAT(Heard(), ElementsAre("NetworkAReachabilityChangedNotification", "a2", "b2", "callback2"));
+    EXPECT_EQ(Heard(), "posted a2 b2 c2 ");
     ANetworkState state = kANetworkWWAN5G;
     EXPECT_EQ(keeper.CountOfChangedStates(), 1);
     EXPECT_TRUE(keeper.PopStateFromChangedList(state));
@@ -103,7 +98,7 @@ TEST_F(CNetworkTest, TellsObserversCallbackAndNotificationInOrder) {
     made->RemoveObserver(&remover);
     made->SetCallback(nullptr);
     network->Change(FakeReachability::kNone);
-    EXPECT_THAT(Heard(), ElementsAre("a0"));
+    EXPECT_EQ(Heard(), "a0 ");
 }
 
 TEST_F(CNetworkTest, TheReleaseDropsWhatIsNotToldYet) {
@@ -113,10 +108,10 @@ TEST_F(CNetworkTest, TheReleaseDropsWhatIsNotToldYet) {
     gs_OrvaneNetwork()->AddObserver(&behind);
     network->Change(FakeReachability::kWifi);
     network->Change(FakeReachability::kNone);
-    EXPECT_THAT(Heard(), ElementsAre("gone2")) << "released by an observer, in the middle of it all";
+    EXPECT_EQ(Heard(), "gone2 ") << "released by an observer, in the middle of it all";
     EXPECT_EQ(CNetwork::InstanceIfAny(), nullptr);
     network->Change(FakeReachability::kWifi);
-    EXPECT_THAT(Heard(), IsEmpty());
+    EXPECT_EQ(Heard(), "");
     gone.reset();
     EXPECT_EQ(CNetwork::InstanceIfAny(), nullptr) << "an observer that goes brings nothing to life";
 
@@ -126,7 +121,7 @@ TEST_F(CNetworkTest, TheReleaseDropsWhatIsNotToldYet) {
     network->Change(FakeReachability::kNone);
     OnApplicationQuit();
     Quern_UpdateUIThread();
-    EXPECT_THAT(Heard(), IsEmpty()) << "neither queue holds a call to what is gone";
+    EXPECT_EQ(Heard(), "") << "neither queue holds a call to what is gone";
     EXPECT_EQ(CNetwork::InstanceIfAny(), nullptr);
     EXPECT_EQ(network->Watches(), 1) << "the shared watch stays";
 }
@@ -155,7 +150,7 @@ TEST_F(CNetworkTest, IsMadeOnceByManyThreadsAndReadsItsStartOnTheMainOne) {
     EXPECT_THAT(console.Take(), ElementsAre("initialize CNetwork in main queue"));
     network->Change(FakeReachability::kCellular);
     EXPECT_THAT(console.Take(), ElementsAre("Event OnNetworkStateChanged to:0", "Event OnNetworkStateChanged to:1"));
-    EXPECT_THAT(Heard(), ElementsAre("0", "1"));
+    EXPECT_EQ(Heard(), "0 1 ");
 }
 
 TEST_F(CNetworkTest, WritesTheDetailRecordAsItsBytes) {
@@ -189,16 +184,10 @@ TEST_F(CNetworkTest, FindsAnotherWifiAfterTheBackgroundByHand) {
     Observer observer("");
     made->AddObserver(&observer);
     const auto lifecycle = Orvane::OrvaneAppLifecycle::sharedInstance();
-    const struct {
-        const char *version, *before, *after;
-        std::vector<std::string> told;
-    } kCases[] = {{"13.0", "home", "work", {"0", "2"}},
-                  {"13.0", "home", "home", {}},
-                  {"13.0", "Wi-Fi", "work", {}},
-                  {"13.0", "home", "WLAN", {}},
-                  {"12.9", "Wi-Fi", "WLAN", {"0", "2"}},
-                  {"12.9", "", "work", {}},
-                  {"12.9", "home", "", {}}};
+    const std::array<const char*, 4> kCases[] = {{"13.0", "home", "work", "0 2 "}, {"13.0", "home", "home", ""},
+                                                 {"13.0", "Wi-Fi", "work", ""},    {"13.0", "home", "WLAN", ""},
+                                                 {"12.9", "", "work", ""},         {"12.9", "home", "", ""},
+                                                 {"12.9", "Wi-Fi", "WLAN", "0 2 "}};
     const auto goAndCheck = [&](const std::string& before, const std::string& after) {
         wifi->info = {before, "one"};
         lifecycle->applicationDidEnterBackground(nullptr);
@@ -208,10 +197,10 @@ TEST_F(CNetworkTest, FindsAnotherWifiAfterTheBackgroundByHand) {
     };
     for (const auto& [version, before, after, told] : kCases) {
         device->systemVersion = version;
-        EXPECT_THAT(goAndCheck(before, after), ElementsAreArray(told)) << version << before << after;
+        EXPECT_EQ(goAndCheck(before, after), told) << version << before << after;
     }
     OrvaneTest::CapturedConsole console;
-    EXPECT_THAT(goAndCheck("home", "work"), ElementsAre("0", "2"));
+    EXPECT_EQ(goAndCheck("home", "work"), "0 2 ");
     const std::string kSays =
         "Info last ssid is home, current ssid is work, last bssid is one, current bssid is two\n;"
         "Info system has not callback, callback manually;"
@@ -222,18 +211,18 @@ TEST_F(CNetworkTest, FindsAnotherWifiAfterTheBackgroundByHand) {
     EXPECT_EQ(said, kSays);
     network->Change(FakeReachability::kWifi);
     OrvaneCoreWifiChangeTimer().timefire();
-    EXPECT_THAT(Heard(), ElementsAre("2")) << "the platform did report";
+    EXPECT_EQ(Heard(), "2 ") << "the platform did report";
 
     wifi->info = {"home", "one"};
     lifecycle->applicationDidEnterBackground(nullptr);
     wifi->info = {"work", "two"};
     const auto begin = std::chrono::steady_clock::now();
     lifecycle->applicationWillEnterForeground(nullptr);
-    EXPECT_TRUE(OrvaneTest::WaitFor([] { return MainRunLoop::Current().RunPending(), g_heard.size() == 2; }));
+    EXPECT_TRUE(OrvaneTest::WaitFor([] { return MainRunLoop::Current().RunPending(), g_heard == "0 2 "; }));
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
     Heard();
     BundleFactory::GetInstance()->GetDefaultBundle()->Set("Orvane", "CheckWifiChange", 0);
-    EXPECT_THAT(goAndCheck("home", "work"), IsEmpty());
+    EXPECT_EQ(goAndCheck("home", "work"), "");
 }
 
 }  // namespace
