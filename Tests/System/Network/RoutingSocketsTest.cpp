@@ -53,6 +53,9 @@ TEST(RoutingSockets, TellEachChangeOnce) {
         {"route replace default via 10.1.0.7 dev eth0 metric 100 src 10.1.0.9\n", "2"},
         {"link add dummy0 type veth peer name dummy1\nlink set dummy0 up\naddress add 10.9.0.1/24 dev dummy0\n", ""},
         {Cable("wwan0", 2) + DefaultRoute("wwan0", 2, 200), ""},
+        {"link set eth0far down\n", "01"},
+        {"link set eth0far up\n", "02"},
+        {"route add default via 10.2.0.1 dev wwan0 metric 1 table 77\n", ""},
         {DefaultRoute("wwan0", 2, 50), "01"},
         {"link set wwan0 down\n", "02"},
         {"link set wwan0 up\n" + DefaultRoute("wwan0", 2, 50), "01"},
@@ -70,6 +73,10 @@ TEST(RoutingSockets, TellEachChangeOnce) {
         }
         EXPECT_EQ(Await(told, step.told.size()), step.told) << step.change;
     }
+    ASSERT_TRUE(RunIp("link delete eth1\n"));
+    const std::string other = "address add 10.8.0.1/32 dev lo\naddress delete 10.8.0.1/32 dev lo\n";
+    EXPECT_TRUE(OrvaneTest::WaitFor([&] { return RunIp(other) && Await(told, 0) == "0"; }))
+        << "other changes without end do not hold this one up";
 }
 
 TEST(RoutingSockets, TellTheWayToEachTarget) {
