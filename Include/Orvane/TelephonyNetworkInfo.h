@@ -20,19 +20,22 @@
 #ifndef ORVANE_TELEPHONY_NETWORK_INFO_H
 #define ORVANE_TELEPHONY_NETWORK_INFO_H
 
-/// The radio names, by generation. Any other name is an unknown radio.
-#define ORVANE_RADIO_GPRS "CTRadioAccessTechnologyGPRS"    // 2G
-#define ORVANE_RADIO_EDGE "CTRadioAccessTechnologyEdge"    // 2G
-#define ORVANE_RADIO_WCDMA "CTRadioAccessTechnologyWCDMA"  // 3G, and so on
+/// The radio names. Any other name is an unknown radio. 2G:
+#define ORVANE_RADIO_GPRS "CTRadioAccessTechnologyGPRS"
+#define ORVANE_RADIO_EDGE "CTRadioAccessTechnologyEdge"
+/// 3G:
+#define ORVANE_RADIO_WCDMA "CTRadioAccessTechnologyWCDMA"
 #define ORVANE_RADIO_HSDPA "CTRadioAccessTechnologyHSDPA"
 #define ORVANE_RADIO_HSUPA "CTRadioAccessTechnologyHSUPA"
 #define ORVANE_RADIO_CDMA1X "CTRadioAccessTechnologyCDMA1x"
 #define ORVANE_RADIO_CDMA_EVDO_REV_0 "CTRadioAccessTechnologyCDMAEVDORev0"
 #define ORVANE_RADIO_CDMA_EVDO_REV_A "CTRadioAccessTechnologyCDMAEVDORevA"
 #define ORVANE_RADIO_CDMA_EVDO_REV_B "CTRadioAccessTechnologyCDMAEVDORevB"
-#define ORVANE_RADIO_EHRPD "CTRadioAccessTechnologyeHRPD"  // 4G
-#define ORVANE_RADIO_LTE "CTRadioAccessTechnologyLTE"      // 4G
-#define ORVANE_RADIO_NRNSA "CTRadioAccessTechnologyNRNSA"  // 5G
-#define ORVANE_RADIO_NR "CTRadioAccessTechnologyNR"        // 5G
+/// 4G:
+#define ORVANE_RADIO_EHRPD "CTRadioAccessTechnologyeHRPD"
+#define ORVANE_RADIO_LTE "CTRadioAccessTechnologyLTE"
+/// 5G:
+#define ORVANE_RADIO_NRNSA "CTRadioAccessTechnologyNRNSA"
+#define ORVANE_RADIO_NR "CTRadioAccessTechnologyNR"
 
 #endif
