@@ -12,6 +12,7 @@
 #include "System/Application/QuernApplication.h"
 #include "System/Network/ANetworkApplicationObserver.h"
 #include "System/Network/NetworkClass.h"
+#include "System/NetworkChecker/NetworkCheckerClass.h"
 #include "System/Operation/OperationQueueClass.h"
 
 namespace {
@@ -26,6 +27,7 @@ struct RunTimeClassesLoad {
         Quern::RegisterOperationQueueClass();
         Quern::NotificationCenter::RegisterRunTimeClass();
         Quern::RegisterNetworkClass();
+        Quern::RegisterNetworkCheckerClass();
         Quern::CApplication::RegisterRunTimeClass();
         Quern::QuernApplication::RegisterRunTimeClass();
         PluginUtils::RegisterRunTimeClasses();

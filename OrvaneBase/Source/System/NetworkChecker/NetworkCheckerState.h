@@ -1,0 +1,49 @@
+// What a network checker shares with the diagnostics that it has begun, and that outlive it.
+#ifndef ORVANE_SYSTEM_NETWORK_CHECKER_NETWORK_CHECKER_STATE_H
+#define ORVANE_SYSTEM_NETWORK_CHECKER_NETWORK_CHECKER_STATE_H
+
+#include <memory>
+#include <vector>
+
+#include "System/NetworkChecker/WorkerPool.h"
+#include "System/Thread/Mutex.h"
+
+namespace Quern {
+
+class ANetworkChecker;
+class PingDelegate;
+
+class NetworkCheckerState {
+public:
+    static constexpr size_t kMaxConcurrentOperationCount = 5;
+
+    explicit NetworkCheckerState(ANetworkChecker* checker) : _checker(checker) {}
+
+    // Null, and a delegate that is in the list already, do nothing.
+    void SafeAdd(const std::shared_ptr<PingDelegate>& delegate);
+    void SafeDelete(const PingDelegate* delegate);
+
+    // Hands a result text on, under the lock; without a checker, frees it and says nothing. `notify` is one of the
+    // checker's Notify operations.
+    template <typename Callback>
+    void Notify(void (ANetworkChecker::*notify)(char*, Callback), std::unique_ptr<char[]> text, Callback callback) {
+        const CCritical guard(&_mutex);
+        if (_checker) (_checker->*notify)(text.release(), callback);
+    }
+
+    // When the checker goes: nothing reaches it afterwards.
+    void Detach();
+    bool IsDetached();
+
+    WorkerPool _network_queue{"NetworkChecker", kMaxConcurrentOperationCount};
+    // Guards what follows. Held while a result is put on its way to the main thread, hence before the selectors' locks.
+    CMutex _mutex{true};
+
+private:
+    ANetworkChecker* _checker ORVANE_GUARDED_BY(_mutex);
+    std::vector<std::shared_ptr<PingDelegate>> _pingDelegates ORVANE_GUARDED_BY(_mutex);  // alive while they run
+};
+
+}  // namespace Quern
+
+#endif
