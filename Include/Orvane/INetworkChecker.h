@@ -16,7 +16,10 @@
 /// A system may not allow a process any ICMP: on Linux it takes net.ipv4.ping_group_range to hold one of the process's
 /// groups, or CAP_NET_RAW. A ping then ends with the result of a failure, and a traceroute without any callback: see
 /// gs_OrvaneCheckIcmp. A traceroute of 30 silent hops takes four and a half minutes: whoever cannot wait for it sets a
-/// deadline of his own.
+/// deadline of his own. The threads of the diagnostics do not follow a process into its child: fork, then exec.
+///
+/// A "#" in a host shifts what is behind it in its result by one field: the results go through texts whose fields end
+/// with one.
 ///
 /// What a callback gets is opaque here. The functions at the end give its bytes: integers are big-endian and of 4
 /// bytes, signed; a text is its length and its bytes; a list is its count and its entries.

@@ -55,7 +55,7 @@ void Traceroute::run() {
     _isIPv6 = ipAddress.find(':') != std::string::npos;
     const SocketAddress addr = TracerouteCommon::makeSockaddrWithAddress_port_isIPv6(ipAddress, kPort, _isIPv6);
     if (addr.empty()) return;
-    const std::unique_ptr<IcmpSocket> socket = IcmpSockets::Current().Open(_isIPv6 ? kFamilyIPv6 : kFamilyIPv4);
+    std::unique_ptr<IcmpSocket> socket = IcmpSockets::Current().Open(_isIPv6 ? kFamilyIPv6 : kFamilyIPv4);
     if (!socket) {
         ORVANE_LOG_ERROR("创建socket失败");
         return;
@@ -71,6 +71,7 @@ void Traceroute::run() {
         isReached = sendAndRecv_addr_ttl(*socket, addr, ttl);
         ++ttl;
     } while (!isReached && ttl <= maxTtl);
+    socket.reset();
     Finish(results, isReached);
 }
 
