@@ -1,6 +1,8 @@
 // Traceroutes that wait: each silent hop takes nine seconds, so these run in one lane alone.
 #include <gmock/gmock.h>
 
+#include <thread>
+
 #include "Support/NetworkPath.h"
 #include "System/NetworkChecker/Traceroute.h"
 
@@ -12,10 +14,10 @@ using OrvaneTest::NetworkPath;
 class SilentHop : public testing::Test {
 protected:
     // The addresses of the hops, "-" for a silent one, and whether the target was reached.
-    std::string Run(long maxTtl) {
+    std::string Run(long maxTtl, const char* host = "10.9.3.2") {
         std::string text;
         Traceroute::startTracerouteWithHost_totalTTL_stepCallback_finish(
-            "10.9.3.2", maxTtl,
+            host, maxTtl,
             [&](const TracerouteRecord& record) {
                 text += record.ip.value_or("-") + " ";
                 if (record.ttl == 3) path->dropEvery = 1;
@@ -36,7 +38,12 @@ TEST_F(SilentHop, IsPassed) {
     path->AllowPingSockets(false);
     // What r2 itself has to say does not get out.
     path->Run(NetworkPath::kRouter2, "ip rule add iif lo blackhole");
+    // Beside it, one whose first router says that there is no way: no answer either.
+    path->Run(NetworkPath::kHere, "ip route add 10.9.4.0/24 via 10.9.1.1");
+    path->Run(NetworkPath::kRouter1, "ip route add unreachable 10.9.4.0/24");
+    std::thread other([this] { EXPECT_EQ(Run(1, "10.9.4.1"), "- not reached"); });
     EXPECT_EQ(Run(10), "10.9.1.1 - 10.9.3.2 reached");
+    other.join();
 }
 
 // The target's answers to the third round come in the fourth, of which every probe is dropped.
