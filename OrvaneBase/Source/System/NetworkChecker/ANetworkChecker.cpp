@@ -8,11 +8,11 @@
 
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
+#include "System/Application/PerformSelector.h"
 #include "System/NetworkChecker/NameResolver.h"
 #include "System/NetworkChecker/PingDelegate.h"
 #include "System/NetworkChecker/ResultText.h"
 #include "System/NetworkChecker/Traceroute.h"
-#include "System/Selector/PerformSelector.h"
 
 namespace Quern {
 namespace {

@@ -12,7 +12,7 @@
 #include "Orvane/INetworkChecker.h"
 #include "System/NetworkChecker/NetworkCheckerState.h"
 #include "System/NetworkChecker/NetworkResults.h"
-#include "System/Selector/TargetBase.h"
+#include "System/Thread/TargetBase.h"
 
 namespace Quern {
 

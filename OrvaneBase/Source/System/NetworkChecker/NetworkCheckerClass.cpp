@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include "System/Application/RunTimeClass.h"
+#include "Base/RunTimeClass.h"
 #include "System/NetworkChecker/ANetworkChecker.h"
 #include "System/NetworkChecker/IcmpSocket.h"
 
