@@ -2,11 +2,7 @@
 /// Ping, traceroute and name lookup, for code that does not link to the library. Header-only: link liborvaneruntime.so
 /// and nothing else. C++11.
 ///
-///     static void OnPing(Quern::PingResult& result) {
-///         char bytes[256];
-///         int size = sizeof bytes;
-///         if (gs_OrvaneEncodePingResult(result, bytes, &size)) { ... }
-///     }
+///     static void OnPing(Quern::PingResult& result) { ... }
 ///     if (Quern::INetworkChecker* checker = gs_OrvaneNetworkChecker())
 ///         checker->Ping("example.org", 7, OnPing, 3, 10);
 ///
@@ -21,8 +17,9 @@
 /// A "#" in a host shifts what is behind it in its result by one field: the results go through texts whose fields end
 /// with one.
 ///
-/// What a callback gets is opaque here. The functions at the end give its bytes: integers are big-endian and of 4
-/// bytes, signed; a text is its length and its bytes; a list is its count and its entries.
+/// What a callback gets is opaque here: Orvane/NetworkReports.h reads it. The functions at the end give its bytes:
+/// integers are big-endian and of 4 bytes, signed; a text is its length and its bytes; a list is its count and its
+/// entries.
 ///
 ///   ping        request id, host, seven numbers (see Ping)
 ///   traceroute  request id, host, hop count, list of hops (two texts each: address, value), status
@@ -117,7 +114,7 @@ inline bool gs_OrvaneEncodePingResult(const Quern::PingResult& result, char* buf
     return orvane_class_perform(orvane_class_lookup("OrvaneNetworkChecker"),
                                 "encodePingResult:buffer:size:", arguments) != nullptr;
 }
-/// The same for a traceroute's result; 256 hops of IPv6 need at most 16 KiB, beside the host.
+/// The same for a traceroute's result; 255 hops of IPv6 need at most 16 KiB, beside the host.
 inline bool gs_OrvaneEncodeTraceRouteResult(const Quern::TraceRouteResult& result, char* buffer, int* size) {
     void* arguments[] = {const_cast<Quern::TraceRouteResult*>(&result), buffer, size};
     return orvane_class_perform(orvane_class_lookup("OrvaneNetworkChecker"),

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Orvane/NetworkReports.h"
 #include "Orvane/OrvaneCore.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeIcmp.h"
@@ -116,17 +117,60 @@ TEST(NetworkChecker, SplitsTextsByPosition) {
                             "trace ,0,0,0", "lookup h,7,0 1.2.3.4 5.6.7.8 0", "lookup h,7,0 1"));
     checker->HandlePingResultOnUIThread(nullptr, reinterpret_cast<void*>(OnPing));
     checker->HandlePingResultOnUIThread(HeapText("7").release(), nullptr);
+}
 
-    PingResult result, back;
-    result.requestId = 1;
-    result.host = "h";
-    result.number7 = 2;
+// The bytes that other libraries get, there and back, and as they read them.
+TEST(NetworkChecker, ItsRecordsCrossAsBytes) {
+    PingResult ping, back;
+    ping.requestId = 1;
+    ping.host = "h";
+    ping.number2 = 3;
+    ping.number7 = 2;
     AString bytes;
-    ASSERT_TRUE(result.Encode(bytes));
+    ASSERT_TRUE(ping.Encode(bytes));
     EXPECT_EQ(bytes.length(), 4 + 5 + 28);
     EXPECT_TRUE(back.Decode(bytes));
     OnPing(back);
-    EXPECT_EQ(g_heard.back(), "ping h,1,0,0,0,0,0,0,2");
+    EXPECT_EQ(g_heard.back(), "ping h,1,0,3,0,0,0,0,2");
+    PingReport pingReport;
+    ASSERT_TRUE(gs_OrvanePingReport(ping, pingReport));
+    EXPECT_EQ(pingReport.packets * 10 + pingReport.most, 32);
+
+    TraceRouteResult trace, traceBack;
+    trace.hopCount = 30;
+    TraceRouteMessage hop;
+    hop.address = "10.0.0.1";
+    hop.value = "-1";
+    trace.hops.Add(hop);
+    trace.status = 5;
+    ASSERT_TRUE(trace.Encode(bytes));
+    ASSERT_TRUE(traceBack.Decode(bytes));
+    OnTraceRoute(traceBack);
+    EXPECT_EQ(g_heard.back(), "trace ,0,30,5 10.0.0.1=-1");
+    TraceRouteReport traceReport;
+    ASSERT_TRUE(gs_OrvaneTraceRouteReport(trace, traceReport));
+    ASSERT_EQ(traceReport.hops.size(), 1u);
+    EXPECT_EQ(traceReport.hops[0].value, "-1");
+
+    NSLookupResult lookup, lookupBack;
+    lookup.host = "h";
+    lookup.addresses.Add("1.2.3.4");
+    lookup.addresses.Add("0");
+    lookup.status = 6;
+    ASSERT_TRUE(lookup.Encode(bytes));
+    ASSERT_TRUE(lookupBack.Decode(bytes));
+    OnLookup(lookupBack);
+    EXPECT_EQ(g_heard.back(), "lookup h,0,6 1.2.3.4 0");
+    NSLookupReport lookupReport;
+    ASSERT_TRUE(gs_OrvaneNSLookupReport(lookup, lookupReport));
+    EXPECT_THAT(lookupReport.addresses, ElementsAre("1.2.3.4"));
+    RecordReader cut(bytes.data(), bytes.length() - 5);
+    cut.Integer();
+    cut.Text();
+    EXPECT_EQ(cut.Count(), 2);
+    EXPECT_EQ(cut.Text(), "1.2.3.4");
+    EXPECT_EQ(cut.Text(), "");
+    EXPECT_FALSE(cut.IsWhole());
 }
 
 TEST(NetworkChecker, RunsFiveAtATime) {
