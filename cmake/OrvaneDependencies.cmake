@@ -3,6 +3,7 @@
 find_package(Threads REQUIRED)
 find_package(ZLIB REQUIRED)
 find_package(OpenSSL REQUIRED COMPONENTS Crypto)
+find_package(CURL REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(SECP256K1 REQUIRED IMPORTED_TARGET libsecp256k1)
 pkg_check_modules(UV REQUIRED IMPORTED_TARGET libuv)

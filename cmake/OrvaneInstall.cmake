@@ -3,6 +3,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS orvaneruntime EXPORT OrvaneCoreTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS orvanecore EXPORT OrvaneCoreTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS orvanetransport LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Include/Orvane DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set_target_properties(orvaneruntime PROPERTIES EXPORT_NAME RunTime)
 set_target_properties(orvanecore PROPERTIES EXPORT_NAME Core)

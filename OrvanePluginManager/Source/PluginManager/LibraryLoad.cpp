@@ -14,6 +14,7 @@
 #include "System/Network/NetworkClass.h"
 #include "System/NetworkChecker/NetworkCheckerClass.h"
 #include "System/Operation/OperationQueueClass.h"
+#include "System/WWW/Task/WWWClass.h"
 
 namespace {
 
@@ -28,6 +29,7 @@ struct RunTimeClassesLoad {
         Quern::NotificationCenter::RegisterRunTimeClass();
         Quern::RegisterNetworkClass();
         Quern::RegisterNetworkCheckerClass();
+        Quern::RegisterWWWClass();
         Quern::CApplication::RegisterRunTimeClass();
         Quern::QuernApplication::RegisterRunTimeClass();
         PluginUtils::RegisterRunTimeClasses();

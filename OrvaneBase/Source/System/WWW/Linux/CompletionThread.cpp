@@ -1,0 +1,40 @@
+#include "System/WWW/Linux/CompletionThread.h"
+
+#include <utility>
+
+#include "System/Thread/ThreadName.h"
+
+namespace Quern {
+
+void CompletionThread::Run() {
+    set_thread_name("UrlCompletion");
+    for (Call call; Take(call); call = nullptr)
+        call();
+}
+
+bool CompletionThread::Take(Call& call) {
+    std::unique_lock<std::mutex> guard(_mutex);
+    _posted.wait(guard, [this] { return _isStopped || !_calls.empty(); });
+    if (_isStopped) return false;
+    call = std::move(_calls.front());
+    _calls.pop_front();
+    return true;
+}
+
+void CompletionThread::Post(Call call) {
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        _calls.push_back(std::move(call));
+    }
+    _posted.notify_one();
+}
+
+void CompletionThread::Stop() {
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        _isStopped = true;
+    }
+    _posted.notify_one();
+}
+
+}  // namespace Quern

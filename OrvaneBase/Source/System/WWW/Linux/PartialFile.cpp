@@ -1,0 +1,87 @@
+#include "System/WWW/Linux/PartialFile.h"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+namespace Quern {
+namespace {
+
+constexpr mode_t kMode = 0666;  // less the process's mask
+
+std::string FolderOf(const std::string& place) {
+    if (place.empty()) {
+        std::error_code error;
+        const std::string folder = std::filesystem::temp_directory_path(error).string();
+        return error ? "/tmp" : folder;
+    }
+    const size_t slash = place.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : place.substr(0, slash);
+}
+
+}  // namespace
+
+PartialFile::~PartialFile() {
+    if (_descriptor >= 0) close(_descriptor);
+    if (!_name.empty()) unlink(_name.c_str());
+}
+
+int PartialFile::Open(const std::string& place) {
+    const std::string folder = FolderOf(place);
+    _descriptor = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kMode);
+    if (_descriptor >= 0) return 0;
+    // An old kernel takes the flag for that of a folder.
+    return errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL ? OpenNamed(folder) : errno;
+}
+
+int PartialFile::OpenNamed(const std::string& folder) {
+    static std::atomic<unsigned> next{0};
+    constexpr int kTries = 100;  // names that another process of this number has left behind
+    for (int i = 0; i < kTries; ++i) {
+        const std::string name =
+            folder + "/.orvane-" + std::to_string(getpid()) + "-" + std::to_string(next.fetch_add(1)) + ".part";
+        _descriptor = open(name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, kMode);
+        if (_descriptor >= 0) {
+            _name = name;
+            return 0;
+        }
+        if (errno != EEXIST) break;
+    }
+    return errno;
+}
+
+int PartialFile::Append(const char* data, size_t length) {
+    while (length > 0) {
+        const ssize_t written = write(_descriptor, data, length);
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return written < 0 ? errno : EIO;
+        data += written;
+        length -= static_cast<size_t>(written);
+    }
+    return 0;
+}
+
+int PartialFile::Clear() {
+    return ftruncate(_descriptor, 0) == 0 && lseek(_descriptor, 0, SEEK_SET) == 0 ? 0 : errno;
+}
+
+int PartialFile::PlaceAt(const std::string& path) {
+    if (!_name.empty()) {
+        if (rename(_name.c_str(), path.c_str()) != 0) return errno;
+        _name.clear();
+        return 0;
+    }
+    // The first way needs a right that few processes have, the second the process's folder in /proc.
+    if (linkat(_descriptor, "", AT_FDCWD, path.c_str(), AT_EMPTY_PATH) == 0) return 0;
+    const std::string own = "/proc/self/fd/" + std::to_string(_descriptor);
+    return linkat(AT_FDCWD, own.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
+}
+
+}  // namespace Quern

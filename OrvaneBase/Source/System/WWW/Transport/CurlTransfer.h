@@ -1,0 +1,77 @@
+// One transfer on one of libcurl's handles.
+#ifndef ORVANE_SYSTEM_WWW_TRANSPORT_CURL_TRANSFER_H
+#define ORVANE_SYSTEM_WWW_TRANSPORT_CURL_TRANSFER_H
+
+#include <curl/curl.h>
+
+#include <chrono>
+#include <memory>
+
+#include "System/WWW/Linux/Transport.h"
+
+namespace Quern {
+
+// What is the same for all transfers of a transport.
+struct CurlEnvironment {
+    TransportOptions options;
+    std::string noProxy;  // hosts that are reached without a proxy
+    std::string certificateFolder;
+};
+
+class CurlTransfer final : public ResponseHead {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    // `easy` is the caller's, and fresh or reset. `begin`: when it was asked for, which the idle clock counts from.
+    CurlTransfer(CURL* easy, UrlSession::TransferId id, std::shared_ptr<TransferHandler> handler,
+                 Clock::time_point begin, bool needsLookup, const CurlEnvironment& environment);
+    ~CurlTransfer();
+    CurlTransfer(const CurlTransfer&) = delete;
+    CurlTransfer& operator=(const CurlTransfer&) = delete;
+
+    static CurlTransfer* Of(CURL* easy);
+
+    CURL* Easy() const { return _easy; }
+    UrlSession::TransferId Id() const { return _id; }
+    const std::shared_ptr<TransferHandler>& Handler() const { return _handler; }
+    // When a byte last went either way, or the transfer began.
+    Clock::time_point LastActivity() const { return _lastActivity; }
+    // Whether its name may still be looked up.
+    bool IsLookingUp() const { return _isLookingUp; }
+
+    // How it ended, off the handle. `error` in place of libcurl's result where it is not 0.
+    TransferOutcome Outcome(CURLcode result, int error = kUrlNoError);
+
+private:
+    void SetUp(const CurlEnvironment& environment);
+    void SetUpMethod();
+    void SetUpHeaders();
+    void AddHeader(const std::string& line);
+    bool Begin();
+
+    static size_t OnHeader(char* data, size_t size, size_t count, void* self);
+    static size_t OnBody(char* data, size_t size, size_t count, void* self);
+    static int OnCount(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent);
+    static curl_socket_t OnOpenSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
+    static int OnConnected(void* self, char*, char*, int, int);
+
+    int Status() const override;
+    long long ContentLength() const override;
+    const char* Header(const char* name) const override;
+
+    CURL* const _easy;
+    const UrlSession::TransferId _id;
+    const std::shared_ptr<TransferHandler> _handler;
+    const UrlRequest& _request;  // the handler's
+    curl_slist* _headers = nullptr;
+    char _errorText[CURL_ERROR_SIZE] = "";
+    Clock::time_point _lastActivity;
+    curl_off_t _sent = 0;
+    bool _isLookingUp;
+    bool _hasBegun = false;  // the handler has been told of the answer
+    int _handlersError = kUrlNoError;
+};
+
+}  // namespace Quern
+
+#endif

@@ -1,0 +1,293 @@
+#include "Orvane/DataTask.h"
+
+#include <gmock/gmock.h>
+#include <zlib.h>
+
+#include <atomic>
+
+#include "HeardAnswers.h"
+#include "Support/CapturedConsole.h"
+#include "Support/FaultProxy.h"
+#include "Support/HttpServer.h"
+#include "System/WWW/Linux/DataTransfer.h"
+#include "System/WWW/Task/WWW.h"
+
+namespace {
+
+using namespace OrvaneTest;
+using namespace Quern;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+std::string Gzip(const std::string& text) {
+    z_stream stream{};
+    constexpr int kGzip = 15 + 16;
+    deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, kGzip, 8, Z_DEFAULT_STRATEGY);
+    std::string out(compressBound(text.size()) + 32, '\0');
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+    stream.avail_in = static_cast<uInt>(text.size());
+    stream.next_out = reinterpret_cast<Bytef*>(out.data());
+    stream.avail_out = static_cast<uInt>(out.size());
+    deflate(&stream, Z_FINISH);
+    out.resize(stream.total_out);
+    deflateEnd(&stream);
+    return out;
+}
+
+std::string Serve(const HttpRequest& request) {
+    if (request.target == "/missing") return HttpAnswer("404 Not Found", "no such page");
+    if (request.target == "/broken") return HttpAnswer("500 Broken", "sorry");
+    if (request.target == "/empty") return HttpAnswer("204 Empty", "");
+    if (request.target == "/away") return HttpAnswer("302 Away", "gone", "Location: /found\r\n");
+    if (request.target == "/round") return HttpAnswer("302 Away", "", "Location: /round\r\n");
+    if (request.target == "/ftp") return HttpAnswer("302 Away", "", "Location: ftp://127.0.0.1/\r\n");
+    if (request.target == "/gzip") return HttpAnswer("200 OK", Gzip("packed"), "Content-Encoding: gzip\r\n");
+    return HttpAnswer("200 OK", request.method + " " + request.target + " " + request.body);
+}
+
+class DataTaskTest : public testing::Test {
+protected:
+    ~DataTaskTest() override { WWW::Destroy(task); }
+    Answer Get(const std::string& url) {
+        task->SetUrl(url.c_str());
+        task->Get();
+        return heard.Wait(++asked);
+    }
+    Answer Post(const std::string& url, const char* body, int length) {
+        task->SetUrl(url.c_str());
+        task->Post(body, length);
+        return heard.Wait(++asked);
+    }
+
+    HttpServer server{Serve};
+    FaultProxy proxy{server.Port()};
+    HeardAnswers heard;
+    size_t asked = 0;
+    DataTask* task = [this] {
+        UseSession(300);
+        DataTask* const made = WWW::Request("");
+        made->SetListener(&heard);
+        return made;
+    }();
+};
+
+TEST_F(DataTaskTest, AnswersComeAsTheServerMeantThem) {
+    EXPECT_EQ(Get(server.Url("/a?b")).body, "GET /a?b ");
+    EXPECT_EQ(Get(server.Url("/away")).body, "GET /found ");
+    EXPECT_EQ(Get(server.Url("/gzip")).body, "packed");
+    const Answer missing = Get(server.Url("/missing"));
+    EXPECT_EQ(missing.error, kWWWErrorNone);
+    EXPECT_EQ(missing.status, 404);
+    EXPECT_EQ(missing.body, "no such page");
+    EXPECT_EQ(Get(server.Url("/broken")).status, 500);
+    const Answer empty = Get(server.Url("/empty"));
+    EXPECT_TRUE(empty.status == 204 && !empty.hasData);
+    EXPECT_EQ(server.Connections(), 1);
+
+    EXPECT_EQ(Post(server.Url("/p"), "to be cut", 5).body, "POST /p to be");
+    EXPECT_EQ(Post(server.Url("/p"), "text", 0).body, "GET /p ");
+    EXPECT_EQ(Post(server.Url("/p"), nullptr, 3).body, "GET /p ");
+}
+
+TEST_F(DataTaskTest, HeadersGoOutAsTheyWereSet) {
+    const CapturedConsole console;
+    for (const auto& [name, value] : std::vector<std::pair<const char*, const char*>>{{"X-Plain", "one"},
+                                                                                      {"X-Plain", "two"},
+                                                                                      {"X-Empty", ""},
+                                                                                      {"ACCEPT", "a/b"},
+                                                                                      {"accept", "c/d"},
+                                                                                      {"Host", "elsewhere"},
+                                                                                      {"X Blank", "x"},
+                                                                                      {"X-Break", "a\r\nX-Smuggled: b"},
+                                                                                      {"content-length", "7"},
+                                                                                      {nullptr, "x"},
+                                                                                      {"X-Null", nullptr}})
+        task->SetHttpHeader(name, value);
+    Get(server.Url());
+    const HttpRequest request = server.Requests().at(0);
+    EXPECT_EQ(request.Header("X-Plain"), "two");
+    EXPECT_EQ(request.Header("accept"), "c/d");
+    EXPECT_EQ(request.Header("Host"), "elsewhere");
+    EXPECT_THAT(request.head, HasSubstr("\r\nX-Empty:\r\n"));
+    EXPECT_THAT(request.head, Not(HasSubstr("Smuggled")));
+    EXPECT_THAT(request.head, Not(HasSubstr("Blank")));
+    EXPECT_EQ(request.head.find("ACCEPT"), std::string::npos);
+    EXPECT_EQ(request.body, "");
+}
+
+TEST_F(DataTaskTest, RefusalsAreToldInTheLogAlone) {
+    CapturedConsole console;
+    const auto isRefusedWith = [&](const char* url, const char* line) {
+        console.Take();
+        task->SetUrl(url);
+        task->Get();
+        EXPECT_THAT(console.Take(), Contains(line)) << url;
+        EXPECT_FALSE(WWW::TryGet(task));
+    };
+    isRefusedWith("", "Error _url is null");
+    for (const char* url : {"http://a b/", "http://a/\x01", "http://a/%4", "http://[::1/", "1http://a/"})
+        isRefusedWith(url, "Error url is null");
+    task->SetUrl(nullptr);
+    EXPECT_STREQ(task->GetUrl(), "1http://a/");
+    EXPECT_EQ(heard.Count(), 0u);
+
+    for (const char* url : {"ftp://a/", "/relative", "http:///path"})
+        EXPECT_EQ(Get(url).error, kWWWErrorUnsupportedURL) << url;
+    EXPECT_EQ(Get(server.Url("/ftp")).error, kWWWErrorUnsupportedURL);
+    EXPECT_EQ(Get(server.Url("/round")).error, kWWWErrorOther);
+    EXPECT_EQ(Get(server.Url("/" + std::string(1 << 20, 'u'))).error, kWWWErrorOther);
+}
+
+TEST_F(DataTaskTest, FaultsOfTheNetworkHaveTheirCodes) {
+    const auto errorUnder = [&](Fault fault) {
+        proxy.Use(fault);
+        const Answer answer = Get(proxy.Url("/some/longer/target"));
+        EXPECT_FALSE(answer.hasData);
+        return answer;
+    };
+    EXPECT_EQ(errorUnder({Fault::kCut, 10}).error, kWWWErrorConnectionLost);
+    EXPECT_EQ(errorUnder({Fault::kReset, 0}).error, kWWWErrorConnectionLost);
+    const Answer cut = errorUnder({Fault::kCut, 45});
+    EXPECT_TRUE(cut.error == kWWWErrorConnectionLost && cut.status == 200);
+    EXPECT_EQ(errorUnder({Fault::kLength, 5000}).error, kWWWErrorConnectionLost);
+    EXPECT_EQ(errorUnder({Fault::kLength, 300 << 20}).error, kWWWErrorOther);
+    EXPECT_EQ(errorUnder({.kind = Fault::kInstead, .bytes = "\x16\x03 no HTTP at all\r\n\r\n"}).error, kWWWErrorOther);
+    EXPECT_EQ(errorUnder({Fault::kHold, 0}).error, kWWWErrorTimedOut);
+    EXPECT_EQ(errorUnder({Fault::kHold, 45}).error, kWWWErrorTimedOut);
+    proxy.Use({.kind = Fault::kDrip, .pace = 1});  // takes longer than the idle clock, but is never idle
+    EXPECT_EQ(Get(proxy.Url("/slow")).body, "GET /slow ");
+
+    const int port = server.Port();
+    EXPECT_EQ(Get("http://127.0.0.1:1/").error, kWWWErrorOther);
+    EXPECT_EQ(Get("http://no-such-host.invalid:" + std::to_string(port)).error, kWWWErrorCannotFindHost);
+}
+
+TEST_F(DataTaskTest, ABodyWithoutEndIsGivenUp) {
+    CompletionThread completions;
+    DataTransfer transfer(1, UrlRequest("http://a/"), nullptr, completions);
+    const std::string piece(1 << 20, 'x');
+    for (int i = 0; i < 256; ++i)
+        ASSERT_EQ(transfer.OnData(piece.data(), piece.size()), kUrlNoError);
+    EXPECT_EQ(transfer.OnData(piece.data(), 1), kUrlDataLengthExceedsMaximum);
+}
+
+TEST_F(DataTaskTest, OnADyingKeptConnectionAPostArrivesOnce) {
+    EXPECT_EQ(Get(proxy.Url("/first")).status, 200);
+    EXPECT_EQ(Get(proxy.Url("/kept")).status, 200);
+    EXPECT_EQ(proxy.Connections(), 1);
+    proxy.Use({.kind = Fault::kDieKept});
+    EXPECT_EQ(Post(proxy.Url("/post"), "body", 4).body, "POST /post body");
+    int posts = 0;
+    for (const HttpRequest& request : server.Requests())
+        posts += request.method == "POST";
+    EXPECT_EQ(posts, 1);
+    EXPECT_EQ(Get(proxy.Url("/again")).body, "GET /again ");  // a GET may be sent twice
+}
+
+TEST_F(DataTaskTest, ARequestInFlightIsTheOnlyOne) {
+    CapturedConsole console;
+    proxy.Use({Fault::kHold, 0});
+    task->SetUrl(proxy.Url("/first").c_str());
+    task->Get();
+    task->SetUrl(proxy.Url("/second").c_str());
+    task->Get();
+    EXPECT_FALSE(WWW::TryGet(task));
+    EXPECT_THAT(console.Take(), Contains("Info DataTask is Requesting"));
+    proxy.Release();
+    EXPECT_EQ(heard.Wait().body, "GET /first ");
+
+    proxy.Use({Fault::kHold, 0});
+    asked = 1;
+    task->Get();
+    ASSERT_TRUE(WaitFor([&] { return server.Requests().size() == 2; }));
+    task->Cancel();
+    task->Cancel();
+    const Answer cancelled = heard.Wait(++asked);
+    EXPECT_TRUE(cancelled.error == kWWWErrorOther && cancelled.status == 0);
+}
+
+TEST_F(DataTaskTest, InsideTheListenerOneRequestIsKeptForTheLibrarysOwn) {
+    std::vector<bool> taken;
+    heard.onAnswer = [&](DataTask* self) {
+        if (heard.Count() > 0) return;
+        self->Get();  // dropped
+        self->SetUrl(server.Url("/kept").c_str());
+        taken = {WWW::TryGet(self), WWW::TryGet(self)};
+    };
+    Get(server.Url("/first"));
+    EXPECT_EQ(heard.Wait(2).body, "GET /kept ");
+    EXPECT_THAT(taken, testing::ElementsAre(true, false));
+
+    heard.onAnswer = [&](DataTask* self) {
+        if (heard.Count() > 2) return;
+        taken = {WWW::TryGet(self)};
+        self->Cancel();
+    };
+    asked = 2;
+    Get(server.Url("/first"));
+    EXPECT_EQ(heard.Wait(4).error, kWWWErrorOther);
+}
+
+TEST_F(DataTaskTest, AListenerHoldsUpNoRequestButWhoDestroys) {
+    Answer beside{};
+    std::atomic<bool> isInside{false}, isOver{false};
+    heard.onAnswer = [&](DataTask*) {
+        isInside = true;
+        HttpServer other(Serve);
+        HeardAnswers unheard;
+        DataTask* const another = WWW::Request(other.Url("/beside").c_str());
+        another->SetListener(&unheard);
+        another->Get();
+        WaitFor([&] { return !other.Requests().empty(); });
+        WWW::Destroy(another);  // in flight
+        isOver = true;
+    };
+    DataTask* const bystander = WWW::Request("http://127.0.0.1/");
+    task->SetUrl(server.Url().c_str());
+    task->Get();
+    ASSERT_TRUE(WaitFor([&] { return isInside.load(); }));
+    WWW::Destroy(bystander);
+    EXPECT_TRUE(isOver);
+}
+
+// The full count by ORVANE_DESTROY_CYCLES.
+int DestroyCycles() {
+    const char* const cycles = getenv("ORVANE_DESTROY_CYCLES");
+    return cycles ? atoi(cycles) : 2000;
+}
+
+TEST_F(DataTaskTest, TasksMayBeDestroyedAtEveryMoment) {
+    const CapturedConsole console;
+    std::atomic<int> lateCalls{0};
+    struct Mortal final : DataTask::Listener {
+        void OnDataTaskFinished(DataTask*, WWWErrorCode, int, const char*, long long) override {
+            if (isDead) ++*late;
+        }
+        std::atomic<bool> isDead{false};
+        std::atomic<int>* late = nullptr;
+    };
+    const int cycles = DestroyCycles();
+    std::vector<Mortal> listeners(static_cast<size_t>(cycles));
+    std::atomic<int> next{0};
+    const auto destroyMany = [&] {
+        for (int i; (i = next++) < cycles;) {
+            Mortal& listener = listeners[static_cast<size_t>(i)];
+            listener.late = &lateCalls;
+            DataTask* const mortal = WWW::Request(server.Url().c_str());
+            mortal->SetListener(&listener);
+            mortal->Get();
+            std::this_thread::sleep_for(std::chrono::microseconds(i % 20 * 100));
+            if (i % 3 == 0) mortal->Cancel();
+            std::thread([mortal] { WWW::Destroy(mortal); }).join();
+            listener.isDead = true;
+        }
+    };
+    std::thread beside(destroyMany);
+    destroyMany();
+    beside.join();
+    EXPECT_EQ(lateCalls, 0);
+    EXPECT_EQ(Get(server.Url("/alive")).body, "GET /alive ");
+}
+
+}  // namespace
