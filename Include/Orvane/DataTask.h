@@ -51,7 +51,8 @@ public:
     /// \param length in bytes; below 1 makes it a GET
     virtual void Post(const char* body, int length) = 0;
 
-    /// Sets who is told, null for nobody. Waits for a call to the present one that is under way.
+    /// Sets who is told, null for nobody. Waits for a call to the present one that is under way: afterwards the task
+    /// is ready for its next request.
     virtual void SetListener(DataTask::Listener* listener) = 0;
 
     /// Tells nobody any more, whatever the argument. Waits likewise.

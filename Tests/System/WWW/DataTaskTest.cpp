@@ -50,11 +50,13 @@ class DataTaskTest : public testing::Test {
 protected:
     ~DataTaskTest() override { WWW::Destroy(task); }
     Answer Get(const std::string& url) {
+        task->SetListener(&heard);  // waits until the last call has returned
         task->SetUrl(url.c_str());
         task->Get();
         return heard.Wait(++asked);
     }
     Answer Post(const std::string& url, const char* body, int length) {
+        task->SetListener(&heard);
         task->SetUrl(url.c_str());
         task->Post(body, length);
         return heard.Wait(++asked);
@@ -199,6 +201,7 @@ TEST_F(DataTaskTest, ARequestInFlightIsTheOnlyOne) {
 
     proxy.Use({Fault::kHold, 0});
     asked = 1;
+    task->SetListener(&heard);
     task->Get();
     ASSERT_TRUE(WaitFor([&] { return server.Requests().size() == 2; }));
     task->Cancel();

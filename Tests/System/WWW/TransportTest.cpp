@@ -1,0 +1,167 @@
+// What the transport does with certificates, with name servers that are silent, and at the process's end.
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstring>
+
+#include "HeardAnswers.h"
+#include "Support/FaultProxy.h"
+#include "Support/HttpServer.h"
+#include "Support/TestContainer.h"
+#include "System/WWW/Task/WWW.h"
+
+namespace {
+
+using namespace OrvaneTest;
+using namespace Quern;
+
+// The error of a GET, straight from the session.
+int ErrorOf(const std::string& url) {
+    std::atomic<int> error{1};
+    UrlSession& session = UrlSession::Current();
+    session.Resume(session.MakeDataTransfer(
+        UrlRequest(url), [&](UrlSession::TransferId, const UrlResult& result) { error = result.error; }));
+    WaitFor([&] { return error <= 0; });
+    return error;
+}
+
+// Makes a certificate for an address, its own issuer, and its key ($1.key); valid until a date of the form that ASN.1
+// has.
+constexpr char kMakeCertificate[] = R"(
+set -e; mkdir "$1.ca"; : > "$1.ca/index"; echo 01 > "$1.ca/serial"
+printf '[ca]\ndefault_ca=d\n[d]\ndatabase=%s/index\nserial=%s/serial\nnew_certs_dir=%s\ndefault_md=sha256\npolicy=p
+x509_extensions=e\n[p]\ncommonName=supplied\n[e]\nsubjectAltName=IP:%s\n' "$1.ca" "$1.ca" "$1.ca" "$2" > "$1.ca/config"
+openssl req -newkey rsa:2048 -nodes -keyout "$1.key" -out "$1.ca/request" -subj /CN=test
+openssl ca -selfsign -batch -notext -config "$1.ca/config" -keyfile "$1.key" -in "$1.ca/request" -out "$1" \
+    -startdate 20200101000000Z -enddate "$3"
+)";
+
+// `openssl s_server` with such a certificate.
+class TlsServer {
+public:
+    TlsServer(const std::string& address, const std::string& end) : certificate(CacheFolder() + "/" + address + end) {
+        const std::string script = CacheFolder() + "/make-certificate";
+        WriteFile(script, kMakeCertificate);
+        EXPECT_EQ(system(("sh " + script + " " + certificate + " " + address + " " + end + " 2>/dev/null").c_str()), 0);
+        int out[2];
+        EXPECT_EQ(pipe2(out, O_CLOEXEC), 0);
+        if ((_process = fork()) == 0) {
+            dup2(out[1], STDOUT_FILENO);
+            execlp("openssl", "openssl", "s_server", "-www", "-accept", "127.0.0.1:0", "-cert", certificate.c_str(),
+                   "-key", (certificate + ".key").c_str(), nullptr);
+            _exit(127);
+        }
+        close(out[1]);
+        FILE* const lines = fdopen(out[0], "r");
+        for (char line[256]; url.empty() && fgets(line, sizeof line, lines);)
+            if (const char* const port = strncmp(line, "ACCEPT ", 7) == 0 ? strrchr(line, ':') : nullptr)
+                url = "https://127.0.0.1:" + std::to_string(atoi(port + 1)) + "/";
+        _output = lines;
+    }
+    ~TlsServer() {
+        kill(_process, SIGKILL);
+        waitpid(_process, nullptr, 0);
+        fclose(_output);
+    }
+    const std::string certificate;
+    std::string url;
+
+private:
+    pid_t _process;
+    FILE* _output;
+};
+
+TEST(TransportTest, CertificatesAreChecked) {
+    const TlsServer good("127.0.0.1", "20480101000000Z"), other("127.0.0.2", "20480101000000Z"),
+        expired("127.0.0.1", "20200201000000Z");
+    UseSession(5000);
+    EXPECT_EQ(ErrorOf(good.url), kUrlCertificateHasUnknownRoot);
+    UseSession(5000, good.certificate);
+    EXPECT_EQ(ErrorOf(good.url), kUrlNoError);
+    UseSession(5000, other.certificate);
+    EXPECT_EQ(ErrorOf(other.url), kUrlCertificateUntrusted);
+    UseSession(5000, expired.certificate);
+    EXPECT_EQ(ErrorOf(expired.url), kUrlCertificateHasBadDate);
+    const TcpService plain([](int connection) { SendAll(connection, "this is no TLS\r\n"); });
+    EXPECT_EQ(ErrorOf("https://127.0.0.1:" + std::to_string(plain.Port())), kUrlSecureConnectionFailed);
+}
+
+// A name server that takes every question and answers none, in namespaces of the process's own.
+bool BecomeMute() {
+    if (unshare(CLONE_NEWNS | CLONE_NEWNET) != 0) return false;
+    const int link = socket(AF_INET, SOCK_DGRAM, 0);
+    ifreq loopback{};
+    strcpy(loopback.ifr_name, "lo");
+    loopback.ifr_flags = IFF_UP | IFF_RUNNING;
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(53);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const std::string file = CacheFolder() + "/resolv.conf";
+    WriteFile(file, "nameserver 127.0.0.1\n");
+    return ioctl(link, SIOCSIFFLAGS, &loopback) == 0 &&
+           bind(link, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+           mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount(file.c_str(), "/etc/resolv.conf", nullptr, MS_BIND, nullptr) == 0;
+}
+
+TEST(TransportTest, ANameServerThatIsSilentHoldsUpNothing) {
+    if (!BecomeMute()) GTEST_SKIP() << "needs the right to make namespaces";
+    UseSession(400);
+    const HttpServer server([](const HttpRequest&) { return HttpAnswer("200 OK", "here"); });
+    HeardAnswers hung, heard;
+    std::vector<DataTask*> tasks;
+    for (int i = 0; i < 40; ++i) {  // more than may be looked up at once
+        tasks.push_back(WWW::Request(("http://host" + std::to_string(i) + ".test/").c_str()));
+        tasks.back()->SetListener(&hung);
+        tasks.back()->Get();
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    DataTask* const beside = WWW::Request(server.Url().c_str());
+    beside->SetListener(&heard);
+    beside->Get();
+    EXPECT_EQ(heard.Wait().body, "here");
+    WWW::Destroy(beside);
+    tasks[0]->Cancel();
+    EXPECT_EQ(hung.Wait().error, kWWWErrorOther);
+    WWW::Destroy(tasks[1]);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(400));
+    EXPECT_EQ(hung.Wait(39).error, kWWWErrorTimedOut);
+    for (size_t i = 0; i < tasks.size(); ++i)
+        if (i != 1) WWW::Destroy(tasks[i]);
+    UseSession(60000);
+    DataTask* const last = WWW::Request("http://last.test/");
+    last->Get();
+    WWW::Destroy(last);
+    // The process ends with the lookup in flight; the runner's time limit is what fails here.
+}
+
+void ExitWithTransfersInFlight(bool isUnderWay) {
+    const HttpServer server([](const HttpRequest&) { return HttpAnswer("200 OK", std::string(1 << 20, 'x')); });
+    auto* const proxy = new FaultProxy(server.Port());
+    proxy->Use({Fault::kHold, 1 << 10});
+    for (int i = 0; i < 8; ++i) {
+        WWW::Request(proxy->Url().c_str())->Get();
+        WWW::DownloadFile(proxy->Url().c_str(), (CacheFolder() + "/" + std::to_string(i)).c_str())->Resume();
+    }
+    const HttpServer tls([](const HttpRequest&) { return std::string(); });
+    WWW::Request(("https" + tls.Url().substr(4)).c_str())->Get();
+    if (isUnderWay) WaitFor([&] { return proxy->Connections() == 16; });
+    exit(7);
+}
+
+TEST(TransportTest, AProcessEndsWithTransfersInFlight) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    for (const bool isUnderWay : {true, false})
+        EXPECT_EXIT(ExitWithTransfersInFlight(isUnderWay), testing::ExitedWithCode(7), "");
+}
+
+}  // namespace
