@@ -1,0 +1,27 @@
+// The server of the measurements, a process of its own.
+#ifndef ORVANE_BENCHMARKS_WWW_BENCH_SERVER_H
+#define ORVANE_BENCHMARKS_WWW_BENCH_SERVER_H
+
+#include <sys/types.h>
+
+#include <string>
+
+namespace Orvane::Bench {
+
+// Answers "/SIZE" with that many bytes, and keeps connections. Made before any thread.
+class BenchServer {
+public:
+    BenchServer();
+    ~BenchServer();
+    std::string Url(long long size) const {
+        return "http://127.0.0.1:" + std::to_string(_port) + "/" + std::to_string(size);
+    }
+
+private:
+    pid_t _process;
+    int _port = 0;
+};
+
+}  // namespace Orvane::Bench
+
+#endif
