@@ -13,6 +13,7 @@
 #include <cstring>
 
 #include "HeardAnswers.h"
+#include "Orvane/IBase.h"
 #include "Support/FaultProxy.h"
 #include "Support/HttpServer.h"
 #include "Support/TestContainer.h"
@@ -144,6 +145,43 @@ TEST(TransportTest, ANameServerThatIsSilentHoldsUpNothing) {
     // The process ends with the lookup in flight; the runner's time limit is what fails here.
 }
 
+TEST(TransportTest, MoreThanMayRunAtOnceWaitForTheirTurn) {
+    constexpr size_t kAsked = 260, kAtOnce = 256;
+    UseSession(20000);
+    std::atomic<bool> isHeld{true};
+    const HttpServer server([&](const HttpRequest& request) {
+        WaitFor([&] { return !isHeld; });
+        return HttpAnswer("200 OK", request.method + request.Header("Content-Length"));
+    });
+    HeardAnswers heard;
+    std::vector<DataTask*> tasks;
+    for (size_t i = 0; i < kAsked; ++i) {
+        tasks.push_back(WWW::Request(server.Url().c_str()));
+        tasks.back()->SetListener(&heard);
+        tasks.back()->Get();
+    }
+    EXPECT_TRUE(WaitFor([&] { return server.Requests().size() == kAtOnce; }));
+    tasks[kAsked - 1]->Cancel();
+    EXPECT_EQ(heard.Wait().error, kWWWErrorOther);
+    EXPECT_EQ(server.Requests().size(), kAtOnce);
+    isHeld = false;
+    EXPECT_EQ(heard.Wait(kAsked).status, 200);
+    for (DataTask* const task : tasks)
+        WWW::Destroy(task);
+
+    UrlRequest put(server.Url());
+    put.method = "PUT";
+    std::string body;
+    std::atomic<bool> isOver{false};
+    UrlSession& session = UrlSession::Current();
+    session.Resume(session.MakeDataTransfer(put, [&](UrlSession::TransferId, const UrlResult& result) {
+        body = result.body;
+        isOver = true;
+    }));
+    EXPECT_TRUE(WaitFor([&] { return isOver.load(); }));
+    EXPECT_EQ(body, "PUT0");
+}
+
 void ExitWithTransfersInFlight(bool isUnderWay) {
     const HttpServer server([](const HttpRequest&) { return HttpAnswer("200 OK", std::string(1 << 20, 'x')); });
     auto* const proxy = new FaultProxy(server.Port());
@@ -155,6 +193,7 @@ void ExitWithTransfersInFlight(bool isUnderWay) {
     const HttpServer tls([](const HttpRequest&) { return std::string(); });
     WWW::Request(("https" + tls.Url().substr(4)).c_str())->Get();
     if (isUnderWay) WaitFor([&] { return proxy->Connections() == 16; });
+    IBase::Release();
     exit(7);
 }
 

@@ -95,9 +95,9 @@ bool DataTaskImpl::Prepare(const char* body, int length, UrlRequest& request) co
 // touched any more.
 void DataTaskImpl::Send(UrlRequest request, bool isCancelled) {
     UrlSession& session = UrlSession::Current();
-    const WWWTaskBase* const task = this;
-    const auto completion = [self = this, task](UrlSession::TransferId transfer, const UrlResult& result) {
-        Completed(self, task, transfer, result);
+    WWWTaskBase* const task = this;
+    const auto completion = [task](UrlSession::TransferId transfer, const UrlResult& result) {
+        Completed(task, transfer, result);
     };
     const UrlSession::TransferId transfer = session.MakeDataTransfer(std::move(request), completion);
     _platformTask.store(isCancelled ? 0 : transfer);
@@ -105,9 +105,8 @@ void DataTaskImpl::Send(UrlRequest request, bool isCancelled) {
     session.Resume(transfer);
 }
 
-// On the session's thread. `self` may be dead, which `task`, the same object, tells.
-void DataTaskImpl::Completed(DataTaskImpl* self, const WWWTaskBase* task, UrlSession::TransferId transfer,
-                             const UrlResult& result) {
+// On the session's thread, with a task that may be dead.
+void DataTaskImpl::Completed(WWWTaskBase* task, UrlSession::TransferId transfer, const UrlResult& result) {
     ORVANE_LOG_INFO("completed error:%s, response:%s length:%d, %p", result.error ? result.errorText.c_str() : "(null)",
                     result.status ? (std::to_string(result.status) + " " + result.url).c_str() : "(null)",
                     static_cast<int>(result.body.size()), static_cast<const void*>(task));
@@ -116,6 +115,9 @@ void DataTaskImpl::Completed(DataTaskImpl* self, const WWWTaskBase* task, UrlSes
         ORVANE_LOG_INFO("WWWTaskBase ObjectRelease %p", static_cast<const void*>(task));
         return;
     }
+    // A task of another kind may live at a dead one's address.
+    auto* const self = dynamic_cast<DataTaskImpl*>(task);
+    if (!self) return;
     const bool hasData = !result.body.empty();
     self->FinishedCallback(ConvertToWWWErrorCode(result.error), result.status, hasData ? result.body.data() : nullptr,
                            static_cast<long long>(result.body.size()));

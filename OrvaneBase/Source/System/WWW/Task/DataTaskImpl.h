@@ -38,8 +38,7 @@ private:
     void Release();
     void Send(UrlRequest request, bool isCancelled = false);
 
-    static void Completed(DataTaskImpl* self, const WWWTaskBase* task, UrlSession::TransferId transfer,
-                          const UrlResult& result);
+    static void Completed(WWWTaskBase* task, UrlSession::TransferId transfer, const UrlResult& result);
     void FinishedCallback(WWWErrorCode error, int httpStatus, const char* data, long long length);
     void SendKept();
 

@@ -66,6 +66,7 @@ void DownloadFileTaskImpliOS::Abandon() {
 
 void DownloadFileTaskImpliOS::PassGate() {
     const CCritical gate(&_gate);
+    _isTaskGone = true;
 }
 
 void DownloadFileTaskImpliOS::Uninit() {
@@ -84,7 +85,7 @@ bool DownloadFileTaskImpliOS::IsCurrent(UrlSession::TransferId transfer) {
 }
 
 bool DownloadFileTaskImpliOS::IsTaskReleased() const {
-    if (!WWWTaskBase::IsObjectRelease(liveTask)) return false;
+    if (!WWWTaskBase::IsObjectRelease(liveTask) && !_isTaskGone) return false;
     ORVANE_LOG_INFO("WWWTaskBase ObjectRelease %p", static_cast<const void*>(liveTask));
     return true;
 }

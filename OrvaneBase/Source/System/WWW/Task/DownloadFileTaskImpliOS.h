@@ -44,6 +44,7 @@ private:
 
     // Whether the call is of the transfer that is waited for: none comes from one that was paused or cancelled.
     bool IsCurrent(UrlSession::TransferId transfer);
+    // Under the gate.
     bool IsTaskReleased() const;
     void Uninit();
     void Finish(UrlSession::TransferId transfer, int platformError);
@@ -51,6 +52,7 @@ private:
     DownloadFileTaskImpl* const task;   // not owned, and perhaps dead
     const WWWTaskBase* const liveTask;  // the same object, as the set knows it
     CMutex _gate{true};                 // recursive: a listener may use its task
+    bool _isTaskGone = false;           // under the gate: what lives at its address since is another task
 
     // A leaf: the task's thread and the main thread both come here.
     CMutex _fieldsMutex;

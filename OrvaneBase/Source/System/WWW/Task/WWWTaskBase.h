@@ -1,8 +1,7 @@
 // What all HTTP tasks share: address, headers, and the process-wide set of live tasks.
 //
 // A callback of the platform knows its task by a raw pointer, which may be dead by then. It asks the set, by the
-// pointer's value alone: a new task at a dead one's address counts as alive, and each transfer's number tells the two
-// apart where that matters.
+// pointer's value alone: a new task at a dead one's address counts as alive.
 //
 // A task is in the set while its most derived part is whole: that class enters it last in its constructor and takes it
 // out first in its destructor. Leaving waits for _sMutex, and so for a listener that is being told.
