@@ -1,7 +1,7 @@
 #include "System/WWW/Task/WWWClass.h"
 
+#include "Base/RunTimeClass.h"
 #include "Orvane/WWW.h"
-#include "System/Application/RunTimeClass.h"
 #include "System/WWW/Task/UrlResponseImpl.h"
 #include "System/WWW/Task/WWW.h"
 #include "System/WWW/Task/WWWTaskBase.h"
