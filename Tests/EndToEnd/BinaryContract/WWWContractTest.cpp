@@ -58,11 +58,11 @@ protected:
         std::string pattern = (fs::temp_directory_path() / "orvane-contract-XXXXXX").string();
         return std::string(mkdtemp(pattern.data()));
     }();
+    std::atomic<bool> isHeld{false};
     HttpServer server{[this](const HttpRequest& request) {
         WaitFor([this] { return !isHeld; });
         return HttpAnswer("200 OK", request.method + request.body + request.Header("X-Name"));
     }};
-    std::atomic<bool> isHeld{false};
 };
 
 TEST_F(WWWContract, EverySlotOfADataTaskWorks) {
