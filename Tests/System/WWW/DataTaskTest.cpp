@@ -1,5 +1,7 @@
 #include "Orvane/DataTask.h"
 
+#include <arpa/inet.h>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <zlib.h>
 
@@ -86,6 +88,12 @@ TEST_F(DataTaskTest, AnswersComeAsTheServerMeantThem) {
     const Answer empty = Get(server.Url("/empty"));
     EXPECT_TRUE(empty.status == 204 && !empty.hasData);
     EXPECT_EQ(server.Connections(), 1);
+    for (int descriptor = 0; descriptor < 256; ++descriptor) {
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        if (getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) != 0) continue;
+        if (ntohs(peer.sin_port) == server.Port()) EXPECT_TRUE(fcntl(descriptor, F_GETFD) & FD_CLOEXEC);
+    }
 
     EXPECT_EQ(Post(server.Url("/p"), "to be cut", 5).body, "POST /p to be");
     EXPECT_EQ(Post(server.Url("/p"), "text", 0).body, "GET /p ");
