@@ -1,0 +1,20 @@
+// What the client will do with an answer, in plain words: most of what it refuses it refuses in silence.
+#ifndef ORVANE_TOOLS_DEVSERVER_CLIENT_VERDICT_H
+#define ORVANE_TOOLS_DEVSERVER_CLIENT_VERDICT_H
+
+#include <cstdint>
+#include <string>
+
+#include "DevServer/Message.h"
+
+namespace OrvaneDevServer {
+
+// Reads the answer as the client does: the body decides, and not the status. `highestRuleId` is the highest that the
+// device was sent before and took, 0 if there is none; it is raised if the client takes a higher one. Nothing throws.
+std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId);
+
+std::string TraceIdVerdict(const Answer& answer);
+
+}  // namespace OrvaneDevServer
+
+#endif

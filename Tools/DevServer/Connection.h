@@ -1,0 +1,20 @@
+// Whether the other end of a connection is still there.
+#ifndef ORVANE_TOOLS_DEVSERVER_CONNECTION_H
+#define ORVANE_TOOLS_DEVSERVER_CONNECTION_H
+
+#include <string>
+
+namespace OrvaneDevServer {
+
+struct Connection {
+    std::string localAddress, remoteAddress;  // numeric
+    int localPort = 0, remotePort = 0;
+};
+
+// Asks the kernel's table of connections: the HTTP library has no way to tell while a request is being answered. Where
+// the table cannot be read the other end counts as there. Any thread.
+bool HasPeerLeft(const Connection& connection);
+
+}  // namespace OrvaneDevServer
+
+#endif

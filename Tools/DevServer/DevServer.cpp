@@ -1,0 +1,172 @@
+#include "DevServer/DevServer.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+
+#include "DevServer/FaultyAnswer.h"
+#include "DevServer/JsonText.h"
+#include "DevServer/PageGuard.h"
+
+namespace OrvaneDevServer {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr size_t kMostTextInLine = 20000;
+
+// What a new folder begins with: the library finds the trace ids of the server that it has its configuration from.
+constexpr char kFirstModule[] = "{\n    \"YarrowUrl\": \"${server}/traceids\"\n}\n";
+
+Json::Value ListOf(const std::vector<std::string>& texts) {
+    Json::Value list(Json::arrayValue);
+    for (const std::string& text : texts)
+        list.append(text);
+    return list;
+}
+
+bool MakeFolder(const std::string& folder, std::string& error) {
+    std::error_code problem;
+    if (fs::exists(folder + "/modules", problem)) return true;
+    fs::create_directories(folder + "/modules", problem);
+    if (!problem) fs::create_directories(folder + "/devices", problem);
+    if (problem) {
+        error = folder + ": " + problem.message();
+        return false;
+    }
+    std::ofstream file(folder + "/modules/OrvaneCore.json");
+    if (file << kFirstModule << std::flush) return true;
+    error = folder + "/modules/OrvaneCore.json: " + strerror(errno);
+    return false;
+}
+
+}  // namespace
+
+DevServer::DevServer(ServerOptions options)
+    : _options(std::move(options)),
+      _gate(_options.mostWaiting),
+      _modules(_options.folder),
+      _ruleId(_options.folder + "/rule_id.json") {
+    for (const Fault& fault : _options.faults)
+        _faults.Add(fault, 0);
+}
+
+bool DevServer::Open(std::string& error) {
+    if (!MakeFolder(_options.folder, error) || !_journal.Open(_options.folder + "/journal.jsonl", error)) return false;
+    const std::lock_guard<std::mutex> guard(_modulesMutex);
+    RefreshModules();
+    return true;
+}
+
+Answer DevServer::Handle(const Request& request) {
+    try {
+        return Route(request);
+    } catch (const std::exception& problem) {
+        _options.say(std::string("a request could not be answered: ") + problem.what());
+        Answer answer;
+        answer.status = 500;
+        answer.contentType = "text/plain";
+        return answer;
+    }
+}
+
+Answer DevServer::Route(const Request& request) {
+    const Target target = SplitTarget(request.target);
+    Exchange exchange{request, target, "unknown", 0, {}, {}, false, Json::Value(Json::objectValue)};
+    if (target.path.starts_with(kControlPath)) return HandleControl(exchange);
+    if (const std::string refusal = PageRefusal(request); !refusal.empty()) return HandlePage(exchange, refusal);
+    if (target.path == kConfigPath) return HandleConfig(exchange);
+    if (target.path == kTraceIdPath) return HandleTraceIds(exchange);
+    return HandleUnknown(exchange);
+}
+
+Answer DevServer::HandleUnknown(Exchange& exchange) {
+    const std::string& path = exchange.target.path;
+    std::string problem =
+        "the path is \"" + path + "\"; there are \"" + kConfigPath + "\" and \"" + kTraceIdPath + "\"";
+    if (path == std::string("/") + kConfigPath || path == std::string("/") + kTraceIdPath)
+        problem += ": the address that the client was given must not end in \"/\"";
+    else if (path.ends_with(kConfigPath))
+        problem += ": the address that the client was given must have no path";
+    exchange.problems.push_back(problem);
+    Answer answer;
+    answer.status = 404;
+    answer.contentType = "text/plain";
+    answer.body = problem + "\n";
+    Note(exchange, answer, "");
+    return answer;
+}
+
+Answer DevServer::HandlePage(Exchange& exchange, const std::string& refusal) {
+    exchange.kind = "page";
+    exchange.problems.push_back("refused, and not counted: " + refusal);
+    Answer answer;
+    answer.status = 403;
+    answer.contentType = "text/plain";
+    answer.body = refusal + "\n";
+    Note(exchange, answer, "");
+    return answer;
+}
+
+void DevServer::NoteRefused(const std::string& method, const std::string& target, int status) {
+    Json::Value line(Json::objectValue);
+    line["kind"] = "refused";
+    line["method"] = method.substr(0, kMostTextInLine);
+    line["target"] = target.substr(0, kMostTextInLine);
+    line["status"] = status;
+    const std::string problem = status == 414
+                                    ? "the request's first line is too long for this server, which takes 8192 bytes"
+                                    : "the bytes that came are no HTTP request that can be answered";
+    line["problems"].append(problem);
+    _options.say("refused with " + std::to_string(status) + ": " + problem);
+    Write(line);
+}
+
+void DevServer::Wait(Exchange& exchange) {
+    for (const Fault& fault : exchange.faults) {
+        Gate::End end = Gate::End::kGoOn;
+        if (fault.kind == Fault::Kind::kDelay)
+            end = _gate.Delay(std::chrono::milliseconds(fault.number), exchange.request.senderHasLeft);
+        if (fault.kind == Fault::Kind::kHold) end = _gate.Hold(exchange.request.senderHasLeft);
+        exchange.hasLeft |= end == Gate::End::kLeft;
+        if (end == Gate::End::kFull) _options.say(fault.order + ": not waited, too many requests wait already");
+    }
+}
+
+void DevServer::SpoilAnswer(const Exchange& exchange, Answer& answer) const {
+    for (const Fault& fault : exchange.faults)
+        Spoil(fault, exchange.number, exchange.request.target, answer);
+}
+
+void DevServer::Note(Exchange& exchange, const Answer& answer, const std::string& outcome) {
+    Json::Value& line = exchange.line;
+    line["kind"] = exchange.kind;
+    if (exchange.number > 0) line["number"] = static_cast<Json::UInt64>(exchange.number);
+    line["method"] = exchange.request.method;
+    line["target"] = exchange.request.target;
+    line["status"] = answer.status;
+    line["length"] = static_cast<Json::UInt64>(answer.body.size() + answer.fillerLength + answer.tail.size());
+    std::vector<std::string> orders;
+    for (const Fault& fault : exchange.faults)
+        orders.push_back(fault.order);
+    line["faults"] = ListOf(orders);
+    line["problems"] = ListOf(exchange.problems);
+    if (!outcome.empty()) line["client"] = outcome;
+
+    const std::string device = line["device"].asString();
+    _options.say(std::string(exchange.kind) + (exchange.number > 0 ? " #" + std::to_string(exchange.number) : "") +
+                 (device.empty() ? "" : ", device " + device) + ": " + std::to_string(answer.status) +
+                 (outcome.empty() ? "" : ", " + outcome));
+    for (const std::string& problem : exchange.problems)
+        _options.say("    breaks the protocol: " + problem);
+    Write(line);
+}
+
+void DevServer::Write(const Json::Value& line) {
+    if (!_journal.Write(line)) _options.say(std::string("the journal lacks a line: ") + strerror(errno));
+}
+
+}  // namespace OrvaneDevServer

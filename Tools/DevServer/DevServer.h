@@ -1,0 +1,106 @@
+// The server that a game team runs on the desk: what it answers, without the HTTP under it.
+#ifndef ORVANE_TOOLS_DEVSERVER_DEV_SERVER_H
+#define ORVANE_TOOLS_DEVSERVER_DEV_SERVER_H
+
+#include <json/json.h>
+
+#include <atomic>
+#include <ctime>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "DevServer/ConfigProtocol.h"
+#include "DevServer/Fault.h"
+#include "DevServer/Fetches.h"
+#include "DevServer/Gate.h"
+#include "DevServer/Journal.h"
+#include "DevServer/Message.h"
+#include "DevServer/ModuleFolder.h"
+#include "DevServer/Query.h"
+#include "DevServer/RuleId.h"
+#include "DevServer/TraceIdProtocol.h"
+
+namespace OrvaneDevServer {
+
+constexpr char kControlPath[] = "/_orvane/";
+
+struct ServerOptions {
+    std::string folder;         // made, with a first module, if it is not there
+    std::vector<Fault> faults;  // in force from the start
+    bool isStrict = false;      // a request that breaks its protocol is answered with an error
+    size_t mostWaiting = 24;    // requests that may wait at a time; each keeps a thread
+    std::function<time_t()> now = [] { return time(nullptr); };
+    std::function<void(const std::string&)> say = [](const std::string&) {};  // one line for people. Any thread
+};
+
+// Handle is for any number of threads at once. Its bodies lie in DevServer.cpp, ConfigExchange.cpp, TraceIdExchange.cpp
+// and Control.cpp.
+class DevServer {
+public:
+    explicit DevServer(ServerOptions options);
+
+    // Opens the folder. Once, before the rest. False, and why in `error`, if it cannot be used.
+    bool Open(std::string& error);
+
+    // Answers a request, after it has waited if it was ordered to. Nothing throws.
+    Answer Handle(const Request& request);
+
+    // Notes what the HTTP layer refused by itself.
+    void NoteRefused(const std::string& method, const std::string& target, int status);
+
+    // Lets every request that waits go on, and none wait from now on.
+    void Stop() { _gate.Stop(); }
+
+private:
+    // A request on its way through.
+    struct Exchange {
+        const Request& request;
+        const Target& target;
+        const char* kind;
+        uint64_t number = 0;  // in its protocol, from 1
+        std::vector<Fault> faults;
+        Problems problems;
+        bool hasLeft = false;  // the sender, while it waited
+        Json::Value line{Json::objectValue};
+    };
+
+    Answer Route(const Request& request);
+    Answer HandleConfig(Exchange& exchange);
+    Answer HandleTraceIds(Exchange& exchange);
+    Answer HandleUnknown(Exchange& exchange);
+    Answer HandlePage(Exchange& exchange, const std::string& refusal);
+    Answer HandleControl(Exchange& exchange);
+    Answer Control(const Request& request, const std::string& path);
+    Answer OrderFaults(const std::string& orders);
+
+    Answer RightConfigAnswer(Exchange& exchange, const ConfigRequest& checked);
+    std::string ConfigOutcome(const std::string& device, const Answer& answer);
+    int32_t RefreshModules();
+    Answer RightTraceIdAnswer(Exchange& exchange, const TraceIdRequest& checked);
+
+    void Wait(Exchange& exchange);
+    void SpoilAnswer(const Exchange& exchange, Answer& answer) const;
+    void Note(Exchange& exchange, const Answer& answer, const std::string& outcome);
+    void Write(const Json::Value& line);
+
+    const ServerOptions _options;
+    Journal _journal;
+    FaultList _faults;
+    Gate _gate;
+    Fetches _fetches;
+    std::atomic<uint64_t> _configRequests{0}, _traceIdRequests{0};
+
+    std::mutex _modulesMutex;  // guards the two below
+    ModuleFolder _modules;
+    RuleId _ruleId;
+
+    std::mutex _devicesMutex;                        // guards the next
+    std::map<std::string, int32_t> _highestRuleIds;  // that each device took in this run of the server
+};
+
+}  // namespace OrvaneDevServer
+
+#endif

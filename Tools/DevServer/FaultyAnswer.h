@@ -1,0 +1,19 @@
+// What an ordered fault makes of the right answer.
+#ifndef ORVANE_TOOLS_DEVSERVER_FAULTY_ANSWER_H
+#define ORVANE_TOOLS_DEVSERVER_FAULTY_ANSWER_H
+
+#include <cstdint>
+#include <string>
+
+#include "DevServer/Fault.h"
+#include "DevServer/Message.h"
+
+namespace OrvaneDevServer {
+
+// `number` is the request's in its protocol, `target` what it asked for. Faults that wait, and those that change the
+// rule id, change nothing here.
+void Spoil(const Fault& fault, uint64_t number, const std::string& target, Answer& answer);
+
+}  // namespace OrvaneDevServer
+
+#endif

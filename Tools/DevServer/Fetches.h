@@ -1,0 +1,41 @@
+// The fetches that are being answered: a device has one at a time.
+#ifndef ORVANE_TOOLS_DEVSERVER_FETCHES_H
+#define ORVANE_TOOLS_DEVSERVER_FETCHES_H
+
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "DevServer/Message.h"
+
+namespace OrvaneDevServer {
+
+// Any thread.
+class Fetches {
+public:
+    // One fetch, while it lives. The request must outlive it.
+    class Entry {
+    public:
+        Entry(Fetches& fetches, const std::string& device, const Request& request);
+        ~Entry();
+        Entry(const Entry&) = delete;
+        Entry& operator=(const Entry&) = delete;
+
+        // Whether another fetch of this device waited for its answer when this one came. One whose sender had left does
+        // not count: the client gave it up.
+        bool IsSecond() const { return _isSecond; }
+
+    private:
+        Fetches& _fetches;
+        std::multimap<std::string, const Request*>::iterator _at;
+        bool _isSecond = false;
+    };
+
+private:
+    std::mutex _mutex;  // guards the map
+    std::multimap<std::string, const Request*> _byDevice;
+};
+
+}  // namespace OrvaneDevServer
+
+#endif

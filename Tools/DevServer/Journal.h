@@ -1,0 +1,35 @@
+// The journal: one JSON object a line, for people and for scripts.
+#ifndef ORVANE_TOOLS_DEVSERVER_JOURNAL_H
+#define ORVANE_TOOLS_DEVSERVER_JOURNAL_H
+
+#include <json/json.h>
+
+#include <mutex>
+#include <string>
+
+namespace OrvaneDevServer {
+
+// A file that grows over all runs. Its lock keeps a second server out of the folder.
+class Journal {
+public:
+    Journal() = default;
+    ~Journal();
+    Journal(const Journal&) = delete;
+    Journal& operator=(const Journal&) = delete;
+
+    // False, and why in `error`, if the file cannot be written, or another server has it.
+    bool Open(const std::string& path, std::string& error);
+    // Adds "time" (UTC, to the millisecond) and writes the line in one piece, whole or not at all. False if it could
+    // not be written (a full disk): the next may. Any thread.
+    bool Write(Json::Value line);
+
+private:
+    bool Repair();
+
+    std::mutex _mutex;  // guards the file's end
+    int _descriptor = -1;
+};
+
+}  // namespace OrvaneDevServer
+
+#endif

@@ -1,0 +1,48 @@
+// A request as it came and an answer as it will go, free of any HTTP library.
+#ifndef ORVANE_TOOLS_DEVSERVER_MESSAGE_H
+#define ORVANE_TOOLS_DEVSERVER_MESSAGE_H
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace OrvaneDevServer {
+
+// What the server serves devices with.
+enum class Protocol { kConfig, kTraceIds };
+
+// What a request breaks, one sentence each, for the developer who reads it.
+using Problems = std::vector<std::string>;
+
+using Header = std::pair<std::string, std::string>;
+
+struct Request {
+    std::string method;
+    std::string target;  // the path and the query to the byte, not decoded
+    std::string version;
+    std::vector<Header> headers;
+    std::string body;
+    // Whether the sender has closed its connection. May be empty, which counts as "no". Any thread.
+    std::function<bool()> senderHasLeft;
+};
+
+// The value of the first header of that name, in any case of letters; null if there is none.
+const std::string* FindHeader(const Request& request, std::string_view name);
+bool EqualIgnoringCase(std::string_view left, std::string_view right);
+
+struct Answer {
+    int status = 200;
+    std::string contentType = "application/json";
+    std::vector<Header> headers;
+    std::string body;
+    // For an answer that is too big for the memory: so many "x" stand behind `body`, and `tail` behind them.
+    uint64_t fillerLength = 0;
+    std::string tail;
+};
+
+}  // namespace OrvaneDevServer
+
+#endif

@@ -1,0 +1,37 @@
+#include "DevServer/RuleId.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "DevServer/JsonText.h"
+#include "Storage/File/WholeFile.h"
+
+namespace OrvaneDevServer {
+
+RuleId::RuleId(std::string path) : _path(std::move(path)) {
+    std::ostringstream text;
+    text << std::ifstream(_path, std::ios::binary).rdbuf();
+    Json::Value kept;
+    std::string ignored;
+    if (!ReadStrictly(text.str(), kept, ignored) || !kept.isObject()) return;
+    const Json::Value& number = kept["rule_id"];
+    if (!number.isInt() || number.asInt() < 1) return;
+    _ruleId = number.asInt();
+    _served = kept["served"];
+}
+
+int32_t RuleId::Of(const Json::Value& served, std::string& problem) {
+    if (served == _served && _ruleId > 0) return _ruleId;
+    if (_ruleId < INT32_MAX) ++_ruleId;
+    _served = served;
+    Json::Value kept(Json::objectValue);
+    kept["rule_id"] = _ruleId;
+    kept["served"] = served;
+    if (!Quern::ReplaceFile(_path, WriteCompact(kept), 0644))
+        problem = "the rule id cannot be kept, and falls back at the next start: " + _path + ": " + strerror(errno);
+    return _ruleId;
+}
+
+}  // namespace OrvaneDevServer
