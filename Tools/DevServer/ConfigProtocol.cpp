@@ -23,12 +23,12 @@ void CheckCompact(const std::string& name, const std::string& text, const Json::
         problems.push_back(name + " lacks the newline (\"%0A\") with which the compact writer ends its text");
         if (text + '\n' == compact) return;
     }
-    const auto at = std::mismatch(text.begin(), text.end(), compact.begin(), compact.end()).first;
+    const size_t at = static_cast<size_t>(
+        std::mismatch(text.begin(), text.end(), compact.begin(), compact.end()).first - text.begin());
     problems.push_back(name +
-                       " is not as the compact writer has it (members in byte order of their names, no blanks, "
-                       "\"\\u\" for what is not ASCII, one newline at the end) from position " +
-                       std::to_string(at - text.begin()) + " on: it would write " +
-                       InQuotes(Json::valueToQuotedString(compact.c_str())));
+                       " is not the compact writer's text (members in byte order of their names, no blanks, \"\\u\" "
+                       "for what is not ASCII, one newline at the end): at position " +
+                       std::to_string(at) + " that has " + Json::valueToQuotedString(compact.substr(at, 30).c_str()));
 }
 
 // The object that a value of the query holds; null if it holds none.

@@ -119,7 +119,8 @@ void DevServer::NoteRefused(const std::string& method, const std::string& target
     line["status"] = status;
     const std::string problem = status == 414
                                     ? "the request's first line is too long for this server, which takes 8192 bytes"
-                                    : "the bytes that came are no HTTP request that can be answered";
+                                : status == 413 ? "the request's body is too big for this server, which takes 1 MB"
+                                                : "the bytes that came are no HTTP request that can be answered";
     line["problems"].append(problem);
     _options.say("refused with " + std::to_string(status) + ": " + problem);
     Write(line);
@@ -131,7 +132,8 @@ void DevServer::Wait(Exchange& exchange) {
         if (fault.kind == Fault::Kind::kDelay)
             end = _gate.Delay(std::chrono::milliseconds(fault.number), exchange.request.senderHasLeft);
         if (fault.kind == Fault::Kind::kHold) end = _gate.Hold(exchange.request.senderHasLeft);
-        exchange.hasLeft |= end == Gate::End::kLeft;
+        exchange.hasLeft = end == Gate::End::kLeft;
+        if (exchange.hasLeft) return;
         if (end == Gate::End::kFull) _options.say(fault.order + ": not waited, too many requests wait already");
     }
 }
@@ -156,7 +158,7 @@ void DevServer::Note(Exchange& exchange, const Answer& answer, const std::string
     line["problems"] = ListOf(exchange.problems);
     if (!outcome.empty()) line["client"] = outcome;
 
-    const std::string device = line["device"].asString();
+    const std::string device = line.get("device", "").asString();
     _options.say(std::string(exchange.kind) + (exchange.number > 0 ? " #" + std::to_string(exchange.number) : "") +
                  (device.empty() ? "" : ", device " + device) + ": " + std::to_string(answer.status) +
                  (outcome.empty() ? "" : ", " + outcome));

@@ -69,6 +69,7 @@ int Serve(const Arguments& arguments) {
 
     int signal = 0;
     sigwait(&signals, &signal);
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);  // a second one ends it at once
     http.Stop();
     return hasFailed ? Fail(kCannot, "no connection can be taken any more") : kDone;
 }
