@@ -1,0 +1,212 @@
+// Runs orvane-devserver as a developer and as a hostile neighbour do.
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+#include <httplib.h>
+#include <json/json.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <future>
+#include <memory>
+#include <sstream>
+
+#include "Support/Process.h"
+#include "Support/WaitFor.h"
+#include "Tools/Log/TemporaryFolder.h"
+
+namespace EndToEnd {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// What the check of the query says of it is no matter here.
+const std::string kFetch =
+    "/cfgpush/getConfig?com_params=%7B%22did%22%3A%22D1%22%7D&biz_params=%7B%22rule_id%22%3A0%7D%0A&r=1";
+
+class DevServerProgram : public testing::Test {
+protected:
+    void Start(std::vector<std::string> options) {
+        options.insert(options.begin(), {ORVANE_DEVSERVER_PROGRAM, "--port", "0"});
+        options.push_back(folder / "served");
+        server = std::make_unique<Process>(Command{options, {}, ""});
+        ASSERT_TRUE(OrvaneTest::WaitFor([this] { return server->Output().ends_with('\n'); }));
+        const std::string ready = server->Output();
+        ASSERT_THAT(ready, testing::MatchesRegex("ready http://[^ ]+:[0-9]+\n"));
+        address = ready.substr(6, ready.size() - 7);
+        port = std::stoi(address.substr(address.rfind(':') + 1));
+    }
+    httplib::Result Get(const std::string& target, const httplib::Headers& headers = {}) {
+        httplib::Client client(address);
+        return client.Get(target, headers);
+    }
+    httplib::Result Post(const std::string& target, const std::string& body, const httplib::Headers& headers = {}) {
+        httplib::Client client(address);
+        return client.Post(target, headers, body, "text/plain");
+    }
+    bool WaitUntilHeld(int count) {
+        return OrvaneTest::WaitFor([&] {
+            return Get("/_orvane/status")->body.find("\"held\":" + std::to_string(count)) != std::string::npos;
+        });
+    }
+    std::string Journal() const {
+        std::ostringstream text;
+        text << std::ifstream(folder / "served/journal.jsonl").rdbuf();
+        return text.str();
+    }
+    // A connection of which every byte is ours.
+    int Connect() const {
+        const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in to{};
+        to.sin_family = AF_INET;
+        to.sin_port = htons(static_cast<uint16_t>(port));
+        to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        EXPECT_EQ(connect(descriptor, reinterpret_cast<sockaddr*>(&to), sizeof to), 0);
+        return descriptor;
+    }
+    // All that comes back.
+    std::string Exchange(const std::string& bytes) const {
+        const int descriptor = Connect();
+        EXPECT_EQ(send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
+        shutdown(descriptor, SHUT_WR);
+        std::string all;
+        char part[4096];
+        for (ssize_t count; (count = recv(descriptor, part, sizeof part, 0)) > 0;)
+            all.append(part, static_cast<size_t>(count));
+        close(descriptor);
+        return all;
+    }
+    void EndInOrder(int signal) {
+        server->Signal(signal);
+        EXPECT_EQ(server->Wait().exitStatus, 0);
+    }
+
+    const OrvaneLog::TemporaryFolder folder;
+    std::unique_ptr<Process> server;
+    std::string address;
+    int port = 0;
+};
+
+TEST_F(DevServerProgram, GivesTheFaultsThatWereOrdered) {
+    Start({"--fault", "config:2:500", "--fault", "config:3:500:json", "--fault", "config:4:{}", "--fault",
+           "config:5:empty", "--fault", "config:6:redirect:http://127.0.0.1:1/x", "--fault", "config:7:big", "--fault",
+           "config:8:204", "--fault", "config:9:delay:300", "--fault", "config:10:hostile:no-utf8"});
+    const httplib::Result right = Get(kFetch);
+    EXPECT_EQ(right->status, 200);
+    EXPECT_EQ(right->get_header_value("Content-Type"), "application/json");
+    EXPECT_THAT(right->body, HasSubstr("{\"YarrowUrl\":\"" + address + "/traceids\"}"));
+    EXPECT_EQ(Get(kFetch)->status, 500);
+    const httplib::Result good = Get(kFetch);
+    EXPECT_EQ(good->status, 500);
+    EXPECT_EQ(good->body, right->body);
+    EXPECT_EQ(Get(kFetch)->body, "{}");
+    EXPECT_EQ(Get(kFetch)->body, "");
+    const httplib::Result redirect = Get(kFetch);
+    EXPECT_EQ(redirect->status, 302);
+    EXPECT_EQ(redirect->get_header_value("Location"), "http://127.0.0.1:1/x");
+    EXPECT_EQ(Get(kFetch)->body.size(), 104857600u);
+    EXPECT_EQ(Get(kFetch)->status, 204);
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(Get(kFetch)->body, right->body);
+    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(300));
+    EXPECT_THAT(Get(kFetch)->body, HasSubstr("\xED\xA0\x80"));
+    EXPECT_TRUE(server->WaitForError("config #4, device D1: 200, will keep the old file: \"biz_data\" is missing"));
+    EndInOrder(SIGTERM);
+}
+
+TEST_F(DevServerProgram, HoldsUntilToldAndSeesWhoLeaves) {
+    Start({"--fault", "config:1-2:hold"});
+    auto held = std::async(std::launch::async, [this] { return Get(kFetch); });
+    ASSERT_TRUE(WaitUntilHeld(1));
+    // As curl does: a POST without a word about a body has none.
+    EXPECT_THAT(Exchange("POST /_orvane/release HTTP/1.1\r\nHost: localhost\r\n\r\n"), HasSubstr("{\"released\":1}"));
+    EXPECT_EQ(held.get()->status, 200);
+    const int descriptor = Connect();
+    const std::string request = "GET " + kFetch + " HTTP/1.1\r\nHost: localhost\r\n\r\n";
+    ASSERT_EQ(send(descriptor, request.data(), request.size(), 0), static_cast<ssize_t>(request.size()));
+    ASSERT_TRUE(WaitUntilHeld(1));
+    close(descriptor);
+    EXPECT_TRUE(server->WaitForError("has left without an answer"));
+    EXPECT_EQ(Post("/_orvane/faults", "config:+1:hold")->status, 200);
+    auto last = std::async(std::launch::async, [this] { return Get(kFetch); });
+    ASSERT_TRUE(WaitUntilHeld(1));
+    EndInOrder(SIGINT);  // whoever waits is answered first
+    EXPECT_EQ(last.get()->status, 200);
+    EXPECT_THAT(Journal(), HasSubstr("has left without an answer"));
+}
+
+TEST_F(DevServerProgram, TakesOrdersFromThisMachineAlone) {
+    Start({});
+    const std::string order = "config:*:404";
+    EXPECT_EQ(Post("/_orvane/faults", order, {{"Origin", "http://evil.example"}})->status, 403);
+    EXPECT_EQ(Post("/_orvane/faults", order, {{"Host", "evil.example"}})->status, 403);
+    // An order hidden in the body of a refused request must not be taken for a request of its own.
+    const std::string hidden = "POST /_orvane/faults HTTP/1.1\r\nHost: localhost\r\nContent-Length: 12\r\n\r\n" + order;
+    for (const char* method : {"POST", "GET"})
+        Exchange(method +
+                 std::string(" /_orvane/status HTTP/1.1\r\nHost: localhost\r\nOrigin: null\r\nContent-Length: ") +
+                 std::to_string(hidden.size()) + "\r\n\r\n" + hidden);
+    EXPECT_THAT(Get("/_orvane/status")->body, HasSubstr("\"faults\":[]"));
+    EXPECT_EQ(Post("/_orvane/faults", order, {{"Origin", address}})->status, 200);
+    EXPECT_EQ(Get(kFetch)->status, 404);
+}
+
+TEST_F(DevServerProgram, BearsHostileBytes) {
+    Start({});
+    for (const std::string& bytes :
+         {std::string("\r\n\r\n"), std::string("nonsense\r\n\r\n"), std::string(100000, 'a') + "\r\n\r\n",
+          "GET /" + std::string(9000, 'a') + " HTTP/1.1\r\nHost: a\r\n\r\n",
+          "POST /" + std::string(7000, 'a') + " HTTP/1.1\r\nHost: a\r\nContent-Length: 1\r\n\r\nx",
+          std::string("POST /%0a HTTP/1.1\r\nHost: a\r\nContent-Length: 99999999999\r\n\r\n"),
+          "GET /cfgpush/getConfig?com_params=" + std::string(6000, '[') + " HTTP/1.1\r\nHost: a\r\n\r\n",
+          std::string("GET /cfgpush/getConfig?%00%&&&=&===%zz HTTP/1.1\r\n\x01: \xFF\r\n\r\n")})
+        Exchange(bytes);
+    EXPECT_EQ(Get(kFetch)->status, 200);
+    EXPECT_THAT(Journal(), HasSubstr("is too long for this server"));
+    EXPECT_EQ(server->Error().find('\x01'), std::string::npos);
+    EndInOrder(SIGTERM);
+}
+
+TEST_F(DevServerProgram, SharesNeitherItsPortNorItsFolder) {
+    Start({"--host", "::1"});
+    EXPECT_EQ(Get(kFetch)->status, 200);
+    std::string error;
+    Ending ending;
+    RunToEnd({{ORVANE_DEVSERVER_PROGRAM, "--port", "0", folder / "served"}, {}, ""}, &ending, &error);
+    EXPECT_EQ(ending.exitStatus, 1);
+    EXPECT_THAT(error, HasSubstr("another server has this folder"));
+    RunToEnd({{ORVANE_DEVSERVER_PROGRAM, "--host", "::1", "--port", std::to_string(port), folder / "other"}, {}, ""},
+             &ending, &error);
+    EXPECT_EQ(ending.exitStatus, 1);
+    EXPECT_THAT(error, HasSubstr("port " + std::to_string(port)));
+    RunToEnd({{ORVANE_DEVSERVER_PROGRAM, "/dev/null/folder"}, {}, ""}, &ending, &error);
+    EXPECT_EQ(ending.exitStatus, 1);
+}
+
+TEST_F(DevServerProgram, SaysWhatIsWrongWithItsArguments) {
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{{"--port", "65536"},
+                                                                                       {"--port", "x"},
+                                                                                       {"--port"},
+                                                                                       {"--host", "0.0.0.0"},
+                                                                                       {"--host", "example.com"},
+                                                                                       {"--fault", "config:x:500"},
+                                                                                       {"--nosuch"},
+                                                                                       {"one", "two"},
+                                                                                       {""}}) {
+        std::vector<std::string> command = {ORVANE_DEVSERVER_PROGRAM};
+        command.insert(command.end(), words.begin(), words.end());
+        Ending ending;
+        std::string error;
+        EXPECT_EQ(RunToEnd({command, {}, folder.Path()}, &ending, &error), "");
+        EXPECT_EQ(ending.exitStatus, 2) << words[0];
+        EXPECT_THAT(error, StartsWith("orvane-devserver: "));
+    }
+    EXPECT_THAT(RunToEnd({{ORVANE_DEVSERVER_PROGRAM, "-h"}, {}, ""}), HasSubstr("usage: orvane-devserver"));
+    EXPECT_THAT(RunToEnd({{ORVANE_DEVSERVER_PROGRAM, "--version"}, {}, ""}),
+                testing::MatchesRegex("orvane-devserver [0-9.]+\n"));
+}
+
+}  // namespace
+}  // namespace EndToEnd

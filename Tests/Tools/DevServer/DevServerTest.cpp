@@ -1,0 +1,215 @@
+#include "DevServer/DevServer.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <future>
+
+#include "DevServer/JsonText.h"
+#include "DevServer/PageGuard.h"
+#include "Support/WaitFor.h"
+#include "Tools/DevServer/Requests.h"
+#include "Tools/Log/TemporaryFolder.h"
+
+namespace OrvaneDevServer {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class DevServerTest : public testing::Test {
+protected:
+    DevServer& Start(std::vector<std::string> orders = {}, bool isStrict = false) {
+        ServerOptions options;
+        options.folder = folder / "served";
+        options.isStrict = isStrict;
+        options.now = [] { return kNow; };
+        options.mostWaiting = 2;
+        std::string error;
+        for (const std::string& order : orders)
+            EXPECT_TRUE(ParseFault(order, options.faults.emplace_back(), error)) << error;
+        server = std::make_unique<DevServer>(options);
+        EXPECT_TRUE(server->Open(error)) << error;
+        return *server;
+    }
+    Answer Order(const std::string& method, const std::string& path, const std::string& body = "") {
+        Request request = Get("/_orvane/" + path);
+        request.method = method;
+        request.body = body;
+        return server->Handle(request);
+    }
+    bool WaitUntilHeld(int count) {
+        return OrvaneTest::WaitFor(
+            [&] { return Order("GET", "status").body.find("\"held\":" + std::to_string(count)) != std::string::npos; });
+    }
+    // The journal's lines of that kind.
+    std::vector<Json::Value> Lines(const std::string& kind) const {
+        std::vector<Json::Value> lines;
+        std::ifstream file(folder / "served/journal.jsonl");
+        for (std::string text, error; std::getline(file, text);) {
+            Json::Value line;
+            EXPECT_TRUE(ReadStrictly(text, line, error)) << text;
+            if (line["kind"] == kind) lines.push_back(line);
+        }
+        return lines;
+    }
+
+    const OrvaneLog::TemporaryFolder folder;
+    std::unique_ptr<DevServer> server;
+};
+
+TEST_F(DevServerTest, ServesANewFolderAndKeepsAJournal) {
+    Start();
+    const std::string body = server->Handle(ConfigFetch("D1")).body;
+    EXPECT_THAT(body, HasSubstr("{\"OrvaneCore\":{\"YarrowUrl\":\"http://127.0.0.1:8765/traceids\"}},\"rule_id\":1"));
+    folder.Write("served/devices/D1/Upload.json", R"({"k":"v"})");
+    EXPECT_THAT(server->Handle(ConfigFetch("D1")).body, HasSubstr("\"Upload\":{\"k\":\"v\"}},\"rule_id\":2"));
+    server->Handle(TraceIdFetch());
+    Request broken = ConfigFetch("D2");
+    broken.target += "&x=1";
+    EXPECT_THAT(server->Handle(broken).body, HasSubstr("\"ret\":0"));  // told, and answered all the same
+    EXPECT_THAT(server->Handle(Get("//cfgpush/getConfig?x")).body, HasSubstr("must not end in \"/\""));
+    EXPECT_EQ(server->Handle(Get("/cfgpush/getConfig")).body,
+              "{\"err\":\"the query holds nothing; it must hold "
+              "\\\"com_params\\\", \\\"biz_params\\\", \\\"r\\\", in this order\",\"ret\":1}\n");
+    server->NoteRefused("WHAT", "/x", 400);
+
+    const std::vector<Json::Value> lines = Lines("config");
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(lines[0]["client"], "will replace the file: 1 module, 1 key; takes rule id 1");
+    EXPECT_EQ(lines[1]["client"], "will replace the file: 2 modules, 2 keys; takes rule id 2");
+    EXPECT_EQ(lines[1]["device"], "D1");
+    EXPECT_EQ(lines[1]["number"], 2);
+    EXPECT_EQ(lines[1]["problems"].size(), 0u);
+    EXPECT_EQ(lines[1]["right"]["merged_cfg"]["Upload"]["k"], "v");
+    EXPECT_EQ(lines[1]["com_params"]["gid"], "30045");
+    EXPECT_EQ(lines[2]["problems"].size(), 1u);
+    EXPECT_THAT(lines[3]["client"].asString(), StartsWith("will keep the old file: the server's error 1, \"the query"));
+    EXPECT_EQ(Lines("traceids").at(0)["client"], "will add 30 ids to its stock");
+    EXPECT_EQ(Lines("modules").size(), 2u);
+    EXPECT_EQ(Lines("unknown").at(0)["status"], 404);
+    EXPECT_EQ(Lines("refused").at(0)["target"], "/x");
+
+    ServerOptions options;
+    options.folder = folder / "served";
+    DevServer second(options);
+    std::string error;
+    EXPECT_FALSE(second.Open(error));
+    EXPECT_THAT(error, HasSubstr("another server has this folder"));
+}
+
+TEST_F(DevServerTest, AJournalThatWasCutGoesOnInALineOfItsOwn) {
+    folder.Write("served/modules/A.json", "{}");
+    folder.Write("served/journal.jsonl", "{\"kind\":\"config\"}\n{\"cut");
+    Start().Handle(TraceIdFetch());
+    std::ifstream file(folder / "served/journal.jsonl");
+    std::string first, cut, next;
+    std::getline(std::getline(std::getline(file, first), cut), next);
+    EXPECT_EQ(cut, "{\"cut");
+    EXPECT_THAT(next, HasSubstr("\"kind\":\"modules\""));
+}
+
+TEST_F(DevServerTest, StrictnessRefusesWhatBreaksTheProtocol) {
+    Start({}, true);
+    EXPECT_THAT(server->Handle(ConfigFetch("D1")).body, HasSubstr("\"ret\":0"));
+    Request broken = ConfigFetch("D1");
+    broken.headers.emplace_back("Cookie", "a");
+    EXPECT_THAT(server->Handle(broken).body, HasSubstr("\"ret\":1"));
+    broken = TraceIdFetch();
+    broken.method = "HEAD";
+    EXPECT_THAT(server->Handle(broken).body, HasSubstr("\"retcode\":1"));
+}
+
+TEST_F(DevServerTest, FaultsMeetInOneRequestAndComeWhileItRuns) {
+    Start({"config:1:rule:-3", "config:1:500:json", "traceids:1:ret:9"});
+    const Answer first = server->Handle(ConfigFetch("D1"));
+    EXPECT_EQ(first.status, 500);
+    EXPECT_THAT(first.body, HasSubstr("\"rule_id\":-2"));
+    EXPECT_THAT(server->Handle(TraceIdFetch()).body, HasSubstr("\"retcode\":9"));
+    EXPECT_EQ(Lines("config").at(0)["faults"].size(), 2u);
+    EXPECT_EQ(server->Handle(ConfigFetch("D1")).status, 200);
+    EXPECT_EQ(Order("POST", "faults", "config:+1:rule:41\r\n\nconfig:+2:502\n").status, 200);
+    EXPECT_THAT(server->Handle(ConfigFetch("D1")).body, HasSubstr("\"rule_id\":41"));
+    EXPECT_EQ(Order("POST", "faults", "config:*:404\nnonsense").status, 400);
+    EXPECT_EQ(Order("POST", "faults").status, 400);
+    EXPECT_EQ(server->Handle(ConfigFetch("D1")).status, 502);
+    EXPECT_EQ(Order("POST", "faults", "config:*:404").status, 200);
+    EXPECT_EQ(Order("DELETE", "faults").body, "{\"faults\":[]}\n");
+    EXPECT_EQ(server->Handle(ConfigFetch("D1")).status, 200);
+    EXPECT_EQ(Order("GET", "release").status, 405);
+    EXPECT_EQ(Order("POST", "nosuch").status, 404);
+}
+
+TEST_F(DevServerTest, HoldsARequestAndSeesASecondOneOfTheDevice) {
+    Start({"config:1:hold", "config:4-5:hold"});
+    auto held = std::async(std::launch::async, [this] { return server->Handle(ConfigFetch("D1")); });
+    ASSERT_TRUE(WaitUntilHeld(1));
+    folder.Write("served/modules/Late.json", "{}");
+    server->Handle(ConfigFetch("D2"));
+    server->Handle(ConfigFetch("D1"));
+    EXPECT_EQ(Order("POST", "release").body, "{\"released\":1}\n");
+    EXPECT_THAT(held.get().body, HasSubstr("\"Late\""));  // as it stands when the answer goes
+    EXPECT_EQ(Lines("config").at(0)["problems"].size(), 0u);
+    EXPECT_THAT(Lines("config").at(1)["problems"][0].asString(),
+                StartsWith("another fetch of this device still waits"));
+
+    std::atomic<bool> hasLeft{false};
+    auto left = std::async(std::launch::async, [this, &hasLeft] {
+        Request request = ConfigFetch("D1");
+        request.senderHasLeft = [&hasLeft] { return hasLeft.load(); };
+        return server->Handle(request);
+    });
+    ASSERT_TRUE(WaitUntilHeld(1));
+    hasLeft = true;
+    left.get();
+    EXPECT_THAT(Lines("config").at(3)["client"].asString(), StartsWith("has left without an answer"));
+    auto stopped = std::async(std::launch::async, [this] { return server->Handle(ConfigFetch("D1")); });
+    ASSERT_TRUE(WaitUntilHeld(1));
+    EXPECT_EQ(Lines("config").size(), 4u);
+    server->Stop();
+    stopped.get();
+    EXPECT_EQ(Lines("config").at(4)["problems"].size(), 0u);  // the client had given the one before up
+}
+
+TEST_F(DevServerTest, LetsNoWebPageOrderAnything) {
+    struct Case {
+        std::vector<Header> headers;
+        int control, config;  // the statuses
+    };
+    for (const Case& c : std::vector<Case>{
+             {{{"Host", "127.0.0.1:1"}}, 200, 200},
+             {{{"Host", "localhost"}}, 200, 200},
+             {{{"Host", "[::1]:8765"}}, 200, 200},
+             {{{"Host", "127.0.0.1:1"}, {"Origin", "http://127.0.0.1:1"}, {"Sec-Fetch-Site", "same-origin"}}, 200, 200},
+             {{{"Host", "127.0.0.1:1"}, {"Origin", "http://127.0.0.1:2"}}, 403, 403},
+             {{{"Host", "127.0.0.1:1"}, {"origin", "null"}}, 403, 403},
+             {{{"Host", "127.0.0.1:1"}, {"Sec-Fetch-Site", "cross-site"}}, 403, 403},
+             {{{"Host", "evil.example"}, {"Origin", "http://evil.example"}}, 403, 200},  // a name that leads here
+             {{{"Host", "127.0.0.1.evil.example"}}, 403, 200},
+             {{{"Host", "localhost:x"}}, 403, 200},
+             {{{"Host", "128.0.0.1"}}, 403, 200},
+             {{{"Host", "127.0.0.1"}, {"Host", "evil.example"}}, 403, 200},
+             {{}, 403, 200},
+         }) {
+        server.reset();
+        Start();
+        Request order = Get("/_orvane/faults");
+        order.method = "POST";
+        order.body = "config:*:500:json";
+        order.headers = c.headers;
+        const std::string name = c.headers.empty() ? "none" : c.headers.back().second;
+        EXPECT_EQ(server->Handle(order).status, c.control) << name;
+        Request look = Get("/_orvane/status");
+        look.headers = c.headers;
+        EXPECT_EQ(server->Handle(look).status, c.control) << name;
+        if (c.control == 200) Order("DELETE", "faults");
+        Request fetch = ConfigFetch("D1");
+        fetch.headers = c.headers;
+        EXPECT_EQ(server->Handle(fetch).status, c.config) << name;
+        EXPECT_THAT(Order("GET", "status").body, HasSubstr(c.config == 200 ? "\"config\":1" : "\"config\":0")) << name;
+    }
+}
+
+}  // namespace
+}  // namespace OrvaneDevServer

@@ -1,0 +1,116 @@
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "DevServer/JsonText.h"
+#include "DevServer/ModuleFolder.h"
+#include "DevServer/RuleId.h"
+#include "Tools/Log/TemporaryFolder.h"
+
+namespace OrvaneDevServer {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class DevServerModules : public testing::Test {
+protected:
+    std::string For(const std::string& device) { return WriteCompact(modules.For(device)); }
+
+    const OrvaneLog::TemporaryFolder folder;
+    ModuleFolder modules{folder.Path()};
+};
+
+TEST_F(DevServerModules, AreMergedKeyByKeyForADevice) {
+    folder.Write("modules/A.json", R"({"x":1,"y":"all"})");
+    folder.Write("modules/B.json", R"({"z":2})");
+    folder.Write("devices/D1/A.json", R"({"y":"one"})");
+    folder.Write("devices/D1/C.json", R"({"own":1})");
+    folder.Write("devices/D10/A.json", R"({"y":"ten"})");
+    modules.Refresh();
+    EXPECT_EQ(For("D2"), "{\"A\":{\"x\":1,\"y\":\"all\"},\"B\":{\"z\":2}}\n");
+    EXPECT_EQ(For("D1"), "{\"A\":{\"x\":1,\"y\":\"one\"},\"B\":{\"z\":2},\"C\":{\"own\":1}}\n");
+    for (const char* hostile : {"", ".", "..", "../devices/D1", "D1/", "D1/../D1", "/"})
+        EXPECT_EQ(For(hostile), For("D2")) << hostile;
+    EXPECT_EQ(WriteCompact(modules.All()["devices"]["D10"]), "{\"A\":{\"y\":\"ten\"}}\n");
+}
+
+TEST_F(DevServerModules, FollowEveryEdit) {
+    EXPECT_THAT(modules.Refresh(), IsEmpty());
+    for (char value = '0'; value <= '9'; ++value) {  // of one length, and as fast as can be
+        folder.Write("modules/A.json", std::string("{\"x\":") + value + "}");
+        EXPECT_THAT(modules.Refresh(), ElementsAre("modules/A.json is taken, 1 key"));
+        EXPECT_EQ(For(""), std::string("{\"A\":{\"x\":") + value + "}}\n");
+    }
+    EXPECT_THAT(modules.Refresh(), IsEmpty());
+    folder.Write("modules/A.json", R"({"x":)");  // in the middle of an edit
+    EXPECT_THAT(modules.Refresh(), ElementsAre(HasSubstr("its last good content stays")));
+    EXPECT_THAT(modules.Refresh(), IsEmpty());
+    EXPECT_EQ(For(""), "{\"A\":{\"x\":9}}\n");
+    std::filesystem::remove(folder / "modules/A.json");
+    EXPECT_THAT(modules.Refresh(), ElementsAre("modules/A.json is gone"));
+    EXPECT_EQ(For(""), "{}\n");
+}
+
+TEST_F(DevServerModules, BearHostileFiles) {
+    const std::pair<const char*, std::string> kFiles[] = {
+        {"empty", ""},
+        {"array", "[1]"},
+        {"deep", std::string(200000, '[')},
+        {"doubled", R"({"a":1,"a":2})"},
+        {"behind", "{} {}"},
+        {"comment", "{} // x"},
+        {"nul", std::string("\0", 1)},
+        {"huge", "{\"a\":\"" + std::string(kMostModuleBytes, 'x') + "\"}"},
+    };
+    for (const auto& [name, content] : kFiles)
+        folder.Write(std::string("modules/") + name + ".json", content);
+    mkfifo((folder / "modules/pipe.json").c_str(), 0600);  // reading it would wait for a writer
+    std::filesystem::create_directory(folder / "modules/folder.json");
+    std::filesystem::create_symlink("/nowhere", folder / "modules/link.json");
+    folder.Write("modules/.hidden.json", "{\"a\":1}");
+    folder.Write("modules/note.txt", "{\"a\":1}");
+    const std::vector<std::string> notes = modules.Refresh();
+    EXPECT_EQ(notes.size(), std::size(kFiles) + 3);
+    EXPECT_THAT(notes, testing::Each(HasSubstr(" is left out: ")));
+    EXPECT_EQ(For(""), "{}\n");
+
+    folder.Write("modules/odd.json", "{\"b\":true,\"s\":\"\xFF\",\"r\":1.5,\"i\":1}");
+    const std::vector<std::string> odd = modules.Refresh();
+    EXPECT_THAT(odd, ElementsAre("modules/odd.json is taken, 4 keys",
+                                 HasSubstr("the client will drop \"b\", a boolean; it keeps strings and integers"),
+                                 HasSubstr("the client will drop \"r\", a real number")));
+    Json::Value sent;
+    std::string error;
+    EXPECT_TRUE(ReadStrictly(For(""), sent, error)) << error;
+    EXPECT_EQ(sent["odd"]["b"], Json::Value(true));  // sent as it stands
+}
+
+TEST_F(DevServerModules, TheRuleIdRisesWithEachChangeAndAcrossStarts) {
+    const std::string path = folder / "rule_id.json";
+    Json::Value served;
+    std::string problem;
+    {
+        RuleId ruleId(path);
+        EXPECT_EQ(ruleId.Of(served, problem), 1);
+        EXPECT_EQ(ruleId.Of(served, problem), 1);
+        served["A"]["x"] = 1;
+        EXPECT_EQ(ruleId.Of(served, problem), 2);
+    }
+    EXPECT_EQ(RuleId(path).Of(served, problem), 2);
+    served["A"]["x"] = 2;  // edited while the server was down
+    EXPECT_EQ(RuleId(path).Of(served, problem), 3);
+    EXPECT_EQ(problem, "");
+    for (const char* damaged : {"", "[]", R"({"rule_id":-5})", R"({"rule_id":1e99})", "{"}) {
+        folder.Write("rule_id.json", damaged);
+        EXPECT_EQ(RuleId(path).Of(served, problem), 1) << damaged;
+    }
+    EXPECT_EQ(RuleId(folder / "nowhere/rule_id.json").Of(served, problem), 1);
+    EXPECT_THAT(problem, HasSubstr("the rule id cannot be kept"));
+}
+
+}  // namespace
+}  // namespace OrvaneDevServer
