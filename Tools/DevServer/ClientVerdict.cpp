@@ -64,12 +64,17 @@ void TakeModules(const Json::Value& merged, Taken& taken, std::string& refusal) 
     }
 }
 
+// Why there is no object in the text; empty if there is.
+std::string ReadObject(const std::string& text, Json::Value& object) {
+    if (text.empty()) return "the answer is empty";
+    if (!ReadAsTheClient(text, object)) return "the answer is no JSON";
+    return object.isObject() ? "" : std::string("the answer is ") + KindOf(object) + ", not an object";
+}
+
 // Why the client refuses the text; empty if it takes it.
 std::string ReadConfig(const std::string& text, Taken& taken) {
     Json::Value answer;
-    if (text.empty()) return "the answer is empty";
-    if (!ReadAsTheClient(text, answer)) return "the answer is no JSON";
-    if (!answer.isObject()) return std::string("the answer is ") + KindOf(answer) + ", not an object";
+    if (std::string why = ReadObject(text, answer); !why.empty()) return why;
     std::string refusal, message;
     const int32_t code = ReadInt(answer, "ret", refusal);
     ReadText(answer, "err", message, refusal);
@@ -103,9 +108,7 @@ std::string WithStatus(const Answer& answer, const std::string& verdict) {
 
 std::string ReadStock(const std::string& text, size_t& count) {
     Json::Value answer;
-    if (text.empty()) return "the answer is empty";
-    if (!ReadAsTheClient(text, answer)) return "the answer is no JSON";
-    if (!answer.isObject()) return std::string("the answer is ") + KindOf(answer) + ", not an object";
+    if (std::string why = ReadObject(text, answer); !why.empty()) return why;
     for (const char* name : {"retcode", "retmsg", "result"})
         if (!answer.isMember(name)) return std::string("\"") + name + "\" is missing";
     std::string refusal, message;

@@ -20,7 +20,7 @@ Answer Reply(int status, const Json::Value& value) {
     return answer;
 }
 
-Answer Refuse(int status, const std::string& why) {
+Answer ReplyWhy(int status, const std::string& why) {
     Json::Value value(Json::objectValue);
     value["error"] = why;
     return Reply(status, value);
@@ -39,7 +39,7 @@ Answer DevServer::HandleControl(Exchange& exchange) {
     exchange.kind = "control";
     if (const std::string refusal = ControlRefusal(exchange.request); !refusal.empty()) {
         exchange.problems.push_back("refused: " + refusal);
-        const Answer answer = Refuse(403, refusal);
+        const Answer answer = ReplyWhy(403, refusal);
         Note(exchange, answer, "");
         return answer;
     }
@@ -66,9 +66,9 @@ Answer DevServer::Control(const Request& request, const std::string& path) {
     } else if (path == "release" && isPost) {
         value["released"] = static_cast<Json::UInt64>(_gate.Release());
     } else if (path == "status" || path == "faults" || path == "release") {
-        return Refuse(405, "not by " + request.method);
+        return ReplyWhy(405, "not by " + request.method);
     } else {
-        return Refuse(404, "there are \"status\", \"faults\" and \"release\"");
+        return ReplyWhy(404, "there are \"status\", \"faults\" and \"release\"");
     }
     return Reply(200, value);
 }
@@ -80,9 +80,9 @@ Answer DevServer::OrderFaults(const std::string& orders) {
     for (std::string line, error; std::getline(lines, line);) {
         if (line.ends_with('\r')) line.pop_back();
         if (line.empty()) continue;
-        if (!ParseFault(line, faults.emplace_back(), error)) return Refuse(400, error);
+        if (!ParseFault(line, faults.emplace_back(), error)) return ReplyWhy(400, error);
     }
-    if (faults.empty()) return Refuse(400, "the body holds no order");
+    if (faults.empty()) return ReplyWhy(400, "the body holds no order");
     for (Fault& fault : faults) {
         const uint64_t served = fault.protocol == Protocol::kConfig ? _configRequests : _traceIdRequests;
         _faults.Add(std::move(fault), served);

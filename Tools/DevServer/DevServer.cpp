@@ -91,22 +91,20 @@ Answer DevServer::HandleUnknown(Exchange& exchange) {
         problem += ": the address that the client was given must not end in \"/\"";
     else if (path.ends_with(kConfigPath))
         problem += ": the address that the client was given must have no path";
-    exchange.problems.push_back(problem);
-    Answer answer;
-    answer.status = 404;
-    answer.contentType = "text/plain";
-    answer.body = problem + "\n";
-    Note(exchange, answer, "");
-    return answer;
+    return Refuse(exchange, 404, problem);
 }
 
 Answer DevServer::HandlePage(Exchange& exchange, const std::string& refusal) {
     exchange.kind = "page";
-    exchange.problems.push_back("refused, and not counted: " + refusal);
+    return Refuse(exchange, 403, "refused, and not counted: " + refusal);
+}
+
+Answer DevServer::Refuse(Exchange& exchange, int status, const std::string& problem) {
+    exchange.problems.push_back(problem);
     Answer answer;
-    answer.status = 403;
+    answer.status = status;
     answer.contentType = "text/plain";
-    answer.body = refusal + "\n";
+    answer.body = problem + "\n";
     Note(exchange, answer, "");
     return answer;
 }

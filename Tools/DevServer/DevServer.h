@@ -72,6 +72,7 @@ private:
     Answer HandleTraceIds(Exchange& exchange);
     Answer HandleUnknown(Exchange& exchange);
     Answer HandlePage(Exchange& exchange, const std::string& refusal);
+    Answer Refuse(Exchange& exchange, int status, const std::string& problem);
     Answer HandleControl(Exchange& exchange);
     Answer Control(const Request& request, const std::string& path);
     Answer OrderFaults(const std::string& orders);
