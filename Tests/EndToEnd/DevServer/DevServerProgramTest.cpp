@@ -7,10 +7,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <future>
 #include <memory>
-#include <sstream>
 
 #include "Support/Process.h"
 #include "Support/WaitFor.h"
@@ -46,29 +44,15 @@ protected:
         httplib::Client client(address);
         return client.Post(target, headers, body, "text/plain");
     }
-    bool WaitUntilHeld(int count) {
-        return OrvaneTest::WaitFor([&] {
-            return Get("/_orvane/status")->body.find("\"held\":" + std::to_string(count)) != std::string::npos;
-        });
+    bool WaitUntilOneIsHeld() {
+        return OrvaneTest::WaitFor(
+            [&] { return Get("/_orvane/status")->body.find("\"held\":1") != std::string::npos; });
     }
-    std::string Journal() const {
-        std::ostringstream text;
-        text << std::ifstream(folder / "served/journal.jsonl").rdbuf();
-        return text.str();
-    }
-    // A connection of which every byte is ours.
-    int Connect() const {
-        const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_in to{};
-        to.sin_family = AF_INET;
-        to.sin_port = htons(static_cast<uint16_t>(port));
-        to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        EXPECT_EQ(connect(descriptor, reinterpret_cast<sockaddr*>(&to), sizeof to), 0);
-        return descriptor;
-    }
-    // All that comes back.
+    // All that comes back on a connection of which every byte is ours.
     std::string Exchange(const std::string& bytes) const {
-        const int descriptor = Connect();
+        const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in to{AF_INET, htons(static_cast<uint16_t>(port)), {htonl(INADDR_LOOPBACK)}, {}};
+        EXPECT_EQ(connect(descriptor, reinterpret_cast<sockaddr*>(&to), sizeof to), 0);
         EXPECT_EQ(send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
         shutdown(descriptor, SHUT_WR);
         std::string all;
@@ -90,9 +74,11 @@ protected:
 };
 
 TEST_F(DevServerProgram, GivesTheFaultsThatWereOrdered) {
-    Start({"--fault", "config:2:500", "--fault", "config:3:500:json", "--fault", "config:4:{}", "--fault",
-           "config:5:empty", "--fault", "config:6:redirect:http://127.0.0.1:1/x", "--fault", "config:7:big", "--fault",
-           "config:8:204", "--fault", "config:9:delay:300", "--fault", "config:10:hostile:no-utf8"});
+    std::vector<std::string> options;
+    for (const char* order : {"2:500", "3:500:json", "4:{}", "5:empty", "6:redirect:http://127.0.0.1:1/x", "7:big",
+                              "8:204", "9:delay:300", "10:hostile:no-utf8"})
+        options.insert(options.end(), {"--fault", std::string("config:") + order});
+    Start(options);
     const httplib::Result right = Get(kFetch);
     EXPECT_THAT(right->body, HasSubstr("{\"YarrowUrl\":\"" + address + "/traceids\"}"));
     EXPECT_EQ(Get(kFetch)->status, 500);
@@ -113,29 +99,25 @@ TEST_F(DevServerProgram, GivesTheFaultsThatWereOrdered) {
 TEST_F(DevServerProgram, HoldsUntilToldAndSeesWhoLeaves) {
     Start({"--fault", "config:1-2:hold"});
     auto held = std::async(std::launch::async, [this] { return Get(kFetch); });
-    ASSERT_TRUE(WaitUntilHeld(1));
+    ASSERT_TRUE(WaitUntilOneIsHeld());
     // As curl does: a POST without a word about a body has none.
     EXPECT_THAT(Exchange("POST /_orvane/release HTTP/1.1\r\nHost: localhost\r\n\r\n"), HasSubstr("{\"released\":1}"));
     EXPECT_EQ(held.get()->status, 200);
-    const int descriptor = Connect();
-    const std::string request = "GET " + kFetch + " HTTP/1.1\r\nHost: localhost\r\n\r\n";
-    ASSERT_EQ(send(descriptor, request.data(), request.size(), 0), static_cast<ssize_t>(request.size()));
-    ASSERT_TRUE(WaitUntilHeld(1));
-    close(descriptor);
+    httplib::Client impatient(address);
+    impatient.set_read_timeout(0, 100000);
+    EXPECT_FALSE(impatient.Get(kFetch));
     EXPECT_TRUE(server->WaitForError("has left without an answer"));
     EXPECT_EQ(Post("/_orvane/faults", "config:+1:hold")->status, 200);
     auto last = std::async(std::launch::async, [this] { return Get(kFetch); });
-    ASSERT_TRUE(WaitUntilHeld(1));
+    ASSERT_TRUE(WaitUntilOneIsHeld());
     EndInOrder(SIGINT);  // whoever waits is answered first
     EXPECT_EQ(last.get()->status, 200);
-    EXPECT_THAT(Journal(), HasSubstr("has left without an answer"));
 }
 
 TEST_F(DevServerProgram, TakesOrdersFromThisMachineAlone) {
     Start({});
     const std::string order = "config:*:404";
     EXPECT_EQ(Post("/_orvane/faults", order, {{"Origin", "http://evil.example"}})->status, 403);
-    EXPECT_EQ(Post("/_orvane/faults", order, {{"Host", "evil.example"}})->status, 403);
     // An order hidden in the body of a refused request must not be taken for a request of its own.
     const std::string hidden = "POST /_orvane/faults HTTP/1.1\r\nHost: localhost\r\nContent-Length: 12\r\n\r\n" + order;
     for (const char* method : {"POST", "GET"})
@@ -158,7 +140,7 @@ TEST_F(DevServerProgram, BearsHostileBytes) {
           std::string("GET /cfgpush/getConfig?%00%&&&=&===%zz HTTP/1.1\r\n\x01: \xFF\r\n\r\n")})
         Exchange(bytes);
     EXPECT_EQ(Get(kFetch)->status, 200);
-    EXPECT_THAT(Journal(), HasSubstr("is too long for this server"));
+    EXPECT_TRUE(server->WaitForError("is too long for this server"));
     EXPECT_EQ(server->Error().find('\x01'), std::string::npos);
     EndInOrder(SIGTERM);
 }
@@ -180,21 +162,12 @@ TEST_F(DevServerProgram, SharesNeitherItsPortNorItsFolder) {
 }
 
 TEST_F(DevServerProgram, SaysWhatIsWrongWithItsArguments) {
-    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{{"--port", "65536"},
-                                                                                       {"--port", "x"},
-                                                                                       {"--port"},
-                                                                                       {"--host", "0.0.0.0"},
-                                                                                       {"--host", "example.com"},
-                                                                                       {"--fault", "config:x:500"},
-                                                                                       {"--nosuch"},
-                                                                                       {"one", "two"},
-                                                                                       {""}}) {
-        std::vector<std::string> command = {ORVANE_DEVSERVER_PROGRAM};
-        command.insert(command.end(), words.begin(), words.end());
+    for (const char* word : {"--port=65536", "--port=x", "--port", "--host=0.0.0.0", "--host=example.com",
+                             "--fault=config:x:500", "--nosuch", ""}) {
         Ending ending;
         std::string error;
-        EXPECT_EQ(RunToEnd({command, {}, folder.Path()}, &ending, &error), "");
-        EXPECT_EQ(ending.exitStatus, 2) << words[0];
+        EXPECT_EQ(RunToEnd({{ORVANE_DEVSERVER_PROGRAM, word}, {}, folder.Path()}, &ending, &error), "");
+        EXPECT_EQ(ending.exitStatus, 2) << word;
         EXPECT_THAT(error, StartsWith("orvane-devserver: "));
     }
     EXPECT_THAT(RunToEnd({{ORVANE_DEVSERVER_PROGRAM, "-h"}, {}, ""}), HasSubstr("usage: orvane-devserver"));

@@ -39,7 +39,6 @@ TEST_F(DevServerModules, AreMergedKeyByKeyForADevice) {
 }
 
 TEST_F(DevServerModules, FollowEveryEdit) {
-    EXPECT_THAT(modules.Refresh(), IsEmpty());
     for (char value = '0'; value <= '9'; ++value) {  // of one length, and as fast as can be
         folder.Write("modules/A.json", std::string("{\"x\":") + value + "}");
         EXPECT_THAT(modules.Refresh(), ElementsAre("modules/A.json is taken, 1 key"));
@@ -56,18 +55,11 @@ TEST_F(DevServerModules, FollowEveryEdit) {
 }
 
 TEST_F(DevServerModules, BearHostileFiles) {
-    const std::pair<const char*, std::string> kFiles[] = {
-        {"empty", ""},
-        {"array", "[1]"},
-        {"deep", std::string(200000, '[')},
-        {"doubled", R"({"a":1,"a":2})"},
-        {"behind", "{} {}"},
-        {"comment", "{} // x"},
-        {"nul", std::string("\0", 1)},
-        {"huge", "{\"a\":\"" + std::string(kMostModuleBytes, 'x') + "\"}"},
-    };
-    for (const auto& [name, content] : kFiles)
-        folder.Write(std::string("modules/") + name + ".json", content);
+    const std::string kFiles[] = {
+        "",      "[1]",     std::string(200000, '['), R"({"a":1,"a":2})",
+        "{} {}", "{} // x", std::string("\0", 1),     "{\"a\":\"" + std::string(kMostModuleBytes, 'x') + "\"}"};
+    for (size_t i = 0; i < std::size(kFiles); ++i)
+        folder.Write("modules/" + std::to_string(i) + ".json", kFiles[i]);
     mkfifo((folder / "modules/pipe.json").c_str(), 0600);  // reading it would wait for a writer
     std::filesystem::create_directory(folder / "modules/folder.json");
     std::filesystem::create_symlink("/nowhere", folder / "modules/link.json");
