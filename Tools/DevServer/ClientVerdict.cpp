@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "DevServer/JsonText.h"
+#include "DevServer/TraceIds.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -106,7 +107,8 @@ std::string WithStatus(const Answer& answer, const std::string& verdict) {
     return verdict + " (the status " + std::to_string(answer.status) + " is not looked at)";
 }
 
-std::string ReadStock(const std::string& text, size_t& count) {
+// Why the client refuses the text; empty if it takes it. `odd` is the first of the ids that no server issues.
+std::string ReadStock(const std::string& text, size_t& count, std::string& odd) {
     Json::Value answer;
     if (std::string why = ReadObject(text, answer); !why.empty()) return why;
     for (const char* name : {"retcode", "retmsg", "result"})
@@ -126,8 +128,10 @@ std::string ReadStock(const std::string& text, size_t& count) {
     if (!ids.isArray()) return std::string("\"traceids\" is ") + KindOf(ids);
     if (ids.size() != static_cast<Json::ArrayIndex>(stated))
         return "\"count\" is " + std::to_string(stated) + ", and there are " + Counted(ids.size(), "id");
-    for (const Json::Value& id : ids)
+    for (const Json::Value& id : ids) {
         if (!id.isConvertibleTo(Json::stringValue)) return std::string("one of the ids is ") + KindOf(id);
+        if (odd.empty() && !IsIssuedTraceId(id.asString())) odd = "\"" + id.asString() + "\"";
+    }
     count = ids.size();
     return "";
 }
@@ -156,14 +160,15 @@ std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId) {
 std::string TraceIdVerdict(const Answer& answer) {
     if (const std::string* address = Redirect(answer)) return "will ask " + *address + " instead";
     size_t count = 0;
-    std::string refusal;
+    std::string refusal, odd;
     try {
-        refusal = ReadStock(TextOf(answer), count);
+        refusal = ReadStock(TextOf(answer), count, odd);
     } catch (const std::exception& problem) {
         refusal = problem.what();
     }
-    return WithStatus(answer,
-                      refusal.empty() ? "will add " + Counted(count, "id") + " to its stock" : kKeepsStock + refusal);
+    if (!refusal.empty()) return WithStatus(answer, kKeepsStock + refusal);
+    if (!odd.empty()) odd = "; it takes " + odd + " too, which is no id that a server issues";
+    return WithStatus(answer, "will add " + Counted(count, "id") + " to its stock" + odd);
 }
 
 }  // namespace OrvaneDevServer

@@ -133,7 +133,8 @@ TEST(DevServerClientVerdict, ForeseesWhatBecomesOfAConfiguration) {
 
 TEST(DevServerClientVerdict, ForeseesWhatBecomesOfTraceIds) {
     const std::pair<const char*, const char*> kBodies[] = {
-        {R"("retcode":0,"retmsg":"","result":{"count":2,"traceids":["a","b"]})", "add 2 ids to its stock"},
+        {R"("retcode":0,"retmsg":"","result":{"count":2,"traceids":["a-b","b"]})",
+         "add 2 ids to its stock; it takes \"a-b\" too"},
         {R"("retcode":0,"result":{})", "keep its stock: \"retmsg\" is missing"},
         {R"("retcode":7,"retmsg":"no","result":{})", "keep its stock: the server's error 7, \"no\""},
         {R"("retcode":0,"retmsg":"","result":{"count":1})", "keep its stock: \"count\" or \"traceids\" is missing"},
