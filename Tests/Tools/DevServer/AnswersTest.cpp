@@ -68,12 +68,9 @@ TEST(DevServerFault, RefusesWhatIsNoOrder) {
 }
 
 TEST(DevServerFault, SpoilsTheAnswer) {
-    EXPECT_THAT(Spoilt("config:1:503").body, HasSubstr("<h1>503</h1>"));
-    EXPECT_EQ(Spoilt("config:1:500:json").body, "{\"ret\":0}\n");
     EXPECT_EQ(Spoilt("config:1:204:json").body, "");
     EXPECT_EQ(Spoilt("config:1:ret:-7").body, "{\"err\":\"ordered fault\",\"ret\":-7}\n");
     EXPECT_THAT(Spoilt("traceids:1:ret:7").body, HasSubstr("\"retcode\":7"));
-    EXPECT_THAT(Spoilt("config:1:redirect:http://a:1/b").headers, ElementsAre(Header("Location", "http://a:1/b")));
     EXPECT_THAT(Spoilt("config:1:redirect").headers, ElementsAre(Header("Location", "/path?query")));
     EXPECT_EQ(Spoilt("config:1:hostile:merged-null").body, FindHostile(Protocol::kConfig, "merged-null")->text);
     EXPECT_NE(Spoilt("config:*:hostile", 1).body, Spoilt("config:*:hostile", 2).body);
@@ -86,7 +83,6 @@ TEST(DevServerFault, SpoilsTheAnswer) {
         std::string error;
         EXPECT_TRUE(ReadStrictly(big.body + std::string(big.fillerLength, 'x') + big.tail, value, error)) << error;
     }
-    EXPECT_EQ(Parsed("config:1:big").number, 104857600);
 }
 
 std::string VerdictOn(const std::string& body, int32_t& highest, int status = 200) {
