@@ -130,7 +130,7 @@ std::string ReadStock(const std::string& text, size_t& count, std::string& odd) 
         return "\"count\" is " + std::to_string(stated) + ", and there are " + Counted(ids.size(), "id");
     for (const Json::Value& id : ids) {
         if (!id.isConvertibleTo(Json::stringValue)) return std::string("one of the ids is ") + KindOf(id);
-        if (odd.empty() && !IsIssuedTraceId(id.asString())) odd = "\"" + id.asString() + "\"";
+        if (odd.empty() && !IsIssuedTraceId(id.asString())) odd = std::string("\"").append(id.asString()).append("\"");
     }
     count = ids.size();
     return "";
