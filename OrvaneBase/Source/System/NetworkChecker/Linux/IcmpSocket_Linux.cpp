@@ -23,6 +23,7 @@ namespace {
 constexpr size_t kLargestPacket = 65535;
 // For 255 replies at once, each of which takes the kernel a few hundred bytes more than it holds.
 constexpr int kReceiveBuffer = 1 << 20;
+constexpr int kPassedOver = 256;
 
 bool SetOption(int socket, int level, int name, int value) {
     return setsockopt(socket, level, name, &value, sizeof value) == 0;
@@ -157,10 +158,11 @@ public:
     int Descriptor() const override { return _socket; }
 
     bool IsReadable() override {
-        while (_packet.empty() && _error == 0) {
+        // What is for others is passed over, but not for ever: the caller has a deadline.
+        for (int i = 0; i < kPassedOver && _packet.empty() && _error == 0; ++i) {
             if (!TakeUp()) return false;
         }
-        return true;
+        return !_packet.empty() || _error != 0;
     }
 
 protected:
