@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "DevServer/JsonText.h"
-#include "Storage/File/WholeFile.h"
+#include "Storage/File/FileReplacement.h"
 
 namespace OrvaneDevServer {
 
@@ -29,7 +29,9 @@ int32_t RuleId::Of(const Json::Value& served, std::string& problem) {
     Json::Value kept(Json::objectValue);
     kept["rule_id"] = _ruleId;
     kept["served"] = served;
-    if (!Quern::ReplaceFile(_path, WriteCompact(kept), 0644))
+    const std::string text = WriteCompact(kept);
+    Quern::FileReplacement file(_path);
+    if (!file.Prepare(text) || !file.PutInPlace())
         problem = "the rule id cannot be kept, and falls back at the next start: " + _path + ": " + strerror(errno);
     return _ruleId;
 }
