@@ -4,6 +4,7 @@
 #include "Support/Container.h"
 #include "Support/NetworkNamespace.h"
 #include "Support/Process.h"
+#include "Support/WaitFor.h"
 
 namespace EndToEnd {
 namespace {
@@ -26,9 +27,14 @@ TEST(NetworkTest, AGameHearsOfItsNetwork) {
     ASSERT_TRUE(host.WaitForError("network 1, detail 4, carrier 0 ''")) << host.Error();
     ASSERT_TRUE(host.WaitForError("network 1, detail 7, carrier 2 '46000'")) << host.Error();
     ASSERT_TRUE(host.WaitForError("no such modem: GPRS")) << host.Error();
-    host.Send("background\nforeground\ndestroy\nnetwork\n");
+    host.Send("background\nforeground\ndestroy\nmodem NR 460 01\nnetwork\n");
+    ASSERT_TRUE(host.WaitForError("network 1, detail 8, carrier 3 '46001'")) << host.Error();
     ASSERT_TRUE(RunIp("link delete wwan0\nlink delete wlan0\n"));
-    ASSERT_TRUE(host.WaitForError("network changed to 0\n")) << host.Error();
+    EXPECT_TRUE(OrvaneTest::WaitFor([&] {
+        const std::string said = host.Error();
+        return said.rfind("network changed to 0") > said.find("network changed to 1");
+    })) << "the network was made anew, and its observer hears: "
+        << host.Error();
     host.Send("release\nnetwork\nquit\n");
     EXPECT_EQ(host.Wait().exitStatus, 0) << host.Error();
     EXPECT_TRUE(host.Error().find("network changed to 0") < host.Error().find("network changed to 1"));
