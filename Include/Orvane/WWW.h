@@ -20,6 +20,14 @@ inline Quern::DataTask* gs_OrvaneRequest(const char* url) {
     return static_cast<Quern::DataTask*>(orvane_class_perform(orvane_class_lookup("OrvaneWWW"), "request:", arguments));
 }
 
+/// Whether a task would take the address: it follows RFC 3986 and is not empty. One of another scheme, or without a
+/// host, is taken too, and ends as kWWWErrorUnsupportedURL.
+/// \return false for null and without the library
+inline bool gs_OrvaneIsRequestUrl(const char* url) {
+    void* arguments[] = {const_cast<char*>(url)};
+    return orvane_class_perform(orvane_class_lookup("OrvaneWWW"), "isRequestUrl:", arguments) != nullptr;
+}
+
 /// Makes a task that downloads to a file. Nothing is sent before its Resume.
 /// \param url copied; null gives null
 /// \param localPath where the file is to lie; copied; null gives null

@@ -1,5 +1,7 @@
 #include "System/WWW/Task/WWWClass.h"
 
+#include <cstdint>
+
 #include "Base/RunTimeClass.h"
 #include "Orvane/WWW.h"
 #include "System/WWW/Task/UrlResponseImpl.h"
@@ -18,6 +20,11 @@ const char* Text(void* argument) {
 void* Request(orvane_object*, const char*, void* const* arguments) {
     DataTask* const task = WWW::Request(Text(arguments[0]));
     return task;
+}
+
+void* IsRequestUrl(orvane_object*, const char*, void* const* arguments) {
+    const char* const url = Text(arguments[0]);
+    return reinterpret_cast<void*>(uintptr_t(url && *url && ParseUrlReference(url)));
 }
 
 void* DownloadFile(orvane_object*, const char*, void* const* arguments) {
@@ -69,6 +76,7 @@ void RegisterWWWClass() {
     WWWTaskBase::MakeLiveSet();
     RegisterRunTimeClass("OrvaneWWW", {},
                          {{"request:", Request},
+                          {"isRequestUrl:", IsRequestUrl},
                           {"downloadFile:localPath:", DownloadFile},
                           {"destroyDataTask:", DestroyDataTask},
                           {"destroyDownloadFileTask:", DestroyDownloadFileTask},

@@ -1,0 +1,15 @@
+#include "Net/CheckerReply.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace OrvaneNet {
+
+std::string WhyNoIcmp(const std::string& command) {
+    const int error = gs_OrvaneCheckIcmp(false);
+    if (error == 0) return {};
+    if (error == EACCES || error == EPERM) return command + " needs net.ipv4.ping_group_range or CAP_NET_RAW";
+    return command + " gets no ICMP socket: " + strerror(error);
+}
+
+}  // namespace OrvaneNet

@@ -1,0 +1,52 @@
+// The replies of the library's network checker, which come to plain functions.
+#ifndef ORVANE_TOOLS_NET_CHECKER_REPLY_H
+#define ORVANE_TOOLS_NET_CHECKER_REPLY_H
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include "Orvane/NetworkReports.h"
+
+namespace OrvaneNet {
+
+template <typename Report>
+using TakeReport = std::function<void(const Report& report)>;
+
+// Who takes the report of which request.
+template <typename Report>
+std::map<int, TakeReport<Report>>& Expected() {
+    static std::map<int, TakeReport<Report>> expected;
+    return expected;
+}
+
+// Remembers who takes the report; the number is the request's id.
+template <typename Report>
+int Expect(TakeReport<Report> take) {
+    static int lastId = 0;
+    Expected<Report>()[++lastId] = std::move(take);
+    return lastId;
+}
+
+// A callback for the checker: hands the report to who expects it. Main thread.
+template <typename Report, typename Result, bool (*ReportOf)(const Result&, Report&)>
+void OnResult(Result& result) {
+    Report report;
+    if (!ReportOf(result, report)) return;
+    const auto found = Expected<Report>().find(report.requestId);
+    if (found == Expected<Report>().end()) return;
+    const TakeReport<Report> take = found->second;
+    Expected<Report>().erase(found);
+    take(report);
+}
+inline constexpr auto OnPing = OnResult<Quern::PingReport, Quern::PingResult, gs_OrvanePingReport>;
+inline constexpr auto OnTraceRoute =
+    OnResult<Quern::TraceRouteReport, Quern::TraceRouteResult, gs_OrvaneTraceRouteReport>;
+inline constexpr auto OnNSLookup = OnResult<Quern::NSLookupReport, Quern::NSLookupResult, gs_OrvaneNSLookupReport>;
+
+// Why this process may use no ICMP, in words that begin with `command`; empty if it may.
+std::string WhyNoIcmp(const std::string& command);
+
+}  // namespace OrvaneNet
+
+#endif

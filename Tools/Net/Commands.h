@@ -1,0 +1,20 @@
+// The commands, each in a file of its own. A command runs on the main thread and gives the exit status.
+#ifndef ORVANE_TOOLS_NET_COMMANDS_H
+#define ORVANE_TOOLS_NET_COMMANDS_H
+
+#include "Net/Arguments.h"
+
+namespace OrvaneNet {
+
+int RunState(const Arguments& arguments);
+int RunWatch(const Arguments& arguments);  // state --watch
+int RunPing(const Arguments& arguments);
+int RunTraceroute(const Arguments& arguments);
+int RunLookup(const Arguments& arguments);
+int RunRequest(const Arguments& arguments);  // get and post
+int RunDownload(const Arguments& arguments);
+int RunDiagnose(const Arguments& arguments);
+
+}  // namespace OrvaneNet
+
+#endif

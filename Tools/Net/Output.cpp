@@ -1,0 +1,55 @@
+#include "Net/Output.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace OrvaneNet {
+namespace {
+
+int g_errorDescriptor = STDERR_FILENO;
+
+void WriteError(const std::string& text) {
+    size_t done = 0;
+    while (done < text.size()) {
+        const ssize_t written = write(g_errorDescriptor, text.data() + done, text.size() - done);
+        if (written <= 0) return;
+        done += static_cast<size_t>(written);
+    }
+}
+
+}  // namespace
+
+void HideLibraryLines() {
+    const int kept = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (kept >= 0 && nowhere >= 0 && dup2(nowhere, STDERR_FILENO) >= 0) g_errorDescriptor = kept;
+    if (nowhere >= 0) close(nowhere);
+}
+
+void Say(const std::string& text) {
+    WriteError("orvane-net: " + text + "\n");
+}
+
+void Draw(const std::string& text) {
+    WriteError(text);
+}
+
+bool CanDraw() {
+    return isatty(g_errorDescriptor) == 1;
+}
+
+void Print(std::string_view text) {
+    fwrite(text.data(), 1, text.size(), stdout);
+    if (!text.ends_with('\n')) putchar('\n');
+    fflush(stdout);
+}
+
+void PrintJson(const Json::Value& value, bool isCompact) {
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = isCompact ? "" : "  ";
+    Print(Json::writeString(builder, value));
+}
+
+}  // namespace OrvaneNet
