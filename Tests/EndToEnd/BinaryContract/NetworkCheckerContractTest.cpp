@@ -9,7 +9,8 @@
 
 #include "Orvane/RunTime.h"
 
-namespace {
+// In a namespace with a name: of a class that no other unit can know, the compiler sees that nothing implements it.
+namespace NetworkCheckerContract {
 
 struct Record;  // opaque
 
@@ -19,6 +20,13 @@ struct Checker {  // no destructor in its table
     virtual void Second(const char* host, int id, void (*heard)(Record&), unsigned char hops) = 0;
     virtual void Third(const char* host, int id, void (*heard)(Record&)) = 0;
 };
+
+}  // namespace NetworkCheckerContract
+
+namespace {
+
+using NetworkCheckerContract::Checker;
+using NetworkCheckerContract::Record;
 
 std::string g_bytes;
 

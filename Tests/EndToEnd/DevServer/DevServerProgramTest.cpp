@@ -54,7 +54,6 @@ protected:
         sockaddr_in to{AF_INET, htons(static_cast<uint16_t>(port)), {htonl(INADDR_LOOPBACK)}, {}};
         EXPECT_EQ(connect(descriptor, reinterpret_cast<sockaddr*>(&to), sizeof to), 0);
         EXPECT_EQ(send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
-        shutdown(descriptor, SHUT_WR);
         std::string all;
         char part[4096];
         for (ssize_t count; (count = recv(descriptor, part, sizeof part, 0)) > 0;)
