@@ -10,6 +10,7 @@
 #include <atomic>
 #include <memory>
 
+#include "Base/Linux/CryptoAtExit.h"
 #include "Base/Linux/MachineId.h"
 #include "Base/XLog.h"
 #include "Serializer/Codec/EllipticCurve.h"
@@ -32,6 +33,7 @@ uint8_t* Bytes(std::string& text) {
 }
 
 bool DeriveKey(std::string secret, std::string salt, std::array<uint8_t, 32>& key) {
+    KeepCryptoAtExit();
     const std::unique_ptr<EVP_KDF, void (*)(EVP_KDF*)> kdf(EVP_KDF_fetch(nullptr, "HKDF", nullptr), EVP_KDF_free);
     const std::unique_ptr<EVP_KDF_CTX, void (*)(EVP_KDF_CTX*)> context(EVP_KDF_CTX_new(kdf.get()), EVP_KDF_CTX_free);
     char digest[] = "SHA256";

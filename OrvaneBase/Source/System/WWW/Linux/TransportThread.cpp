@@ -10,13 +10,16 @@
 #include <thread>
 #include <utility>
 
+#include "Base/Linux/CryptoAtExit.h"
 #include "Base/XLog.h"
 #include "System/Thread/ThreadName.h"
 
 namespace Quern {
 namespace {
 
-constexpr int kLongestWaitAtExit = 50;  // milliseconds
+// In milliseconds. As a rule the transport stands still at once; only the first TLS connection, which reads all the
+// certificates, and libraries that are just being loaded take longer.
+constexpr int kLongestWaitAtExit = 1000;
 
 // Those that stand still at the process's end. Never destroyed.
 struct Registry {
@@ -75,6 +78,7 @@ std::string TransportThread::Start() {
 
 void TransportThread::Run() {
     set_thread_name("UrlTransport");
+    KeepCryptoAtExit();
     const std::unique_ptr<Transport> transport = OpenTransport(_options);
     StandStillAtExit();
     {
