@@ -49,7 +49,7 @@ public:
     /// The result's host is empty, and its numbers are: 0; packets asked for; replies; the times of all replies
     /// together; the shortest; the mean; the longest. Times are whole milliseconds. Without any reply the total is
     /// `timeOut` times 1000 and the other times are 0. If the name is not resolved within `timeOut` + 1 seconds, or the
-    /// system does not allow it, all of them are 0.
+    /// system does not allow it, all but the first are 0, and that one is the host where it reads as a number.
     ///
     /// A null argument, or one of 0 among the last two, is logged, and no callback comes.
     /// \param timeOut in seconds, 1 to 255

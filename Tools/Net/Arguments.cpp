@@ -47,15 +47,16 @@ const option kOptions[] = {
 };
 
 struct Command {
-    size_t words;           // that it takes
+    size_t words;  // that it takes
+    bool takesHost;
     std::set<int> options;  // beside --json, --verbose and --deadline, which all take
 };
 
 const std::map<std::string, Command> kCommands = {
-    {"state", {0, {kWatch}}},         {"ping", {1, {kCount, kTimeOut}}},
-    {"traceroute", {1, {kMaxTtl}}},   {"lookup", {1, {}}},
-    {"get", {1, {kHeader, kOutput}}}, {"post", {1, {kHeader, kData, kDataFile, kOutput}}},
-    {"download", {2, {kPauseAt}}},    {"diagnose", {1, {kCount, kTimeOut, kMaxTtl, kUrl}}},
+    {"state", {0, false, {kWatch}}},         {"ping", {1, true, {kCount, kTimeOut}}},
+    {"traceroute", {1, true, {kMaxTtl}}},    {"lookup", {1, true, {}}},
+    {"get", {1, false, {kHeader, kOutput}}}, {"post", {1, false, {kHeader, kData, kDataFile, kOutput}}},
+    {"download", {2, false, {kPauseAt}}},    {"diagnose", {1, true, {kCount, kTimeOut, kMaxTtl, kUrl}}},
 };
 
 const char* NameOf(int code) {
@@ -158,7 +159,11 @@ bool TakeWords(std::vector<std::string> words, const std::set<int>& given, Argum
         error = out.command + ": an empty word behind the command";
         return false;
     }
-    return true;
+    if (!command->second.takesHost) return true;
+    // A name has 253 characters at most. The library separates the fields of its results by "#".
+    if (out.words[0].size() <= 253 && out.words[0].find('#') == std::string::npos) return true;
+    error = out.command + ": no host's name or address";
+    return false;
 }
 
 }  // namespace
@@ -199,14 +204,15 @@ Options
   --output FILE         where get and post put the body
   --url URL             what diagnose asks for (default: http://HOST/)
   --pause-at BYTES      pauses a download there and goes on, to show it
-  --deadline S          gives up after so many seconds (default: 120; traceroute 330; download none)
+  --deadline S          gives up after so many seconds (default: as long as what was asked may take; 120 for a lookup and
+                        a request; none for a download and state --watch)
   --json                one JSON object; for state --watch one a line
   --verbose             the library's own log lines too, on standard error
   --version, -h, --help
   --                    what follows is no option
 
 Exit status
-  0  done
+  0  done; of a traceroute: at least one hop answered
   1  the host, the name or the server does not answer, or answers with an error
   2  wrong use, a file that cannot be read or written, or a system that does not allow this process any ICMP
 )";

@@ -9,8 +9,16 @@
 namespace OrvaneNet {
 namespace {
 
-constexpr int kDefaultDeadline = 120;     // seconds
-constexpr int kTracerouteDeadline = 330;  // 30 silent hops are 270, and a name 30
+constexpr int kDefaultDeadline = 120;  // seconds
+
+// A name may take 30 seconds, a silent hop nine.
+int TracerouteDeadline(const Arguments& arguments) {
+    return 60 + 9 * arguments.maxTtl;
+}
+
+int PingDeadline(const Arguments& arguments) {
+    return 30 + arguments.timeOut;
+}
 
 Deadline DeadlineOf(const Arguments& arguments, int own) {
     return InSeconds(arguments.deadline > 0 ? arguments.deadline : own);
@@ -25,7 +33,14 @@ int RunOne(const Arguments& arguments, std::unique_ptr<Inquiry> inquiry, int own
     Inquiry* asked = inquiry.release();
     asked->Start();
     if (!RunUntil([asked] { return asked->IsDone(); }, DeadlineOf(arguments, ownDeadline))) {
-        Say(arguments.command + ": " + GaveUp(arguments, ownDeadline));
+        const std::string why = GaveUp(arguments, ownDeadline);
+        if (arguments.json) {
+            Json::Value object;
+            object["error"] = why;
+            PrintJson(object);
+        } else {
+            Say(arguments.command + ": " + why);
+        }
         return kNoAnswer;
     }
     if (arguments.json)
@@ -44,11 +59,11 @@ int RunState(const Arguments& arguments) {
 }
 
 int RunPing(const Arguments& arguments) {
-    return RunOne(arguments, AskPing(arguments, arguments.words[0]));
+    return RunOne(arguments, AskPing(arguments, arguments.words[0]), PingDeadline(arguments));
 }
 
 int RunTraceroute(const Arguments& arguments) {
-    return RunOne(arguments, AskTraceroute(arguments, arguments.words[0]), kTracerouteDeadline);
+    return RunOne(arguments, AskTraceroute(arguments, arguments.words[0]), TracerouteDeadline(arguments));
 }
 
 int RunLookup(const Arguments& arguments) {
@@ -58,6 +73,9 @@ int RunLookup(const Arguments& arguments) {
 // All are asked at once: the report takes as long as the slowest.
 int RunDiagnose(const Arguments& arguments) {
     const std::string& host = arguments.words[0];
+    const bool isIPv6 = host.find(':') != std::string::npos;
+    const std::string url = "http://" + (isIPv6 ? "[" + host + "]" : host) + "/";
+    const int deadline = std::max(TracerouteDeadline(arguments), PingDeadline(arguments));
     struct Section {
         const char* name;
         Inquiry* inquiry;  // left to the process's end, as in RunOne
@@ -67,7 +85,7 @@ int RunDiagnose(const Arguments& arguments) {
         {"lookup", AskLookup(host).release()},
         {"ping", AskPing(arguments, host).release()},
         {"traceroute", AskTraceroute(arguments, host).release()},
-        {"get", AskUrl(arguments.url.empty() ? "http://" + host + "/" : arguments.url).release()},
+        {"get", AskUrl(arguments.url.empty() ? url : arguments.url).release()},
     };
     for (const Section& section : sections)
         section.inquiry->Start();
@@ -76,7 +94,7 @@ int RunDiagnose(const Arguments& arguments) {
             if (!section.inquiry->IsDone()) return false;
         return true;
     };
-    RunUntil(allDone, DeadlineOf(arguments, kTracerouteDeadline));
+    RunUntil(allDone, DeadlineOf(arguments, deadline));
 
     Json::Value report(Json::objectValue);
     std::string text;
@@ -84,7 +102,7 @@ int RunDiagnose(const Arguments& arguments) {
     for (const Section& section : sections) {
         const bool isDone = section.inquiry->IsDone();
         status = std::max<int>(status, isDone ? section.inquiry->Status() : kNoAnswer);
-        const std::string gaveUp = isDone ? "" : GaveUp(arguments, kTracerouteDeadline);
+        const std::string gaveUp = isDone ? "" : GaveUp(arguments, deadline);
         if (isDone) {
             report[section.name] = section.inquiry->Json();
         } else {

@@ -7,7 +7,7 @@
 namespace OrvaneNet {
 namespace {
 
-constexpr char kNotIPv4[] = "0.0.0.0";  // what an IPv6 address reads as
+constexpr char kNotIPv4[] = "0.0.0.0";  // what an IPv6 address reads as; of IPv4 it is no host's
 
 class LookupInquiry final : public Inquiry {
 public:
@@ -29,7 +29,7 @@ public:
         out["addresses"] = Json::Value(Json::arrayValue);
         for (const std::string& address : _addresses)
             if (address != kNotIPv4) out["addresses"].append(address);
-        out["ipv6_addresses"] = CountOfIPv6();
+        out["addresses_not_shown"] = CountOfIPv6();
         return out;
     }
 
@@ -39,8 +39,8 @@ public:
         for (const std::string& address : _addresses)
             if (address != kNotIPv4) text += PrintableText(address) + "\n";
         if (const int count = CountOfIPv6())
-            text += std::to_string(count) + (count == 1 ? " IPv6 address" : " IPv6 addresses") +
-                    ", which the library's lookup does not show";
+            text += std::to_string(count) + (count == 1 ? " address" : " addresses") +
+                    " of IPv6 (or 0.0.0.0 itself), which the library's lookup does not show";
         return text;
     }
 

@@ -1,14 +1,14 @@
 // get and post: one request held in memory.
 #include <atomic>
-#include <fstream>
-#include <iostream>
-#include <iterator>
+#include <cstdio>
 
 #include "Net/Commands.h"
 #include "Net/Loop.h"
 #include "Net/Output.h"
 #include "Net/WWWError.h"
 #include "Orvane/WWW.h"
+#include "Storage/File/FileReplacement.h"
+#include "Storage/File/WholeFile.h"
 
 namespace OrvaneNet {
 namespace {
@@ -36,19 +36,18 @@ bool ReadBody(const Arguments& arguments, std::string& body) {
         body = arguments.body;
         return true;
     }
-    if (arguments.bodyFile == "-") {
-        body.assign(std::istreambuf_iterator<char>(std::cin), {});
-        return true;
-    }
-    std::ifstream file(arguments.bodyFile, std::ios::binary);
-    body.assign(std::istreambuf_iterator<char>(file), {});
-    return file.good() || file.eof();
+    FILE* const file = arguments.bodyFile == "-" ? stdin : fopen(arguments.bodyFile.c_str(), "rb");
+    if (!file) return false;
+    bool error = false;
+    body = Quern::ReadToEnd(file, &error);
+    if (file != stdin) fclose(file);
+    return !error;
 }
 
+// What lay there stays until the new content is whole; a device or a pipe is written to as it is.
 bool WriteBody(const std::string& path, const std::string& body) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(body.data(), static_cast<std::streamsize>(body.size()));
-    return file.flush().good();
+    Quern::FileReplacement file(path);
+    return file.Prepare(body) && file.PutInPlace();
 }
 
 void PrintAnswer(const Arguments& arguments, const Answer& answer) {

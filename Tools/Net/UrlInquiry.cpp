@@ -60,7 +60,7 @@ public:
 
     ExitStatus Status() const override {
         if (_isRefused) return kWrongUse;
-        return _measured.error == 0 ? kDone : kNoAnswer;
+        return _measured.error == 0 && _measured.status < 400 ? kDone : kNoAnswer;
     }
 
 private:

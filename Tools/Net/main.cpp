@@ -1,11 +1,12 @@
 // orvane-net: how the library sees the network. See Arguments.cpp for its manual.
+#include <dlfcn.h>
+
 #include <cstdio>
 #include <map>
 
 #include "Net/Arguments.h"
 #include "Net/Commands.h"
 #include "Net/Output.h"
-#include "Orvane/OrvaneCore.h"
 
 namespace OrvaneNet {
 namespace {
@@ -27,10 +28,14 @@ int Main(int count, char** words) {
         return kDone;
     }
     if (arguments.version) {
-        Print(std::string("orvane-net ") + orvanecore_get_version());
+        Print("orvane-net " ORVANE_VERSION);
         return kDone;
     }
     if (!arguments.verbose) HideLibraryLines();
+    if (!dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {
+        Say(dlerror());
+        return kWrongUse;
+    }
     return kRun.at(arguments.command)(arguments);
 }
 
@@ -39,7 +44,7 @@ int Main(int count, char** words) {
 
 int main(int count, char** words) {
     const int status = OrvaneNet::Main(count, words);
-    if (fflush(stdout) == 0) return status;
+    if (fflush(stdout) == 0 && !ferror(stdout)) return status;
     OrvaneNet::Say("standard output cannot be written");
     return OrvaneNet::kWrongUse;
 }

@@ -126,6 +126,11 @@ TEST(NetworkPath, AMuteNameServerHoldsNothingUp) {
         {
             if (!NetworkPath::Enter()) exit(kNoRight);
             OrvaneTest::MuteNameServer();
+            std::vector<NameResolver::Lookup> hung;  // more than there are threads for lookups
+            NameResolver::Answer failure;
+            for (int i = 0; i < 20; ++i)
+                hung.push_back(NameResolver::Current().Start(
+                    "name.invalid", [](const NameResolver::Answer&) {}, failure));
             INetworkChecker* const checker = INetworkChecker::GetInstance();
             checker->NSLookup("name.invalid", 1, nullptr);
             checker->TraceRoute("name.invalid", 1, OnTraceRoute, 3);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "System/NetworkChecker/ResultText.h"
 #include "System/NetworkChecker/WorkerPool.h"
 #include "System/Thread/Mutex.h"
 
@@ -27,6 +28,10 @@ public:
     // checker's Notify operations.
     template <typename Callback>
     void Notify(void (ANetworkChecker::*notify)(char*, Callback), std::unique_ptr<char[]> text, Callback callback) {
+        if (!callback) {
+            NotifyUnwanted(notify, text.get());
+            return;
+        }
         const CCritical guard(&_mutex);
         if (_checker) (_checker->*notify)(text.release(), callback);
     }
@@ -40,6 +45,17 @@ public:
     CMutex _mutex{true};
 
 private:
+    // Without a callback the checker only says so: outside the lock, since a log callback may be anything.
+    template <typename Callback>
+    void NotifyUnwanted(void (ANetworkChecker::*notify)(char*, Callback), const char* text) {
+        ANetworkChecker* checker;
+        {
+            const CCritical guard(&_mutex);
+            checker = _checker;
+        }
+        if (checker) (checker->*notify)(LeaveBehind(text), nullptr);
+    }
+
     ANetworkChecker* _checker ORVANE_GUARDED_BY(_mutex);
     std::vector<std::shared_ptr<PingDelegate>> _pingDelegates ORVANE_GUARDED_BY(_mutex);  // alive while they run
 };

@@ -79,4 +79,11 @@ std::unique_ptr<char[]> HeapText(const std::string& text) {
     return copy;
 }
 
+char* LeaveBehind(const char* text) {
+    const size_t size = strlen(text) + 1;
+    char* copy = new char[size];
+    memcpy(copy, text, size);
+    return copy;
+}
+
 }  // namespace Quern

@@ -1,11 +1,14 @@
 // The outcome of a diagnostic as one text of fields, each ended by "#": what the engines hand to the main thread, where
 // it is split by position. The fields and where they slip are relied on by readers of the results.
 //
-//   ping        <id># # <host>(<address>)# <asked># <replies># <total># <least># <average># <most># <0, or 1: no
-//   reply># traceroute  <id># <host># <count># then for each hop <address># <value># and at the end <0, or 1: not
-//   reached># lookup      <id># <host># <address># ... <0, or 1: none>#
+// clang-format off
+//   ping        <id># # <host>(<address>)# <asked># <replies># <total># <least># <average># <most># <flag>#
+//   traceroute  <id># <host># <count># and for each hop <address># <value># and behind the last <flag>#
+//   lookup      <id># <host># and for each address <address># and behind the last <flag>#
 //
-// (without the blanks). A "#" in the host shifts what follows it.
+// (without the blanks). The flag is 0, or 1 if no reply came, the host was not reached, there is no address. A "#" in the
+// host shifts what follows it.
+// clang-format on
 #ifndef ORVANE_SYSTEM_NETWORK_CHECKER_RESULT_TEXT_H
 #define ORVANE_SYSTEM_NETWORK_CHECKER_RESULT_TEXT_H
 
@@ -34,6 +37,8 @@ std::string NSLookupText(int requestId, const char* host, const std::vector<std:
 
 // A copy with its terminator, as the checker's Notify operations take it over.
 std::unique_ptr<char[]> HeapText(const std::string& text);
+// The same for a result that nobody wants: Notify leaves that text where it is, for good.
+char* LeaveBehind(const char* text);
 
 }  // namespace Quern
 

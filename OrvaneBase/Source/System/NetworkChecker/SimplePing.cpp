@@ -208,9 +208,12 @@ void OrvaneCoreSimplePing::stop() {
         stopHere();
         return;
     }
-    // The socket belongs to the loop's thread. If its loop has ended, that thread has stopped the engine itself.
+    // The socket belongs to the loop's thread. If its loop has ended, that thread has stopped the engine itself, and
+    // what is posted waits for good: it must not hold the engine, which holds the loop.
     _isStopping.store(true, std::memory_order_release);
-    _loop->Post([self = shared_from_this()] { self->stopHere(); });
+    _loop->Post([engine = weak_from_this()] {
+        if (const auto self = engine.lock()) self->stopHere();
+    });
 }
 
 void OrvaneCoreSimplePing::stopHere() {

@@ -13,8 +13,10 @@ namespace {
 // How many lookups are under way at a time. One that no name server answers keeps its thread for ten seconds and more.
 constexpr size_t kThreads = 16;
 
-NameResolver::Answer LookUp(const std::string& host) {
+// `flags` are those of getaddrinfo.
+NameResolver::Answer LookUp(const std::string& host, int flags) {
     addrinfo hints{};
+    hints.ai_flags = flags;
     hints.ai_family = AF_UNSPEC;
     hints.ai_socktype = SOCK_DGRAM;  // one type, so that each address comes once
     addrinfo* list = nullptr;
@@ -41,8 +43,14 @@ class SystemNameResolver final : public NameResolver {
 public:
     Lookup Start(const std::string& host, Done done, Answer& failure) override {
         auto lookup = std::make_shared<int>();
+        // An address needs no server, and so no thread that one may hold up.
+        const Answer literal = LookUp(host, AI_NUMERICHOST);
+        if (literal.errorDomain == 0) {
+            done(literal);
+            return lookup;
+        }
         const bool isPushed = _pool.Push([host, done = std::move(done), wanted = std::weak_ptr<int>(lookup)] {
-            if (!wanted.expired()) done(LookUp(host));
+            if (!wanted.expired()) done(LookUp(host, 0));
         });
         if (isPushed) return lookup;
         failure.errorDomain = kErrorDomainNetDB;
