@@ -26,14 +26,19 @@ static void local_time(time_t seconds, struct tm* out) {
     *out = cached;
 }
 
-// Waits for a console that takes no more at the moment, since whoever shares it made it non-blocking. One that nobody
-// reads any more must not stop the game for good.
+// Whether the console was waited for in vain: until it takes something again, lines that find no room are dropped,
+// since one that nobody reads must not hold the game up a second a line.
+static int g_is_stuck;
+
+// Waits for a console that takes no more at the moment, since whoever shares it made it non-blocking.
 static int wait_writable(void) {
     struct pollfd console = {STDERR_FILENO, POLLOUT, 0};
+    const int patience = __atomic_load_n(&g_is_stuck, __ATOMIC_RELAXED) ? 0 : kPatienceMilliseconds;
     int ready;
     do {
-        ready = poll(&console, 1, kPatienceMilliseconds);
+        ready = poll(&console, 1, patience);
     } while (ready < 0 && errno == EINTR);
+    __atomic_store_n(&g_is_stuck, ready <= 0, __ATOMIC_RELAXED);
     return ready > 0;
 }
 

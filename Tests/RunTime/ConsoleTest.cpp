@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <string>
 #include <thread>
 
@@ -61,6 +62,24 @@ TEST(Console, AShortWriteGoesOn) {
         EXPECT_EQ(std::count(got.begin(), got.end(), 'y'), 300000);
         EXPECT_EQ(got.back(), '\n');
     }
+}
+
+// Nobody reads: one wait for all, not one a line.
+TEST(Console, WaitsForAStuckConsoleOnce) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+    while (write(ends[1], "x", 1) == 1)
+        continue;
+    const int saved = dup(STDERR_FILENO);
+    dup2(ends[1], STDERR_FILENO);
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < 20; ++i)
+        orvane_console_write("text", 4);
+    const auto took = std::chrono::steady_clock::now() - begin;
+    dup2(saved, STDERR_FILENO);
+    for (const int descriptor : {ends[0], ends[1], saved})
+        close(descriptor);
+    EXPECT_LT(took, std::chrono::seconds(5));
 }
 
 }  // namespace

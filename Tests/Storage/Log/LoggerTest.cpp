@@ -11,12 +11,14 @@
 #include <regex>
 #include <thread>
 
+#include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/PluginManager.h"
 #include "Storage/Log/GameLog.h"
 #include "Storage/Log/LoggerFixture.h"
 #include "Storage/Log/SDKLog.h"
 #include "Storage/Log/StageLog.h"
+#include "Support/FakeInfoDictionary.h"
 
 namespace Quern {
 namespace {
@@ -290,6 +292,23 @@ TEST_F(LoggerTest, ThresholdsMayBeSetFromTheFirstMomentOnAnyThread) {
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(service->GetLoggerCollection()->size(), static_cast<size_t>(kNames));
+}
+
+// The look-up of the game's id logs that the manifest has no section for it.
+TEST(GameLog, ACoreCallbackMayHandLinesOnToIt) {
+    OrvaneTest::CacheFolder();
+    const OrvaneTest::FakeInfoDictionary manifest;
+    OrvaneLogInit();
+    OrvaneCore_SetQuernLogLevel(kLogDebug);
+    static int handedOn = 0;
+    OrvaneCore_SetQuernLogCallback([](ALogPriority level, const char* line) {
+        ++handedOn;
+        orvane_log_logx(level, line, __FILE__, __LINE__, __func__, nullptr);
+    });
+    orvane_log_set_loglevel(kLogError);
+    OrvaneCore_SetQuernLogCallback(nullptr);
+    EXPECT_GT(handedOn, 0);
+    EXPECT_EQ(orvane_log_get_loglevel(), kLogError);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "Support/NetworkPath.h"
 #include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
+#include "System/NetworkChecker/NameResolver.h"
 #include "System/NetworkChecker/ANetworkChecker.h"
 
 namespace Quern {

@@ -1,22 +1,39 @@
 #include "Storage/Log/GameLog.h"
 
+#include <atomic>
+#include <memory>
+
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Bundle/GameId.h"
 #include "Storage/Log/Logger.h"
-#include "System/Thread/Mutex.h"
 
 namespace Quern {
+namespace {
 
+std::atomic<Logger*> g_gameLog{nullptr};
+
+// The look-up logs that a manifest has no such section, and a log callback may hand that line on to the game's own
+// logger: there is no id then.
+const char* GameIdUnlessLookedFor() {
+    static thread_local bool isLooking = false;
+    if (isLooking) return "";
+    isLooking = true;
+    const char* const id = GameId();
+    isLooking = false;
+    return id;
+}
+
+}  // namespace
+
+// Without a lock, for the same reason: of two that make it one installs its logger, and the other takes that.
 Orvane::ILogger* GetOrvaneGameLog() {
-    static CMutex* mutex = new CMutex(false);  // never destroyed: reached from any thread until the process ends
-    static Logger* gameLog = nullptr;
-    const CCritical guard(mutex);
-    if (!gameLog) {
-        const char* gameId = GameId();
-        gameLog = new Logger(gameId);
-        Orvane::Configure::GetInstance()->AddObserver(gameId, gameLog);
-    }
-    return gameLog;
+    if (Logger* gameLog = g_gameLog.load(std::memory_order_acquire)) return gameLog;
+    const char* const gameId = GameIdUnlessLookedFor();
+    auto made = std::make_unique<Logger>(gameId);
+    Logger* winner = nullptr;
+    if (!g_gameLog.compare_exchange_strong(winner, made.get(), std::memory_order_acq_rel)) return winner;
+    Orvane::Configure::GetInstance()->AddObserver(gameId, made.get());
+    return made.release();
 }
 
 }  // namespace Quern

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Base/MakeOnce.h"
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
@@ -21,12 +22,7 @@ Plugin::LoggerCollection CopyOfCollection() {
 std::atomic<OrvaneSDKLog*> OrvaneSDKLog::s_pInstance{nullptr};
 
 OrvaneSDKLog* OrvaneSDKLog::GetInstance() {
-    if (OrvaneSDKLog* instance = s_pInstance.load(std::memory_order_acquire)) return instance;
-    auto* made = new OrvaneSDKLog;
-    OrvaneSDKLog* winner = nullptr;
-    if (s_pInstance.compare_exchange_strong(winner, made, std::memory_order_acq_rel)) return made;
-    delete made;
-    return winner;
+    return Quern::MakeOnce(s_pInstance, [] { return new OrvaneSDKLog; });
 }
 
 void OrvaneSDKLog::ReleaseInstance() {

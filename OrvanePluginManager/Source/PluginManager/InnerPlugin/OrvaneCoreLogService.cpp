@@ -1,6 +1,7 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 
 #include "Base/Configure/Configure.h"
+#include "Base/MakeOnce.h"
 #include "Storage/Log/Logger.h"
 
 namespace Orvane::Plugin {
@@ -8,12 +9,7 @@ namespace Orvane::Plugin {
 std::atomic<OrvaneCoreLogSerivce*> OrvaneCoreLogSerivce::s_pInstance{nullptr};
 
 OrvaneCoreLogSerivce* OrvaneCoreLogSerivce::GetInstance() {
-    if (OrvaneCoreLogSerivce* instance = s_pInstance.load(std::memory_order_acquire)) return instance;
-    auto* made = new OrvaneCoreLogSerivce;
-    OrvaneCoreLogSerivce* winner = nullptr;
-    if (s_pInstance.compare_exchange_strong(winner, made, std::memory_order_acq_rel)) return made;
-    delete made;
-    return winner;
+    return Quern::MakeOnce(s_pInstance, [] { return new OrvaneCoreLogSerivce; });
 }
 
 void OrvaneCoreLogSerivce::ReleaseInstance() {
