@@ -7,8 +7,8 @@
 #include "Support/NetworkPath.h"
 #include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
-#include "System/NetworkChecker/NameResolver.h"
 #include "System/NetworkChecker/ANetworkChecker.h"
+#include "System/NetworkChecker/NameResolver.h"
 
 namespace Quern {
 namespace {
