@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 #include <pthread.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,6 +22,23 @@
 #include "Support/FakeKeychain.h"
 #include "Support/OwnMounts.h"
 #include "Support/TestContainer.h"
+
+namespace {
+
+std::function<void(const std::string&)> onDisk;  // told what the disk is asked for, before it is done
+
+}  // namespace
+
+// In the place of those of the C library, for the whole program.
+int fsync(int descriptor) {
+    if (onDisk) onDisk("sync");
+    return static_cast<int>(syscall(SYS_fsync, descriptor));
+}
+
+int renameat(int from, const char* name, int to, const char* newName) noexcept {
+    if (onDisk) onDisk("rename");
+    return static_cast<int>(syscall(SYS_renameat2, from, name, to, newName, 0));
+}
 
 namespace Quern {
 namespace {
@@ -246,6 +265,19 @@ TEST_F(EncryptedIniFileTest, ASaveCutShortBehindItsKeyIsFinishedByTheNextLoadOrS
     ASSERT_TRUE(file->Load());
     file->Save();
     EXPECT_THAT(OrvaneTest::FilesIn(CacheFolder()), ElementsAre("store.config"));
+}
+
+TEST_F(EncryptedIniFileTest, ASaveSyncsThenMovesTheKeyThenTheNameAndLooksAgain) {
+    const auto file = Open();
+    onDisk = [this](const std::string& what) {
+        keychain->calls.push_back(what);
+        if (what == "rename") StoredKey() = "of one who went past";
+    };
+    file->Save();
+    onDisk = nullptr;
+    EXPECT_THAT(keychain->calls, ElementsAre("sync", "delete store.config", "add store.config", "rename",
+                                             "delete store.config", "add store.config"));
+    EXPECT_TRUE(file->Load());
 }
 
 TEST_F(EncryptedIniFileTest, NoRoomForASaveMovesNoKey) {

@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <linux/capability.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,6 +66,11 @@ TEST_F(FileReplacementTest, KeepsWhatTheFileIsAndLeavesNothingBeside) {
     fs::create_directory(next);  // then it has another name
     EXPECT_TRUE(Replace(path, "three"));
     EXPECT_EQ(ReadFile(path), "three");
+    const std::string longName = folder + "/" + std::string(250, 'n');  // whose new file's would be too long
+    FileReplacement inPlace(longName);
+    WriteFile(longName, "another's");
+    EXPECT_FALSE(inPlace.Prepare("x"));
+    EXPECT_EQ(ReadFile(longName), "another's");
     EXPECT_FALSE(Replace("", "x") || Replace(folder, "x") || Replace(folder + "/missing/file", "x"));
 }
 
@@ -78,6 +85,10 @@ TEST_F(FileReplacementTest, TakesOverNobodysFileAndHasItsOwnerBeforeItsFirstByte
     EXPECT_EQ(ReadFile(path), "new");
     close(others);
     if (chown(path.c_str(), 12345, 12345) != 0) GTEST_SKIP() << "only root may give a file away";
+    WriteFile(next, "its owner's");
+    chmod(next.c_str(), 0600);
+    ASSERT_EQ(chown(next.c_str(), 12345, 12345), 0);
+    EXPECT_EQ(FileReplacement(path).LeftOver(), "its owner's");
 
     FileReplacement file(path);
     fs::rename(folder, folder + ".gone");  // where the path leads from now on is not what was looked at
@@ -89,6 +100,24 @@ TEST_F(FileReplacementTest, TakesOverNobodysFileAndHasItsOwnerBeforeItsFirstByte
     EXPECT_EQ(StateOf(folder + ".gone/file").st_uid, 12345u);
     EXPECT_EQ(StateOf(path).st_uid, 0u);
     EXPECT_EQ(ReadFile(path), "root's own");
+}
+
+TEST_F(FileReplacementTest, TheNewFileOfAFileThatItsOwnerMayNotWriteIsNoForeignOne) {
+    ASSERT_TRUE(Replace(path, "old"));
+    chmod(path.c_str(), 0444);
+    const auto save = [this](bool isFinish) {
+        __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+        __user_cap_data_struct none[2]{};
+        syscall(SYS_capset, &header, none);  // root, too, is like anyone else
+        WriteFile(next, "left over");
+        chmod(next.c_str(), 0444);
+        FileReplacement file(path);
+        _exit(isFinish ? file.Lock() && file.PutLeftOverInPlace() : file.Prepare("new") && file.PutInPlace());
+    };
+    EXPECT_EXIT(save(false), testing::ExitedWithCode(1), "");
+    EXPECT_EQ(ReadFile(path), "new");
+    EXPECT_EXIT(save(true), testing::ExitedWithCode(1), "");
+    EXPECT_EQ(ReadFile(path), "left over");
 }
 
 TEST_F(FileReplacementTest, AFullDiskLeavesTheOldContent) {
@@ -137,18 +166,19 @@ TEST_F(FileReplacementTest, GoesPastAWriterWhoIsStopped) {
     ASSERT_TRUE(isReady);
     {
         FileReplacement file(path);
+        EXPECT_FALSE(file.Lock());
+        kill(stopped, SIGKILL);
+        waitpid(stopped, nullptr, 0);
         ASSERT_TRUE(file.Prepare("past it"));
-        EXPECT_FALSE(file.IsAlone());
         EXPECT_EQ(file.LeftOver(), "left over");  // and not what this writer wrote
         ASSERT_TRUE(file.PutInPlace());
         EXPECT_EQ(ReadFile(path), "past it");
     }
-    kill(stopped, SIGKILL);
-    waitpid(stopped, nullptr, 0);
     WriteFile(next + "-0123456789abcdef", "of one who went past and was killed");
     chmod((next + "-0123456789abcdef").c_str(), 0600);
+    ASSERT_TRUE(FileReplacement(path).Lock());  // a look takes nothing away
     FileReplacement file(path);
-    ASSERT_TRUE(file.Lock() && file.IsAlone());
+    ASSERT_TRUE(file.Lock());
     EXPECT_EQ(file.LeftOver(), "left over");
     ASSERT_TRUE(file.PutLeftOverInPlace());
     EXPECT_EQ(ReadFile(path), "left over");

@@ -119,8 +119,9 @@ void EncryptedIniFileImpl::Replace(const std::string& bytes, const EncryptedIni:
     const bool hasOld = file.Old() && file.Old()->st_size > 0;
     if (!IsKept(key) && hasOld) return;  // without its key the new file is of use to the peer alone
     file.PutInPlace();
-    // Whoever went past the lock may have moved the key after this did, and the file before.
-    if (!file.IsAlone() && !IsKept(key)) _SaveTeaKey(key);
+    // Whoever went past the lock may have moved the key after this did, and the file before; or both after.
+    std::string now;
+    if (!IsKept(key) && ReadFile(_path.c_str(), now) && now == bytes) _SaveTeaKey(key);
 }
 
 bool EncryptedIniFileImpl::TakeInterruptedSave() {

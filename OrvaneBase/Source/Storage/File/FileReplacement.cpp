@@ -71,7 +71,7 @@ FileReplacement::FileReplacement(const std::string& path) {
     if (_name.empty()) return;
     const std::string folder = slash == std::string::npos ? "." : whole.substr(0, slash + 1);
     _folder = open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-    _hasOld = fstatat(_folder, _name.c_str(), &_old, AT_SYMLINK_NOFOLLOW) == 0;
+    LookAtOld();
 }
 
 FileReplacement::~FileReplacement() {
@@ -84,27 +84,35 @@ FileReplacement::~FileReplacement() {
     if (_folder >= 0) close(_folder);
 }
 
+void FileReplacement::LookAtOld() {
+    _hasOld = fstatat(_folder, _name.c_str(), &_old, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
 void FileReplacement::CloseNext() {
     if (_descriptor < 0) return;
-    if (!_next.empty()) unlinkat(_folder, _next.c_str(), 0);
+    if (!_next.empty() && !_isLeftOver) unlinkat(_folder, _next.c_str(), 0);
     UnlockAndClose(_descriptor);
     _descriptor = -1;
     _hasLock = _isLeftOver = false;
 }
 
-// Whether a new file was written by this user, and no one else can write to it.
+// Whether a new file was written by this user, and no one else can write to it. What root edits is its owner's, and so
+// is the new file that its owner's program is writing.
 bool FileReplacement::IsOurs(int descriptor) const {
     struct stat state {};
+    if (fstat(descriptor, &state) != 0) return false;
+    const bool isOwn = state.st_uid == geteuid() || (geteuid() == 0 && _hasOld && state.st_uid == _old.st_uid);
     const mode_t allowed = _hasOld && S_ISREG(_old.st_mode) ? _old.st_mode : kOwnerAlone;
-    return fstat(descriptor, &state) == 0 && S_ISREG(state.st_mode) && state.st_uid == geteuid() &&
-           state.st_nlink == 1 && (state.st_mode & kOthers & ~allowed) == 0;
+    return isOwn && S_ISREG(state.st_mode) && state.st_nlink == 1 && (state.st_mode & kOthers & ~allowed) == 0;
 }
 
 // Opens or makes the new file under its fixed name. False, if that cannot be done.
 bool FileReplacement::OpenNext() {
-    constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     for (int look = 0; look < kLooks; ++look) {
-        _descriptor = openat(_folder, _next.c_str(), kFlags);
+        _descriptor = openat(_folder, _next.c_str(), O_RDWR | kFlags);
+        // Where NAME may not be written, nor may its new file: a lock and a rename do without.
+        if (_descriptor < 0 && errno == EACCES) _descriptor = openat(_folder, _next.c_str(), O_RDONLY | kFlags);
         _isLeftOver = _descriptor >= 0;
         if (_isLeftOver && IsOurs(_descriptor)) return true;
         // A link, a folder, or a file of someone else's: nothing of ours is lost with it.
@@ -112,7 +120,7 @@ bool FileReplacement::OpenNext() {
         if (_isLeftOver) close(_descriptor);
         _isLeftOver = false;
         if (isForeign && unlinkat(_folder, _next.c_str(), 0) != 0 && errno != ENOENT) break;
-        _descriptor = openat(_folder, _next.c_str(), kFlags | O_CREAT | O_EXCL, kOwnerAlone);
+        _descriptor = openat(_folder, _next.c_str(), O_RDWR | kFlags | O_CREAT | O_EXCL, kOwnerAlone);
         if (_descriptor >= 0) return true;
         if (errno != EEXIST) break;
     }
@@ -124,6 +132,7 @@ bool FileReplacement::OpenNext() {
 bool FileReplacement::Lock(Duration patience) {
     if (_hasLock) return true;
     if (_folder < 0 || _descriptor >= 0) return false;
+    _isRefused = true;
     const Clock::time_point begin = Clock::now();
     Clock::time_point since = begin;
     ino_t holder = 0;
@@ -136,11 +145,12 @@ bool FileReplacement::Lock(Duration patience) {
         // Who held the lock before may have given the file its new name.
         const bool isNamed = fstat(_descriptor, &opened) == 0 &&
                              fstatat(_folder, _next.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 && IsSame(opened, named);
-        const Clock::time_point now = Clock::now();
+        LookAtOld();  // he may have replaced it, too
         if (isLocked && isNamed) {
-            _lockedAt = now;
+            _isRefused = false;
             return _hasLock = true;
         }
+        const Clock::time_point now = Clock::now();
         UnlockAndClose(_descriptor);
         _descriptor = -1;
         _isLeftOver = false;
@@ -149,10 +159,6 @@ bool FileReplacement::Lock(Duration patience) {
         if (now - since >= patience || now - begin >= 4 * patience) return false;
         if (isNamed) std::this_thread::sleep_for(Duration(1));
     }
-}
-
-bool FileReplacement::IsAlone() const {
-    return _hasLock && Clock::now() - _lockedAt < kPatience;
 }
 
 std::string FileReplacement::LeftOver() const {
@@ -172,11 +178,12 @@ std::string FileReplacement::LeftOver() const {
 bool FileReplacement::PutLeftOverInPlace() {
     const std::string bytes = LeftOver();
     if (!_hasLock || !_isLeftOver || !MoveNext(bytes)) return false;
+    _isLeftOver = false;
     CloseNext();
     _content = {};
     if (_inPlace >= 0) close(_inPlace);
     _inPlace = -1;
-    _hasOld = fstatat(_folder, _name.c_str(), &_old, AT_SYMLINK_NOFOLLOW) == 0;
+    LookAtOld();
     Lock();
     return true;
 }
@@ -202,7 +209,7 @@ void FileReplacement::RemoveStrays() {
     const std::string prefix = NextOf(_name) + "-";
     while (const dirent* entry = readdir(folder)) {
         if (!std::string_view(entry->d_name).starts_with(prefix)) continue;
-        const int stray = openat(_folder, entry->d_name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        const int stray = openat(_folder, entry->d_name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
         if (stray < 0) continue;
         if (IsOurs(stray) && TryToLock(stray)) unlinkat(_folder, entry->d_name, 0);
         UnlockAndClose(stray);
@@ -216,7 +223,15 @@ bool FileReplacement::Prepare(std::string_view content) {
         return false;
     }
     _content = content;
-    if (Lock())
+    // Asked for again, it might be had of a holder who was killed meanwhile, and his left-over lost unseen.
+    if (!_isRefused) Lock();
+    while (_hasLock && (fcntl(_descriptor, F_GETFL) & O_ACCMODE) == O_RDONLY) {
+        _isLeftOver = false;
+        CloseNext();  // removes it
+        Lock();
+    }
+    _isLeftOver = false;
+    if (_hasLock)
         RemoveStrays();
     else if (_descriptor < 0)
         OpenStray();
@@ -246,7 +261,8 @@ bool FileReplacement::GiveOwnerAndMode() {
 
 bool FileReplacement::OpenInPlace() {
     const bool isLink = _hasOld && S_ISLNK(_old.st_mode);  // one that leads to nothing yet
-    const int create = _hasOld && !isLink ? 0 : O_CREAT;
+    // What another makes under the name meanwhile is not this one's to write, nor to remove.
+    const int create = !_hasOld ? O_CREAT | O_EXCL : isLink ? O_CREAT : 0;
     const int descriptor = openat(_folder, _name.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | create, kOwnerAlone);
     if (descriptor < 0) return false;
     struct stat state {};

@@ -32,18 +32,17 @@ public:
     static constexpr Duration kPatience{500};
 
     explicit FileReplacement(const std::string& path);
-    // Drops what was not put in place, and the lock.
+    // Drops what was not put in place, and the lock. What someone else left over stays, unless Prepare took its place.
     ~FileReplacement();
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
     // Keeps other writers of the file off, as far as they keep to it. Waits for them: `patience` for each that comes
-    // before, four times that at most. False if it cannot be had; Prepare works all the same.
+    // before, four times that at most, so it may go past one who has only begun: a holder is never sure to be alone.
+    // False if it cannot be had; Prepare works all the same, and does not ask for it again.
     bool Lock(Duration patience = kPatience);
-    // Has the lock, and not for so long that someone may have gone past it.
-    bool IsAlone() const;
 
-    // The file that is to be replaced, as it was when the object was made; null if there was none.
+    // The file that is to be replaced, as it was when the object was made or Lock last looked; null if there was none.
     const struct stat* Old() const { return _hasOld ? &_old : nullptr; }
 
     // The whole content of the new file that someone else wrote. Empty if there is none, or none to be trusted: of
@@ -61,6 +60,7 @@ public:
     bool PutInPlace();
 
 private:
+    void LookAtOld();
     bool IsOurs(int descriptor) const;
     bool OpenNext();
     void OpenStray();
@@ -77,11 +77,11 @@ private:
     struct stat _old {};
     bool _hasOld = false;
 
-    std::string _next;     // the name of the new file; empty once it has another or is to stay
-    int _descriptor = -1;  // of the new file
-    bool _isLeftOver = false;
+    std::string _next;         // the name of the new file; empty once it has another or is to stay
+    int _descriptor = -1;      // of the new file
+    bool _isLeftOver = false;  // and still as someone else wrote it
     bool _hasLock = false;
-    std::chrono::steady_clock::time_point _lockedAt;
+    bool _isRefused = false;  // the lock, when it was last asked for
 
     std::string_view _content;
     bool _isReady = false;

@@ -95,7 +95,8 @@ int32_t ReadKeychainFile(const std::string& path, KeychainContent& content) {
     if (error) return Refuse(errSecIO, path, "cannot be read");
     if (!ParseContent(read.text, read)) {
         // Where it cannot be replaced, it is written in place while the new file stays beside it.
-        read.isLeftOver = ParseContent(FileReplacement(path).LeftOver(), read);
+        read.text = FileReplacement(path).LeftOver();
+        read.isLeftOver = ParseContent(read.text, read);
         if (!read.isLeftOver) return Refuse(errSecDecode, path, "is damaged");
     }
     content = std::move(read);
@@ -121,11 +122,9 @@ int32_t WriteKeychainFile(FileReplacement& file, const std::string& path, const 
     // all.
     if (!file.Prepare(text)) return Refuse(errSecIO, path, strerror(errno));
     if (!file.IsAside()) return Refuse(errSecIO, path, "has no room for a second file beside it");
-    if (!file.IsAlone()) {
-        KeychainContent now;
-        ReadKeychainFile(path, now);
-        if (now.text != content.text) return Refuse(errSecIO, path, "was changed by another process meanwhile");
-    }
+    const std::unique_ptr<FILE, int (*)(FILE*)> now(fopen(path.c_str(), "rbe"), fclose);
+    if ((now ? ReadToEnd(now.get()) : "") != content.text)
+        return Refuse(errSecIO, path, "was changed by another process meanwhile");
     return file.PutInPlace() ? errSecSuccess : Refuse(errSecIO, path, strerror(errno));
 }
 

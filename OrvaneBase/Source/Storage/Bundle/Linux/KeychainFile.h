@@ -20,7 +20,7 @@ class FileReplacement;
 struct KeychainContent {
     std::string salt;
     std::vector<KeychainItem> items;  // their data is sealed
-    std::string text;                 // of the file as it was read
+    std::string text;                 // of the file that was read
     bool isLeftOver = false;          // read from the new file beside one that was cut short in place
 };
 
