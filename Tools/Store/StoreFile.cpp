@@ -24,6 +24,7 @@ using namespace Quern::EncryptedIni;
 
 constexpr std::string_view kCacheFolder = "/Library/Caches/";
 constexpr std::string_view kMagicBytes = "\xE4\x08";
+constexpr std::string_view kKeychain = "the keychain";
 
 bool Fail(std::string& error, const std::string& what) {
     error = what + ": " + strerror(errno);
@@ -67,7 +68,7 @@ void KeyFromKeychain(const Arguments& arguments, StoreFile& file) {
         return;
     }
     std::copy(bytes.begin(), bytes.end(), file.key.begin());
-    file.keyOrigin = "the keychain";
+    file.keyOrigin = kKeychain;
 }
 
 void KeyFromPrivateKey(const Arguments& arguments, StoreFile& file) {
@@ -98,6 +99,19 @@ bool ReadEncrypted(const Arguments& arguments, StoreFile& file) {
     if (file.fault != Fault::kNone) return false;
     FindKey(arguments, file);
     return file.isOpen = !file.keyOrigin.empty() && Open(file.parts.body, file.key, file.text);
+}
+
+bool IsWhole(std::string_view bytes) {
+    File unused;
+    return Parse(bytes, unused) == Fault::kNone;
+}
+
+// What was read is the only content that the key opens: it gets the name before anything is written over it. What has
+// the name then must be of the same owner still, or root could be led elsewhere.
+bool FinishSave(const StoreFile& file, Quern::FileReplacement& replacement) {
+    if (replacement.LeftOver() != file.bytes || !replacement.PutLeftOverInPlace()) return false;
+    const struct stat* const old = replacement.Old();
+    return old && S_ISREG(old->st_mode) && old->st_uid == file.state.st_uid;
 }
 
 }  // namespace
@@ -134,16 +148,26 @@ bool WriteStoreFile(const StoreFile& file, std::string& error) {
         error = file.path + ": the text is too long for an enciphered file";
         return false;
     }
+    // An application removes a file that it cannot open: what is edited stays its owner's.
+    if (file.state.st_uid != geteuid() && geteuid() != 0) {
+        error = file.path + ": belongs to another user";
+        return false;
+    }
     Quern::FileReplacement replacement(file.path);
-    // Run by root in a folder of someone else's, the path may have come to lead elsewhere since.
+    const bool isLocked = replacement.Lock();
+    // Its application may have saved since; run by root in a folder of someone else's, the path may lead elsewhere.
     const struct stat* const old = replacement.Old();
     if (!old || old->st_dev != file.state.st_dev || old->st_ino != file.state.st_ino) {
         error = file.path + ": was replaced meanwhile; nothing is changed";
         return false;
     }
-    // An application removes a file that it cannot open: what is edited stays its owner's.
-    if (old->st_uid != geteuid() && geteuid() != 0) {
-        error = file.path + ": belongs to another user";
+    if (file.isLeftOver && !(isLocked && FinishSave(file, replacement))) {
+        error = file.path + ": the save that was cut short cannot be finished now";
+        return false;
+    }
+    // Under a key from elsewhere the file opens, too, where it is the new one beside it that its application will take.
+    if (file.isEncrypted && file.keyOrigin != kKeychain && IsWhole(replacement.LeftOver())) {
+        error = file.path + ": a save was cut short; edit it with the key of its keychain";
         return false;
     }
     return (replacement.Prepare(bytes) && replacement.PutInPlace()) || Fail(error, file.path);

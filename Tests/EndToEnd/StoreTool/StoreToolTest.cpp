@@ -1,5 +1,7 @@
 // Runs orvane-store as a developer does.
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -122,6 +124,14 @@ TEST_F(StoreTool, ReadsTheNewFileOfASaveThatWasCutShort) {
     const Result result = RunStore({"get", path, "game", "count"});
     EXPECT_EQ(result.output, "8\n");
     EXPECT_THAT(result.error, HasSubstr("a save was cut short"));
+    const std::string whole = ReadFile(next);
+    const int holder = open(next.c_str(), O_RDONLY);
+    flock(holder, LOCK_EX);
+    EXPECT_THAT(RunStore({"set", path, "game", "count", "9"}).error, HasSubstr("cannot be finished now"));
+    close(holder);
+    EXPECT_THAT(RunStore({"set", path, "game", "count", "9", "--private-key", ORVANE_KEY_FILE}).error,
+                HasSubstr("a save was cut short"));
+    EXPECT_EQ(ReadFile(next), whole);
     EXPECT_EQ(RunStore({"set", path, "game", "count", "9"}).status, 0);
     EXPECT_EQ(BundleImpl(path.c_str()).Get("game", "count", 0), 9);
 }
