@@ -35,7 +35,8 @@ struct StoreFile {
 bool ReadStoreFile(const Arguments& arguments, StoreFile& file, std::string& error);
 
 // Replaces the file by its text, in the form and under the key that it has. Owner and mode stay. False, and why in
-// `error`, also if the path leads to another file by now. REQUIRES: the file is open.
+// `error`, also if the path leads to another file by now, or if a save was cut short that cannot be finished first.
+// REQUIRES: the file is open.
 bool WriteStoreFile(const StoreFile& file, std::string& error);
 
 // What is wrong with an enciphered file, for people.
