@@ -1,12 +1,12 @@
 // orvane-net: how the library sees the network. See Arguments.cpp for its manual.
-#include <dlfcn.h>
-
 #include <cstdio>
+#include <cstring>
 #include <map>
 
 #include "Net/Arguments.h"
 #include "Net/Commands.h"
 #include "Net/Output.h"
+#include "Orvane/OrvaneCore.h"
 
 namespace OrvaneNet {
 namespace {
@@ -28,16 +28,21 @@ int Main(int count, char** words) {
         return kDone;
     }
     if (arguments.version) {
-        Print("orvane-net " ORVANE_VERSION);
+        Print(std::string("orvane-net ") + orvanecore_get_version());
         return kDone;
-    }
-    if (!arguments.verbose) HideLibraryLines();
-    if (!dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {
-        Say(dlerror());
-        return kWrongUse;
     }
     return kRun.at(arguments.command)(arguments);
 }
+
+// The library speaks while it loads, which is before main: so its lines are hidden before it loads.
+void BeforeTheLibraryLoads(int count, char** words, char**) {
+    for (int i = 1; i < count; ++i)
+        if (strcmp(words[i], "--verbose") == 0) return;
+    HideLibraryLines();
+}
+
+using PreInitialiser = void (*)(int, char**, char**);
+__attribute__((section(".preinit_array"), used)) const PreInitialiser kBeforeTheLibraryLoads = BeforeTheLibraryLoads;
 
 }  // namespace
 }  // namespace OrvaneNet

@@ -115,7 +115,7 @@ TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
 
 TEST_F(StoreTool, ReadsTheNewFileOfASaveThatWasCutShort) {
     const std::string old = ReadFile(path), next = CacheFolder() + "/.game.config.orvane-new";
-    static BundleImpl* bundle;  // left alone, as the first
+    static BundleImpl* volatile bundle;  // left alone, as the first
     bundle = new BundleImpl(path.c_str());
     bundle->Set("game", "count", 8);
     WriteFile(next, ReadFile(path));
