@@ -58,6 +58,7 @@ inline void gs_OrvaneApplicationOnResume() {
 inline void gs_OrvaneApplicationOnStop() {
     orvane_class_perform(orvane_class_lookup("CApplication"), "OnStop", nullptr);
 }
+/// First releases the network (Orvane/INetwork.h), which waits for a change that is being told on another thread.
 inline void gs_OrvaneApplicationOnDestroy() {
     orvane_class_perform(orvane_class_lookup("CApplication"), "OnDestroy", nullptr);
 }

@@ -2,11 +2,11 @@
 /// How the device is connected, for code that does not link to the library. Header-only: link liborvaneruntime.so and
 /// nothing else. C++11.
 ///
-/// The library watches the system's routes and links. What comes and goes within 200 ms is one change, told once; a
-/// switch from one kind of connection to another is told as kANetworkNotReachable and then the new state, so that
-/// whoever owns connections sees the old link die. A change that leaves the state as it is (another Wi-Fi network,
-/// another address) is told too. Changes are told on the main thread (Orvane/MainRunLoop.h), or in the engine's tick
-/// once Quern_EnableManualUpdate was called.
+/// The library watches the system's routes and links. What changes within 200 ms (500 at most) is one change; one that
+/// ends where it began is none. A switch from one kind of connection to another is told as kANetworkNotReachable and
+/// then the new state, so that whoever owns connections sees the old link die. A change that leaves the state as it is
+/// (another gateway or address) is told too. Changes are told on the main thread (Orvane/MainRunLoop.h), or in the
+/// engine's tick once Quern_EnableManualUpdate was called.
 ///
 /// A child that the process forks has a copy of the watch that never tells it anything: fork, then exec.
 #ifndef ORVANE_I_NETWORK_H
@@ -84,9 +84,11 @@ public:
     /// An unknown observer is ignored.
     virtual void RemoveObserver(CNetworkObserver* observer) = 0;
 
-    /// The one instance, made at the first call; gone when the library is taken down (Orvane/IBase.h) or the
-    /// application tells its OnDestroy, and made anew at the next call, so do not keep the pointer across those.
-    /// \return null in a process without the library
+    /// The one instance, made at the first call. It is released when the library is taken down (Orvane/IBase.h) or the
+    /// application tells its OnDestroy: both wait for a change that is being told on another thread, and drop
+    /// observers, the callback and what is not told yet. A pointer from before still answers but tells nothing any
+    /// more; the next call makes another instance, so do not keep the pointer across those. \return null in a process
+    /// without the library
     static INetwork* GetInstance() {
         return static_cast<INetwork*>(
             orvane_class_perform(orvane_class_lookup("OrvaneNetwork"), "getNativeNetwork", nullptr));

@@ -81,13 +81,14 @@ TEST_F(CNetworkTest, TellsObserversCallbackAndNotificationInOrder) {
     for (CNetworkObserver* observer : order)
         made->AddObserver(observer);
     made->SetCallback([](ANetworkState) { g_heard += "replaced "; });
-    quern_network_SetNetworkChangedCallback([](ANetworkState state) { g_heard += 'c' + std::to_string(state) + " "; });
+    quern_network_SetNetworkChangedCallback(
+        [](ANetworkState state) { g_heard += "callback" + std::to_string(state) + " "; });
     int token = 0;
     const char* const kName = "NetworkAReachabilityChangedNotification";
     gs_OrvaneAddNotificationObserver(
         &token, [](void*, const char*, void*) { g_heard += "posted "; }, kName);
     network->Change(FakeReachability::kWifi);
-    EXPECT_EQ(Heard(), "posted a2 b2 c2 ");
+    EXPECT_EQ(Heard(), "posted a2 b2 callback2 ");
     ANetworkState state = kANetworkWWAN5G;
     EXPECT_EQ(keeper.CountOfChangedStates(), 1);
     EXPECT_TRUE(keeper.PopStateFromChangedList(state));
@@ -124,6 +125,46 @@ TEST_F(CNetworkTest, TheReleaseDropsWhatIsNotToldYet) {
     EXPECT_EQ(Heard(), "") << "neither queue holds a call to what is gone";
     EXPECT_EQ(CNetwork::InstanceIfAny(), nullptr);
     EXPECT_EQ(network->Watches(), 1) << "the shared watch stays";
+}
+
+TEST_F(CNetworkTest, IsReleasedWhileOthersAreInsideIt) {
+    OrvaneTest::CapturedConsole console;
+    Quern_EnableManualUpdate();
+    network->flags = FakeReachability::kWifi;
+    INetwork* const first = gs_OrvaneNetwork();
+    std::atomic<bool> isOver{false};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 2; ++i)
+        threads.emplace_back([&] {
+            while (!isOver) {
+                CNetworkObserver mine;
+                gs_OrvaneNetwork()->AddObserver(&mine);
+                quern_network_SetNetworkChangedCallback([](ANetworkState) {});
+                EXPECT_NE(quern_network_GetNetworkState(), kANetworkNotReachable);
+                gs_OrvaneNetwork()->RemoveObserver(&mine);
+            }
+        });
+    threads.emplace_back([&] {
+        while (!isOver)
+            Quern_UpdateUIThread();
+    });
+    for (int i = 0; i < 300; ++i) {
+        network->Change(i % 2 ? FakeReachability::kWifi : FakeReachability::kCellular);
+        gs_OrvaneApplicationOnDestroy();
+    }
+    isOver = true;
+    for (std::thread& thread : threads)
+        thread.join();
+    gs_OrvaneApplicationOnDestroy();
+    MainRunLoop::Current().RunPending();
+
+    Observer late("late");
+    first->AddObserver(&late);
+    EXPECT_NE(gs_OrvaneNetwork(), first);
+    network->Change(FakeReachability::kWifi);
+    static_cast<CNetwork*>(first)->OnNetworkStateChanged(kANetworkReachableViaWiFi);
+    Quern_UpdateUIThread();
+    EXPECT_EQ(Heard(), "") << "what was released takes nobody and tells nobody";
 }
 
 TEST_F(CNetworkTest, IsMadeOnceByManyThreadsAndReadsItsStartOnTheMainOne) {

@@ -15,6 +15,7 @@ namespace Quern {
 namespace {
 
 std::atomic<CNetwork*> g_instance{nullptr};
+std::atomic<CNetwork*> g_lastReleased{nullptr};  // the head of the chain that holds them all
 
 }  // namespace
 
@@ -36,23 +37,21 @@ CNetwork* CNetwork::InstanceIfAny() {
 }
 
 void CNetwork::ReleaseInstance() {
-    CNetwork* const instance = g_instance.exchange(nullptr, std::memory_order_acq_rel);
+    CNetwork* instance = InstanceIfAny();
     if (!instance) return;
+    // Emptied while it is still the instance: an observer that goes meanwhile waits for the delivery there.
+    instance->ForgetListeners();
+    CNetwork* const released = instance;
+    if (!g_instance.compare_exchange_strong(instance, nullptr, std::memory_order_acq_rel)) return;
+    uninit();
     // Calls may wait in both queues: the engine may have asked for its own at any time.
-    CTargetBase* const target = instance;
-    Quern_IgnoreUIThread(target);
-    Quern_RemoveTargetFromMainThread(target);
-    delete instance;
+    CTargetBase* const target = released;
+    GetMainSelectorManger()->IgnoreTarget(target);
+    getUnityObjectSelectorManger()->IgnoreTarget(target);
+    released->_releasedBefore = g_lastReleased.exchange(released, std::memory_order_acq_rel);
 }
 
 CNetwork::CNetwork() : CTargetBase(false) {}
-
-CNetwork::~CNetwork() {
-    uninit();
-    const CCritical guard(&_listeners->_mutex);
-    _listeners->_observers.clear();
-    _listeners->_callback = nullptr;
-}
 
 void CNetwork::init() {
     AddReachabilityChangedCallback(onReachabilityChangedCallback);
@@ -75,21 +74,27 @@ _tagADetailNetworkInfo CNetwork::GetDetailNetworkInfo() {
 }
 
 void CNetwork::SetCallback(void (*callback)(ANetworkState)) {
-    const CCritical guard(&_listeners->_mutex);
-    _listeners->_callback = callback;
+    const CCritical guard(&_mutex);
+    if (!_isReleased) _callback = callback;
 }
 
 void CNetwork::AddObserver(CNetworkObserver* observer) {
-    const CCritical guard(&_listeners->_mutex);
-    auto& observers = _listeners->_observers;
-    if (std::find(observers.begin(), observers.end(), observer) == observers.end()) observers.push_back(observer);
+    const CCritical guard(&_mutex);
+    if (_isReleased) return;
+    if (std::find(_observers.begin(), _observers.end(), observer) == _observers.end()) _observers.push_back(observer);
 }
 
 void CNetwork::RemoveObserver(CNetworkObserver* observer) {
-    const CCritical guard(&_listeners->_mutex);
-    auto& observers = _listeners->_observers;
-    const auto found = std::find(observers.begin(), observers.end(), observer);
-    if (found != observers.end()) observers.erase(found);
+    const CCritical guard(&_mutex);
+    const auto found = std::find(_observers.begin(), _observers.end(), observer);
+    if (found != _observers.end()) _observers.erase(found);
+}
+
+void CNetwork::ForgetListeners() {
+    const CCritical guard(&_mutex);
+    _isReleased = true;
+    _observers.clear();
+    _callback = nullptr;
 }
 
 // The state travels in the call's argument itself, so that a call that is dropped leaves nothing behind.
@@ -101,12 +106,11 @@ void CNetwork::OnNetworkStateChanged(ANetworkState state) {
 
 void CNetwork::OnNetworkStateChangedOnUIThread(void* cell) {
     const auto state = static_cast<ANetworkState>(reinterpret_cast<intptr_t>(cell));
-    const std::shared_ptr<Listeners> listeners = _listeners;  // this object may go on the way
-    const CCritical guard(&listeners->_mutex);
+    const CCritical guard(&_mutex);
     // By position, with the end looked at anew after each call: an observer may remove observers.
-    for (size_t i = 0; i < listeners->_observers.size(); ++i)
-        if (CNetworkObserver* const observer = listeners->_observers[i]) observer->OnNetworkStateChanged(state);
-    if (listeners->_callback) listeners->_callback(state);
+    for (size_t i = 0; i < _observers.size(); ++i)
+        if (CNetworkObserver* const observer = _observers[i]) observer->OnNetworkStateChanged(state);
+    if (_callback) _callback(state);
 }
 
 }  // namespace Quern

@@ -3,7 +3,6 @@
 #ifndef ORVANE_SYSTEM_NETWORK_C_NETWORK_H
 #define ORVANE_SYSTEM_NETWORK_C_NETWORK_H
 
-#include <memory>
 #include <vector>
 
 #include "Orvane/INetwork.h"
@@ -15,13 +14,15 @@ namespace Quern {
 
 class CNetwork final : public CTargetBase, public INetwork {
 public:
-    // Made at the first call and published by one exchange; the release is a quit callback. Any thread.
+    // Made at the first call and published by one exchange; the release is a quit callback. The object stays in memory
+    // for good, since other threads may be inside it when it is released. Any thread.
     static CNetwork* GetInstance();
     // The instance if there is one, for what must not bring one to life: above all what may still come after the
     // library was taken down.
     static CNetwork* InstanceIfAny();
-    // Drops the changes that are not delivered yet, and the instance. On the thread that delivers, or while nothing is
-    // delivered. An observer may call it: the delivery ends with that observer.
+    // Drops the changes that are not delivered yet, the observers and the callback; the next GetInstance makes another
+    // instance, and this one takes and tells nothing any more. Waits for a delivery that is under way on another
+    // thread. An observer may call it: the delivery ends with that observer. Any thread.
     static void ReleaseInstance();
 
     ANetworkState GetNetworkState() override;
@@ -34,22 +35,20 @@ public:
     void OnNetworkStateChanged(ANetworkState state);
 
 private:
-    // Outlives the instance while a delivery is under way.
-    struct Listeners {
-        // Held over a whole delivery, so that RemoveObserver waits for it; recursive, so that an observer may call it.
-        CMutex _mutex{true};
-        std::vector<CNetworkObserver*> _observers ORVANE_GUARDED_BY(_mutex);  // not owned
-        void (*_callback)(ANetworkState) ORVANE_GUARDED_BY(_mutex) = nullptr;
-    };
-
     CNetwork();
-    ~CNetwork() override;
+    ~CNetwork() override = default;  // of one that was never published
 
     static void init();
     static void uninit() {}
     void OnNetworkStateChangedOnUIThread(void* state);
+    void ForgetListeners();
 
-    const std::shared_ptr<Listeners> _listeners = std::make_shared<Listeners>();
+    // Held over a whole delivery, so that RemoveObserver waits for it; recursive, so that an observer may call it.
+    CMutex _mutex{true};
+    std::vector<CNetworkObserver*> _observers ORVANE_GUARDED_BY(_mutex);  // not owned
+    void (*_callback)(ANetworkState) ORVANE_GUARDED_BY(_mutex) = nullptr;
+    bool _isReleased ORVANE_GUARDED_BY(_mutex) = false;
+    CNetwork* _releasedBefore = nullptr;
 };
 
 }  // namespace Quern
