@@ -21,6 +21,7 @@ struct FreeWith {
 
 using NetlinkSocket = std::unique_ptr<nl_sock, FreeWith<nl_socket_free>>;
 using NetlinkCache = std::unique_ptr<nl_cache, FreeWith<nl_cache_free>>;
+using NetlinkCallbacks = std::unique_ptr<nl_cb, FreeWith<nl_cb_put>>;
 using NetlinkMessage = std::unique_ptr<nl_msg, FreeWith<nlmsg_free>>;
 using NetlinkAddress = std::unique_ptr<nl_addr, FreeWith<nl_addr_put>>;
 using NetlinkLink = std::unique_ptr<rtnl_link, FreeWith<rtnl_link_put>>;

@@ -8,6 +8,8 @@
 #include <netlink/route/addr.h>
 
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "System/Network/Linux/Netlink.h"
 #include "System/Network/ReachabilitySource.h"
@@ -19,6 +21,8 @@ namespace {
 // Addresses of the internet that nobody has (RFC 5737, RFC 3849), to ask the kernel from where it would send to one.
 constexpr char kSomewhereIPv4[] = "198.51.100.1";
 constexpr char kSomewhereIPv6[] = "2001:db8::1";
+
+constexpr int kListAttempts = 10;
 
 NetlinkLink FindLink(nl_sock* socket, int index) {
     rtnl_link* link = nullptr;
@@ -64,8 +68,15 @@ NetlinkAddress ParseAddress(const char* text) {
     return NetlinkAddress(address);
 }
 
+// The route in the message, or null: one that another program set up may be of a kind that is not understood here.
+NetlinkRoute ParseRoute(nl_msg* message) {
+    rtnl_route* route = nullptr;
+    if (rtnl_route_parse(nlmsg_hdr(message), &route) < 0) return nullptr;
+    return NetlinkRoute(route);
+}
+
 // What the kernel would do with a packet to the address; over that interface alone if it is not 0. Null, with
-// `answered` set, if it would drop it.
+// `answered` set, if it would drop it. A failure on the way to the kernel or back is no answer.
 NetlinkRoute LookUp(nl_sock* socket, const nl_addr* address, int interface, bool& answered) {
     answered = false;
     rtmsg head{};
@@ -77,18 +88,27 @@ NetlinkRoute LookUp(nl_sock* socket, const nl_addr* address, int interface, bool
         (interface != 0 && nla_put_u32(request.get(), RTA_OIF, static_cast<uint32_t>(interface)) < 0))
         return nullptr;
 
-    rtnl_route* found = nullptr;
-    const auto take = [](nl_msg* answer, void* into) -> int {
-        rtnl_route** const route = static_cast<rtnl_route**>(into);
-        if (!*route) rtnl_route_parse(nlmsg_hdr(answer), route);
+    struct Answer {
+        bool hasCome = false;
+        NetlinkRoute route;
+    } answer;
+    const auto take = [](nl_msg* message, void* into) -> int {
+        *static_cast<Answer*>(into) = {true, ParseRoute(message)};
         return NL_OK;
     };
+    const auto refuse = [](sockaddr_nl*, nlmsgerr*, void* into) -> int {
+        static_cast<Answer*>(into)->hasCome = true;
+        return NL_STOP;
+    };
+    const NetlinkCallbacks callbacks(nl_cb_alloc(NL_CB_DEFAULT));
+    if (!callbacks) return nullptr;
+    nl_cb_set(callbacks.get(), NL_CB_VALID, NL_CB_CUSTOM, take, &answer);
+    nl_cb_err(callbacks.get(), NL_CB_CUSTOM, refuse, &answer);
     nl_socket_disable_auto_ack(socket);  // the route or an error is the answer
-    nl_socket_modify_cb(socket, NL_CB_VALID, NL_CB_CUSTOM, take, &found);
     if (nl_send_auto(socket, request.get()) < 0) return nullptr;
-    nl_recvmsgs_default(socket);
-    answered = true;
-    return NetlinkRoute(found);
+    nl_recvmsgs(socket, callbacks.get());
+    answered = answer.hasCome;
+    return std::move(answer.route);
 }
 
 // A way out that is being weighed.
@@ -100,11 +120,35 @@ struct Candidate {
     bool isCellular;
 };
 
-bool IsDefault(rtnl_route* route) {
-    const int family = rtnl_route_get_family(route);
-    const nl_addr* const target = rtnl_route_get_dst(route);
-    return (family == AF_INET || family == AF_INET6) && rtnl_route_get_type(route) == RTN_UNICAST &&
-           rtnl_route_get_table(route) == RT_TABLE_MAIN && (!target || nl_addr_get_prefixlen(target) == 0);
+bool IsDefault(nl_msg* message) {
+    const nlmsghdr* const header = nlmsg_hdr(message);
+    if (header->nlmsg_type != RTM_NEWROUTE || !nlmsg_valid_hdr(header, sizeof(rtmsg))) return false;
+    const auto* const route = static_cast<const rtmsg*>(nlmsg_data(header));
+    return (route->rtm_family == AF_INET || route->rtm_family == AF_INET6) && route->rtm_dst_len == 0 &&
+           route->rtm_type == RTN_UNICAST && route->rtm_table == RT_TABLE_MAIN;
+}
+
+// Lists the default routes of both families. Only they are taken apart, of what may be very many routes, some of kinds
+// that are not understood here.
+bool ListDefaultRoutes(nl_sock* socket, std::vector<NetlinkRoute>& routes) {
+    const auto take = [](nl_msg* message, void* into) -> int {
+        if (!IsDefault(message)) return NL_OK;
+        if (NetlinkRoute route = ParseRoute(message))
+            static_cast<std::vector<NetlinkRoute>*>(into)->push_back(std::move(route));
+        return NL_OK;
+    };
+    const NetlinkCallbacks callbacks(nl_cb_alloc(NL_CB_DEFAULT));
+    if (!callbacks) return false;
+    nl_cb_set(callbacks.get(), NL_CB_VALID, NL_CB_CUSTOM, take, &routes);
+    int result = -NLE_DUMP_INTR;  // the routes changed while they were listed
+    for (int attempt = 0; result == -NLE_DUMP_INTR && attempt < kListAttempts; ++attempt) {
+        routes.clear();
+        rtmsg all{};
+        all.rtm_family = AF_UNSPEC;
+        if (nl_send_simple(socket, RTM_GETROUTE, NLM_F_DUMP, &all, sizeof all) < 0) return false;
+        result = nl_recvmsgs(socket, callbacks.get());
+    }
+    return result >= 0;
 }
 
 // The lower metric; IPv4 goes first where they are the same, and otherwise what the kernel names first.
@@ -133,11 +177,13 @@ void Weigh(nl_sock* socket, rtnl_route* route, std::optional<Candidate>& best) {
     }
 }
 
-std::string FindSource(nl_sock* socket, int family, int interface) {
+// Leaves the source empty if the kernel has none.
+bool FindSource(nl_sock* socket, int family, int interface, std::string& source) {
     const NetlinkAddress somewhere = ParseAddress(family == AF_INET ? kSomewhereIPv4 : kSomewhereIPv6);
     bool answered = false;
     const NetlinkRoute route = somewhere ? LookUp(socket, somewhere.get(), interface, answered) : nullptr;
-    return route ? TextOf(rtnl_route_get_pref_src(route.get())) : std::string();
+    if (route) source = TextOf(rtnl_route_get_pref_src(route.get()));
+    return answered;
 }
 
 uint32_t FlagsOfLink(bool isCellular) {
@@ -148,17 +194,16 @@ uint32_t FlagsOfLink(bool isCellular) {
 
 bool ReadDefaultWay(Way& way) {
     const NetlinkSocket socket = OpenNetlink(NETLINK_ROUTE);
-    nl_cache* list = nullptr;
-    if (!socket || rtnl_route_alloc_cache(socket.get(), AF_UNSPEC, 0, &list) < 0) return false;
-    const NetlinkCache routes(list);
+    std::vector<NetlinkRoute> routes;
+    if (!socket || !ListDefaultRoutes(socket.get(), routes)) return false;
     std::optional<Candidate> best;
-    for (nl_object* object = nl_cache_get_first(list); object; object = nl_cache_get_next(object)) {
-        auto* const route = reinterpret_cast<rtnl_route*>(object);
-        if (IsDefault(route)) Weigh(socket.get(), route, best);
+    for (const NetlinkRoute& route : routes)
+        Weigh(socket.get(), route.get(), best);
+    if (!best) {
+        way = {};
+        return true;
     }
-    way = {};
-    if (!best) return true;
-    if (best->source.empty()) best->source = FindSource(socket.get(), best->family, best->interface);
+    if (best->source.empty() && !FindSource(socket.get(), best->family, best->interface, best->source)) return false;
     way = {FlagsOfLink(best->isCellular), best->name, best->gateway, best->source};
     return true;
 }
