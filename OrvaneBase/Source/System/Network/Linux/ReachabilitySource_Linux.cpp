@@ -35,9 +35,10 @@ public:
         if (_watch) return true;
         _watch = RouteWatch::Open();
         if (!_watch) return false;
-        _last = ReadWatched();
+        _watched(_last);
         _watch->Start([weak = weak_from_this()] {
-            if (const auto self = weak.lock()) self->OnSettled();
+            const auto self = weak.lock();
+            return !self || self->OnSettled();
         });
         return true;
     }
@@ -47,17 +48,14 @@ public:
     }
 
 private:
-    Way ReadWatched() const {
+    // False if the system did not answer, which tells neither a loss nor a change.
+    bool OnSettled() {
         Way way;
-        _watched(way);
-        return way;
-    }
-
-    void OnSettled() {
-        Way way = ReadWatched();
-        if (way == _last) return;
+        if (!_watched(way)) return false;
+        if (way == _last) return true;
         _last = std::move(way);
         if (const Callback callback = _callback) callback(_last.flags);
+        return true;
     }
 
     const Read _read, _watched;

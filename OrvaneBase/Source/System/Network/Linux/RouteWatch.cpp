@@ -35,7 +35,7 @@ std::shared_ptr<RouteWatch> RouteWatch::Open() {
     return std::make_shared<RouteWatch>(std::move(socket));
 }
 
-void RouteWatch::Start(std::function<void()> settled) {
+void RouteWatch::Start(std::function<bool()> settled) {
     MainRunLoop& loop = MainRunLoop::Current();
     // The watch and its timers hold this object until Stop.
     const auto begin = [self = shared_from_this(), settled = std::move(settled)] {
@@ -90,7 +90,8 @@ void RouteWatch::Disturb() {
 
 void RouteWatch::Settle() {
     _timer = 0;
-    if (const std::function<void()> settled = _settled) settled();
+    const std::function<bool()> settled = _settled;
+    if (settled && !settled()) Disturb();
 }
 
 }  // namespace Quern

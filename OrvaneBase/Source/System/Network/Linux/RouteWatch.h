@@ -23,8 +23,9 @@ public:
     static std::shared_ptr<RouteWatch> Open();
     explicit RouteWatch(NetlinkSocket socket) : _socket(std::move(socket)) {}
 
-    // Has `settled` called on the main run loop at the end of each quiet period, until Stop. Once. Any thread.
-    void Start(std::function<void()> settled);
+    // Has `settled` called on the main run loop at the end of each quiet period, until Stop; false from it means that
+    // it could not read, and it is called again after another quiet period. Once. Any thread.
+    void Start(std::function<bool()> settled);
     // On the main thread it is not called after this; on another, not once a call posted afterwards to the main run
     // loop has been performed.
     void Stop();
@@ -38,7 +39,7 @@ private:
 
     const NetlinkSocket _socket;
     // Main thread from Start on.
-    std::function<void()> _settled;
+    std::function<bool()> _settled;
     MainRunLoop::Id _watch = 0;
     MainRunLoop::Id _timer = 0;  // 0 while nothing is in flux
     Clock::time_point _firstMessage;
