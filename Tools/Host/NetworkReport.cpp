@@ -1,5 +1,7 @@
 #include "NetworkReport.h"
 
+#include <atomic>
+#include <list>
 #include <sstream>
 
 #include "Orvane/INetwork.h"
@@ -18,11 +20,11 @@ public:
 struct Modem {
     std::string radio, country, network;
 };
-Modem g_modem;
+std::atomic<const Modem*> g_modem{nullptr};  // the last one played; others stay, since other threads may read them
 
 template <std::string Modem::*Field>
 void* Answer(orvane_object*, const char*, void* const*) {
-    return const_cast<char*>((g_modem.*Field).c_str());
+    return const_cast<char*>((g_modem.load(std::memory_order_acquire)->*Field).c_str());
 }
 
 // The provider, and the radios by service, whatever the service.
@@ -36,18 +38,17 @@ void* AnswerService(orvane_object*, const char*, void* const*) {
     return const_cast<char*>("data");
 }
 
-void RegisterModem() {
+bool RegisterModem() {
     orvane_class* const part = orvane_class_allocate("HostModemPart");
     orvane_class_add_method(part, "objectForKey:", Answer<&Modem::radio>);
     orvane_class_add_method(part, "mobileCountryCode", Answer<&Modem::country>);
     orvane_class_add_method(part, "mobileNetworkCode", Answer<&Modem::network>);
-    orvane_class_register(part);
     orvane_class* const modem = orvane_class_allocate("CTTelephonyNetworkInfo");
     orvane_class_add_method(modem, "currentRadioAccessTechnology", Answer<&Modem::radio>);
     orvane_class_add_method(modem, "serviceCurrentRadioAccessTechnology", AnswerPart);
     orvane_class_add_method(modem, "dataServiceIdentifier", AnswerService);
     orvane_class_add_method(modem, "subscriberCellularProvider", AnswerPart);
-    orvane_class_register(modem);
+    return orvane_class_register(part) && orvane_class_register(modem);
 }
 
 }  // namespace
@@ -71,9 +72,12 @@ bool PlayModem(const std::string& words) {
     std::string more;
     if (!(in >> modem.radio >> modem.country >> modem.network) || in >> more) return false;
     modem.radio = "CTRadioAccessTechnology" + modem.radio;
-    g_modem = modem;
-    static const bool isRegistered = (RegisterModem(), true);
-    return isRegistered;
+    static auto* const kept = new std::list<Modem>;  // never destroyed: threads outlive static destruction
+    kept->push_back(modem);
+    g_modem.store(&kept->back(), std::memory_order_release);
+    static const bool isRegistered = RegisterModem();
+    if (!isRegistered) orvane_console_log("orvane-host: another modem is in this process already");
+    return true;
 }
 
 }  // namespace OrvaneHost
