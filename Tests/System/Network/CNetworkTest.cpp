@@ -133,10 +133,11 @@ TEST_F(CNetworkTest, IsReleasedWhileOthersAreInsideIt) {
     network->flags = FakeReachability::kWifi;
     INetwork* const first = gs_OrvaneNetwork();
     std::atomic<bool> isOver{false};
+    std::atomic<int> rounds{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < 2; ++i)
         threads.emplace_back([&] {
-            while (!isOver) {
+            for (; !isOver; ++rounds) {
                 CNetworkObserver mine;
                 gs_OrvaneNetwork()->AddObserver(&mine);
                 quern_network_SetNetworkChangedCallback([](ANetworkState) {});
@@ -148,8 +149,8 @@ TEST_F(CNetworkTest, IsReleasedWhileOthersAreInsideIt) {
         while (!isOver)
             Quern_UpdateUIThread();
     });
-    for (int i = 0; i < 300; ++i) {
-        network->Change(i % 2 ? FakeReachability::kWifi : FakeReachability::kCellular);
+    while (rounds < 2000) {
+        network->Change(rounds % 2 ? FakeReachability::kWifi : FakeReachability::kCellular);
         gs_OrvaneApplicationOnDestroy();
     }
     isOver = true;
