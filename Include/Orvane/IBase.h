@@ -19,10 +19,11 @@ public:
     /// has run when this returns (the pool queue) or is dropped (the threaded queue, whose sleeping workers stay until
     /// the process ends, and whose busy ones still finish the operation they run, after this has returned).
     ///
-    /// On the main thread. Meanwhile other threads may log, enter quit callbacks, post calls for the engine's tick
-    /// (which are lost, or wait for its next round) and queue work with the threaded queue: one that comes back in that
-    /// way is ended as well, once a take-down. With the pool queue only its own operations may queue work. Nobody else
-    /// touches script objects, nor makes or destroys observers of the stages.
+    /// On the main thread. Meanwhile other threads may log, enter quit callbacks, use the network's state
+    /// (Orvane/INetwork.h), post calls for the engine's tick (which are lost, or wait for its next round) and queue
+    /// work with the threaded queue: one that comes back in that way is ended as well, once a take-down. With the pool
+    /// queue only its own operations may queue work. Nobody else touches script objects, nor makes or destroys
+    /// observers of the stages.
     ORVANE_EXPORT static void Release();
 
     /// Makes sure that the root exists. Any thread. Not exported: for the library itself.
