@@ -34,7 +34,10 @@ Result RunTool(std::vector<std::string> words, const std::vector<std::string>& f
     words.insert(words.begin(), front.begin(), front.end());
     Result result;
     Ending ending;
-    result.output = RunToEnd({words, {{"ORVANE_HOME", "/nowhere"}}, ""}, &ending, &result.error);
+    std::vector<std::pair<std::string, std::string>> environment = {{"ORVANE_HOME", "/nowhere"}};
+    // The leak sanitizer needs a right that such a run gives up.
+    if (!front.empty()) environment.emplace_back("ASAN_OPTIONS", "detect_leaks=0");
+    result.output = RunToEnd({words, environment, ""}, &ending, &result.error);
     result.status = ending.exitStatus;
     return result;
 }

@@ -159,6 +159,7 @@ TEST(PerformSelector, AnyThreadMayPostWhileThePumpIsEnded) {
     }
     for (std::thread& thread : threads)
         thread.join();
+    Quern_EndUIThread();
     EXPECT_LE(performed, kThreads * kEach);
     // A call that ends the pump ends the update too: what it posts behind that waits for the next.
     CAFunctionSelector selector;
