@@ -68,15 +68,13 @@ void FaultProxy::Serve(int client) {
 
 bool FaultProxy::ForwardRequest(Flow& flow) {
     const std::string bytes = Receive(flow.client);
-    if (bytes.empty() || !SendAll(flow.server, bytes)) return false;
-    if (Current().kind != Fault::kDieKept || !flow.isKept) return true;
-    Receive(flow.server);  // so that the server has had it
-    return false;
+    flow.isAgain = flow.isKept;
+    return !bytes.empty() && SendAll(flow.server, bytes);
 }
 
 bool FaultProxy::ForwardAnswer(Flow& flow) {
     std::string bytes = Receive(flow.server);
-    if (bytes.empty()) return false;
+    if (bytes.empty() || (flow.isAgain && Current().kind == Fault::kDieKept)) return false;
     flow.isKept = true;
     return Damage(flow, Current(), std::move(bytes));
 }

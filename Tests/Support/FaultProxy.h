@@ -49,6 +49,7 @@ private:
         int server;
         size_t forwarded = 0;  // bytes of the server
         bool isKept = false;   // an answer has gone
+        bool isAgain = false;  // the last request came after one
     };
 
     void Serve(int client);

@@ -44,6 +44,7 @@ std::string Serve(const HttpRequest& request) {
     if (request.target == "/away") return HttpAnswer("302 Away", "gone", "Location: /found\r\n");
     if (request.target == "/round") return HttpAnswer("302 Away", "", "Location: /round\r\n");
     if (request.target == "/ftp") return HttpAnswer("302 Away", "", "Location: ftp://127.0.0.1/\r\n");
+    if (request.target == "/repeat") return HttpAnswer("307 Again", "", "Location: " + request.body + "\r\n");
     if (request.target == "/gzip") return HttpAnswer("200 OK", Gzip("packed"), "Content-Encoding: gzip\r\n");
     return HttpAnswer("200 OK", request.method + " " + request.target + " " + request.body);
 }
@@ -167,6 +168,8 @@ TEST_F(DataTaskTest, FaultsOfTheNetworkHaveTheirCodes) {
     EXPECT_EQ(errorUnder({Fault::kHold, 45}).error, kWWWErrorTimedOut);
     proxy.Use({.kind = Fault::kDrip, .pace = 1});  // takes longer than the idle clock, but is never idle
     EXPECT_EQ(Get(proxy.Url("/slow")).body, "GET /slow ");
+    proxy.Use({.kind = Fault::kEndless});  // beyond the length that it told
+    EXPECT_EQ(Get(proxy.Url("/more")).body, "GET /more ");
 
     const int port = server.Port();
     EXPECT_EQ(Get("http://127.0.0.1:1/").error, kWWWErrorOther);
@@ -188,11 +191,22 @@ TEST_F(DataTaskTest, OnADyingKeptConnectionAPostArrivesOnce) {
     EXPECT_EQ(proxy.Connections(), 1);
     proxy.Use({.kind = Fault::kDieKept});
     EXPECT_EQ(Post(proxy.Url("/post"), "body", 4).body, "POST /post body");
-    int posts = 0;
-    for (const HttpRequest& request : server.Requests())
-        posts += request.method == "POST";
-    EXPECT_EQ(posts, 1);
+    const auto posts = [&](const std::string& target) {
+        int count = 0;
+        for (const HttpRequest& request : server.Requests())
+            count += request.method == "POST" && request.target == target;
+        return count;
+    };
+    EXPECT_EQ(posts("/post"), 1);
     EXPECT_EQ(Get(proxy.Url("/again")).body, "GET /again ");  // a GET may be sent twice
+
+    // Sent on by another server, over a connection that was kept.
+    const std::string onward = proxy.Url("/onward");
+    const int length = static_cast<int>(onward.size());
+    EXPECT_EQ(Post(server.Url("/repeat"), onward.c_str(), length).error, kWWWErrorConnectionLost);
+    EXPECT_EQ(posts("/onward"), 1);
+    proxy.Release();
+    EXPECT_EQ(Post(server.Url("/repeat"), onward.c_str(), length).body, "POST /onward " + onward);
 }
 
 TEST_F(DataTaskTest, ARequestInFlightIsTheOnlyOne) {

@@ -34,11 +34,12 @@ int CertificateError(CURL* easy) {
 }
 
 // libcurl gives one code to a scheme that it does not speak and to an answer that is not HTTP. The session has checked
-// the first address, so a foreign scheme comes from a redirect, and is then the address in force.
+// the first address, so a foreign scheme comes from a redirect. It is then the address in force if libcurl knows it; one
+// that it has never heard of passes for an answer that is not HTTP.
 int ProtocolError(CURL* easy) {
     const char* url = nullptr;
     curl_easy_getinfo(easy, CURLINFO_EFFECTIVE_URL, &url);
-    const bool isHttp = url && strncasecmp(url, "http", 4) == 0;
+    const bool isHttp = url && (strncasecmp(url, "http:", 5) == 0 || strncasecmp(url, "https:", 6) == 0);
     return isHttp ? kUrlCannotParseResponse : kUrlUnsupportedURL;
 }
 
@@ -63,6 +64,7 @@ int UrlErrorOf(CURLcode result, CURL* easy) {
         case CURLE_PARTIAL_FILE:
         case CURLE_GOT_NOTHING:
         case CURLE_SEND_ERROR:
+        case CURLE_SEND_FAIL_REWIND:  // a body that was not to be sent a second time
         case CURLE_RECV_ERROR:
         case CURLE_HTTP2:
         case CURLE_HTTP2_STREAM:

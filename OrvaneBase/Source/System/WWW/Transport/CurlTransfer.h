@@ -50,6 +50,8 @@ private:
     bool Begin();
 
     static size_t OnHeader(char* data, size_t size, size_t count, void* self);
+    static size_t OnRead(char* out, size_t size, size_t count, void* self);
+    static int OnSeek(void* self, curl_off_t offset, int origin);
     static size_t OnBody(char* data, size_t size, size_t count, void* self);
     static int OnCount(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent);
     static curl_socket_t OnOpenSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
@@ -67,6 +69,8 @@ private:
     char _errorText[CURL_ERROR_SIZE] = "";
     Clock::time_point _lastActivity;
     curl_off_t _sent = 0;
+    size_t _bodyRead = 0;      // bytes of the request's body that libcurl has taken
+    bool _isAnswered = false;  // a header has come since it took the first of them
     bool _isLookingUp;
     bool _hasBegun = false;  // the handler has been told of the answer
     int _handlersError = kUrlNoError;
