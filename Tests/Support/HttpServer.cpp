@@ -64,7 +64,7 @@ std::string HttpAnswer(const std::string& status, const std::string& body, const
 }
 
 std::string ServedFile::Answer(const HttpRequest& request) const {
-    const std::string validator = "ETag: " + entityTag + "\r\n";
+    const std::string validator = "ETag: " + entityTag + "\r\n" + headers;
     const std::string range = request.Header("Range");
     if (range.empty() || request.Header("If-Range") != entityTag) return HttpAnswer("200 OK", content, validator);
     const size_t first = strtoul(range.c_str() + sizeof "bytes=" - 1, nullptr, 10);

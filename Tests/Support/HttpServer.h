@@ -51,7 +51,8 @@ std::string HttpAnswer(const std::string& status, const std::string& body, const
 // A file on the server, which has a validator and is sent in parts if so asked: what a request for it is answered.
 struct ServedFile {
     std::string content;
-    std::string entityTag;  // with its quotes
+    std::string entityTag;     // with its quotes
+    std::string headers = {};  // whole lines
 
     std::string Answer(const HttpRequest& request) const;
 };

@@ -271,12 +271,6 @@ TEST_F(DataTaskTest, AListenerHoldsUpNoRequestButWhoDestroys) {
     EXPECT_TRUE(isOver);
 }
 
-// The full count by ORVANE_DESTROY_CYCLES.
-int DestroyCycles() {
-    const char* const cycles = getenv("ORVANE_DESTROY_CYCLES");
-    return cycles ? atoi(cycles) : 2000;
-}
-
 TEST_F(DataTaskTest, TasksMayBeDestroyedAtEveryMoment) {
     const CapturedConsole console;
     std::atomic<int> lateCalls{0};

@@ -2,6 +2,7 @@
 #ifndef ORVANE_TESTS_SYSTEM_WWW_HEARD_ANSWERS_H
 #define ORVANE_TESTS_SYSTEM_WWW_HEARD_ANSWERS_H
 
+#include <cstdlib>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -21,6 +22,12 @@ inline void UseSession(int idleMilliseconds, const std::string& certificateFile 
     options.idleMilliseconds = idleMilliseconds;
     options.certificateFile = certificateFile;
     Quern::UrlSession::Use(std::make_shared<Quern::LinuxUrlSession>(options));
+}
+
+// How many tasks a test destroys in flight; the full count by ORVANE_DESTROY_CYCLES.
+inline int DestroyCycles() {
+    const char* const cycles = getenv("ORVANE_DESTROY_CYCLES");
+    return cycles ? atoi(cycles) : 2000;
 }
 
 struct Answer {
@@ -69,15 +76,18 @@ public:
         ++progresses;
         if (onProgress) onProgress(task);
     }
-    void OnDownloadFinished(Quern::DownloadFileTask*, Quern::WWWErrorCode error, long long totalSize) override {
+    void OnDownloadFinished(Quern::DownloadFileTask* task, Quern::WWWErrorCode error, long long totalSize) override {
         events += "finished " + std::to_string(error) + " " + std::to_string(totalSize) + " ";
         ++finishes;
+        if (onFinished) onFinished(task);
     }
-    static bool Run(const std::function<bool()>& condition) {
-        return WaitFor([&] {
-            Quern::MainRunLoop::Current().RunPending();
-            return condition();
-        });
+    static bool Run(const std::function<bool()>& condition, std::chrono::milliseconds deadline = kDeadline) {
+        return WaitFor(
+            [&] {
+                Quern::MainRunLoop::Current().RunPending();
+                return condition();
+            },
+            deadline);
     }
     bool RunUntilFinished(int count = 1) {
         return Run([&] { return finishes >= count; });
@@ -88,7 +98,7 @@ public:
     int progresses = 0;
     int finishes = 0;
     bool isOrderly = true;  // a begin came first, and no more bytes than there are
-    std::function<void(Quern::DownloadFileTask*)> onProgress;
+    std::function<void(Quern::DownloadFileTask*)> onProgress, onFinished;
 };
 
 }  // namespace OrvaneTest

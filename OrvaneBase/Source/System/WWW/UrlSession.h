@@ -74,7 +74,8 @@ public:
 class UrlDownloadedFile {
 public:
     virtual ~UrlDownloadedFile() = default;
-    // Gives them the name `path`, which must be free. 0, or errno.
+    // Gives them the name `path`, in place of a file that lies there; a folder there makes it fail. 0, or errno. Once
+    // that has succeeded, another call does nothing.
     virtual int PlaceAt(const std::string& path) = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "System/WWW/Linux/DownloadTransfer.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -27,6 +29,15 @@ bool IsIdentity(const ResponseHead& head) {
 
 std::string PartialDownload::Validator() const {
     return entityTag.empty() || entityTag.rfind("W/", 0) == 0 ? lastModified : entityTag;
+}
+
+// A pause that comes while the file is being placed may have its end told a second time.
+int PartialDownload::PlaceAt(const std::string& path) {
+    if (isPlaced) return 0;
+    if (unlink(path.c_str()) != 0 && errno != ENOENT) return errno;
+    const int error = file.PlaceAt(path);
+    isPlaced = error == 0;
+    return error;
 }
 
 DownloadTransfer::DownloadTransfer(std::shared_ptr<PartialDownload> partial, std::shared_ptr<DownloadChannel> channel)
@@ -69,7 +80,10 @@ int DownloadTransfer::OnResponse(const ResponseHead& head) {
 int DownloadTransfer::TakeRest(const ResponseHead& head) {
     ContentRange range;
     const std::string entityTag = Text(head.Header("ETag"));
-    const bool isOfSameContent = entityTag.empty() || entityTag == _partial->entityTag;
+    const std::string lastModified = Text(head.Header("Last-Modified"));
+    const bool isOfSameContent =
+        (entityTag.empty() || entityTag == _partial->entityTag) &&
+        (lastModified.empty() || _partial->lastModified.empty() || lastModified == _partial->lastModified);
     if (!ParseContentRange(Text(head.Header("Content-Range")), range) || range.first != _partial->written ||
         (range.total >= 0 && _partial->total >= 0 && range.total != _partial->total) || !isOfSameContent ||
         !IsIdentity(head))
@@ -83,9 +97,9 @@ int DownloadTransfer::TakeWhole(const ResponseHead& head) {
     ContentRange range;
     // A part that nobody asked for is no file.
     if (head.Status() == kPartialContent && ParseContentRange(Text(head.Header("Content-Range")), range) &&
-        (range.first != 0 || range.last + 1 < range.total))
+        (range.first != 0 || range.last < range.total - 1))
         return kUrlCannotParseResponse;
-    if (_partial->written > 0 && _partial->file.Clear() != 0) return kUrlCannotWriteToFile;
+    if (_partial->file.Clear() != 0) return kUrlCannotWriteToFile;
     _partial->written = 0;
     _partial->total = IsIdentity(head) ? head.ContentLength() : -1;
     // An error's page is stored like a file, and not gone on with.
@@ -99,7 +113,7 @@ int DownloadTransfer::TakeWhole(const ResponseHead& head) {
 }
 
 int DownloadTransfer::OnData(const char* data, size_t length) {
-    if (_partial->file.Append(data, length) != 0) return kUrlCannotWriteToFile;
+    if (_partial->file.Write(data, length, _partial->written) != 0) return kUrlCannotWriteToFile;
     _partial->written += static_cast<long long>(length);
     _channel->TellProgress(_partial->written, _partial->total);
     return kUrlNoError;

@@ -2,6 +2,7 @@
 #ifndef ORVANE_SYSTEM_WWW_LINUX_DOWNLOAD_TRANSFER_H
 #define ORVANE_SYSTEM_WWW_LINUX_DOWNLOAD_TRANSFER_H
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -17,7 +18,7 @@ class PartialDownload final : public UrlResumeData, public UrlDownloadedFile {
 public:
     PartialDownload(std::string address, std::string path) : url(std::move(address)), place(std::move(path)) {}
 
-    int PlaceAt(const std::string& path) override { return file.PlaceAt(path); }
+    int PlaceAt(const std::string& path) override;
     // What the server will know this very content by: a strong entity tag, else its date; "" if it has told neither.
     std::string Validator() const;
 
@@ -29,6 +30,7 @@ public:
     std::string entityTag;     // as they came, "" if they did not
     std::string lastModified;  // only if it tells this content from a later one
     bool isWhole = false;
+    std::atomic<bool> isPlaced{false};  // handed over: nothing can go on with it. Set by the main thread
 };
 
 // On the transport thread.

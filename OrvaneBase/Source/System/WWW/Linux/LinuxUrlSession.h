@@ -33,7 +33,7 @@ public:
     std::shared_ptr<UrlResumeData> CancelProducingResumeData(TransferId transfer) override;
 
 private:
-    // A transfer that was made and not resumed yet.
+    // A transfer that was made and is not with the transport thread yet.
     struct Made {
         std::function<void(Transport& transport)> start;  // on the transport thread
         std::shared_ptr<PartialDownload> partial;         // of a download

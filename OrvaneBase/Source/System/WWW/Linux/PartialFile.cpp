@@ -26,6 +26,10 @@ std::string FolderOf(const std::string& place) {
     return slash == 0 ? "/" : place.substr(0, slash);
 }
 
+std::string OwnName(int descriptor) {
+    return "/proc/self/fd/" + std::to_string(descriptor);
+}
+
 }  // namespace
 
 PartialFile::~PartialFile() {
@@ -36,7 +40,11 @@ PartialFile::~PartialFile() {
 int PartialFile::Open(const std::string& place) {
     const std::string folder = FolderOf(place);
     _descriptor = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kMode);
-    if (_descriptor >= 0) return 0;
+    if (_descriptor >= 0 && access(OwnName(_descriptor).c_str(), F_OK) == 0) return 0;
+    if (_descriptor >= 0) {  // without /proc it could not get its name
+        close(_descriptor);
+        return OpenNamed(folder);
+    }
     // An old kernel takes the flag for that of a folder.
     return errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL ? OpenNamed(folder) : errno;
 }
@@ -57,19 +65,20 @@ int PartialFile::OpenNamed(const std::string& folder) {
     return errno;
 }
 
-int PartialFile::Append(const char* data, size_t length) {
+int PartialFile::Write(const char* data, size_t length, long long offset) {
     while (length > 0) {
-        const ssize_t written = write(_descriptor, data, length);
+        const ssize_t written = pwrite(_descriptor, data, length, offset);
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return written < 0 ? errno : EIO;
         data += written;
+        offset += written;
         length -= static_cast<size_t>(written);
     }
     return 0;
 }
 
 int PartialFile::Clear() {
-    return ftruncate(_descriptor, 0) == 0 && lseek(_descriptor, 0, SEEK_SET) == 0 ? 0 : errno;
+    return ftruncate(_descriptor, 0) == 0 ? 0 : errno;
 }
 
 int PartialFile::PlaceAt(const std::string& path) {
@@ -80,8 +89,7 @@ int PartialFile::PlaceAt(const std::string& path) {
     }
     // The first way needs a right that few processes have, the second the process's folder in /proc.
     if (linkat(_descriptor, "", AT_FDCWD, path.c_str(), AT_EMPTY_PATH) == 0) return 0;
-    const std::string own = "/proc/self/fd/" + std::to_string(_descriptor);
-    return linkat(AT_FDCWD, own.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
+    return linkat(AT_FDCWD, OwnName(_descriptor).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
 }
 
 }  // namespace Quern

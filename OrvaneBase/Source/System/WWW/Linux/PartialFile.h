@@ -21,7 +21,8 @@ public:
     int Open(const std::string& place);
     bool IsOpen() const { return _descriptor >= 0; }
 
-    int Append(const char* data, size_t length);
+    // At an offset of the caller's: of a write that fails a part may stand in the file, which the next one covers.
+    int Write(const char* data, size_t length, long long offset);
     // Empties it.
     int Clear();
     // Gives it the name `path`, which must be free. Once.

@@ -58,7 +58,7 @@ UrlSession::TransferId LinuxUrlSession::MakeDownload(UrlRequest request, const s
                                                      std::shared_ptr<DownloadDelegate> delegate) {
     const TransferId transfer = NextTransfer();
     auto partial = std::dynamic_pointer_cast<PartialDownload>(std::move(resumeData));
-    if (!partial) partial = std::make_shared<PartialDownload>(std::move(request.url), place);
+    if (!partial || partial->isPlaced) partial = std::make_shared<PartialDownload>(std::move(request.url), place);
     const auto channel = std::make_shared<DownloadChannel>(transfer, std::move(delegate));
     const auto handler = std::make_shared<DownloadTransfer>(partial, channel);
     Keep(transfer, {[transfer, handler](Transport& transport) {
@@ -76,15 +76,21 @@ void LinuxUrlSession::Keep(TransferId transfer, Made made) {
 }
 
 void LinuxUrlSession::Resume(TransferId transfer) {
-    Made made;
+    TransportThread::Work start;
     {
         const CCritical guard(&_mutex);
-        auto node = _made.extract(transfer);
-        if (node.empty()) return;
-        made = std::move(node.mapped());
+        const auto made = _made.find(transfer);
+        if (made != _made.end()) start.swap(made->second.start);
     }
-    _thread->Do(std::move(made.start));
-    if (made.isCancelled) Cancel(transfer);
+    if (!start) return;
+    _thread->Do(std::move(start));
+    bool isCancelled;
+    {
+        // Not before: a cancel from another thread would overtake the start, and be of an unknown number.
+        const CCritical guard(&_mutex);
+        isCancelled = _made.extract(transfer).mapped().isCancelled;
+    }
+    if (isCancelled) Cancel(transfer);
 }
 
 void LinuxUrlSession::Cancel(TransferId transfer) {
@@ -92,7 +98,7 @@ void LinuxUrlSession::Cancel(TransferId transfer) {
         const CCritical guard(&_mutex);
         const auto made = _made.find(transfer);
         if (made != _made.end()) {
-            made->second.isCancelled = true;  // once it is resumed
+            made->second.isCancelled = true;  // as soon as it has started
             return;
         }
     }

@@ -1,8 +1,5 @@
 #include "System/WWW/Task/DownloadFileTaskImpliOS.h"
 
-#include <unistd.h>
-
-#include <cerrno>
 #include <utility>
 
 #include "Base/XLog.h"
@@ -19,14 +16,17 @@ void DownloadFileTaskImpliOS::Resume() {
         const CCritical guard(&_fieldsMutex);
         if (state == kRunning) return;
         if (state == kPaused) data = std::exchange(resumeData, nullptr);
-        state = kRunning;
     }
     UrlSession& session = UrlSession::Current();
     const UrlSession::TransferId transfer =
         session.MakeDownload(UrlRequest(task->GetUrl()), task->GetLocalFilePath(), std::move(data), shared_from_this());
     {
+        // At once: the end of the transfer before, which the main thread may be telling, finds either none of it or
+        // all.
         const CCritical guard(&_fieldsMutex);
+        state = kRunning;
         downloadTask = transfer;
+        task->_isRequesting.store(true);
     }
     session.Resume(transfer);
 }
@@ -41,7 +41,7 @@ void DownloadFileTaskImpliOS::Pause() {
     }
     std::shared_ptr<UrlResumeData> data = UrlSession::Current().CancelProducingResumeData(transfer);
     const CCritical guard(&_fieldsMutex);
-    resumeData = std::move(data);
+    if (state == kPaused) resumeData = std::move(data);
 }
 
 void DownloadFileTaskImpliOS::Cancel() {
@@ -51,8 +51,7 @@ void DownloadFileTaskImpliOS::Cancel() {
     }
     Abandon();
     const CCritical guard(&task->_mutex);
-    task->_isRequesting.store(false);  // silent as it is, a cancelled download may be started again
-    Uninit();
+    Uninit(0);  // silent as it is, a cancelled download may be started again
 }
 
 void DownloadFileTaskImpliOS::Abandon() {
@@ -69,9 +68,11 @@ void DownloadFileTaskImpliOS::PassGate() {
     _isTaskGone = true;
 }
 
-void DownloadFileTaskImpliOS::Uninit() {
+void DownloadFileTaskImpliOS::Uninit(UrlSession::TransferId ended) {
     std::shared_ptr<UrlResumeData> dropped;  // behind the lock: it closes a file
     const CCritical guard(&_fieldsMutex);
+    if (downloadTask != 0 && downloadTask != ended) return;
+    task->_isRequesting.store(false);
     dropped.swap(resumeData);
     state = kIdle;
     isBegin = false;
@@ -117,9 +118,7 @@ void DownloadFileTaskImpliOS::DidFinishDownloading(UrlSession::TransferId transf
     if (IsTaskReleased() || !IsCurrent(transfer)) return;
     const char* const path = task->GetLocalFilePath();
     if (!path || !*path) return;
-    // A folder under the path is not removed: that fails, and with it the download.
-    const bool isFree = unlink(path) == 0 || errno == ENOENT;
-    const int error = isFree ? file.PlaceAt(path) : errno;
+    const int error = file.PlaceAt(path);
     if (error != 0) ORVANE_LOG_ERROR("download to %s: error %d", path, error);
     Finish(transfer, error == 0 ? kUrlNoError : kUrlCannotCreateFile);
 }
@@ -139,16 +138,11 @@ void DownloadFileTaskImpliOS::Finish(UrlSession::TransferId transfer, int platfo
     long long size;
     {
         const CCritical fields(&_fieldsMutex);
-        size = totalSize;
+        size = std::exchange(totalSize, 0);
+        isBegin = false;
     }
     if (task->_listener) task->_listener->OnDownloadFinished(task, ConvertToWWWErrorCode(platformError), size);
-    {
-        const CCritical fields(&_fieldsMutex);
-        // The listener has cancelled the download, finished as it was, and started it again.
-        if (downloadTask != 0 && downloadTask != transfer) return;
-    }
-    task->_isRequesting.store(false);
-    Uninit();
+    Uninit(transfer);  // unless the listener has started it again
 }
 
 }  // namespace Quern

@@ -46,7 +46,8 @@ private:
     bool IsCurrent(UrlSession::TransferId transfer);
     // Under the gate.
     bool IsTaskReleased() const;
-    void Uninit();
+    // Back to idle, unless another transfer than the one that has ended is waited for by now.
+    void Uninit(UrlSession::TransferId ended);
     void Finish(UrlSession::TransferId transfer, int platformError);
 
     DownloadFileTaskImpl* const task;   // not owned, and perhaps dead
