@@ -93,16 +93,18 @@ bool DataTaskImpl::Prepare(const char* body, int length, UrlRequest& request) co
 
 // Once the transfer is resumed its completion may run, and the listener may have the task destroyed: `this` is not
 // touched any more.
-void DataTaskImpl::Send(UrlRequest request, bool isCancelled) {
-    UrlSession& session = UrlSession::Current();
+void DataTaskImpl::Send(UrlRequest request) {
+    const UrlSession::TransferId transfer = Make(std::move(request));
+    _platformTask.store(transfer);
+    UrlSession::Current().Resume(transfer);
+}
+
+UrlSession::TransferId DataTaskImpl::Make(UrlRequest request) {
     WWWTaskBase* const task = this;
     const auto completion = [task](UrlSession::TransferId transfer, const UrlResult& result) {
         Completed(task, transfer, result);
     };
-    const UrlSession::TransferId transfer = session.MakeDataTransfer(std::move(request), completion);
-    _platformTask.store(isCancelled ? 0 : transfer);
-    if (isCancelled) session.Cancel(transfer);
-    session.Resume(transfer);
+    return UrlSession::Current().MakeDataTransfer(std::move(request), completion);
 }
 
 // On the session's thread, with a task that may be dead.
@@ -139,18 +141,34 @@ void DataTaskImpl::FinishedCallback(WWWErrorCode error, int httpStatus, const ch
 }
 
 void DataTaskImpl::SendKept() {
-    std::optional<KeptRequest> kept;
+    UrlRequest request;
     {
         const CCritical guard(&_stateMutex);
-        kept.swap(_kept);
+        if (!_kept) return;
+        request = std::move(_kept->request);
     }
-    if (kept) Send(std::move(kept->request), kept->isCancelled);
+    const UrlSession::TransferId transfer = Make(std::move(request));
+    bool isCancelled;
+    {
+        // At once, so that a cancel meets either the one or the other.
+        const CCritical guard(&_stateMutex);
+        isCancelled = _kept->isCancelled;
+        _kept.reset();
+        _platformTask.store(isCancelled ? 0 : transfer);
+    }
+    UrlSession& session = UrlSession::Current();
+    if (isCancelled) session.Cancel(transfer);
+    session.Resume(transfer);
 }
 
 void DataTaskImpl::Cancel() {
-    if (const UrlSession::TransferId transfer = _platformTask.exchange(0)) UrlSession::Current().Cancel(transfer);
-    const CCritical guard(&_stateMutex);
-    if (_kept) _kept->isCancelled = true;  // its end is told like that of any other
+    UrlSession::TransferId transfer;
+    {
+        const CCritical guard(&_stateMutex);
+        transfer = _platformTask.exchange(0);
+        if (_kept) _kept->isCancelled = true;  // its end is told like that of any other
+    }
+    if (transfer) UrlSession::Current().Cancel(transfer);
 }
 
 void DataTaskImpl::SetListener(DataTask::Listener* listener) {

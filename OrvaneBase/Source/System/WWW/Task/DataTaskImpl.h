@@ -36,7 +36,8 @@ private:
     bool IsBusy();
     Turn ClaimOrKeep(UrlRequest& request);
     void Release();
-    void Send(UrlRequest request, bool isCancelled = false);
+    void Send(UrlRequest request);
+    UrlSession::TransferId Make(UrlRequest request);
 
     static void Completed(WWWTaskBase* task, UrlSession::TransferId transfer, const UrlResult& result);
     void FinishedCallback(WWWErrorCode error, int httpStatus, const char* data, long long length);
