@@ -47,8 +47,9 @@ public:
     /// after this has returned.
     virtual void Pause() = 0;
 
-    /// Starts, or goes on after a pause. Ignored, with a line in the log, while the download is running. Cancel drops
-    /// what has come, nothing is told, and a new Resume begins at the start.
+    /// Starts, or goes on after a pause, with the address of the start: SetUrl in between has no effect. Ignored, with
+    /// a line in the log, while the download is running. Cancel drops what has come, nothing is told, and a new Resume
+    /// begins at the start; it waits for a listener's call of this task that is under way on another thread.
     virtual void Resume() = 0;
 
     /// Sets who is told, null for nobody. Waits for a call that is under way on another thread.

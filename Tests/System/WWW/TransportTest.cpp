@@ -14,6 +14,7 @@
 
 #include "HeardAnswers.h"
 #include "Orvane/IBase.h"
+#include "Orvane/INetworkChecker.h"
 #include "Support/FaultProxy.h"
 #include "Support/HttpServer.h"
 #include "Support/TestContainer.h"
@@ -183,7 +184,7 @@ TEST(TransportTest, MoreThanMayRunAtOnceWaitForTheirTurn) {
     EXPECT_EQ(body, "PUT0");
 }
 
-void ExitWithTransfersInFlight(bool isUnderWay) {
+void ExitWithAllInFlight(bool isUnderWay) {
     const HttpServer server([](const HttpRequest&) { return HttpAnswer("200 OK", std::string(1 << 20, 'x')); });
     auto* const proxy = new FaultProxy(server.Port());
     proxy->Use({Fault::kHold, 1 << 10});
@@ -193,15 +194,22 @@ void ExitWithTransfersInFlight(bool isUnderWay) {
     }
     const HttpServer tls([](const HttpRequest&) { return std::string(); });
     WWW::Request(("https" + tls.Url().substr(4)).c_str())->Get();
+    constexpr char kNowhere[] = "192.0.2.1";
+    INetworkChecker& checker = *INetworkChecker::GetInstance();
+    checker.Ping(
+        kNowhere, 1, [](PingResult&) {}, 60, 255);
+    checker.TraceRoute(
+        kNowhere, 2, [](TraceRouteResult&) {}, 255);
+    checker.NSLookup("in-flight.invalid", 3, [](NSLookupResult&) {});
     if (isUnderWay) WaitFor([&] { return proxy->Connections() == 16; });
     IBase::Release();
     exit(7);
 }
 
-TEST(TransportTest, AProcessEndsWithTransfersInFlight) {
+TEST(TransportTest, AProcessEndsWithAllKindsInFlight) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     for (const bool isUnderWay : {true, false})
-        EXPECT_EXIT(ExitWithTransfersInFlight(isUnderWay), testing::ExitedWithCode(7), "");
+        EXPECT_EXIT(ExitWithAllInFlight(isUnderWay), testing::ExitedWithCode(7), "");
 }
 
 }  // namespace

@@ -61,11 +61,16 @@ void CurlTransfer::SetUp(const CurlEnvironment& environment) {
     // Without it, ending a transfer whose name is being looked up waits for the name server.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_NOSIGNAL, 1L);
+    // libcurl shares that time out among a host's addresses. By itself it would stay with one that is silent until the
+    // idle clock ends the transfer.
+    set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(environment.options.idleMilliseconds));
     set(CURLOPT_ERRORBUFFER, _errorText);
     set(CURLOPT_WRITEFUNCTION, &OnBody);
     set(CURLOPT_WRITEDATA, this);
     set(CURLOPT_HEADERFUNCTION, &OnHeader);
     set(CURLOPT_HEADERDATA, this);
+    set(CURLOPT_RESOLVER_START_FUNCTION, &OnLookup);
+    set(CURLOPT_RESOLVER_START_DATA, this);
     set(CURLOPT_OPENSOCKETFUNCTION, &OnOpenSocket);
     set(CURLOPT_OPENSOCKETDATA, this);
     set(CURLOPT_PREREQFUNCTION, &OnConnected);
@@ -147,6 +152,12 @@ bool CurlTransfer::Begin() {
 int CurlTransfer::OnCount(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
     CurlTransfer& transfer = Self(self);
     if (std::exchange(transfer._sent, sent) != sent) transfer._lastActivity = Clock::now();
+    return 0;
+}
+
+// A redirect's lookup waits for nobody, but counts like any other.
+int CurlTransfer::OnLookup(void*, void*, void* self) {
+    Self(self)._isLookingUp = true;
     return 0;
 }
 

@@ -36,7 +36,7 @@ public:
     const std::shared_ptr<TransferHandler>& Handler() const { return _handler; }
     // When a byte last went either way, or the transfer began.
     Clock::time_point LastActivity() const { return _lastActivity; }
-    // Whether its name may still be looked up.
+    // Whether a name, its own or a redirect's, may still be looked up.
     bool IsLookingUp() const { return _isLookingUp; }
 
     // How it ended, off the handle. `error` in place of libcurl's result where it is not 0.
@@ -54,6 +54,7 @@ private:
     static int OnSeek(void* self, curl_off_t offset, int origin);
     static size_t OnBody(char* data, size_t size, size_t count, void* self);
     static int OnCount(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent);
+    static int OnLookup(void*, void*, void* self);
     static curl_socket_t OnOpenSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
     static int OnConnected(void* self, char*, char*, int, int);
 

@@ -187,7 +187,9 @@ std::unique_ptr<CurlTransfer> CurlTransport::Take(UrlSession::TransferId id) {
 
 void CurlTransport::Finish(std::unique_ptr<CurlTransfer> transfer, CURLcode result, int error) {
     const TransferOutcome outcome = transfer->Outcome(result, error);
-    if (error != kUrlNoError && transfer->IsLookingUp()) _orphanedLookups.push_back(Clock::now() + kLongestLookup);
+    // With any other result the lookup has come to its own end.
+    const bool isGivenUp = error != kUrlNoError || result == CURLE_OPERATION_TIMEDOUT;
+    if (isGivenUp && transfer->IsLookingUp()) _orphanedLookups.push_back(Clock::now() + kLongestLookup);
     CURL* const easy = transfer->Easy();
     curl_multi_remove_handle(_multi, easy);
     const UrlSession::TransferId id = transfer->Id();

@@ -17,7 +17,7 @@ namespace Quern {
 
 // Transfers beyond kMostTransfers wait for their turn, and so do those whose name would be looked up beyond
 // kMostLookups: each lookup is a thread, which nothing can stop, so it counts until it must have ended even where its
-// transfer has gone.
+// transfer has gone. A redirect to another name is looked up beyond the bound, and keeps others waiting in turn.
 class CurlTransport final : public Transport {
 public:
     static constexpr size_t kMostTransfers = 256;
