@@ -96,7 +96,8 @@ TEST(TransportTest, CertificatesAreChecked) {
     EXPECT_EQ(ErrorOf("https://127.0.0.1:" + std::to_string(plain.Port())), kUrlSecureConnectionFailed);
 }
 
-// A name server that takes every question and answers none, in namespaces of the process's own.
+// A name server that takes every question and answers none, in namespaces of the process's own. One host has two
+// addresses all the same.
 bool BecomeMute() {
     if (unshare(CLONE_NEWNS | CLONE_NEWNET) != 0) return false;
     const int link = socket(AF_INET, SOCK_DGRAM, 0);
@@ -109,11 +110,57 @@ bool BecomeMute() {
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     const std::string file = CacheFolder() + "/resolv.conf";
     WriteFile(file, "nameserver 127.0.0.1\n");
+    const std::string hosts = CacheFolder() + "/hosts";
+    WriteFile(hosts, "127.0.0.1 two.test\n127.0.0.2 two.test\n");
     return ioctl(link, SIOCSIFFLAGS, &loopback) == 0 &&
            bind(link, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
            mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount(file.c_str(), "/etc/resolv.conf", nullptr, MS_BIND, nullptr) == 0;
+           mount(file.c_str(), "/etc/resolv.conf", nullptr, MS_BIND, nullptr) == 0 &&
+           mount(hosts.c_str(), "/etc/hosts", nullptr, MS_BIND, nullptr) == 0;
 }
+
+int ListenAt(const char* host, int port, int backlog) {
+    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    inet_pton(AF_INET, host, &address.sin_addr);
+    EXPECT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    listen(listener, backlog);
+    return listener;
+}
+
+// A host whose first address answers no connection, since its queue is full, and whose second one is a server.
+class HostWithASilentAddress {
+public:
+    HostWithASilentAddress() {
+        sockaddr_in address{};
+        socklen_t size = sizeof address;
+        getsockname(_silent, reinterpret_cast<sockaddr*>(&address), &size);
+        port = ntohs(address.sin_port);
+        _queued = ConnectTo(port);
+        _listener = ListenAt("127.0.0.2", port, 1);
+        _answering = std::thread([this] {
+            const int connection = accept(_listener, nullptr, nullptr);
+            char request[4096];
+            if (connection < 0 || recv(connection, request, sizeof request, 0) <= 0) return;
+            SendAll(connection, HttpAnswer("200 OK", "second"));
+            close(connection);
+        });
+    }
+    ~HostWithASilentAddress() {
+        shutdown(_listener, SHUT_RDWR);
+        _answering.join();
+        for (const int descriptor : {_silent, _queued, _listener})
+            close(descriptor);
+    }
+    int port;
+
+private:
+    const int _silent = ListenAt("127.0.0.1", 0, 0);
+    int _queued, _listener;
+    std::thread _answering;
+};
 
 TEST(TransportTest, ANameServerThatIsSilentHoldsUpNothing) {
     if (!BecomeMute()) GTEST_SKIP() << "needs the right to make namespaces";
@@ -140,6 +187,15 @@ TEST(TransportTest, ANameServerThatIsSilentHoldsUpNothing) {
     EXPECT_EQ(hung.Wait(39).error, kWWWErrorTimedOut);
     for (size_t i = 0; i < tasks.size(); ++i)
         if (i != 1) WWW::Destroy(tasks[i]);
+
+    UseSession(1000);
+    const HostWithASilentAddress two;
+    DataTask* const onward = WWW::Request(("http://two.test:" + std::to_string(two.port)).c_str());
+    onward->SetListener(&heard);
+    onward->Get();
+    EXPECT_EQ(heard.Wait(2).body, "second");
+    WWW::Destroy(onward);
+
     UseSession(60000);
     DataTask* const last = WWW::Request("http://last.test/");
     last->Get();
