@@ -8,9 +8,9 @@
 namespace Quern {
 
 /// The file appears under its path when it is whole, in place of what lay there; until then its bytes have no name, so
-/// that a process that is killed leaves nothing behind (on file systems without unnamed files: a hidden one beside it).
-/// A pause keeps them, and the server's validators with them: a file that has changed on the server meanwhile, or that
-/// has no validator, is fetched from its start rather than made of two halves.
+/// that a process that is killed leaves nothing behind (on file systems without unnamed files, and without /proc: a
+/// hidden one beside it). A pause keeps them, and the server's validators with them: a file that has changed on the
+/// server meanwhile, or that has no validator, is fetched from its start rather than made of two halves.
 ///
 /// The order of the virtual operations is a contract between libraries. The headers of SetHttpHeader are not sent.
 class DownloadFileTask : virtual public WWWTask {

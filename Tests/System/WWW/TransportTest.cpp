@@ -240,6 +240,38 @@ TEST(TransportTest, MoreThanMayRunAtOnceWaitForTheirTurn) {
     EXPECT_EQ(body, "PUT0");
 }
 
+TEST(TransportTest, ACancelBesideTheStartIsNotLost) {
+    constexpr int kTransfers = 3000;
+    UseSession(5000);
+    const TcpService mute([](int connection) {
+        for (char request[4096]; recv(connection, request, sizeof request, 0) > 0;) {
+        }
+    });
+    UrlSession& session = UrlSession::Current();
+    std::atomic<UrlSession::TransferId> started{0};
+    std::atomic<int> ends{0}, cancelled{0};
+    std::atomic<bool> isOver{false};
+    std::thread canceller([&] {
+        while (!isOver)
+            if (const UrlSession::TransferId transfer = started.exchange(0)) session.Cancel(transfer);
+    });
+    for (int i = 0; i < kTransfers; ++i) {
+        const UrlRequest request("http://127.0.0.1:" + std::to_string(mute.Port()));
+        const UrlSession::TransferId transfer =
+            session.MakeDataTransfer(request, [&](UrlSession::TransferId, const UrlResult& result) {
+                cancelled += result.error == kUrlCancelled;
+                ++ends;
+            });
+        started = transfer;
+        session.Resume(transfer);
+        WaitFor([&] { return started == 0; });
+    }
+    EXPECT_TRUE(WaitFor([&] { return ends == kTransfers; }));
+    EXPECT_EQ(cancelled, kTransfers);
+    isOver = true;
+    canceller.join();
+}
+
 void ExitWithAllInFlight(bool isUnderWay) {
     const HttpServer server([](const HttpRequest&) { return HttpAnswer("200 OK", std::string(1 << 20, 'x')); });
     auto* const proxy = new FaultProxy(server.Port());

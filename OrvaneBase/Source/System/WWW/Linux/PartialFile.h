@@ -17,7 +17,8 @@ public:
     PartialFile& operator=(const PartialFile&) = delete;
 
     // Makes an empty one on the file system of `place`, the path that it is meant for: without a name, or, where the
-    // file system knows no such files, as a hidden one beside it. An empty path means the folder for temporary files.
+    // file system knows no such files or /proc is missing, as a hidden one beside it. An empty path means the folder
+    // for temporary files.
     int Open(const std::string& place);
     bool IsOpen() const { return _descriptor >= 0; }
 
