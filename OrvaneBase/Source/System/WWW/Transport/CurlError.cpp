@@ -34,8 +34,8 @@ int CertificateError(CURL* easy) {
 }
 
 // libcurl gives one code to a scheme that it does not speak and to an answer that is not HTTP. The session has checked
-// the first address, so a foreign scheme comes from a redirect. It is then the address in force if libcurl knows it; one
-// that it has never heard of passes for an answer that is not HTTP.
+// the first address, so a foreign scheme comes from a redirect. It is then the address in force if libcurl knows it;
+// one that it has never heard of passes for an answer that is not HTTP.
 int ProtocolError(CURL* easy) {
     const char* url = nullptr;
     curl_easy_getinfo(easy, CURLINFO_EFFECTIVE_URL, &url);

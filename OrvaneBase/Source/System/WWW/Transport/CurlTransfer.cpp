@@ -163,11 +163,13 @@ int CurlTransfer::OnLookup(void*, void*, void* self) {
 
 curl_socket_t CurlTransfer::OnOpenSocket(void* self, curlsocktype, curl_sockaddr* address) {
     Self(self)._isLookingUp = false;
+    Self(self)._isConnecting = true;
     return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
 int CurlTransfer::OnConnected(void* self, char*, char*, int, int) {
     Self(self)._isLookingUp = false;
+    Self(self)._isConnecting = false;
     return CURL_PREREQFUNC_OK;
 }
 

@@ -39,6 +39,8 @@ public:
     // Whether a name, its own or a redirect's, may still be looked up.
     bool IsLookingUp() const { return _isLookingUp; }
 
+    bool IsConnecting() const { return _isConnecting; }
+
     // How it ended, off the handle. `error` in place of libcurl's result where it is not 0.
     TransferOutcome Outcome(CURLcode result, int error = kUrlNoError);
 
@@ -73,6 +75,7 @@ private:
     size_t _bodyRead = 0;      // bytes of the request's body that libcurl has taken
     bool _isAnswered = false;  // a header has come since it took the first of them
     bool _isLookingUp;
+    bool _isConnecting = false;
     bool _hasBegun = false;  // the handler has been told of the answer
     int _handlersError = kUrlNoError;
 };

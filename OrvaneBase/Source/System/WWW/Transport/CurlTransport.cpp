@@ -176,6 +176,11 @@ int CurlTransport::WaitTime() const {
     constexpr std::chrono::milliseconds kLongest{60000};
     const Clock::time_point now = Clock::now();
     Clock::time_point due = std::min(now + kLongest, _nextIdleCheck);
+    // libcurl's timer for one address among several may go off a moment before it takes the time to be over, and is
+    // then not set again.
+    constexpr std::chrono::milliseconds kConnectCheck{100};
+    const auto isConnecting = [](const auto& entry) { return entry.second->IsConnecting(); };
+    if (std::any_of(_active.begin(), _active.end(), isConnecting)) due = std::min(due, now + kConnectCheck);
     if (!_waiting.empty() && !_orphanedLookups.empty()) due = std::min(due, _orphanedLookups.front());
     return static_cast<int>(std::max(std::chrono::ceil<std::chrono::milliseconds>(due - now).count(), 0L));
 }
