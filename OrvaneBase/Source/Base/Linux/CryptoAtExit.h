@@ -5,7 +5,8 @@
 namespace Quern {
 
 // Asks libcrypto not to take itself down at the process's end: threads of the library's may be inside it then. Heard
-// only before whoever uses libcrypto first in the process; so it is called before each use that may be that. Any thread.
+// only before whoever uses libcrypto first in the process; so it is called before each use that may be that. Any
+// thread.
 void KeepCryptoAtExit();
 
 }  // namespace Quern

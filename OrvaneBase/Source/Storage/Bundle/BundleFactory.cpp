@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "Base/MakeOnce.h"
 #include "Base/XLog.h"
 #include "Storage/Bundle/BundleImpl.h"
 
@@ -11,11 +12,17 @@ namespace {
 std::atomic<BundleFactory*> s_instance{nullptr};
 std::atomic<Bundle*> s_defaultBundle{nullptr};
 
+// Held while the default bundle is made. Two that lose and win as other singletons do cannot be had here: one that is
+// deleted leaves its file in plain text. Never destroyed.
+CMutex& DefaultBundleMutex() {
+    static CMutex* mutex = new CMutex(true);
+    return *mutex;
+}
+
 }  // namespace
 
 BundleFactory* BundleFactory::GetInstance() {
-    if (!s_instance) s_instance = new BundleFactory;
-    return s_instance;
+    return MakeOnce(s_instance, [] { return new BundleFactory; });
 }
 
 void BundleFactory::ReleaseInstance() {
@@ -23,8 +30,11 @@ void BundleFactory::ReleaseInstance() {
 }
 
 Bundle* BundleFactory::GetDefaultBundle() {
-    if (!s_defaultBundle) s_defaultBundle = new BundleImpl(nullptr);
-    return s_defaultBundle;
+    if (Bundle* const made = s_defaultBundle.load(std::memory_order_acquire)) return made;
+    const CCritical guard(&DefaultBundleMutex());
+    if (!s_defaultBundle.load(std::memory_order_relaxed))
+        s_defaultBundle.store(new BundleImpl(nullptr), std::memory_order_release);
+    return s_defaultBundle.load(std::memory_order_relaxed);
 }
 
 Bundle* BundleFactory::GetBundle(const char* name) {

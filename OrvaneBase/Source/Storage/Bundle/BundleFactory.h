@@ -19,8 +19,8 @@ public:
     static void ReleaseInstance();
     BundleFactory() = default;
 
-    // The library's own bundle, "Orvane.config" in the cache folder; made at the first call and never deleted. Not
-    // locked: the first call belongs to the start-up thread.
+    // The library's own bundle, "Orvane.config" in the cache folder; made at the first call, on any thread, and never
+    // deleted.
     Bundle* GetDefaultBundle();
     // The bundle over the file of that path, made if need be: the same object for the same name. Null gives the default
     // bundle, with a log line.
