@@ -113,13 +113,16 @@ int DownloadTransfer::TakeWhole(const ResponseHead& head) {
 }
 
 int DownloadTransfer::OnData(const char* data, size_t length) {
-    if (_partial->file.Write(data, length, _partial->written) != 0) return kUrlCannotWriteToFile;
-    _partial->written += static_cast<long long>(length);
+    const int error = _partial->file.Append(data, length);
+    _partial->written = _partial->file.Length();
+    if (error != 0) return kUrlCannotWriteToFile;
     _channel->TellProgress(_partial->written, _partial->total);
     return kUrlNoError;
 }
 
 bool DownloadTransfer::OnFinished(const TransferOutcome& outcome) {
+    const int writeError = _partial->file.IsOpen() ? _partial->file.Flush() : 0;
+    _partial->written = _partial->file.Length();
     if (std::exchange(_isStartOver, false) && outcome.error != kUrlCancelled) {
         _isRest = false;
         _request.headers.clear();
@@ -127,6 +130,8 @@ bool DownloadTransfer::OnFinished(const TransferOutcome& outcome) {
     }
     if (outcome.error != kUrlNoError) {
         _channel->TellFailed(outcome.error, outcome.errorText);
+    } else if (writeError != 0) {
+        _channel->TellFailed(kUrlCannotWriteToFile, strerror(writeError));
     } else if (_partial->total >= 0 && _partial->written != _partial->total) {
         _channel->TellFailed(kUrlNetworkConnectionLost, "the server sent less than the file");
     } else {

@@ -7,13 +7,16 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace Quern {
 namespace {
 
 constexpr mode_t kMode = 0666;  // less the process's mask
+constexpr size_t kMostGathered = 64 * 1024;
 
 std::string FolderOf(const std::string& place) {
     if (place.empty()) {
@@ -65,7 +68,22 @@ int PartialFile::OpenNamed(const std::string& folder) {
     return errno;
 }
 
-int PartialFile::Write(const char* data, size_t length, long long offset) {
+int PartialFile::Append(const char* data, size_t length) {
+    if (_gathered + length > kMostGathered)
+        if (const int error = Flush()) return error;
+    if (length >= kMostGathered) return Write(data, length);
+    if (!_pieces) _pieces = std::make_unique<char[]>(kMostGathered);
+    memcpy(_pieces.get() + _gathered, data, length);
+    _gathered += length;
+    return 0;
+}
+
+int PartialFile::Flush() {
+    return Write(_pieces.get(), std::exchange(_gathered, 0u));
+}
+
+int PartialFile::Write(const char* data, size_t length) {
+    long long offset = _length;
     while (length > 0) {
         const ssize_t written = pwrite(_descriptor, data, length, offset);
         if (written < 0 && errno == EINTR) continue;
@@ -74,10 +92,13 @@ int PartialFile::Write(const char* data, size_t length, long long offset) {
         offset += written;
         length -= static_cast<size_t>(written);
     }
+    _length = offset;
     return 0;
 }
 
 int PartialFile::Clear() {
+    _length = 0;
+    _gathered = 0;
     return ftruncate(_descriptor, 0) == 0 ? 0 : errno;
 }
 
