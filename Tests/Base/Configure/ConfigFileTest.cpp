@@ -77,7 +77,9 @@ TEST_F(ConfigFileTest, EveryOperationReachesItsBundleAndTheDiskIfItSaysSo) {
 }
 
 TEST_F(ConfigFileTest, ATextIsCutAtTheBuffersEnd) {
-    ConfigFile file("game"), bare(nullptr, "");
+    manifest.Set("Orvane", "GameId", manifest.Text("game"));  // or the console tells that there are none
+    manifest.Set("s", "other", manifest.Text("x"));
+    ConfigFile file("game");
     file.SetCache("s", "k", "four");
     const struct {
         const char* key;
