@@ -76,7 +76,7 @@ TEST_F(ConfigureTest, EachAnswerIsTakenOrLeftAsAWhole) {
     EXPECT_GT(later.calls, 0);
     EXPECT_EQ(Read("real"), "-");
     EXPECT_EQ(Read("RemoteConfigUrl", "OrvaneCore"), proxy.Url(""));
-    EXPECT_EQ(Quern::BundleFactory::GetInstance()->GetDefaultBundle()->Get("OrvaneCore", "rule_id", 0), 9)
+    EXPECT_EQ(Quern::BundleFactory::GetInstance()->GetDefaultBundle()->Get("OrvaneCore", "rule_id", 0), 10)
         << "the highest, and not the last";
 
     server.OrderNext("hostile:behind");  // garbage behind the document
@@ -216,12 +216,13 @@ protected:
 
 void ConfigureContractTest::CallEverySlot() {
     manifest.Set("Game", "n", FakeInfoDictionary::Integer(7));
+    manifest.Set("Game", "half", FakeInfoDictionary::Text("0.5"));
     manifest.Set("Game", "yes", FakeInfoDictionary::Text("true"));
     server.Serve("Game", R"({"only":1})");
     auto* const slots = reinterpret_cast<Slots*>(Orvane::Configure::GetInstance());
     EXPECT_EQ(slots->Slot1("Game", "n", 1), 7);
     EXPECT_EQ(slots->Slot2("Game", "n", 1), 7);
-    EXPECT_EQ(slots->Slot3("Game", "n", 1), 7);
+    EXPECT_EQ(slots->Slot3("Game", "half", 1), 0.5);
     EXPECT_TRUE(slots->Slot4("Game", "yes", false));
     EXPECT_STREQ(slots->Slot5("Game", "yes", "").c_str(), "true");
     ObserverSlots observer;
