@@ -286,7 +286,7 @@ TEST_F(EncryptedIniFileTest, ASaveSyncsThenMovesTheKeyThenTheNameAndLooksAgain) 
 TEST_F(EncryptedIniFileTest, ABatchIsOneSaveOfWhatTheCallsAloneSave) {
     Keychain::Use(nullptr);  // the one with a file
     Value configuration;
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 100; ++i)
         configuration[("module" + std::to_string(i % 7)).c_str()][("key" + std::to_string(i)).c_str()] = Value(i);
     const auto store = [&configuration](BundleImpl& bundle) {
         bundle.RemoveAll();

@@ -14,8 +14,7 @@ void SharedIniText::Release() {
     const std::lock_guard<std::mutex> guard(_mutex);
     if (!IsHolder() || --_holds > 0) return;
     _holder.store(std::thread::id(), std::memory_order_relaxed);
-    _isAhead.store(true, std::memory_order_relaxed);
-    PublishChanges();
+    PublishText();  // without a word of it before, which would have readers wait for it here
 }
 
 IniText SharedIniText::Publish() {
@@ -25,7 +24,10 @@ IniText SharedIniText::Publish() {
 }
 
 void SharedIniText::PublishChanges() const {
-    if (!_isAhead.load(std::memory_order_relaxed)) return;
+    if (_isAhead.load(std::memory_order_relaxed)) PublishText();
+}
+
+void SharedIniText::PublishText() const {
     _published.Publish(_text);
     _isAhead.store(false, std::memory_order_release);
 }

@@ -59,6 +59,7 @@ private:
     }
     // REQUIRES: the mutex.
     void PublishChanges() const;
+    void PublishText() const;
 
     mutable std::mutex _mutex;
     IniText _text;                                     // guarded by the mutex
