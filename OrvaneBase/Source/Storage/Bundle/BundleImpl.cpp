@@ -1,6 +1,7 @@
 #include "Storage/Bundle/BundleImpl.h"
 
 #include <cstring>
+#include <utility>
 
 #include "Base/Assert.h"
 #include "Base/ProjectName.h"
@@ -40,6 +41,19 @@ bool SplitInto(Value& value, const AString& text) {
 }
 
 }  // namespace
+
+BundleImpl::Batch::Batch(BundleImpl& bundle) : _ini(bundle._ini.get()) {
+    if (_ini) _ini->BeginBatch();
+}
+
+BundleImpl::Batch::~Batch() {
+    Commit();
+}
+
+bool BundleImpl::Batch::Commit() {
+    IniBundle* const ini = std::exchange(_ini, nullptr);
+    return !ini || ini->EndBatch();
+}
 
 const char* BundleImpl::_ConvertSection(const char* section) {
     const bool isGame = section && strcmp(section, GameId()) == 0;
@@ -248,6 +262,10 @@ bool BundleImpl::RemoveCacheValueForKey(const char* section, const char* key) {
 
 AString BundleImpl::GetMetaString(const char* section, const char* key, const char* defaultValue) {
     return SolidConfigReader::GetMetaString(section, key, defaultValue);
+}
+
+bool BundleImpl::SetIfDifferent(const char* section, const char* key, const char* value) {
+    return _ini && _ini->SetIfDifferent(section, key, value);
 }
 
 }  // namespace Quern

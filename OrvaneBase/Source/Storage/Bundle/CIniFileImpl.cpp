@@ -38,6 +38,7 @@ bool CIniFileImpl::Load() {
 
 bool CIniFileImpl::Save() {
     const CCritical guard(&_mutex);
+    if (PutOffSave()) return true;
     std::string text = _text.Join('\n');
     if (!_text.Empty()) text += '\n';
     FileReplacement file(_path.c_str());
@@ -92,10 +93,16 @@ long long CIniFileImpl::ReadLongLong(const char* section, const char* key, long 
 }
 
 bool CIniFileImpl::WriteString(const char* section, const char* key, const char* value) {
+    bool isChanged = false;
+    return CIniFileImpl::ReplaceString(section, key, value, isChanged);
+}
+
+bool CIniFileImpl::ReplaceString(const char* section, const char* key, const char* value, bool& isChanged) {
+    isChanged = false;
     if (!section || !key) return false;
     ORVANE_ASSERT(value != nullptr);
     const CCritical guard(&_mutex);
-    _text.Write(section, key, value);
+    isChanged = _text.Write(section, key, value);
     return true;
 }
 
@@ -136,6 +143,23 @@ bool CIniFileImpl::RemoveAll() {
     const CCritical guard(&_mutex);
     _text.Clear();
     return true;
+}
+
+void CIniFileImpl::BeginBatch() {
+    const CCritical guard(&_mutex);
+    ++_batches;
+}
+
+bool CIniFileImpl::EndBatch() {
+    const CCritical guard(&_mutex);
+    if (--_batches > 0 || !_isSaveDue) return true;
+    _isSaveDue = false;
+    return Save();
+}
+
+bool CIniFileImpl::PutOffSave() {
+    if (_batches > 0) _isSaveDue = true;
+    return _batches > 0;
 }
 
 }  // namespace Quern

@@ -34,8 +34,14 @@ public:
     bool RemoveSection(const char* section) override;
     bool RemoveKey(const char* section, const char* key) override;
     bool RemoveAll() override;
+    bool ReplaceString(const char* section, const char* key, const char* value, bool& isChanged) override;
+    void BeginBatch() override;
+    bool EndBatch() override;
 
 protected:
+    // Whether a batch keeps a save from being made; the batch's end makes it. REQUIRES: the mutex.
+    bool PutOffSave();
+
     AString _path;
     IniText _text;
     CMutex _mutex{true};  // guards the text and the file; recursive, since the number forms call the text forms
@@ -44,6 +50,10 @@ private:
     // Reads a number; the default for an empty text.
     template <typename Number>
     Number ReadNumber(const char* section, const char* key, Number defaultValue, bool& found);
+
+    // Guarded by _mutex, so that no save is under way when a batch begins.
+    int _batches = 0;
+    bool _isSaveDue = false;
 };
 
 }  // namespace Quern

@@ -101,6 +101,7 @@ bool EncryptedIniFileImpl::Load() {
 
 bool EncryptedIniFileImpl::Save() {
     const CCritical guard(&_mutex);
+    if (PutOffSave()) return true;
     EncryptedIni::TeaKey key{};
     CurvePublicKey publicKey{};
     _MakeTeaKey(key, publicKey);

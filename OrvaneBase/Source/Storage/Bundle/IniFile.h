@@ -49,6 +49,16 @@ public:
     virtual bool RemoveKey(const char* section, const char* key) = 0;
     // Always true.
     virtual bool RemoveAll() = 0;
+
+    // Further slots, behind those of the contract.
+
+    // As WriteString; `isChanged` tells whether the line of the key is another now.
+    virtual bool ReplaceString(const char* section, const char* key, const char* value, bool& isChanged) = 0;
+    // From here to the end of the batch a Save only notes that it was asked for, whichever thread asks; the end saves
+    // if one did, and gives that save's result, or true. Batches may overlap and nest: the last end saves.
+    // REQUIRES: a batch ends on the thread that began it, before the object is deleted.
+    virtual void BeginBatch() = 0;
+    virtual bool EndBatch() = 0;
 };
 
 }  // namespace Quern

@@ -104,13 +104,13 @@ bool IniText::Find(std::string_view section, std::string_view key, std::string_v
     return false;
 }
 
-void IniText::Write(std::string_view section, std::string_view key, std::string_view value) {
+bool IniText::Write(std::string_view section, std::string_view key, std::string_view value) {
     const size_t header = FindHeader(section);
     if (header == _lines.size()) {
         _lines.emplace_back();
         _lines.push_back(HeaderLine(section));
         _lines.push_back(KeyLine(key, value));
-        return;
+        return true;
     }
     const bool isPossible = IsPossibleKey(key);
     size_t at = header + 1;
@@ -120,11 +120,13 @@ void IniText::Write(std::string_view section, std::string_view key, std::string_
         if (assignment == kNone) continue;
         const size_t comment = line.find('#', assignment);
         const size_t end = comment == kNone ? line.size() : comment;
+        if (std::string_view(line).substr(assignment + 1, end - assignment - 1) == value) return false;
         line.replace(assignment + 1, end - assignment - 1, value);
-        return;
+        return true;
     }
     if (at < _lines.size()) --at;
     _lines.insert(_lines.begin() + static_cast<std::ptrdiff_t>(at), KeyLine(key, value));
+    return true;
 }
 
 std::vector<std::string_view> IniText::Keys(std::string_view section) const {

@@ -31,8 +31,8 @@ public:
 
     // Sets the key in the first section of that name, which is added behind an empty line if there is none. A line of
     // that key keeps all up to its "=" and its comment, but not the blanks between. A new key of a section that another
-    // one follows goes in front of the section's last line: in what this class wrote, that is the empty one.
-    void Write(std::string_view section, std::string_view key, std::string_view value);
+    // one follows goes in front of the section's last line: in what this class wrote, that is the empty one. False if the line stood so.
+    bool Write(std::string_view section, std::string_view key, std::string_view value);
 
     // The keys of the first section of that name, in their order. Valid until the next edit.
     std::vector<std::string_view> Keys(std::string_view section) const;
