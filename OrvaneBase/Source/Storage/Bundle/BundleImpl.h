@@ -19,8 +19,8 @@ public:
     //   batch.Commit();   // or the end of the scope
     //
     // While it lives, a change of the bundle is only noted: true from Set, a removal or SaveCacheToFile says that it is
-    // noted, and not that it is on the disk. The thread that made the batch reads what it noted; the others read what was
-    // before, until the end, where all becomes readable at once and is saved. Another thread's change meanwhile is
+    // noted, and not that it is on the disk. The thread that made the batch reads what it noted; the others read what
+    // was before, until the end, where all becomes readable at once and is saved. Another thread's change meanwhile is
     // readable at once, and with it what the batch has noted so far; it is saved by the batch's end, too.
     // Where batches overlap or nest, the last end saves. No lock is held over its life.
     class Batch {
@@ -31,8 +31,8 @@ public:
         Batch(const Batch&) = delete;
         Batch& operator=(const Batch&) = delete;
 
-        // Ends the batch: saves once if anything was noted, and not at all if nothing was. Gives the save's result, which
-        // is true also where the disk fails (Bundle.h), and true without a save. Further calls do nothing.
+        // Ends the batch: saves once if anything was noted, and not at all if nothing was. Gives the save's result,
+        // which is true also where the disk fails (Bundle.h), and true without a save. Further calls do nothing.
         // REQUIRES: the thread that made it; the bundle still lives.
         bool Commit();
 

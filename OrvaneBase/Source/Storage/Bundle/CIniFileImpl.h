@@ -3,7 +3,7 @@
 #define ORVANE_STORAGE_BUNDLE_C_INI_FILE_IMPL_H
 
 #include "Storage/Bundle/IniFile.h"
-#include "Storage/Bundle/IniText.h"
+#include "Storage/Bundle/SharedIniText.h"
 #include "System/Thread/Mutex.h"
 
 namespace Quern {
@@ -43,8 +43,8 @@ protected:
     bool PutOffSave();
 
     AString _path;
-    IniText _text;
-    CMutex _mutex{true};  // guards the text and the file; recursive, since the number forms call the text forms
+    SharedIniText _text;
+    CMutex _mutex{true};  // orders changes, loads and saves, over the wait for the disk; no read takes it. Recursive
 
 private:
     // Reads a number; the default for an empty text.

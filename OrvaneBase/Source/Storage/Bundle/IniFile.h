@@ -7,9 +7,10 @@
 
 namespace Quern {
 
-// Everything is stored as text, and every call searches the text anew: for small files, off any hot path. A null
-// section or key finds and writes nothing. The forms of values, comments and sections: IniText.h. Slot order is a
-// contract. Any thread: every operation locks the object. Nothing guards the file against a second object or process.
+// Everything is stored as text. A null section or key finds and writes nothing. The forms of values, comments and
+// sections: IniText.h. Slot order is a contract. Any thread: changes, Load and Save come one after the other, a Save
+// with its wait for the disk; the reads, GetAllKeys and IsContainKey wait for none of them. Nothing guards the file
+// against a second object or process.
 class IniFile {
 public:
     // Each gives a new object over the file, already loaded as plain text, which the caller deletes. A file that cannot
