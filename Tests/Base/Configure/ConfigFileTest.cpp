@@ -98,7 +98,7 @@ TEST_F(ConfigFileTest, OneStoreANameAndTheDefaultOneStays) {
     EXPECT_TRUE(first->SetCache("s", "k", 8));
     EXPECT_EQ(second->GetFromCache("s", "k", 0), 8);
     OrvaneCore_DeleteConfigFile(&first);
-    EXPECT_EQ(OrvaneTest::ReadFile(OrvaneTest::CacheFolder() + "/pair.config"), "[s]\nk=8\n");
+    EXPECT_EQ(OrvaneTest::ReadFile(OrvaneTest::CacheFolder() + "/pair.config"), "\n[s]\nk=8\n");
 }
 
 TEST(ConfigFileDeathTest, WantsACacheFolder) {
