@@ -128,9 +128,9 @@ ORVANE_EXPORT void OrvaneSDKLog_setAllLogLevel(ALogPriority level);
    default. */
 
 /// Sets the callback that hears which keys of the module came with an answer of the server; null for none. It replaces
-/// the one before, and may be called a last time on another thread meanwhile. Call it once: each call leaves a few
-/// bytes behind, and only if the first comes before the game's logger and native observers of that module does it hear
-/// anything.
+/// the one before, which may be called a last time on another thread meanwhile. A module has one place for an observer:
+/// nothing is heard here if the game's logger (orvane_log_*) or a native observer of that module was made first. Call
+/// it once, since each call leaves a few bytes behind.
 /// \param callback on the thread on which the answer arrived; `keys` is a JSON text, {"KeyList":["name",..]} and a
 ///                 newline, valid for the call
 ORVANE_EXPORT void quern_remoteconfig_SetCallback(void (*callback)(const char* keys));
