@@ -35,8 +35,9 @@ class IRemoteConfig;
 /// Told when an answer of the server has come that holds keys of the module.
 class RemoteConfigObserver {
 public:
-    /// The new values can be read by now. On the thread on which the answer arrived, with no lock held: reads, a Fetch
-    /// and a further observer may be asked for here. Answers come seconds apart at the least, and one after the other.
+    /// The new values can be read by now. On the thread on which the answer arrived, one answer at a time. Settings can
+    /// be read here, observers added and a Fetch asked for; but the library's other HTTP answers wait for the call, so
+    /// it must be brief, and must not wait for one of them or for a thread that does.
     /// \param config the module's settings, which the observer was added to
     /// \param keys   the names of the module's keys in that answer, valid for the call. A key that the answer no longer
     ///               has is forgotten by then, and is not in it.

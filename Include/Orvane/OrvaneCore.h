@@ -128,16 +128,19 @@ ORVANE_EXPORT void OrvaneSDKLog_setAllLogLevel(ALogPriority level);
    default. */
 
 /// Sets the callback that hears which keys of the module came with an answer of the server; null for none. It replaces
-/// the one before, and may be called a last time on another thread meanwhile. Call it once: each call leaves a few
-/// bytes behind, and only if the first comes before the game's logger and native observers of that module does it hear
-/// anything.
+/// the one before, which may be called a last time on another thread meanwhile. A module has one place for an observer:
+/// nothing is heard here if the game's logger (orvane_log_*) or a native observer of that module was made first. Call
+/// it once, since each call leaves a few bytes behind.
 /// \param callback on the thread on which the answer arrived; `keys` is a JSON text, {"KeyList":["name",..]} and a
 ///                 newline, valid for the call
 ORVANE_EXPORT void quern_remoteconfig_SetCallback(void (*callback)(const char* keys));
+/// \return the value, or `defaultValue`; a stored value that equals it counts as not there
 ORVANE_EXPORT int quern_remoteconfig_GetInt(const char* key, int defaultValue);
+/// \return the value, or `defaultValue`
 ORVANE_EXPORT long long quern_remoteconfig_GetLong(const char* key, long long defaultValue);
-/// A stored value is true only as the text "true".
+/// \return the value, or `defaultValue`; a stored value is true only as the text "true"
 ORVANE_EXPORT bool quern_remoteconfig_GetBool(const char* key, bool defaultValue);
+/// \return the number that a text begins with, or `defaultValue`
 ORVANE_EXPORT double quern_remoteconfig_GetDouble(const char* key, double defaultValue);
 /// Writes the text, zero-filled to the end of `size` bytes; a null default counts as an empty text.
 /// \return true; false, and nothing written, if the text and its terminator do not fit, or for a null or a size below 1
