@@ -276,6 +276,24 @@ TEST_F(ConfigureTest, NothingFollowsARelease) {
     EXPECT_EQ(server.Asked(), asked + 1);
 }
 
+std::atomic<int> g_read{0};
+
+TEST_F(ConfigureTest, ALogCallbackMayReadSettings) {
+    Quern::OrvaneLogInit();
+    OrvaneCore_SetQuernLogCallback(
+        [](ALogPriority, const char*) { g_read += Orvane::Configure::GetInstance()->GetInt("Shipped", "number", 0); });
+    manifest.Set("Shipped", "number", FakeInfoDictionary::Integer(7));
+    Client().StartOnce();
+    ASSERT_TRUE(WaitForAsked(1));
+    ASSERT_TRUE(WaitFor([] { return Read("RemoteConfigUrl", "OrvaneCore") != "-"; }));
+    Orvane::ReleaseConfigureInstance();
+    std::filesystem::remove(CacheFolder() + "/RemoteConfig.config");
+    const int read = g_read;
+    Client();  // says that there is no file, before there is a client
+    EXPECT_GT(g_read, read);
+    OrvaneCore_SetQuernLogCallback(nullptr);
+}
+
 // As many as the environment orders; the answers reach the client as its task hands them over.
 TEST_F(ConfigureTest, BearsHostileAnswersWhileSettingsAreRead) {
     const char* const ordered = getenv("ORVANE_HOSTILE_ANSWERS");
