@@ -15,6 +15,7 @@
 #include "Support/FaultProxy.h"
 #include "Support/TestContainer.h"
 #include "Support/WaitFor.h"
+#include "System/Application/MainRunLoop.h"
 #include "System/WWW/Task/WWWTaskBase.h"
 
 namespace OrvaneTest {
@@ -27,7 +28,6 @@ protected:
     ConfigureFixture() {
         CacheFolder();
         FakeKeychain::Install();
-        FakeReachability::Install();
         manifest.Set("OrvaneCore", "RemoteConfigUrl", FakeInfoDictionary::Text(proxy.Url("").c_str()));
         manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(0));
         auto* core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
@@ -64,6 +64,7 @@ protected:
         return Client().GetString(module, key, "-").c_str();
     }
 
+    const std::shared_ptr<FakeReachability> network = FakeReachability::Install();
     FakeInfoDictionary manifest;
     ConfigServer server;
     FaultProxy proxy{server.Port()};

@@ -6,7 +6,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using testing::Contains;
-using testing::HasSubstr;
 
 class ConfigureTimerTest : public ConfigureFixture {
 protected:
@@ -51,17 +50,6 @@ TEST_F(ConfigureTimerTest, TheGapRepeatsFetchesAndOneSchedule) {
     std::this_thread::sleep_for(std::chrono::seconds(10));
     EXPECT_GE(server.Asked(), 3u);
     EXPECT_LE(server.Asked(), 5u);
-}
-
-TEST_F(ConfigureTimerTest, ARetryThatMeetsAClearedUrlAsksNobody) {
-    UseRetries(3);
-    proxy.Use({Fault::kReset});
-    Client().StartOnce();
-    ASSERT_TRUE(WaitForState(kFailed));
-    Client().Clear();
-    std::this_thread::sleep_for(std::chrono::seconds(12));
-    EXPECT_EQ(proxy.Connections(), 1);
-    EXPECT_THAT(Lines(), Contains(HasSubstr("because of empty url!")));
 }
 
 }  // namespace
