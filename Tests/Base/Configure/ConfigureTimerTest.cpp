@@ -30,7 +30,7 @@ TEST_F(ConfigureTimerTest, AFailureIsRepeatedUntilTheBudgetIsSpentAndReportedOnc
     for (const int connections : {2, 3}) {
         ASSERT_TRUE(WaitForState(kFailed));
         const double seconds = SecondsUntilConnected(connections);
-        EXPECT_GT(seconds, 9.5);
+        EXPECT_GT(seconds, 9.9);
         EXPECT_LT(seconds, 11.5);
     }
     ASSERT_TRUE(WaitForState(kFailed));

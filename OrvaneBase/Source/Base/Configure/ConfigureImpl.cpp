@@ -78,9 +78,11 @@ ConfigureImpl::ConfigureImpl(std::unique_ptr<IniBundle> store) {
 void ConfigureImpl::Release() {
     DataTask* task = nullptr;
     unsigned int startTimer = 0, retryTimer = 0;
+    bool isObserving = false;
     {
         const CCritical guard(&_mutex);
         _isReleased = true;
+        isObserving = _state != kUninitialized;
         task = std::exchange(_dataTask, nullptr);
         startTimer = std::exchange(_startTimerId, 0u);
         retryTimer = std::exchange(_retryTimerId, 0u);
@@ -96,7 +98,8 @@ void ConfigureImpl::Release() {
         else
             WWW::Destroy(task);
     }
-    if (CNetwork* const network = CNetwork::InstanceIfAny()) network->RemoveObserver(this);
+    CNetwork* const network = isObserving ? CNetwork::InstanceIfAny() : nullptr;
+    if (network) network->RemoveObserver(this);
 }
 
 bool ConfigureImpl::_IsReleased() {

@@ -50,6 +50,8 @@ public:
     // From now on nothing is asked, told or taken; what is in flight is given up, and the timers are stopped. Waits for
     // an answer that is being delivered on another thread. Again does nothing.
     void Release();
+    // Puts it at the head of a chain of clients, for good.
+    void Keep(std::atomic<ConfigureImpl*>& chain) { _keptBefore = chain.exchange(this, std::memory_order_acq_rel); }
 
     void Start() override;
     void StartOnce() override;
@@ -71,8 +73,6 @@ public:
     void OnNetworkStateChanged(Quern::ANetworkState state) override;
 
 private:
-    friend void ReleaseConfigureInstance();
-
     enum State : int32_t { kUninitialized = 0, kInited = 1, kRequesting = 2, kFinished = 3, kFailed = 4 };
     // What is left to do about a failed request once the mutex is released.
     struct Retry {
@@ -124,7 +124,7 @@ private:
     bool _ignoreResult ORVANE_GUARDED_BY(_mutex) = false;  // what is in flight is stale
     bool _isReleased ORVANE_GUARDED_BY(_mutex) = false;
     std::atomic<std::thread::id> _deliveringThread{};  // inside observers and report
-    ConfigureImpl* _releasedBefore = nullptr;
+    ConfigureImpl* _keptBefore = nullptr;
 };
 
 // The quit callback: releases the process's client. The next Configure::GetInstance makes another one.

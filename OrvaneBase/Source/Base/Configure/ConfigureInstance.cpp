@@ -1,6 +1,5 @@
 // Which Configure is in force: the client of the configuration server, made at the first need.
 #include <atomic>
-#include <memory>
 
 #include "Base/Configure/ConfigureImpl.h"
 #include "Orvane/OrvaneCore.h"
@@ -10,34 +9,31 @@ namespace {
 
 std::atomic<Configure*> g_inForce{nullptr};  // what Use put there
 std::atomic<ConfigureImpl*> g_client{nullptr};
-std::atomic<ConfigureImpl*> g_lastReleased{nullptr};  // the head of the chain that holds them all
+std::atomic<ConfigureImpl*> g_former{nullptr};  // the head of the chain of those that stay in memory
 
-// Held while a client is made, which opens its file. Two that lose and win as other singletons do cannot be had here:
-// one that is deleted leaves its file in plain text. Never destroyed.
-Quern::CMutex& MakingMutex() {
-    static Quern::CMutex* mutex = new Quern::CMutex(true);
-    return *mutex;
-}
-bool g_isMaking ORVANE_GUARDED_BY(MakingMutex()) = false;
+thread_local bool t_isOpening = false;
 
-// A line of the making itself has come back here by way of a log callback that reads a setting: what a client before
-// this one holds, else the manifest.
-Configure* WhileMaking() {
-    if (ConfigureImpl* const before = g_lastReleased.load(std::memory_order_acquire)) return before;
+// A line that was logged while a client opened its file has come back here by way of a log callback, which reads a
+// setting: what a client before this one holds, else the manifest.
+Configure* WhileOpening() {
+    if (ConfigureImpl* const former = g_former.load(std::memory_order_acquire)) return former;
     static ConfigureImpl* manifest = new ConfigureImpl(nullptr);
     return manifest;
 }
 
+// Without a lock, since that callback runs under the log's. Of two first callers each opens the file, and one is the
+// client. The other is kept, where nobody finds it and it saves nothing: a bundle that is deleted leaves its file in
+// plain text.
 Configure* MakeClient() {
-    ConfigureImpl* made = nullptr;
-    {
-        const Quern::CCritical guard(&MakingMutex());
-        if (ConfigureImpl* const client = g_client.load(std::memory_order_acquire)) return client;
-        if (g_isMaking) return WhileMaking();
-        g_isMaking = true;
-        made = new ConfigureImpl;
-        g_isMaking = false;
-        g_client.store(made, std::memory_order_release);
+    if (t_isOpening) return WhileOpening();
+    t_isOpening = true;
+    auto* const made = new ConfigureImpl;
+    t_isOpening = false;
+    ConfigureImpl* winner = nullptr;
+    if (!g_client.compare_exchange_strong(winner, made, std::memory_order_acq_rel)) {
+        made->Release();
+        made->Keep(g_former);
+        return winner;
     }
     AddApplicationQuitCallback(ReleaseConfigureInstance);
     return made;
@@ -62,7 +58,7 @@ void ReleaseConfigureInstance() {
     client->Release();
     ConfigureImpl* const released = client;
     if (!g_client.compare_exchange_strong(client, nullptr, std::memory_order_acq_rel)) return;
-    released->_releasedBefore = g_lastReleased.exchange(released, std::memory_order_acq_rel);
+    released->Keep(g_former);
 }
 
 }  // namespace Orvane
