@@ -1,4 +1,4 @@
-// Settings of the core library with an answer of a test's own. Public headers alone: for a sibling library too.
+// Settings of the core library with an answer of a test's own.
 #ifndef ORVANE_TESTS_SUPPORT_CORE_SETTINGS_H
 #define ORVANE_TESTS_SUPPORT_CORE_SETTINGS_H
 
