@@ -104,6 +104,17 @@ Result BundleImpl::Read(const char* section, const char* key, Default defaultVal
     return readManifest(manifestSection(section), key, defaultValue);
 }
 
+AString BundleImpl::ReadText(const char* section, const char* key, const char* defaultValue,
+                             const char* (*manifestSection)(const char*)) {
+    if (_ini) {
+        bool found = false;
+        AString value = _ini->Get(section, key, static_cast<const char*>(nullptr),
+                                  found);  // a text that is found never is the default
+        if (found) return value;
+    }
+    return SolidConfigReader::GetString(manifestSection(section), key, defaultValue);
+}
+
 long long BundleImpl::Get(const char* section, const char* key, long long defaultValue) {
     return Read(section, key, defaultValue, _ConvertSection, SolidConfigReader::GetInt64);
 }
@@ -116,7 +127,7 @@ int BundleImpl::Get(const char* section, const char* key, int defaultValue) {
 }
 
 AString BundleImpl::Get(const char* section, const char* key, const char* defaultValue) {
-    return Read(section, key, defaultValue, _ConvertSection, SolidConfigReader::GetString);
+    return ReadText(section, key, defaultValue, _ConvertSection);
 }
 
 bool BundleImpl::Get(const char* section, const char* key, bool defaultValue) {
@@ -132,7 +143,7 @@ int BundleImpl::Get(const char* key, int defaultValue) {
 }
 
 AString BundleImpl::Get(const char* key, const char* defaultValue) {
-    return Read(ProjectName(), key, defaultValue, SameSection, SolidConfigReader::GetString);
+    return ReadText(ProjectName(), key, defaultValue, SameSection);
 }
 
 bool BundleImpl::Get(const char* key, bool defaultValue) {

@@ -89,6 +89,8 @@ private:
     template <typename Result, typename Default>
     Result Read(const char* section, const char* key, Default defaultValue, const char* (*manifestSection)(const char*),
                 Result (*readManifest)(const char*, const char*, Default));
+    AString ReadText(const char* section, const char* key, const char* defaultValue,
+                     const char* (*manifestSection)(const char*));
     // What the manifest calls a section.
     static const char* _ConvertSection(const char* section);
     // Sets the member that a stored text stands for; an empty text sets nothing. REQUIRES: `key` is not null.

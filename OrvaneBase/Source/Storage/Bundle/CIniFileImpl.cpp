@@ -68,14 +68,11 @@ AString CIniFileImpl::ReadString(const char* section, const char* key, const cha
         found = false;
         return {};
     }
-    AString text;
-    found = _text.Read([&](const IniText& lines) {
+    return _text.Read([&](const IniText& lines) {
         std::string_view value;
-        if (!lines.Find(section, key, value)) return false;
-        text = AString(value.data(), static_cast<int>(value.size()));
-        return true;
+        found = lines.Find(section, key, value);
+        return found ? AString(value.data(), static_cast<int>(value.size())) : AString(defaultValue);
     });
-    return found ? text : AString(defaultValue);
 }
 
 template <typename Number>

@@ -43,7 +43,10 @@ size_t IniSection::Find(std::string_view key) const {
 void IniSection::Append(IndexedLine line) {
     const size_t at = Size();
     _lines.push_back(std::move(line));
-    if (_lines[at].assignment != kNone) _byKey.insert(EntryOf(_lines[at].Key(), at), static_cast<uint32_t>(at));
+    if (_lines[at].assignment == kNone) return;
+    const std::string_view key = _lines[at].Key();
+    const bool isLast = _byKey.empty() || IsBefore(_byKey.back(), key, at);  // as keys mostly come in order
+    _byKey.insert(isLast ? _byKey.end() : EntryOf(key, at), static_cast<uint32_t>(at));
 }
 
 void IniSection::InsertBeforeLast(std::string line) {
