@@ -76,8 +76,10 @@ public:
     /// life of the process, as RemoveObserver says. Not from a log callback.
     /// \param observer null takes the place as well, and hears nothing. One that is in already logs a warning.
     virtual void AddObserver(RemoteConfigObserver* observer) = 0;
-    /// Takes the observer off the list here, so that it may be added again. It is **called on** at each refresh, and
-    /// its place is not given free: never delete an observer while answers can come. Not from a log callback.
+    /// Takes the observer off the list here, so that it may be added again: after the library was taken down
+    /// (IBase::Release), which forgets all observers, this and AddObserver make it hear anew. Until then it is **called
+    /// on** at each refresh, and its place is not given free: never delete an observer while answers can come. Not from
+    /// a log callback.
     virtual void RemoveObserver(RemoteConfigObserver* observer) = 0;
 
     /// Tells who the user is, for all modules and for the next run too; the next request to the server says so. Writes
