@@ -184,7 +184,7 @@ TEST(BundleProcessTest, ReadersWaitForNobodyAndSeeWholeConfigurations) {
     for (int reader = 0; reader < 3; ++reader) {
         readers.emplace_back([&] {
             rusage before{}, after{};
-            int last = 1;
+            int last = Number(bundle);  // which has the machine bring in what reading needs
             getrusage(RUSAGE_THREAD, &before);
             while (!isDone) {
                 const int number = bundle.Get("s3", "key24", -1);

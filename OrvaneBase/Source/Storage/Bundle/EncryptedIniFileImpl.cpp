@@ -21,8 +21,15 @@ using EncryptedIni::Fault;
 
 constexpr int kLooks = 3;
 
-// Ciphers and codecs copy the key to the stack: clears what the calls of the caller have left there.
-__attribute__((noinline)) void WipeUsedStack() {
+#if __has_attribute(zero_call_used_regs)
+#define ORVANE_LEAVES_NO_REGISTERS __attribute__((zero_call_used_regs("all")))
+#else
+#define ORVANE_LEAVES_NO_REGISTERS
+#endif
+
+// Ciphers and codecs copy the key to the stack: clears what the calls of the caller have left there, and the registers,
+// which the dynamic linker saves on the stack while it looks up the function that is called next.
+__attribute__((noinline)) ORVANE_LEAVES_NO_REGISTERS void WipeUsedStack() {
     char used[32 * 1024];
     explicit_bzero(used, sizeof used);
 }
