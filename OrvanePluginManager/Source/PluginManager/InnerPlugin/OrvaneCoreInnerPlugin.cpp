@@ -6,6 +6,7 @@
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
+#include "PluginManager/InnerPlugin/Yarrow/TraceService.h"
 
 namespace Orvane::Plugin {
 
@@ -41,6 +42,7 @@ IPluginService* OrvaneCoreInnerPlugin::GetServiceByName(const char* serviceName)
     ORVANE_LOG_DEBUG("OrvaneCoreInnerPlugin::GetServiceByName serviceName:%s", serviceName ? serviceName : "(null)");
     if (!serviceName) return nullptr;
     if (strcmp(serviceName, "COREREPORT") == 0) return OrvaneCoreReportSerivce::GetInstance();
+    if (strcmp(serviceName, "YARROW") == 0) return TraceService::GetInstance();
     if (strcmp(serviceName, "LOG") == 0) return OrvaneCoreLogSerivce::GetInstance();
     return nullptr;
 }
