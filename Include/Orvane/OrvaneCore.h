@@ -16,15 +16,18 @@
 
 #ifdef __cplusplus
 namespace Orvane {
+class IConfigFile;
 class IOrvaneCore;
-}
+}  // namespace Orvane
 namespace Quern {
 class AString;
 }
 typedef Orvane::IOrvaneCore orvanecore_instance;
+typedef Orvane::IConfigFile orvane_config_file;
 extern "C" {
 #else
 typedef struct orvanecore_instance orvanecore_instance;
+typedef struct orvane_config_file orvane_config_file;
 #endif
 
 /* --- Version ------------------------------------------------------------------------------------------------------ */
@@ -100,6 +103,39 @@ ORVANE_EXPORT void orvane_log_remove_logfile(int hours, int fileNumLimit);
 ORVANE_EXPORT void OrvaneSDKLog_setLogLevel(const char* module, ALogPriority level);
 /// Sets the threshold of every logger that exists, the library's own last.
 ORVANE_EXPORT void OrvaneSDKLog_setAllLogLevel(ALogPriority level);
+
+/* --- Configuration of the game's own module, which is named after the game id at the first of these calls --------- */
+/* What a read looks at, and what the types make of it, tells Orvane/IRemoteConfig.h: the server's last answer, then the
+   manifest's section "OrvaneGame", then the default. No read waits for the network or fails. A null key gives the
+   default. */
+
+/// Sets the callback that hears which keys of the module came with an answer of the server; null for none. It replaces
+/// the one before, and may be called a last time on another thread meanwhile. Call it once: each call leaves a few
+/// bytes behind, and only if the first comes before the game's logger and native observers of that module does it hear
+/// anything.
+/// \param callback on the thread on which the answer arrived; `keys` is a JSON text, {"KeyList":["name",..]} and a
+///                 newline, valid for the call
+ORVANE_EXPORT void quern_remoteconfig_SetCallback(void (*callback)(const char* keys));
+ORVANE_EXPORT int quern_remoteconfig_GetInt(const char* key, int defaultValue);
+ORVANE_EXPORT long long quern_remoteconfig_GetLong(const char* key, long long defaultValue);
+/// A stored value is true only as the text "true".
+ORVANE_EXPORT bool quern_remoteconfig_GetBool(const char* key, bool defaultValue);
+ORVANE_EXPORT double quern_remoteconfig_GetDouble(const char* key, double defaultValue);
+/// Writes the text, zero-filled to the end of `size` bytes; a null default counts as an empty text.
+/// \return true; false, and nothing written, if the text and its terminator do not fit, or for a null or a size below 1
+ORVANE_EXPORT bool quern_remoteconfig_GetString(const char* key, char* buffer, int size, const char* defaultValue);
+
+/* --- Files of settings: Orvane/IConfigFile.h tells what native code does with them -------------------------------- */
+
+/// The default file, "Orvane.config" in the cache folder. \return the same object for the life of the process
+ORVANE_EXPORT orvane_config_file* OrvaneCore_GetDefaultHandler(void);
+/// A new object over "NAME.config" in the cache folder; null and "Orvane" mean the default file. One object a name: who
+/// deletes one takes the store away from all others of that name.
+/// \return never null; the caller gives it back to OrvaneCore_DeleteConfigFile
+ORVANE_EXPORT orvane_config_file* OrvaneCore_NewConfigFile(const char* name);
+/// Deletes the object, which leaves its file in plain text, and clears the pointer; does nothing for a null of either.
+/// The object of OrvaneCore_GetDefaultHandler stays, and only the pointer is cleared.
+ORVANE_EXPORT void OrvaneCore_DeleteConfigFile(orvane_config_file** file);
 
 /* --- Network -------------------------------------------------------------------------------------------------------*/
 

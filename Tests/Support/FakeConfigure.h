@@ -48,13 +48,14 @@ public:
     }
     void RemoveObserver(const char* name) override { observers.erase(name); }
     void Start() override {}
-    void StartOnce() override {}
+    void StartOnce() override { ++starts; }
     void SetUrl(const char* url) override { lastUrl = url ? url : ""; }
     void Clear() override { ++clears; }
 
     std::vector<std::string> added;  // the name of every AddObserver call
     std::map<std::string, Orvane::ConfigureObserver*> observers;
     std::string lastUrl;
+    int starts = 0;  // of one fetch
     int clears = 0;
 
 private:

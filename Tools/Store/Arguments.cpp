@@ -9,17 +9,24 @@
 namespace OrvaneStore {
 namespace {
 
-enum Option { kKey = 256, kPrivateKey, kHome, kJson };
+enum Option { kKey = 256, kPrivateKey, kHome, kJson, kManifest, kDefault };
 
 const option kOptions[] = {
-    {"key", required_argument, nullptr, kKey},   {"private-key", required_argument, nullptr, kPrivateKey},
-    {"home", required_argument, nullptr, kHome}, {"json", no_argument, nullptr, kJson},
-    {"help", no_argument, nullptr, 'h'},         {nullptr, 0, nullptr, 0},
+    {"key", required_argument, nullptr, kKey},
+    {"private-key", required_argument, nullptr, kPrivateKey},
+    {"home", required_argument, nullptr, kHome},
+    {"json", no_argument, nullptr, kJson},
+    {"manifest", required_argument, nullptr, kManifest},
+    {"default", required_argument, nullptr, kDefault},
+    {"help", no_argument, nullptr, 'h'},
+    {nullptr, 0, nullptr, 0},
 };
+
+constexpr char kExplain[] = "explain";
 
 // The words that each command takes behind its file: at least and at most.
 const std::map<std::string, std::pair<size_t, size_t>> kCommands = {
-    {"dump", {0, 0}}, {"get", {2, 2}}, {"keys", {0, 1}}, {"set", {3, 3}}, {"verify", {0, 0}},
+    {"dump", {0, 0}}, {kExplain, {2, 2}}, {"get", {2, 2}}, {"keys", {0, 1}}, {"set", {3, 3}}, {"verify", {0, 0}},
 };
 
 bool TakeKey(const std::string& digits, Arguments& arguments, std::string& error) {
@@ -46,6 +53,12 @@ bool TakeOption(int option, const char* value, Arguments& arguments, std::string
         case kJson:
             arguments.json = true;
             return true;
+        case kManifest:
+            arguments.manifest = value;
+            return true;
+        case kDefault:
+            arguments.defaultText = value;
+            return true;
         case 'h':
             arguments.help = true;
             return true;
@@ -61,8 +74,14 @@ bool TakeWords(std::vector<std::string> words, Arguments& arguments, std::string
         return false;
     }
     arguments.command = words[0];
+    const bool isExplain = arguments.command == kExplain;
+    if (isExplain && words.size() == 3) words.insert(words.begin() + 1, "");  // the container's file
     arguments.file = words[1];
     arguments.words.assign(words.begin() + 2, words.end());
+    if (!isExplain && (arguments.manifest || arguments.defaultText)) {
+        error = "--manifest and --default are for \"explain\"";
+        return false;
+    }
     const auto command = kCommands.find(arguments.command);
     if (command == kCommands.end()) {
         error = arguments.command + ": no such command; see --help";
@@ -106,6 +125,14 @@ Commands
                                goes on reading it; a plain file stays plain. Not while the application runs: it has the
                                text in memory, and its next save wins
   verify FILE                  the head, the digest and the decryption, each with a verdict
+  explain [FILE] SECTION KEY   what each typed read of that setting gives, who answers it (the configuration server, the
+                               application's manifest, or the caller's default) and why. FILE is where the server's
+                               answer is kept, Library/Caches/RemoteConfig.config in the container: that of --home, or
+                               else of $ORVANE_HOME
+
+Of "explain"
+  --default X                  what the caller gives; each read takes of it what is of its type (else 0, false, "")
+  --manifest FILE              the application's Info.plist; else $ORVANE_INFO_PLIST; else it is taken for empty
 
 The key of an enciphered file, the first of these that is given
   --key HEX                    the 16-byte key, 32 hexadecimal digits

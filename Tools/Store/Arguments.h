@@ -12,13 +12,15 @@ namespace OrvaneStore {
 
 struct Arguments {
     bool help = false;
-    std::string command;  // dump, get, keys, set, verify
-    std::string file;
+    std::string command;                             // dump, explain, get, keys, set, verify
+    std::string file;                                // of "explain", empty for the one in the container
     std::vector<std::string> words;                  // what the command takes behind the file
     std::optional<Quern::EncryptedIni::TeaKey> key;  // given as digits
     std::string privateKeyFile;
     std::string home;
     bool json = false;
+    std::optional<std::string> manifest;     // of "explain"
+    std::optional<std::string> defaultText;  // of "explain"
 };
 
 // Reads the arguments behind the program's name. False, and what is wrong in `error`, if they make no sense. Not for

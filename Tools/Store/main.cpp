@@ -2,10 +2,17 @@
 #include <json/json.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <string>
 
+#include "Storage/Bundle/Linux/PropertyList.h"
+#include "Storage/File/WholeFile.h"
 #include "Store/Arguments.h"
+#include "Store/Explain.h"
 #include "Store/StoreFile.h"
 #include "Support/PrintableText.h"
 
@@ -144,14 +151,14 @@ int Verify(const Arguments& arguments, const StoreFile& file) {
     return status;
 }
 
-int Run(const Arguments& arguments) {
-    StoreFile file;
+// Reads the file and says what keeps it from being used.
+int OpenFile(const Arguments& arguments, StoreFile& file) {
     std::string error;
     if (!ReadStoreFile(arguments, file, error)) {
         Say(error);
         return kWrongUse;
     }
-    if (arguments.command == "verify") return Verify(arguments, file);
+    if (arguments.command == "verify") return kDone;
     if (file.fault != Fault::kNone) {
         Say(arguments.file + ": " + FaultText(file.fault));
         return kNotThere;
@@ -162,6 +169,62 @@ int Run(const Arguments& arguments) {
     }
     if (file.isLeftOver) Say("a save was cut short: this is the new file beside it, which its application will take");
     if (!file.unfinished.empty()) Say("the last line has no line end: the library does not read it");
+    return kDone;
+}
+
+bool ReadManifest(const Arguments& arguments, Quern::InfoValue& manifest) {
+    const char* const environment = getenv("ORVANE_INFO_PLIST");
+    const std::string path = arguments.manifest.value_or(environment ? environment : "");
+    if (path.empty()) {
+        Say("no --manifest is given: it is taken for empty");
+        return true;
+    }
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(fopen(path.c_str(), "rb"), fclose);
+    bool failed = !stream;
+    const std::string bytes = stream ? Quern::ReadToEnd(stream.get(), &failed) : "";
+    const char* why = strerror(errno);
+    if (!failed && Quern::ParsePropertyList(bytes, manifest, why)) return true;
+    Say(path + ": " + why);
+    return false;
+}
+
+int ExplainSetting(Arguments arguments) {
+    Quern::InfoValue manifest{Quern::InfoValue::Dictionary()};
+    if (!ReadManifest(arguments, manifest)) return kWrongUse;
+
+    StoreFile file;
+    bool isStored = true;
+    if (arguments.file.empty()) {
+        const char* const environment = getenv("ORVANE_HOME");
+        if (arguments.home.empty()) arguments.home = environment ? environment : "";
+        if (arguments.home.empty()) {
+            Say("explain: name the FILE, or the container by --home or $ORVANE_HOME");
+            return kWrongUse;
+        }
+        arguments.file = arguments.home + "/Library/Caches/RemoteConfig.config";
+        isStored = access(arguments.file.c_str(), F_OK) == 0 || errno != ENOENT;
+        if (!isStored) Say(arguments.file + ": there is no such file: no answer of the server is kept");
+    }
+    if (isStored) {
+        const int status = OpenFile(arguments, file);
+        if (status != kDone) return status;
+    }
+    const std::string defaultText = arguments.defaultText.value_or("");
+    const Explanation explanation =
+        Explain(isStored ? &file.text : nullptr, manifest, arguments.words[0], arguments.words[1], defaultText);
+    if (arguments.json)
+        Print(AsJson(explanation, defaultText));
+    else
+        Print(AsText(explanation, defaultText));
+    return kDone;
+}
+
+int Run(const Arguments& arguments) {
+    if (arguments.command == "explain") return ExplainSetting(arguments);
+    StoreFile file;
+    const int status = OpenFile(arguments, file);
+    if (status != kDone) return status;
+    if (arguments.command == "verify") return Verify(arguments, file);
     if (arguments.command == "dump") return Dump(arguments, file);
     if (arguments.command == "get") return Get(arguments, file);
     if (arguments.command == "keys") return Keys(arguments, file);

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "Base/CompactJson.h"
 #include "Base/QuernCommon.h"
 #include "PluginManager/PluginManager.h"
 #include "System/System/CSystem.h"
@@ -17,13 +18,6 @@ Json::Value InstalledPlugins() {
     for (const auto& [name, descriptor] : plugins)
         list[name]["ver"] = descriptor.pluginVersion;
     return list;
-}
-
-// As the library's compact writer has it: no blanks, and a newline at the end.
-std::string WriteCompact(const Json::Value& value) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    return Json::writeString(builder, value) + "\n";
 }
 
 }  // namespace
@@ -42,7 +36,7 @@ const char* QuernCommon::GetComParams() {
     params["gid"] = GetGameID();
     params["sdk_list"] = InstalledPlugins();
     static thread_local std::string text;  // so that two threads at a time do not write over each other's
-    text = WriteCompact(params);
+    text = WriteCompactJson(params);
     return text.c_str();
 }
 

@@ -9,23 +9,18 @@
 
 #include "Contract.h"
 #include "Orvane/RunTime.h"
+#include "Product.h"
 
 namespace {
 
+using Contract::Container;
+using Contract::FindHost;
+using Contract::Load;
+using Contract::Perform;
+using Contract::Symbol;
 using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
-
-void* Load(const char* path) {
-    void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    if (!library) ADD_FAILURE() << dlerror();
-    return library;
-}
-
-template <typename Function>
-Function Symbol(void* library, const char* name) {
-    return reinterpret_cast<Function>(dlsym(library, name));
-}
 
 std::string g_heard;
 
@@ -33,36 +28,6 @@ void* Launched(orvane_object*, const char*, void* const*) {
     g_heard += "delegate launched\n";
     return reinterpret_cast<void*>(1);
 }
-
-void* Perform(orvane_object* object, const char* selector, void* argument = nullptr) {
-    void* const arguments[] = {argument, nullptr};
-    return orvane_object_perform(object, selector, arguments);
-}
-
-Contract::Host* FindHost() {
-    orvane_object* wrapper = orvane_object_create(orvane_class_lookup("PluginUtilsWrapper"));
-    auto* host = static_cast<Contract::Host*>(Perform(wrapper, "getNativePluginManager"));
-    orvane_object_release(wrapper);
-    return host;
-}
-
-// The application's container, for the log that the launch starts.
-class Container {
-public:
-    Container() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "orvane-contract-XXXXXX").string();
-        home = mkdtemp(pattern.data());
-        setenv("ORVANE_HOME", home.c_str(), 1);
-        // Without this, the C library reads the zone anew at each conversion, under a lock that the thread sanitizer
-        // does not see.
-        setenv("TZ", "UTC", 1);
-    }
-    ~Container() {
-        std::error_code ignored;
-        std::filesystem::remove_all(home, ignored);
-    }
-    std::string home;
-};
 
 TEST(BinaryContract, ASiblingInAProcessWithoutTheHostFindsNothing) {
     void* sibling = Load(SIBLING_LIBRARY);

@@ -96,16 +96,70 @@ struct LogService : ServiceRoot {
     virtual Log* Get(ModuleBase* module) = 0;
 };
 
+struct Keys {  // no destructor in its table
+    virtual const char* Next() = 0;
+    virtual bool AtEnd() = 0;
+};
+
+struct Settings;
+
+struct SettingsListener {  // no destructor in its table
+    virtual void Refreshed(Settings* settings, Keys* keys) = 0;
+};
+
+// Those that a test has no use for do nothing where it stands in for the product.
 struct Settings {
     virtual ~Settings() {}
     virtual int Int(const char* key, int otherwise) = 0;
     virtual long long Long(const char* key, long long otherwise) = 0;
     virtual double Double(const char* key, double otherwise) = 0;
     virtual bool Bool(const char* key, bool otherwise) = 0;
+    virtual bool Text(const char*, char*, int&, const char*) { return false; }
+    virtual void Listen(SettingsListener*) {}
+    virtual void Unlisten(SettingsListener*) {}
+    virtual void User(int, const char*) {}
+    virtual void Ask() {}
+    virtual void Option(const char*, int) {}
+    virtual void Option(const char*, const char*) {}
 };
 
 struct SettingsService : ServiceRoot {
     virtual Settings* Of(ModuleBase* module) = 0;
+};
+
+struct VersionedSettingsService : ServiceRoot {
+    virtual int Version() = 0;
+    virtual Settings* Of(ModuleBase* module) = 0;
+};
+
+struct File {
+    virtual ~File() {}
+    virtual bool Keep(const char* section, const char* key, int value) = 0;
+    virtual bool Keep(const char* section, const char* key, long long value) = 0;
+    virtual bool Keep(const char* section, const char* key, const char* value) = 0;
+    virtual bool Keep(const char* section, const char* key, bool value) = 0;
+    virtual bool Drop(const char* section, const char* key) = 0;
+    virtual bool DropSection(const char* section) = 0;
+    virtual bool DropAll() = 0;
+    virtual bool Write() = 0;
+    virtual bool WriteValue(const char* section, const char* key, int value) = 0;
+    virtual bool WriteValue(const char* section, const char* key, long long value) = 0;
+    virtual bool WriteValue(const char* section, const char* key, const char* value) = 0;
+    virtual bool WriteValue(const char* section, const char* key, bool value) = 0;
+    virtual bool DropAndWrite(const char* section, const char* key) = 0;
+    virtual bool DropSectionAndWrite(const char* section) = 0;
+    virtual bool DropAllAndWrite() = 0;
+    virtual long long Long(const char* section, const char* key, long long otherwise) = 0;
+    virtual int Int(const char* section, const char* key, int otherwise) = 0;
+    virtual bool Text(const char* section, const char* key, char* buffer, int& size, const char* otherwise) = 0;
+    virtual bool Bool(const char* section, const char* key, bool otherwise) = 0;
+    virtual bool Has(const char* section, const char* key) = 0;
+};
+
+struct FileService : ServiceRoot {
+    virtual File* Make(const char* name) = 0;
+    virtual void Unmake(File** file) = 0;
+    virtual File* Standard() = 0;
 };
 
 struct Account {

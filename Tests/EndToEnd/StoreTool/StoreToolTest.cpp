@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -111,6 +112,83 @@ TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
     EXPECT_EQ(ReadFile(plain), "[s]\na =-3# note\nlast=1\n");
     ASSERT_EQ(stat(plain.c_str(), &state), 0);
     EXPECT_EQ(state.st_uid, isGiven ? 12345 : geteuid());
+}
+
+TEST_F(StoreTool, ExplainsWhoAnswersARead) {
+    const std::string answer = CacheFolder() + "/RemoteConfig.config", manifest = CacheFolder() + "/Info.plist";
+    {
+        static BundleImpl* stored;  // left alone, as the first
+        stored = new BundleImpl(answer.c_str());
+        for (const auto& [key, value] : std::map<std::string, const char*>{{"seven", "7"},
+                                                                           {"true", "True"},
+                                                                           {"cut", "4#5"},
+                                                                           {"hash", "#"},
+                                                                           {"empty", ""},
+                                                                           {"wide", "5000000000"},
+                                                                           {"word", "no"},
+                                                                           {"real", "1.5"}})
+            stored->SetCache("Demo", key.c_str(), value);
+        stored->SaveCacheToFile();
+    }
+    WriteFile(manifest,
+              "<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key><string>Demo</string></dict>"
+              "<key>OrvaneGame</key><dict><key>seven</key><integer>9</integer><key>empty</key><string>0.5</string>"
+              "<key>flag</key><true/></dict></dict></plist>");
+    const struct {
+        const char* key;
+        const char* defaultText;
+        const char* type;
+        const char* value;
+        const char* from;
+        const char* why;
+    } kCases[] = {
+        {"seven", "7", "int", "9", "manifest", "a stored int that equals the default counts as not there"},
+        {"seven", "1", "int", "7", "server", ""},
+        {"word", "0", "int", "0", "default",
+         "\"no\" begins with no number; a stored int that equals the default "
+         "counts as not there; the manifest has no such key"},
+        {"wide", "", "int", "2147483647", "server", "5000000000 does not fit, so it is the nearest limit"},
+        {"real", "", "int", "1", "server", "only the number in front of \".5\" counts"},
+        {"hash", "3", "int", "3", "default",
+         "what stands behind the \"#\" is cut off; an empty text counts as not "
+         "there; the manifest has no such key"},
+        {"seven", "7", "long", "7", "server", ""},
+        {"empty", "3", "long", "0", "manifest", "the server's text is empty, which counts as not there"},
+        {"hash", "3", "long", "3", "default",
+         "what stands behind the \"#\" is cut off; an empty text gives the "
+         "default, whatever the manifest has"},
+        {"seven", "", "bool", "false", "server", "only the text \"true\" is true"},
+        {"true", "", "bool", "true", "server", ""},
+        {"flag", "", "bool", "true", "manifest", "the server has no such key"},
+        {"none", "true", "bool", "true", "default", "the server has no such key; the manifest has no such key"},
+        {"real", "", "double", "1.5", "server", ""},
+        {"word", "0.25", "double", "0.25", "default", "\"no\" is no number"},
+        {"empty", "3", "double", "0.5", "manifest", "the server's text is empty, which counts as not there"},
+        {"cut", "", "string", "\"4\"", "server", "what stands behind the \"#\" is cut off"},
+        {"flag", "x", "string", "\"x\"", "default",
+         "the server has no such key; the manifest's value is a boolean, not a text"},
+    };
+    for (const auto& one : kCases) {
+        const Result result =
+            RunStore({"explain", answer, "Demo", one.key, "--default", one.defaultText, "--manifest", manifest});
+        EXPECT_EQ(result.status, 0) << result.error;
+        const std::string why = *one.why ? std::string(" (") + one.why + ")" : "";
+        EXPECT_THAT(result.output,
+                    HasSubstr(std::string("\n") + one.type + ": " + one.value + ", from the " + one.from + why + "\n"))
+            << one.key;
+    }
+    const std::string home = CacheFolder() + "/../..";
+    const Result whole = RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", manifest, "--json"});
+    EXPECT_THAT(whole.output, testing::AllOf(HasSubstr("\"manifest\" : \"9, an integer\""),
+                                             HasSubstr("\"manifest_section\" : \"OrvaneGame\""),
+                                             HasSubstr("\"server\" : \"7\""), HasSubstr("\"value\" : 7")));
+    std::filesystem::remove(answer);
+    const Result none = RunStore({"explain", "Demo", "seven", "--home", home});
+    EXPECT_THAT(none.output, HasSubstr("server    nothing\nmanifest  nothing, in Demo\n"));
+    EXPECT_THAT(none.error, testing::AllOf(HasSubstr("no answer of the server is kept"), HasSubstr("no --manifest")));
+    EXPECT_EQ(RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", "/nowhere"}).status, 2);
+    EXPECT_EQ(RunStore({"explain", path, "Demo", "seven", "--home", "/nowhere"}).status, 3);
+    EXPECT_EQ(RunStore({"dump", path, "--default", "1"}).status, 2);
 }
 
 TEST_F(StoreTool, ReadsTheNewFileOfASaveThatWasCutShort) {

@@ -20,7 +20,6 @@ TEST(TraceTest, TheIdsOfARefillServeTheNextRun) {
                    "<key>OrvaneCore</key><dict><key>YarrowEnable</key><string>true</string>"
                    "<key>YarrowUrl</key><string>" +
                        address + "/traceids</string></dict></dict></plist>\n");
-    std::string traces;
     for (const char* wanted : {"in trace [^\n]{31}2\n", "in trace [^\n]{31}[^2\n]\n"}) {
         Process host(container.Host({"--plugins", ORVANE_PLUGIN_FOLDER, "--info-plist", "Info.plist"}));
         host.Send("span Early\nlaunch\nspan Login attempt=2 none\n");

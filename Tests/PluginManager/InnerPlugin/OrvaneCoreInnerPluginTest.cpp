@@ -2,8 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include "PluginManager/InnerPlugin/ConfigFileService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
+#include "PluginManager/InnerPlugin/RemoteConfigService.h"
 #include "PluginManager/ServiceRegister.h"
 #include "Support/CapturedConsole.h"
 
@@ -22,13 +24,16 @@ TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
     EXPECT_STREQ(plugin->GetVersion(), "1.5.11.2664");
 
     EXPECT_EQ(plugin->GetServiceByName("COREREPORT"), OrvaneCoreReportSerivce::GetInstance());
+    EXPECT_EQ(plugin->GetServiceByName("REMOTECONFIG"), RemoteConfigSerivce::GetInstance());
     EXPECT_EQ(plugin->GetServiceByName("LOG"), OrvaneCoreLogSerivce::GetInstance());
+    EXPECT_EQ(plugin->GetServiceByName("REMOTECONFIGEX"), RemoteConfigExSerivce::GetInstance());
+    EXPECT_EQ(plugin->GetServiceByName("CONFIGFILE"), Orvane::ConfigFileSerivce::GetInstance());
     EXPECT_EQ(plugin->GetServiceByName("log"), nullptr);
     EXPECT_EQ(plugin->GetServiceByName(""), nullptr);
     EXPECT_EQ(plugin->GetServiceByName(nullptr), nullptr);
     EXPECT_THAT(console.Take(), Contains("Debug OrvaneCoreInnerPlugin::GetServiceByName serviceName:log"));
 
-    for (const char* name : {"COREREPORT", "LOG"}) {
+    for (const char* name : {"COREREPORT", "REMOTECONFIG", "LOG", "REMOTECONFIGEX", "CONFIGFILE"}) {
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetName(), name);
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetPluginName(), "OrvaneCore");
     }

@@ -4,8 +4,10 @@
 
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
+#include "PluginManager/InnerPlugin/ConfigFileService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
+#include "PluginManager/InnerPlugin/RemoteConfigService.h"
 #include "PluginManager/InnerPlugin/Yarrow/TraceService.h"
 
 namespace Orvane::Plugin {
@@ -43,7 +45,10 @@ IPluginService* OrvaneCoreInnerPlugin::GetServiceByName(const char* serviceName)
     if (!serviceName) return nullptr;
     if (strcmp(serviceName, "COREREPORT") == 0) return OrvaneCoreReportSerivce::GetInstance();
     if (strcmp(serviceName, "YARROW") == 0) return TraceService::GetInstance();
+    if (strcmp(serviceName, "REMOTECONFIG") == 0) return RemoteConfigSerivce::GetInstance();
     if (strcmp(serviceName, "LOG") == 0) return OrvaneCoreLogSerivce::GetInstance();
+    if (strcmp(serviceName, "REMOTECONFIGEX") == 0) return RemoteConfigExSerivce::GetInstance();
+    if (strcmp(serviceName, "CONFIGFILE") == 0) return ConfigFileSerivce::GetInstance();
     return nullptr;
 }
 

@@ -1,0 +1,13 @@
+#include "Base/CompactJson.h"
+
+#include <json/json.h>
+
+namespace Quern {
+
+std::string WriteCompactJson(const Json::Value& value) {
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "";
+    return Json::writeString(builder, value) + "\n";
+}
+
+}  // namespace Quern

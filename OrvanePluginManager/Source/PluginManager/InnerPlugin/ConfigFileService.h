@@ -1,0 +1,28 @@
+// The service "CONFIGFILE": files of settings for plugins.
+#ifndef ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_CONFIG_FILE_SERVICE_H
+#define ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_CONFIG_FILE_SERVICE_H
+
+#include <atomic>
+
+#include "Orvane/IConfigFile.h"
+
+namespace Orvane {
+
+class ConfigFileSerivce final : public IConfigFileService {
+public:
+    // Made at the first call, by whichever thread.
+    static ConfigFileSerivce* GetInstance();
+
+    const char* GetName() const override;
+    const char* GetPluginName() const override;
+    IConfigFile* NewConfigFile(const char* name) override;
+    void DeleteConfigFile(IConfigFile** file) override;
+    IConfigFile* GetDefaultConfigFile() override;
+
+private:
+    static std::atomic<ConfigFileSerivce*> s_pInstance;
+};
+
+}  // namespace Orvane
+
+#endif

@@ -1,0 +1,52 @@
+// The services "REMOTECONFIG" and "REMOTECONFIGEX": one view of the configuration for each plugin name.
+#ifndef ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_REMOTE_CONFIG_SERVICE_H
+#define ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_REMOTE_CONFIG_SERVICE_H
+
+#include <atomic>
+#include <map>
+#include <string>
+
+#include "Orvane/IRemoteConfig.h"
+#include "System/Thread/Mutex.h"
+
+namespace Orvane {
+class RemoteConfig;
+}
+
+namespace Orvane::Plugin {
+
+class RemoteConfigSerivce final : public IRemoteConfigService {
+public:
+    // Made at the first call, by whichever thread.
+    static RemoteConfigSerivce* GetInstance();
+    // What it handed out stays valid; a new one hands out objects of its own.
+    static void ReleaseInstance();
+
+    const char* GetName() const override;
+    const char* GetPluginName() const override;
+    IRemoteConfig* GetRemoteConfig(PluginBase* plugin) override;
+
+private:
+    static std::atomic<RemoteConfigSerivce*> s_pInstance;
+
+    std::map<std::string, RemoteConfig*> _configs;  // by plugin name; never deleted, since plugins keep them
+    Quern::CMutex _mutex{true};                     // guards _configs; a plugin's GetName is called under it
+};
+
+class RemoteConfigExSerivce final : public IRemoteConfigExService {
+public:
+    // Made at the first call, by whichever thread.
+    static RemoteConfigExSerivce* GetInstance();
+
+    const char* GetName() const override;
+    const char* GetPluginName() const override;
+    int GetVersion() override;
+    IRemoteConfig* GetRemoteConfig(PluginBase* plugin) override;
+
+private:
+    static std::atomic<RemoteConfigExSerivce*> s_pInstance;
+};
+
+}  // namespace Orvane::Plugin
+
+#endif
