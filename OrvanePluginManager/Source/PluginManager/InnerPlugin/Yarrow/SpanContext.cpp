@@ -14,13 +14,14 @@ constexpr int kParts = 4;  // of a span's text
 
 template <typename Texts>
 bool Store(Texts& texts, const char* operation, const char* key, const char* value) {
-    const auto old = texts.find(std::string_view(key));
-    if (old != texts.end()) ORVANE_LOG_DEBUG("[Yarrow] SpanContext::%s key:%s erased", operation, key);
+    const auto place = texts.lower_bound(std::string_view(key));
+    const bool isThere = place != texts.end() && place->first == key;
+    if (isThere) ORVANE_LOG_DEBUG("[Yarrow] SpanContext::%s key:%s erased", operation, key);
     ORVANE_LOG_DEBUG("[Yarrow] SpanContext::%s key:%s, value:%s", operation, key, value);
-    if (old != texts.end())
-        old->second = value;
+    if (isThere)
+        place->second = value;
     else
-        texts.emplace(key, value);
+        texts.emplace_hint(place, key, value);
     return true;
 }
 
