@@ -182,7 +182,7 @@ thread_local std::map<std::string, std::string> Sink::last;
 struct Model {
     void Run(int spans) {
         while (created < spans || !live.empty()) {
-            if (created < spans && (live.empty() || random() % 4 == 0))
+            if (created < spans && (live.empty() || random() % 8 == 0))
                 Create();
             else
                 Step(std::next(live.begin(), static_cast<long>(random() % live.size())));

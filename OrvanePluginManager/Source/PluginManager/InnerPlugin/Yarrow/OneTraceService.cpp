@@ -2,7 +2,7 @@
 
 #include "Base/MakeOnce.h"
 #include "Orvane/ITraceService.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"  // upward: the way to the service begins at the core plugin
 
 namespace Orvane {
 namespace {

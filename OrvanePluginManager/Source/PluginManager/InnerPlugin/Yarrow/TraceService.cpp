@@ -12,7 +12,7 @@
 #include "Base/ReportHandler/ReportHandler.h"
 #include "Base/XLog.h"
 #include "Orvane/RavelAccount.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"  // upward: the login is asked for in the core plugin's name
 #include "PluginManager/InnerPlugin/Yarrow/LeftBehind.h"
 #include "PluginManager/InnerPlugin/Yarrow/SpanContext.h"
 #include "System/Thread/Time.h"
