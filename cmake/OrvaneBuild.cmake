@@ -32,14 +32,24 @@ target_compile_options(orvane_flags INTERFACE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-
 if(ORVANE_SANITIZE)
   target_compile_options(orvane_flags INTERFACE -fsanitize=${ORVANE_SANITIZE} -fno-omit-frame-pointer)
   target_link_options(orvane_flags INTERFACE -fsanitize=${ORVANE_SANITIZE})
-  # This guess of GCC misfires on instrumented code (its own <regex> for one); the builds without sanitizers keep it.
-  target_compile_options(orvane_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+  # These guesses of GCC misfire on instrumented code (its own <regex> for one); the builds without sanitizers keep them.
+  target_compile_options(orvane_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overflow;-Wno-stringop-overread>)
   if(ORVANE_SANITIZE MATCHES "undefined")
     # Objects of sibling libraries are reached through interfaces alone: the two sides share no identity of types, which
     # is what the vptr check compares.
     target_compile_options(orvane_flags INTERFACE -fno-sanitize-recover=undefined -fno-sanitize=vptr)
   endif()
 endif()
+
+# Reads the standard headers that nearly every file begins with once for the target, which halves the time of its build.
+# Only with the sanitizers: GCC's guesses about buffers, which those have off,
+# misfire on precompiled headers, and the other builds keep them.
+function(orvane_precompile_standard_headers target)
+  if(ORVANE_SANITIZE)
+    target_precompile_headers(${target} PRIVATE <algorithm> <atomic> <chrono> <cstring> <functional> <map> <memory> <mutex>
+                              <string> <vector>)
+  endif()
+endfunction()
 
 # The revision that orvanecore_get_version_hash gives: that of the checkout, else (a source archive) that of its file.
 function(orvane_source_revision out)

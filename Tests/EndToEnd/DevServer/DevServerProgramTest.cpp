@@ -45,8 +45,10 @@ protected:
         return client.Post(target, headers, body, "text/plain");
     }
     bool WaitUntilOneIsHeld() {
-        return OrvaneTest::WaitFor(
-            [&] { return Get("/_orvane/status")->body.find("\"held\":1") != std::string::npos; });
+        return OrvaneTest::WaitFor([this] {
+            const httplib::Result status = Get("/_orvane/status");
+            return status && status->body.find("\"held\":1") != std::string::npos;
+        });
     }
     // All that comes back on a connection of which every byte is ours.
     std::string Exchange(const std::string& bytes) const {
