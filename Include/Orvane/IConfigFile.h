@@ -11,11 +11,11 @@ namespace Orvane {
 /// Sections of keys and values in "NAME.config" in the cache folder, enciphered while it is in use (Docs/StoreFormat.md
 /// has the bytes). Reads go on to the application's manifest where the file has no such key, and then give the default.
 ///
-/// Keep **one** object a name: all objects of a name share one store, and whoever is deleted first takes that away from
-/// the others, which must not be used, or deleted, any more. Deleting the last one leaves its file in plain text, and
-/// saves what was not saved. "RemoteConfig" is the file in which the library keeps the configuration server's answer:
+/// Keep **one** object a name. All objects of a name share one store, and the first that is deleted takes it along: the
+/// others must not be used, or deleted, any more. The deletion saves what was not saved, and leaves the file in plain
+/// text until its next save. "RemoteConfig" is the file in which the library keeps the configuration server's answer:
 /// an object of that name is a second one over it, and each overwrites what the other saved. The default file is the
-/// library's own, "Orvane.config"; objects of it may be deleted at any time.
+/// library's own, "Orvane.config"; it stays when objects of it are deleted.
 ///
 /// Everything is kept as text, which has its effects:
 /// - a text is trimmed of blanks, and cut at a "#"; neither it nor a section or key may hold a line end;
@@ -23,8 +23,8 @@ namespace Orvane {
 ///   int in its place;
 /// - an int that equals the default it is read with counts as not there, so that the manifest's value wins.
 ///
-/// Any thread; each call is whole, but what two calls do is not whole together. Writes give false for a null section,
-/// key or text.
+/// Any thread; each call is whole, but what two calls do is not whole together. A null section, key or text is written
+/// and removed nowhere (false), and a null section or key reads as the default, or as an empty text.
 class IConfigFile {
 public:
     virtual ~IConfigFile() {}

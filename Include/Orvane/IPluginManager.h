@@ -11,7 +11,9 @@ namespace Plugin {
 
 /// The registry of plugins and the driver of their lifecycle. One per process, owned by the library that implements it;
 /// reached through gs_GetOrvanePluginManager (PluginBase.h).
-/// Thread rule: nothing here locks. Installation, the walks and reads belong on the main thread during start-up.
+/// Thread rule: the walks and the live registry belong on the main thread during start-up. Installing, uninstalling and
+/// looking up may happen on any thread: each is whole, and no call of a plugin happens under a lock. Nothing keeps a
+/// plugin that was found from being uninstalled.
 class IPluginManager {
 public:
     /// Enters a plugin under its name. An earlier plugin of that name is replaced without a call on it.
@@ -26,7 +28,8 @@ public:
     virtual const char* const* GetAllPluginNames() = 0;
     /// \return the plugin, or null with a warning in the log. "ORVANECORE" is taken as "OrvaneCore".
     virtual IPlugin* GetPluginByName(const char* pluginName) = 0;
-    /// \return the live registry. A reader copies it whole and walks the copy.
+    /// \return the live registry, which nothing guards: a reader copies it whole, while no plugin comes or goes, and
+    /// walks the copy.
     virtual PluginCollection* GetPluginCollection() = 0;
     /// The four walks, each over all plugins in byte order of their names. None guards its order or repetition.
     virtual void Startup() = 0;

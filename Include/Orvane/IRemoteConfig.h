@@ -35,8 +35,9 @@ class IRemoteConfig;
 /// Told when an answer of the server has come that holds keys of the module.
 class RemoteConfigObserver {
 public:
-    /// The new values can be read by now. On the thread on which the answer arrived, with no lock held: reads, a Fetch
-    /// and a further observer may be asked for here. Answers come seconds apart at the least, and one after the other.
+    /// The new values can be read by now. On the thread on which the answer arrived, one answer at a time. Settings can
+    /// be read here, observers added and a Fetch asked for; but the library's other HTTP answers wait for the call, so
+    /// it must be brief, and must not wait for one of them or for a thread that does.
     /// \param config the module's settings, which the observer was added to
     /// \param keys   the names of the module's keys in that answer, valid for the call. A key that the answer no longer
     ///               has is forgotten by then, and is not in it.
@@ -75,8 +76,10 @@ public:
     /// life of the process, as RemoveObserver says. Not from a log callback.
     /// \param observer null takes the place as well, and hears nothing. One that is in already logs a warning.
     virtual void AddObserver(RemoteConfigObserver* observer) = 0;
-    /// Takes the observer off the list here, so that it may be added again. It is **called on** at each refresh, and
-    /// its place is not given free: never delete an observer while answers can come. Not from a log callback.
+    /// Takes the observer off the list here, so that it may be added again: after the library was taken down
+    /// (IBase::Release), which forgets all observers, this and AddObserver make it hear anew. Until then it is **called
+    /// on** at each refresh, and its place is not given free: never delete an observer while answers can come. Not from
+    /// a log callback.
     virtual void RemoveObserver(RemoteConfigObserver* observer) = 0;
 
     /// Tells who the user is, for all modules and for the next run too; the next request to the server says so. Writes

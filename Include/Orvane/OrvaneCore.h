@@ -61,6 +61,23 @@ ORVANE_EXPORT bool InitQuernObjectEnvironment(void);
 /// The marker itself; does nothing.
 ORVANE_EXPORT void ReleaseQuernObjectEnvironment(void);
 
+/* --- Remote configuration: its client ------------------------------------------------------------------------------*/
+
+/// Points the client at another server and asks it. The address is written as "https://host:port", without a slash
+/// behind it; null does nothing.
+///
+/// An address that differs from the present one throws away what the client has kept of the last answer. The address of
+/// the last run is known only once the client has started, so a game that calls this at every launch begins each time
+/// without its configuration: the server's address belongs in the manifest ("RemoteConfigUrl" of the section
+/// "OrvaneCore"), and this call is for a change of it while the game runs. A request that is under way goes on, its
+/// answer is dropped, and the new server is asked at the next occasion. Writes a file. Not from a log callback.
+/// \return 1
+ORVANE_EXPORT int orvanecore_configure_seturl(const char* url);
+/// Forgets the server's address and what the client has kept of the last answer, so that settings are the manifest's
+/// and the callers' defaults. Nothing is asked until orvanecore_configure_seturl, or until the next start of the
+/// process finds an address in the manifest. Writes a file. Not from a log callback. \return 1
+ORVANE_EXPORT int orvanecore_configure_clear(void);
+
 /* --- Log: the library's own logger ---------------------------------------------------------------------------------*/
 
 /// Logs a finished text through the library's own logger; before that has started, prints it on the console whatever
@@ -70,9 +87,10 @@ ORVANE_EXPORT void OrvaneCore_XLog(ALogPriority level, const char* file, unsigne
 /// Sets the threshold of the library's own logger, and its default before it has started.
 ORVANE_EXPORT void OrvaneCore_SetQuernLogLevel(ALogPriority level);
 /// A sink that is given every line of the library's own logger, on the thread that logs it and under the logger's lock;
-/// lost before that logger exists. Null removes it. It may log, but must not queue an operation
-/// (Orvane/OperationQueue.h) nor wait for another thread that logs: that thread may wait for this lock, the queue's
-/// with it.
+/// lost before that logger exists. Null removes it. It may log and read settings, but must not queue an operation
+/// (Orvane/OperationQueue.h), ask for a logger, add an observer of the configuration, change or clear the server's
+/// address, nor wait for another thread that logs: that thread may wait for this lock, the queue's, the loggers' or the
+/// configuration client's with it.
 ORVANE_EXPORT void OrvaneCore_SetQuernLogCallback(void (*callback)(ALogPriority priority, const char* line));
 
 /* --- Log: the game's logger, named after the game id; made at the first of these calls --------------------------- */
@@ -110,16 +128,19 @@ ORVANE_EXPORT void OrvaneSDKLog_setAllLogLevel(ALogPriority level);
    default. */
 
 /// Sets the callback that hears which keys of the module came with an answer of the server; null for none. It replaces
-/// the one before, and may be called a last time on another thread meanwhile. Call it once: each call leaves a few
-/// bytes behind, and only if the first comes before the game's logger and native observers of that module does it hear
-/// anything.
+/// the one before, which may be called a last time on another thread meanwhile. A module has one place for an observer:
+/// nothing is heard here if the game's logger (orvane_log_*) or a native observer of that module was made first. Call
+/// it once, since each call leaves a few bytes behind.
 /// \param callback on the thread on which the answer arrived; `keys` is a JSON text, {"KeyList":["name",..]} and a
 ///                 newline, valid for the call
 ORVANE_EXPORT void quern_remoteconfig_SetCallback(void (*callback)(const char* keys));
+/// \return the value, or `defaultValue`; a stored value that equals it counts as not there
 ORVANE_EXPORT int quern_remoteconfig_GetInt(const char* key, int defaultValue);
+/// \return the value, or `defaultValue`
 ORVANE_EXPORT long long quern_remoteconfig_GetLong(const char* key, long long defaultValue);
-/// A stored value is true only as the text "true".
+/// \return the value, or `defaultValue`; a stored value is true only as the text "true"
 ORVANE_EXPORT bool quern_remoteconfig_GetBool(const char* key, bool defaultValue);
+/// \return the number that a text begins with, or `defaultValue`
 ORVANE_EXPORT double quern_remoteconfig_GetDouble(const char* key, double defaultValue);
 /// Writes the text, zero-filled to the end of `size` bytes; a null default counts as an empty text.
 /// \return true; false, and nothing written, if the text and its terminator do not fit, or for a null or a size below 1

@@ -17,11 +17,10 @@ using Quern::QuernCommon;
 
 class QuernCommonTest : public testing::Test {
 protected:
-    QuernCommonTest() {
-        OrvaneTest::CacheFolder();
-        OrvaneTest::FakeKeychain::Install();
-    }
+    QuernCommonTest() { OrvaneTest::CacheFolder(); }
+    size_t Saves() const { return keychain->calls.size() / 2; }
 
+    const std::shared_ptr<OrvaneTest::FakeKeychain> keychain = OrvaneTest::FakeKeychain::Install();
     FakeInfoDictionary manifest;
     QuernCommon& common = *QuernCommon::GetInstance();
 };
@@ -55,7 +54,12 @@ TEST_F(QuernCommonTest, KeepsTheUserForTheNextRun) {
     EXPECT_STREQ(common.GetOpenID(), "last user");
     EXPECT_NE(std::string(common.GetComParams()).find("\"cid\":\"17\","), std::string::npos);
 
+    manifest.Set("OrvaneCore", "channelid", FakeInfoDictionary::Text("18"));
+    const size_t saves = Saves();
     EXPECT_TRUE(common.SetUserInfo("18", "this user"));
+    EXPECT_EQ(Saves(), saves + 1);
+    EXPECT_TRUE(common.SetUserInfo("18", "this user"));
+    EXPECT_EQ(Saves(), saves + 1);
     EXPECT_STREQ(common.GetChannelID(), "18");
     EXPECT_STREQ(common.GetOpenID(), "this user");
     EXPECT_STREQ(bundle->Get("OrvaneCore", "channelid", "").c_str(), "18");

@@ -44,10 +44,13 @@ class TakeDownTest : public testing::TestWithParam<const char*> {
 protected:
     bool IsPool() const { return GetParam() == std::string("2"); }
     Command Host(std::vector<std::string> arguments = {}) const {
-        arguments.insert(arguments.end(), {"--plugins", ORVANE_SETTINGS_FOLDER});
-        Command command = _container.Host(arguments);
-        command.environment.emplace_back("OperationMode", GetParam());
-        return command;
+        const std::string manifest = _container.Outside() / "Info.plist";
+        WriteWholeFile(manifest, std::string("<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key>"
+                                             "<string>1007</string></dict><key>OrvaneCore</key><dict>"
+                                             "<key>OperationMode</key><integer>") +
+                                     GetParam() + "</integer></dict></dict></plist>");
+        arguments.insert(arguments.end(), {"--info-plist", manifest});
+        return _container.Host(arguments);
     }
     // The threads of the process whose kernel name begins with that.
     static int CountThreads(const Process& process, const std::string& name) {
@@ -90,11 +93,7 @@ TEST_P(TakeDownTest, EndsTheQueueUnderLoad) {
 }
 
 TEST_P(TakeDownTest, LoadsAndLaunchesAgain) {
-    const std::string manifest = _container.Outside() / "Info.plist";
-    WriteWholeFile(manifest,
-                   "<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key><string>1007</string>"
-                   "</dict></dict></plist>");
-    Process host(Host({"--module", "Game", "--log-mode", "0", "--info-plist", manifest}));
+    Process host(Host({"--module", "Game", "--log-mode", "0"}));
     int queued = 0;
     for (const int count : {21, 22, 23}) {
         const std::string number = std::to_string(count);

@@ -2,7 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <memory>
 #include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include "PluginManager/ServiceRegister.h"
 #include "Support/CapturedConsole.h"
@@ -181,6 +186,35 @@ TEST_F(PluginManagerTest, APluginMayChangeTheRegistryInsideAWalk) {
     EXPECT_THAT(journal, ElementsAre("1 OnStartup", "2 OnStartup"));
     ASSERT_EQ(manager->GetPluginCollection()->size(), 1u);
     EXPECT_THAT(manager->GetPluginCollection()->at("2").serviceNames, ElementsAre("KEPT"));
+}
+
+TEST_F(PluginManagerTest, ThreadsLookUpWhilePluginsComeGoAndStart) {
+    FakePlugin core("OrvaneCore", "1.0");
+    std::atomic<bool> isDone{false};
+    std::atomic<long> found{0}, lost{0};
+    std::vector<std::thread> readers;
+    for (int reader = 0; reader < 32; ++reader) {
+        readers.emplace_back([&] {
+            do {
+                manager->GetPluginByName("Guest7");
+                const auto plugins = manager->CopyPlugins();
+                lost += manager->GetPluginByName("ORVANECORE") != &core || plugins.count("OrvaneCore") == 0;
+                ++found;
+            } while (!isDone);
+        });
+    }
+    for (int round = 0; round < 20 || found < 100; ++round) {
+        std::vector<std::unique_ptr<FakePlugin>> guests;
+        for (int guest = 0; guest < 10; ++guest) {
+            guests.push_back(std::make_unique<FakePlugin>("Guest" + std::to_string(guest)));
+            guests.back()->declared = {"SERVICE"};
+        }
+        manager->Startup();
+    }
+    isDone = true;
+    for (std::thread& reader : readers)
+        reader.join();
+    EXPECT_EQ(lost, 0);
 }
 
 TEST_F(PluginManagerTest, APluginThatThrowsEndsTheWalk) {

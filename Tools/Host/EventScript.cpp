@@ -1,6 +1,7 @@
 #include "EventScript.h"
 
 #include "AppDelegate.h"
+#include "Configuration.h"
 #include "GameLogger.h"
 #include "GameSpan.h"
 #include "LineFeed.h"
@@ -96,6 +97,9 @@ const EventScript::Event EventScript::kEvents[] = {
      [](EventScript&, const std::string& words) {
          if (!PlayModem(words)) orvane_console_log("orvane-host: no such modem: %s", words.c_str());
      }},
+    {"fetch", false, [](EventScript& script, const std::string&) { Fetch(script._options.module); }},
+    {"set-url", true, [](EventScript&, const std::string& url) { orvanecore_configure_seturl(url.c_str()); }},
+    {"clear", false, [](EventScript&, const std::string&) { orvanecore_configure_clear(); }},
     {"pre-shutdown", false, [](EventScript&, const std::string&) { PerformPluginUtils("nativePreShutdown"); }},
     {"shutdown", false, [](EventScript&, const std::string&) { PerformPluginUtils("nativeShutdown"); }},
     {"release", false, [](EventScript& script, const std::string&) { script.Release(); }},

@@ -18,6 +18,7 @@ application, one for each line of a script.
   --plugins DIR            open every *.so of the folder, in name order
   --info-plist FILE        the application's manifest, XML or binary (default: ORVANE_INFO_PLIST of the environment, else
                            Info.plist beside this program); its settings go before --log-mode and --console
+  --server URL             the configuration server, as if the manifest named it
   --script FILE            read the events from a file (default: standard input)
   --module NAME            name of the host's logger (default: Game)
   --log-mode N             its "LogMode": 0 plain, 1 deflated, 2 deflated and encrypted (default: 2)
@@ -52,6 +53,9 @@ events, one a line; blank lines and lines that begin with # are skipped:
   network                  say how the device is connected, in detail, and from now on say each change of it
   modem RADIO MCC MNC      play a modem: a cellular link (wwan0) is by that radio (GPRS, WCDMA, LTE, NR, ...) and
                            carrier
+  fetch                    ask the configuration server
+  set-url URL              another configuration server: forgets the last answer and asks this one
+  clear                    forget the server and its last answer
   pre-shutdown | shutdown  the two walks of an orderly stop over all plugins
   release                  take the base library down; the process goes on and may launch again
   quit                     leave at once, as at the end of the events
@@ -64,6 +68,7 @@ read; 2 for a wrong command line.
 enum Option {
     kPlugins = 256,
     kInfoPlist,
+    kServer,
     kScript,
     kModule,
     kLogMode,
@@ -79,6 +84,7 @@ enum Option {
 const option kOptions[] = {
     {"plugins", required_argument, nullptr, kPlugins},
     {"info-plist", required_argument, nullptr, kInfoPlist},
+    {"server", required_argument, nullptr, kServer},
     {"script", required_argument, nullptr, kScript},
     {"module", required_argument, nullptr, kModule},
     {"log-mode", required_argument, nullptr, kLogMode},
@@ -116,6 +122,8 @@ bool Apply(int code, Options& options) {
             return TakeText("plugins", options.pluginFolder);
         case kInfoPlist:
             return TakeText("info-plist", options.infoPlistPath);
+        case kServer:
+            return TakeText("server", options.serverUrl);
         case kScript:
             return TakeText("script", options.scriptPath);
         case kModule:

@@ -10,6 +10,7 @@ namespace OrvaneHost {
 struct Options {
     std::string pluginFolder;        // every *.so in it is opened; empty: none
     std::string infoPlistPath;       // the manifest; empty: left to the library
+    std::string serverUrl;           // the configuration server; empty: the manifest's
     std::string scriptPath;          // the events' file; empty: standard input
     std::string module = "Game";     // the name of the host's logger
     int logMode = 2;                 // "LogMode" of that logger

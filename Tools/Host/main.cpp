@@ -14,6 +14,7 @@
 #include "Orvane/InfoPlist.h"
 #include "Orvane/RunTime.h"
 #include "PluginLoader.h"
+#include "ServerManifest.h"
 
 using namespace OrvaneHost;
 
@@ -31,6 +32,7 @@ int main(int count, char** arguments) {
 
     if (!options.infoPlistPath.empty() && !gs_OrvaneSetInfoPlist(options.infoPlistPath.c_str()))
         orvane_console_log("orvane-host: the library has read its manifest before");
+    if (!options.serverUrl.empty()) UseServer(options.serverUrl, options.infoPlistPath);
 
     int input = STDIN_FILENO;
     if (!options.scriptPath.empty()) {

@@ -52,9 +52,11 @@ const char* QuernCommon::GetProjectName() const {
 bool QuernCommon::SetUserInfo(const char* channelId, const char* openId) {
     _channelId.Set(channelId);
     _openId.Set(openId);
-    Bundle* bundle = BundleFactory::GetInstance()->GetDefaultBundle();
-    bundle->Set(kUserSection, kChannelKey, channelId);
-    return bundle->Set(kUserSection, kOpenIdKey, openId);
+    BundleImpl& bundle = *BundleFactory::GetInstance()->GetDefaultBundle();
+    BundleImpl::Batch batch(bundle);
+    bundle.SetIfDifferent(kUserSection, kChannelKey, channelId);
+    const bool isWritten = bundle.SetIfDifferent(kUserSection, kOpenIdKey, openId);
+    return batch.Commit() && isWritten;
 }
 
 const char* QuernCommon::GetChannelID() {

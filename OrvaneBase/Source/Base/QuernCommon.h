@@ -23,7 +23,8 @@ public:
     // "Orvane" unless it was set.
     const char* GetProjectName() const;
 
-    // Keeps who the user is, in the default bundle too, for the next run. Returns the result of the last write.
+    // Keeps who the user is, in the default bundle too, for the next run: both in one save, and none where the bundle
+    // holds the same already. Returns the result of the last write.
     // REQUIRES: neither is null.
     bool SetUserInfo(const char* channelId, const char* openId);
     // As long as nobody told: what the last run stored. Empty if unknown, never null.

@@ -12,10 +12,8 @@ namespace Quern {
 namespace {
 
 Json::Value InstalledPlugins() {
-    const Orvane::Plugin::PluginCollection plugins =
-        *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection();
     Json::Value list(Json::objectValue);
-    for (const auto& [name, descriptor] : plugins)
+    for (const auto& [name, descriptor] : Orvane::Plugin::PluginManager::GetInstance()->CopyPlugins())
         list[name]["ver"] = descriptor.pluginVersion;
     return list;
 }

@@ -51,7 +51,10 @@ bool PluginManager::Install(IPlugin* plugin) {
     descriptor.plugin = plugin;
     descriptor.pluginName = name;
     descriptor.pluginVersion = version;
-    plugins[name] = descriptor;
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        plugins[name] = descriptor;
+    }
     ORVANE_LOG_INFO("PluginManager::Install Success, plugin:%p, pluginName:%s, pluginVersion:%s",
                     static_cast<void*>(plugin), name, version);
     return true;
@@ -70,11 +73,13 @@ bool PluginManager::UninstallByName(const char* pluginName) {
         ORVANE_LOG_ERROR("PluginManager::Uninstall pluginName is null");
         return false;
     }
+    const std::lock_guard<std::mutex> guard(_mutex);
     plugins.erase(pluginName);
     return true;
 }
 
 const char* const* PluginManager::GetAllPluginNames() {
+    const std::lock_guard<std::mutex> guard(_mutex);
     return allPluginNames;
 }
 
@@ -87,22 +92,38 @@ IPlugin* PluginManager::GetPluginByName(const char* pluginName) {
         ORVANE_LOG_WARNING("format PluginName ORVANECORE");
         pluginName = "OrvaneCore";
     }
-    const auto found = plugins.find(pluginName);
-    if (found == plugins.end()) {
-        ORVANE_LOG_WARNING("plugin:%s not exist:", pluginName);
-        return nullptr;
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        const auto found = plugins.find(pluginName);
+        if (found != plugins.end()) return found->second.plugin;
     }
-    return found->second.plugin;
+    ORVANE_LOG_WARNING("plugin:%s not exist:", pluginName);
+    return nullptr;
 }
 
 PluginCollection* PluginManager::GetPluginCollection() {
     return &plugins;
 }
 
+PluginCollection PluginManager::CopyPlugins() {
+    const std::lock_guard<std::mutex> guard(_mutex);
+    return plugins;
+}
+
+bool PluginManager::TakeNext(bool isFirst, std::string& name, _tagPluginDescriptor& descriptor) {
+    const std::lock_guard<std::mutex> guard(_mutex);
+    const auto next = isFirst ? plugins.begin() : plugins.upper_bound(name);
+    if (next == plugins.end()) return false;
+    name = next->first;
+    descriptor = next->second;
+    return true;
+}
+
 void PluginManager::Startup() {
     Walk([this](const _tagPluginDescriptor& descriptor) {
         ServiceRegister services;
         descriptor.plugin->OnStartup(&services);
+        const std::lock_guard<std::mutex> guard(_mutex);
         const auto entry = plugins.find(descriptor.pluginName);
         if (entry != plugins.end() && entry->second.plugin == descriptor.plugin)
             entry->second.serviceNames = services.GetServiceNames();
@@ -119,6 +140,7 @@ void PluginManager::Shutdown() {
 
 // An earlier array is left behind on purpose: whoever asked for it may still read it.
 void PluginManager::BuildAllPluginNames() {
+    const std::lock_guard<std::mutex> guard(_mutex);
     const char** names = new const char*[plugins.size() + 1];
     size_t count = 0;
     for (const auto& [key, descriptor] : plugins) {

@@ -2,14 +2,16 @@
 #ifndef ORVANE_PLUGIN_MANAGER_PLUGIN_MANAGER_H
 #define ORVANE_PLUGIN_MANAGER_PLUGIN_MANAGER_H
 
+#include <mutex>
 #include <string>
 
 #include "Orvane/IPluginManager.h"
 
 namespace Orvane::Plugin {
 
-// Holds no thread and no lock: installation, walks and reads belong on the main thread during start-up. A reader on
-// another thread copies GetPluginCollection at once, after Startup has run.
+// Walks belong on the main thread. Installing, uninstalling and looking up may happen on any thread: each is whole,
+// under a mutex that is held over no call of a plugin and no line of the log. Only GetPluginCollection gives the
+// registry itself, unguarded, as the interface has it: within the library CopyPlugins takes its place.
 class PluginManager final : public IPluginManager {
 public:
     // Made at the first call: while the library loads, by PluginUtilsLaunch.
@@ -27,6 +29,9 @@ public:
     void PreShutdown() override;
     void Shutdown() override;
 
+    // The registry as it is now. Any thread.
+    PluginCollection CopyPlugins();
+
 private:
     PluginManager();
     ~PluginManager();
@@ -35,17 +40,18 @@ private:
     // kept by name, so that a plugin may install or uninstall, itself among others, inside its own call.
     template <typename Step>
     void Walk(Step step) {
-        for (auto at = plugins.begin(); at != plugins.end();) {
-            const std::string name = at->first;
-            const _tagPluginDescriptor descriptor = at->second;
+        std::string name;
+        _tagPluginDescriptor descriptor;
+        for (bool isFirst = true; TakeNext(isFirst, name, descriptor); isFirst = false)
             if (descriptor.plugin) step(descriptor);
-            at = plugins.upper_bound(name);
-        }
     }
+    // The first entry, or the one behind that name. False if there is none.
+    bool TakeNext(bool isFirst, std::string& name, _tagPluginDescriptor& descriptor);
     void BuildAllPluginNames();
 
     static PluginManager* s_pInstance;
 
+    std::mutex _mutex;  // guards what follows; a leaf
     PluginCollection plugins;
     const char* const* allPluginNames;  // null until PostStartup; never released, since callers keep it
 };

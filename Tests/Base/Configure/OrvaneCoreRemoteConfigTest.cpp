@@ -7,6 +7,7 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "Support/CapturedConsole.h"
 #include "Support/CoreSettings.h"
+#include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 
 namespace {
@@ -91,6 +92,18 @@ TEST(OrvaneCoreRemoteConfig, ReadsThroughTheService) {
     EXPECT_EQ(config->GetString("x", "default"), service.text);
     service.text += "t";
     EXPECT_EQ(config->GetString("x", "default"), "default");
+}
+
+TEST(OrvaneCoreRemoteConfig, ReadsItsModuleThroughTheLibrarysOwnService) {
+    OrvaneTest::FakeConfigure configure;
+    configure.Set("OrvaneCore", "n", "7");
+    configure.Set("OrvaneCore", "text", std::string(1024, 't'));
+    CorePlugin()->GetCachePluginManager();
+    CorePlugin()->RegisterPlugin(CorePlugin());
+    OrvaneCoreRemoteConfig* config = OrvaneCoreRemoteConfig::GetInstance();
+    EXPECT_EQ(config->GetInt("n", 1), 7);
+    EXPECT_EQ(config->GetString("n", "default"), "7");
+    EXPECT_EQ(config->GetString("text", "default"), "default");
 }
 
 }  // namespace

@@ -56,4 +56,21 @@ TEST(OrvaneCoreInnerPlugin, DeclaresFourServicesAndTellsItsStages) {
                                "Info OrvaneCoreInnerPlugin::OnPreShutdown", "Info OrvaneCoreInnerPlugin::OnShutdown"}));
 }
 
+TEST(RemoteConfigService, KeepsOneObjectANamePastItsRelease) {
+    OrvaneTest::CapturedConsole console;
+    PluginBase* const core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
+    EXPECT_EQ(RemoteConfigExSerivce::GetInstance()->GetRemoteConfig(nullptr), nullptr);
+    EXPECT_THAT(console.Take(), ElementsAre("Error pBase is Null"));
+    std::vector<Orvane::IRemoteConfig*> given(8);
+    std::vector<std::thread> threads;
+    for (auto& one : given)
+        threads.emplace_back([&] { one = RemoteConfigSerivce::GetInstance()->GetRemoteConfig(core); });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_THAT(given, testing::Each(RemoteConfigExSerivce::GetInstance()->GetRemoteConfig(core)));
+    RemoteConfigSerivce::ReleaseInstance();
+    EXPECT_EQ(given[0]->GetInt(nullptr, 7), 7);
+    EXPECT_NE(RemoteConfigSerivce::GetInstance()->GetRemoteConfig(core), given[0]);
+}
+
 }  // namespace

@@ -3,11 +3,15 @@
 #include <sched.h>
 #include <signal.h>
 #include <sys/mount.h>
+#include <sys/ptrace.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <random>
@@ -26,6 +30,12 @@ namespace {
 using OrvaneTest::CacheFolder;
 using OrvaneTest::CapturedConsole;
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsSanitized = true;  // a process takes its time to start
+#else
+constexpr bool kIsSanitized = false;
+#endif
+
 constexpr unsigned kPatience = 60;  // seconds until a child counts as hanging
 
 // Runs the body in a process of its own, which is killed if it hangs.
@@ -43,13 +53,45 @@ int Wait(pid_t child) {
     return status;
 }
 
+constexpr int kSections = 4;
+constexpr int kKeys = 25;
+
+// A whole configuration in the place of the one before; each of its values is the number.
+void Store(BundleImpl& bundle, int number) {
+    Value configuration;
+    for (int section = 0; section < kSections; ++section)
+        for (int key = 0; key < kKeys; ++key)
+            configuration[("s" + std::to_string(section)).c_str()][("key" + std::to_string(key)).c_str()] =
+                Value(number);
+    BundleImpl::Batch batch(bundle);
+    bundle.RemoveAll();
+    bundle.Set(configuration);
+}
+
+// The number of the configuration; -1 for one that is not whole, or of several.
+int Number(BundleImpl& bundle) {
+    const int number = bundle.Get("s0", "key0", -1);
+    for (int section = 0; section < kSections; ++section)
+        for (int key = 0; key < kKeys; ++key)
+            if (bundle.Get(("s" + std::to_string(section)).c_str(), ("key" + std::to_string(key)).c_str(), -1) !=
+                number)
+                return -1;
+    return number;
+}
+
 void SaveForever(const std::string& path, int from, int progress) {
     BundleImpl bundle(path.c_str());
-    bundle.SetCache("s", "filler", std::string(3000, 'x').c_str());
     for (int number = from;; ++number) {
-        bundle.Set("s", "number", number);
+        Store(bundle, number);
         if (write(progress, &number, sizeof number) != sizeof number) _exit(1);
     }
+}
+
+// In memory most of a save is what a kill may fall into; on a disk it is the wait for the disk.
+void WorkInMemory(const std::string& folder) {
+    if (unshare(CLONE_NEWNS) == 0 && mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        mount("", folder.c_str(), "tmpfs", 0, nullptr) == 0)
+        mkdir(CacheFolder().c_str(), 0700);
 }
 
 // Never deleted, which would write plain text.
@@ -61,24 +103,18 @@ BundleImpl& OpenAnother(const std::string& path) {
 // What the next start finds, as a word.
 std::string Find(const std::string& path, int saved) {
     CapturedConsole console;
-    const int number = OpenAnother(path).Get("s", "number", -1);
+    const int number = Number(OpenAnother(path));
     for (const std::string& line : console.Take())
         if (line.starts_with("Error")) return line;
     return number == saved ? "old content" : number == saved + 1 ? "new content" : "another number";
 }
 
 TEST(BundleProcessTest, AKillDuringASaveLeavesTheOldContentOrTheNew) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    constexpr int kKills = 50;  // a process of theirs takes its time to start
-#else
-    constexpr int kKills = 1000;
-#endif
+    const char* const wanted = getenv("ORVANE_STORE_KILLS");
+    const int kKills = wanted ? atoi(wanted) : kIsSanitized ? 50 : 1000;
     const std::string path = CacheFolder() + "/game.config";
     const std::string library = path.substr(0, path.rfind("/Caches"));
-    // In memory most of a save is what a kill may fall into; on a disk it is the wait for the disk.
-    if (unshare(CLONE_NEWNS) == 0 && mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-        mount("", library.c_str(), "tmpfs", 0, nullptr) == 0)
-        mkdir(CacheFolder().c_str(), 0700);
+    WorkInMemory(library);
     std::mt19937 random(std::random_device{}());
     std::map<std::string, int> kinds;
     int saved = 0;
@@ -101,6 +137,74 @@ TEST(BundleProcessTest, AKillDuringASaveLeavesTheOldContentOrTheNew) {
     EXPECT_EQ(kinds["old content"] + kinds["new content"], kKills);
     EXPECT_LE(OrvaneTest::FilesIn(library).size(), 3u);  // the caches, the keychain, and what is left of the last kill
     EXPECT_LE(OrvaneTest::FilesIn(CacheFolder()).size(), 2u);
+}
+
+TEST(BundleProcessTest, AKillAtAnySystemCallOfABatchLeavesTheOldConfigurationOrTheNew) {
+    const std::string path = CacheFolder() + "/game.config";
+    WorkInMemory(path.substr(0, path.rfind("/Caches")));
+    CapturedConsole console;
+    int saved = 1, calls = 0, taken = 0;
+    Store(OpenAnother(path), saved);
+    for (bool isThrough = false; !isThrough; calls += kIsSanitized ? 10 : 1) {
+        const pid_t writer = Fork([&] {
+            BundleImpl& bundle = OpenAnother(path);
+            if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(2);
+            raise(SIGSTOP);
+            Store(bundle, saved + 1);
+        });
+        int status = 0;
+        ASSERT_EQ(waitpid(writer, &status, 0), writer);
+        if (!WIFSTOPPED(status)) GTEST_SKIP() << "tracing is not allowed";
+        for (int call = 0; call < calls && WIFSTOPPED(status); ++call) {
+            ASSERT_EQ(ptrace(PTRACE_SYSCALL, writer, nullptr, nullptr), 0);
+            ASSERT_EQ(waitpid(writer, &status, 0), writer);
+        }
+        isThrough = WIFEXITED(status);
+        if (!isThrough) {
+            kill(writer, SIGKILL);
+            Wait(writer);
+        }
+        const int found = Number(OpenAnother(path));
+        ASSERT_TRUE(found == saved || found == saved + 1) << found << " behind " << calls << " stops";
+        taken += found != saved;
+        saved = found;
+    }
+    EXPECT_GT(calls, 100);
+    EXPECT_GT(taken, 1) << "no kill between the new key and the end";
+}
+
+TEST(BundleProcessTest, ReadersWaitForNobodyAndSeeWholeConfigurations) {
+    const std::string path = CacheFolder() + "/game.config";
+    CapturedConsole console;
+    BundleImpl& bundle = OpenAnother(path);
+    Store(bundle, 1);
+    std::atomic<bool> isDone{false};
+    std::vector<std::thread> readers;
+    std::atomic<long> reads{0}, faults{0}, waits{0};
+    for (int reader = 0; reader < 3; ++reader) {
+        readers.emplace_back([&] {
+            rusage before{}, after{};
+            int last = 1;
+            getrusage(RUSAGE_THREAD, &before);
+            while (!isDone) {
+                const int number = bundle.Get("s3", "key24", -1);
+                faults += number < last || !bundle.IsContainKey("s0", "key0");
+                last = number;
+                ++reads;
+            }
+            getrusage(RUSAGE_THREAD, &after);
+            waits += after.ru_nvcsw - before.ru_nvcsw;
+        });
+    }
+    for (int number = 2; number < (kIsSanitized ? 50 : 300) || reads < 1000; ++number) {
+        Store(bundle, number);
+        EXPECT_EQ(Number(bundle), number);
+    }
+    isDone = true;
+    for (std::thread& reader : readers)
+        reader.join();
+    EXPECT_EQ(faults, 0);
+    EXPECT_TRUE(kIsSanitized || waits == 0) << waits << " of " << reads << " reads";
 }
 
 // The built-in keychain, in a process that stops right after it has stored a password.

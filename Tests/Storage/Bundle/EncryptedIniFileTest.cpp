@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Serializer/Codec/Base64.h"
@@ -15,6 +17,7 @@
 #include "Serializer/Codec/KxSymmetry.h"
 #include "Serializer/Codec/Md5.h"
 #include "Serializer/Codec/PeerKey.h"
+#include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Bundle/EncryptedIniFormat.h"
 #include "Storage/Bundle/IniFile.h"
 #include "Storage/Bundle/SecurityStore.h"
@@ -278,6 +281,57 @@ TEST_F(EncryptedIniFileTest, ASaveSyncsThenMovesTheKeyThenTheNameAndLooksAgain) 
     EXPECT_THAT(keychain->calls, ElementsAre("sync", "delete store.config", "add store.config", "rename",
                                              "delete store.config", "add store.config"));
     EXPECT_TRUE(file->Load());
+}
+
+TEST_F(EncryptedIniFileTest, ABatchIsOneSaveOfWhatTheCallsAloneSave) {
+    Keychain::Use(nullptr);  // the one with a file
+    Value configuration;
+    for (int i = 0; i < 100; ++i)
+        configuration[("module" + std::to_string(i % 7)).c_str()][("key" + std::to_string(i)).c_str()] = Value(i);
+    const auto store = [&configuration](BundleImpl& bundle) {
+        bundle.RemoveAll();
+        bundle.Set("OrvaneCore", "RemoteConfigUrl", "http://server");
+        bundle.Set(configuration);
+        bundle.RemoveValueForKey("module3", "key1");
+    };
+    std::map<std::string, int> asked;
+    onDisk = [&asked](const std::string& what) { ++asked[what]; };
+    const auto bundle = std::make_unique<BundleImpl>(path.c_str());
+    BundleImpl::Batch batch(*bundle);
+    {
+        const BundleImpl::Batch inner(*bundle);
+        store(*bundle);
+        EXPECT_EQ(bundle->Get("module3", "key3", 0), 3);
+    }
+    std::thread([&bundle] {
+        EXPECT_TRUE(bundle->Set("other", "key", 1) && bundle->SaveCacheToFile());
+        EXPECT_EQ(bundle->Get("other", "key", 0), 1);
+        EXPECT_TRUE(bundle->RemoveSection("other"));
+    }).join();
+    EXPECT_EQ(asked.size(), 0u);
+    EXPECT_TRUE(batch.Commit() && batch.Commit());
+    EXPECT_EQ(asked["sync"], 2);
+    EXPECT_EQ(asked["rename"], 2);
+    {
+        const BundleImpl::Batch idle(*bundle);
+        EXPECT_TRUE(bundle->SetIfDifferent("OrvaneCore", "RemoteConfigUrl", "http://server"));
+        EXPECT_FALSE(bundle->RemoveSection("missing") || bundle->Set("s", nullptr, 1));
+    }
+    EXPECT_EQ(asked["sync"], 2);
+    EXPECT_TRUE(bundle->SetIfDifferent("OrvaneCore", "none", ""));
+    EXPECT_TRUE(bundle->SetIfDifferent("OrvaneCore", "none", ""));
+    EXPECT_EQ(asked["sync"], 4);
+    EXPECT_TRUE(bundle->RemoveValueForKey("OrvaneCore", "none"));
+    onDisk = nullptr;
+
+    // What a start finds, as a deleted object leaves it.
+    std::make_unique<BundleImpl>(path.c_str()).reset();
+    const std::string batched = ReadFile(path), single = CacheFolder() + "/single.config";
+    Keychain::Use(keychain);
+    const auto literal = std::make_unique<BundleImpl>(single.c_str());
+    store(*literal);
+    std::make_unique<BundleImpl>(single.c_str()).reset();
+    EXPECT_EQ(ReadFile(single), batched);
 }
 
 TEST_F(EncryptedIniFileTest, NoRoomForASaveMovesNoKey) {

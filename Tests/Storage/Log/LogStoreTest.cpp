@@ -269,6 +269,7 @@ TEST(LogStore, SaysThatThereIsNoCachePath) {
         std::string Caches() override { return ""; }
     };
     PathSource::Use(std::make_shared<Nowhere>());
+    const OrvaneTest::FakeConfigure settings;  // the client of the configuration server ends the process
     const auto console = ThreadedConsole::Install();
     Logger logger("Homeless");
     logger.SetOption("LogMode", 2);

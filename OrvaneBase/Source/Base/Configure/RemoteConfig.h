@@ -36,8 +36,9 @@ public:
 
 private:
     const Quern::AString _moduleName;
-    std::map<RemoteConfigObserver*, ConfigObserver*> _observers;  // the entries of both sides are never deleted
-    Quern::CMutex _mutex{true};  // guards _observers; the client's may be taken under it, and the log's
+    // By observer; what stands for each at the client is never deleted.
+    std::map<RemoteConfigObserver*, ConfigObserver*> _observers ORVANE_GUARDED_BY(_mutex);
+    Quern::CMutex _mutex{true};  // the client's and the log's may be taken under it
 };
 
 // The game's own module: made at the first call, on any thread, and named after the game's id as it is then known.

@@ -18,7 +18,8 @@ namespace Quern {
 // - a text with a "," comes back as an array where a Value is read.
 //
 // Slot order is a contract. Any thread: each call on the file is whole, but a write with its save, and a read that goes
-// on to the manifest, are not whole together.
+// on to the manifest, are not whole together. A read waits for nobody, least of all the disk, so that a log callback
+// may read settings; a write waits for the disk.
 class Bundle {
 public:
     virtual ~Bundle() = default;

@@ -4,13 +4,12 @@
 
 #include "Base/MakeOnce.h"
 #include "Base/XLog.h"
-#include "Storage/Bundle/BundleImpl.h"
 
 namespace Quern {
 namespace {
 
 std::atomic<BundleFactory*> s_instance{nullptr};
-std::atomic<Bundle*> s_defaultBundle{nullptr};
+std::atomic<BundleImpl*> s_defaultBundle{nullptr};
 
 // Held while the default bundle is made. Two that lose and win as other singletons do cannot be had here: one that is
 // deleted leaves its file in plain text. Never destroyed.
@@ -29,8 +28,8 @@ void BundleFactory::ReleaseInstance() {
     delete s_instance.exchange(nullptr);
 }
 
-Bundle* BundleFactory::GetDefaultBundle() {
-    if (Bundle* const made = s_defaultBundle.load(std::memory_order_acquire)) return made;
+BundleImpl* BundleFactory::GetDefaultBundle() {
+    if (BundleImpl* const made = s_defaultBundle.load(std::memory_order_acquire)) return made;
     const CCritical guard(&DefaultBundleMutex());
     if (!s_defaultBundle.load(std::memory_order_relaxed))
         s_defaultBundle.store(new BundleImpl(nullptr), std::memory_order_release);

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "Storage/Bundle/Bundle.h"
+#include "Storage/Bundle/BundleImpl.h"
 #include "System/Thread/Mutex.h"
 
 namespace Quern {
@@ -21,7 +21,7 @@ public:
 
     // The library's own bundle, "Orvane.config" in the cache folder; made at the first call, on any thread, and never
     // deleted.
-    Bundle* GetDefaultBundle();
+    BundleImpl* GetDefaultBundle();
     // The bundle over the file of that path, made if need be: the same object for the same name. Null gives the default
     // bundle, with a log line.
     Bundle* GetBundle(const char* name);

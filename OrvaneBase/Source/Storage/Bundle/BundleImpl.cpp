@@ -1,6 +1,7 @@
 #include "Storage/Bundle/BundleImpl.h"
 
 #include <cstring>
+#include <utility>
 
 #include "Base/Assert.h"
 #include "Base/ProjectName.h"
@@ -40,6 +41,19 @@ bool SplitInto(Value& value, const AString& text) {
 }
 
 }  // namespace
+
+BundleImpl::Batch::Batch(BundleImpl& bundle) : _ini(bundle._ini.get()) {
+    if (_ini) _ini->BeginBatch();
+}
+
+BundleImpl::Batch::~Batch() {
+    Commit();
+}
+
+bool BundleImpl::Batch::Commit() {
+    IniBundle* const ini = std::exchange(_ini, nullptr);
+    return !ini || ini->EndBatch();
+}
 
 const char* BundleImpl::_ConvertSection(const char* section) {
     const bool isGame = section && strcmp(section, GameId()) == 0;
@@ -90,6 +104,17 @@ Result BundleImpl::Read(const char* section, const char* key, Default defaultVal
     return readManifest(manifestSection(section), key, defaultValue);
 }
 
+AString BundleImpl::ReadText(const char* section, const char* key, const char* defaultValue,
+                             const char* (*manifestSection)(const char*)) {
+    if (_ini) {
+        bool found = false;
+        AString value = _ini->Get(section, key, static_cast<const char*>(nullptr),
+                                  found);  // a text that is found never is the default
+        if (found) return value;
+    }
+    return SolidConfigReader::GetString(manifestSection(section), key, defaultValue);
+}
+
 long long BundleImpl::Get(const char* section, const char* key, long long defaultValue) {
     return Read(section, key, defaultValue, _ConvertSection, SolidConfigReader::GetInt64);
 }
@@ -102,7 +127,7 @@ int BundleImpl::Get(const char* section, const char* key, int defaultValue) {
 }
 
 AString BundleImpl::Get(const char* section, const char* key, const char* defaultValue) {
-    return Read(section, key, defaultValue, _ConvertSection, SolidConfigReader::GetString);
+    return ReadText(section, key, defaultValue, _ConvertSection);
 }
 
 bool BundleImpl::Get(const char* section, const char* key, bool defaultValue) {
@@ -118,7 +143,7 @@ int BundleImpl::Get(const char* key, int defaultValue) {
 }
 
 AString BundleImpl::Get(const char* key, const char* defaultValue) {
-    return Read(ProjectName(), key, defaultValue, SameSection, SolidConfigReader::GetString);
+    return ReadText(ProjectName(), key, defaultValue, SameSection);
 }
 
 bool BundleImpl::Get(const char* key, bool defaultValue) {
@@ -248,6 +273,10 @@ bool BundleImpl::RemoveCacheValueForKey(const char* section, const char* key) {
 
 AString BundleImpl::GetMetaString(const char* section, const char* key, const char* defaultValue) {
     return SolidConfigReader::GetMetaString(section, key, defaultValue);
+}
+
+bool BundleImpl::SetIfDifferent(const char* section, const char* key, const char* value) {
+    return _ini && _ini->SetIfDifferent(section, key, value);
 }
 
 }  // namespace Quern

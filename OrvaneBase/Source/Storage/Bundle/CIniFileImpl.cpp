@@ -5,6 +5,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "Base/Assert.h"
 #include "Base/XLog.h"
@@ -14,6 +15,14 @@
 #include "System/Thread/Time.h"
 
 namespace Quern {
+namespace {
+
+// In the name of the one form that all the others stand for.
+void LogNullName() {
+    if (!IsLogFiltered(kLogError)) XLog(kLogError, __FILE__, __LINE__, "ReadString", "s == NULL || key == NULL");
+}
+
+}  // namespace
 
 CIniFileImpl::CIniFileImpl(const char* path) : _path(path) {
     const long long begin = CTime::GetTimeTick();
@@ -29,17 +38,20 @@ bool CIniFileImpl::Load() {
     const CCritical guard(&_mutex);
     const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(_path.c_str(), "rb"), fclose);
     if (!file) return false;
-    _text.Clear();
+    IniText loaded;
     AString line;
     for (int length; (length = getline(file.get(), line)) >= 0;)
-        _text.AddLine({line.c_str(), static_cast<size_t>(length)});
+        loaded.AddLine({line.c_str(), static_cast<size_t>(length)});
+    _text.Replace(std::move(loaded));
     return true;
 }
 
 bool CIniFileImpl::Save() {
     const CCritical guard(&_mutex);
-    std::string text = _text.Join('\n');
-    if (!_text.Empty()) text += '\n';
+    if (PutOffSave()) return true;
+    const IniText lines = _text.Publish();
+    std::string text = lines.Join('\n');
+    if (!lines.Empty()) text += '\n';
     FileReplacement file(_path.c_str());
     if (file.Prepare(text)) file.PutInPlace();
     return true;
@@ -52,25 +64,35 @@ AString CIniFileImpl::ReadString(const char* section, const char* key, const cha
 
 AString CIniFileImpl::ReadString(const char* section, const char* key, const char* defaultValue, bool& found) {
     if (!section || !key) {
-        ORVANE_LOG_ERROR("s == NULL || key == NULL");
+        LogNullName();
         found = false;
         return {};
     }
-    const CCritical guard(&_mutex);
-    std::string_view value;
-    found = _text.Find(section, key, value);
-    return found ? AString(value.data(), static_cast<int>(value.size())) : AString(defaultValue);
+    return _text.Read([&](const IniText& lines) {
+        std::string_view value;
+        found = lines.Find(section, key, value);
+        return found ? AString(value.data(), static_cast<int>(value.size())) : AString(defaultValue);
+    });
 }
 
 template <typename Number>
 Number CIniFileImpl::ReadNumber(const char* section, const char* key, Number defaultValue, bool& found) {
-    const AString text = ReadString(section, key, "", found);
-    if (text.Empty()) return defaultValue;
-    // As a stream extracts: what precedes the first foreign character, the nearest limit for what does not fit.
-    const long long number = strtoll(text.c_str(), nullptr, 10);
-    if (number > std::numeric_limits<Number>::max()) return std::numeric_limits<Number>::max();
-    if (number < std::numeric_limits<Number>::min()) return std::numeric_limits<Number>::min();
-    return static_cast<Number>(number);
+    if (!section || !key) {
+        LogNullName();
+        found = false;
+        return defaultValue;
+    }
+    return _text.Read([&](const IniText& lines) {
+        std::string_view value;
+        found = lines.Find(section, key, value);
+        if (!found || value.empty()) return defaultValue;
+        // As a stream extracts: what precedes the first foreign character, which what stands behind the value is too;
+        // the nearest limit for what does not fit.
+        const long long number = strtoll(value.data(), nullptr, 10);
+        if (number > std::numeric_limits<Number>::max()) return std::numeric_limits<Number>::max();
+        if (number < std::numeric_limits<Number>::min()) return std::numeric_limits<Number>::min();
+        return static_cast<Number>(number);
+    });
 }
 
 int CIniFileImpl::ReadInt(const char* section, const char* key, int defaultValue) {
@@ -92,10 +114,16 @@ long long CIniFileImpl::ReadLongLong(const char* section, const char* key, long 
 }
 
 bool CIniFileImpl::WriteString(const char* section, const char* key, const char* value) {
+    bool isChanged = false;
+    return CIniFileImpl::ReplaceString(section, key, value, isChanged);
+}
+
+bool CIniFileImpl::ReplaceString(const char* section, const char* key, const char* value, bool& isChanged) {
+    isChanged = false;
     if (!section || !key) return false;
     ORVANE_ASSERT(value != nullptr);
     const CCritical guard(&_mutex);
-    _text.Write(section, key, value);
+    isChanged = _text.Edit([&](IniText& lines) { return lines.Write(section, key, value); });
     return true;
 }
 
@@ -109,33 +137,52 @@ bool CIniFileImpl::WriteLongLong(const char* section, const char* key, long long
 
 void CIniFileImpl::GetAllKeys(const char* section, AArray* keys) {
     if (!section || !keys) return;
-    const CCritical guard(&_mutex);
-    for (const std::string_view key : _text.Keys(section))
-        keys->Add(new AString(key.data(), static_cast<int>(key.size())), true);
+    _text.Read([&](const IniText& lines) {
+        for (const std::string_view key : lines.Keys(section))
+            keys->Add(new AString(key.data(), static_cast<int>(key.size())), true);
+    });
 }
 
 bool CIniFileImpl::IsContainKey(const char* section, const char* key) {
     if (!section || !key) return false;
-    const CCritical guard(&_mutex);
-    return _text.HasLine(section, key);
+    return _text.Read([&](const IniText& lines) { return lines.HasLine(section, key); });
 }
 
 bool CIniFileImpl::RemoveSection(const char* section) {
     if (!section) return false;
     const CCritical guard(&_mutex);
-    return _text.RemoveSection(section);
+    return _text.Edit([&](IniText& lines) { return lines.RemoveSection(section); });
 }
 
 bool CIniFileImpl::RemoveKey(const char* section, const char* key) {
     if (!section || !key) return false;
     const CCritical guard(&_mutex);
-    return _text.RemoveLine(section, key);
+    return _text.Edit([&](IniText& lines) { return lines.RemoveLine(section, key); });
 }
 
 bool CIniFileImpl::RemoveAll() {
     const CCritical guard(&_mutex);
-    _text.Clear();
+    _text.Replace({});
     return true;
+}
+
+void CIniFileImpl::BeginBatch() {
+    const CCritical guard(&_mutex);
+    ++_batches;
+    _text.HoldBack();
+}
+
+bool CIniFileImpl::EndBatch() {
+    const CCritical guard(&_mutex);
+    _text.Release();
+    if (--_batches > 0 || !_isSaveDue) return true;
+    _isSaveDue = false;
+    return Save();
+}
+
+bool CIniFileImpl::PutOffSave() {
+    if (_batches > 0) _isSaveDue = true;
+    return _batches > 0;
 }
 
 }  // namespace Quern

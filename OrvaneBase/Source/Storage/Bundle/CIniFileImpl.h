@@ -3,7 +3,7 @@
 #define ORVANE_STORAGE_BUNDLE_C_INI_FILE_IMPL_H
 
 #include "Storage/Bundle/IniFile.h"
-#include "Storage/Bundle/IniText.h"
+#include "Storage/Bundle/SharedIniText.h"
 #include "System/Thread/Mutex.h"
 
 namespace Quern {
@@ -34,16 +34,26 @@ public:
     bool RemoveSection(const char* section) override;
     bool RemoveKey(const char* section, const char* key) override;
     bool RemoveAll() override;
+    bool ReplaceString(const char* section, const char* key, const char* value, bool& isChanged) override;
+    void BeginBatch() override;
+    bool EndBatch() override;
 
 protected:
+    // Whether a batch keeps a save from being made; the batch's end makes it. REQUIRES: the mutex.
+    bool PutOffSave();
+
     AString _path;
-    IniText _text;
-    CMutex _mutex{true};  // guards the text and the file; recursive, since the number forms call the text forms
+    SharedIniText _text;
+    CMutex _mutex{true};  // orders changes, loads and saves, over the wait for the disk; no read takes it. Recursive
 
 private:
     // Reads a number; the default for an empty text.
     template <typename Number>
     Number ReadNumber(const char* section, const char* key, Number defaultValue, bool& found);
+
+    // Guarded by _mutex, so that no save is under way when a batch begins.
+    int _batches = 0;
+    bool _isSaveDue = false;
 };
 
 }  // namespace Quern

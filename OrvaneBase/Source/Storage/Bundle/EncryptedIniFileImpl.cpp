@@ -5,6 +5,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "Base/XLog.h"
 #include "Serializer/Codec/Base64.h"
@@ -78,6 +79,7 @@ void LogFault(Fault fault, const EncryptedIni::File& file) {
 bool EncryptedIniFileImpl::Load() {
     const CCritical guard(&_mutex);
     std::string bytes, seen;
+    IniText loaded;
     EncryptedIni::File file;
     Fault fault = Fault::kNone;
     bool exists = false;
@@ -86,8 +88,11 @@ bool EncryptedIniFileImpl::Load() {
         if (look > 0 && bytes == seen) break;
         file = {};
         fault = EncryptedIni::Parse(bytes, file);
-        if (exists && fault == Fault::kNone && OpenBody(file.body, _text)) return true;
-        if (TakeInterruptedSave()) return true;
+        const bool isOpen = exists && fault == Fault::kNone && OpenBody(file.body, loaded);
+        if (isOpen || TakeInterruptedSave(loaded)) {
+            _text.Replace(std::move(loaded));
+            return true;
+        }
         seen = bytes;  // another process may have saved between the looks at file, key and new file
     }
     if (!exists)
@@ -101,10 +106,11 @@ bool EncryptedIniFileImpl::Load() {
 
 bool EncryptedIniFileImpl::Save() {
     const CCritical guard(&_mutex);
+    if (PutOffSave()) return true;
     EncryptedIni::TeaKey key{};
     CurvePublicKey publicKey{};
     _MakeTeaKey(key, publicKey);
-    const std::string bytes = EncryptedIni::Build(_text, key, publicKey);
+    const std::string bytes = EncryptedIni::Build(_text.Publish(), key, publicKey);
     if (!bytes.empty()) Replace(bytes, key);  // a text too long for the format: the file stays, and so must its key
     explicit_bzero(key.data(), key.size());
     WipeUsedStack();
@@ -124,10 +130,10 @@ void EncryptedIniFileImpl::Replace(const std::string& bytes, const EncryptedIni:
     if (!IsKept(key) && ReadFile(_path.c_str(), now) && now == bytes) _SaveTeaKey(key);
 }
 
-bool EncryptedIniFileImpl::TakeInterruptedSave() {
+bool EncryptedIniFileImpl::TakeInterruptedSave(IniText& text) {
     FileReplacement file(_path.c_str());
     const std::string left = file.LeftOver();
-    if (left.empty() || !OpenWhole(left, _text)) return false;
+    if (left.empty() || !OpenWhole(left, text)) return false;
     // Where someone has the lock, he is at that.
     if (file.Lock(FileReplacement::Duration(0)) && file.LeftOver() == left) file.PutLeftOverInPlace();
     return true;

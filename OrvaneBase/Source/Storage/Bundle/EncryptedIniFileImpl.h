@@ -32,7 +32,7 @@ private:
     void Replace(const std::string& bytes, const EncryptedIni::TeaKey& key);
     // Reads the new file of a save that was cut short right behind its key, and puts it in place. False if there is
     // none.
-    bool TakeInterruptedSave();
+    bool TakeInterruptedSave(IniText& text);
     // The same for a save that comes next. False if there is one that cannot be put in place.
     bool FinishInterruptedSave(FileReplacement& file);
     // Deciphers a file, or its body, with the key that is kept. On false the text stays.

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 namespace Quern {
 namespace {
@@ -36,8 +37,9 @@ bool InfoValue::IsNumber() const {
 
 const InfoValue* InfoValue::Find(const char* key) const {
     if (const auto* entries = std::get_if<Dictionary>(&value)) {
+        const std::string_view wanted(key);
         for (const Entry& entry : *entries) {
-            if (entry.key == key) return &entry.value;
+            if (entry.key == wanted) return &entry.value;
         }
     }
     return nullptr;

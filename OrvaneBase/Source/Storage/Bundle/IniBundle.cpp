@@ -126,4 +126,17 @@ bool IniBundle::RemoveCacheAll() {
     return _file && _file->RemoveAll();
 }
 
+bool IniBundle::SetIfDifferent(const char* section, const char* key, const char* value) {
+    bool isChanged = false;
+    return _file && _file->ReplaceString(section, key, value, isChanged) && (!isChanged || _file->Save());
+}
+
+void IniBundle::BeginBatch() {
+    if (_file) _file->BeginBatch();
+}
+
+bool IniBundle::EndBatch() {
+    return !_file || _file->EndBatch();
+}
+
 }  // namespace Quern

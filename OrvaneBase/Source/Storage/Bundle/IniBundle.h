@@ -61,6 +61,12 @@ public:
     bool RemoveCacheValueForKey(const char* section, const char* key);
     bool RemoveCacheAll();
 
+    // As Set, without a save where the file's text says so already. True then, too.
+    bool SetIfDifferent(const char* section, const char* key, const char* value);
+    // IniFile's. Without a file the end gives true.
+    void BeginBatch();
+    bool EndBatch();
+
 private:
     // Saves after a change that worked.
     bool SaveIf(bool changed) { return changed && _file->Save(); }

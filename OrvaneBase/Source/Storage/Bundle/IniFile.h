@@ -7,9 +7,10 @@
 
 namespace Quern {
 
-// Everything is stored as text, and every call searches the text anew: for small files, off any hot path. A null
-// section or key finds and writes nothing. The forms of values, comments and sections: IniText.h. Slot order is a
-// contract. Any thread: every operation locks the object. Nothing guards the file against a second object or process.
+// Everything is stored as text. A null section or key finds and writes nothing. The forms of values, comments and
+// sections: IniText.h. Slot order is a contract. Any thread: changes, Load and Save come one after the other, a Save
+// with its wait for the disk; the reads, GetAllKeys and IsContainKey wait for none of them. Nothing guards the file
+// against a second object or process.
 class IniFile {
 public:
     // Each gives a new object over the file, already loaded as plain text, which the caller deletes. A file that cannot
@@ -49,6 +50,16 @@ public:
     virtual bool RemoveKey(const char* section, const char* key) = 0;
     // Always true.
     virtual bool RemoveAll() = 0;
+
+    // Further slots, behind those of the contract.
+
+    // As WriteString; `isChanged` tells whether the line of the key is another now.
+    virtual bool ReplaceString(const char* section, const char* key, const char* value, bool& isChanged) = 0;
+    // From here to the end of the batch a Save only notes that it was asked for, whichever thread asks; the end saves
+    // if one did, and gives that save's result, or true. Batches may overlap and nest: the last end saves.
+    // REQUIRES: a batch ends on the thread that began it, before the object is deleted.
+    virtual void BeginBatch() = 0;
+    virtual bool EndBatch() = 0;
 };
 
 }  // namespace Quern

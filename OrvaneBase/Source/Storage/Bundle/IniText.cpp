@@ -1,6 +1,7 @@
 #include "Storage/Bundle/IniText.h"
 
 #include "Base/Container/TrimBlanks.h"
+#include "Storage/Bundle/IniSection.h"
 
 namespace Quern {
 namespace {
@@ -20,26 +21,9 @@ bool HeaderName(std::string_view line, std::string_view& name) {
     return true;
 }
 
-bool IsHeaderOf(std::string_view line, std::string_view section) {
-    std::string_view name;
-    return HeaderName(line, name) && name == section;
-}
-
 // Whether a line can have that key: what stands before a line's first "=", trimmed, is such a text.
 bool IsPossibleKey(std::string_view key) {
     return key.empty() || (key.front() != ' ' && key.back() != ' ' && key.find('=') == kNone);
-}
-
-// The place of the "=" in a line of that key, or none. REQUIRES: the key is possible.
-size_t AssignmentOf(std::string_view line, std::string_view key) {
-    size_t at = 0;
-    while (at < line.size() && line[at] == ' ')
-        ++at;
-    if (!line.substr(at).starts_with(key)) return kNone;
-    at += key.size();
-    while (at < line.size() && line[at] == ' ')
-        ++at;
-    return at < line.size() && line[at] == '=' ? at : kNone;
 }
 
 std::string HeaderLine(std::string_view section) {
@@ -55,124 +39,181 @@ std::string KeyLine(std::string_view key, std::string_view value) {
 
 }  // namespace
 
+void IniText::Clear() {
+    _sections.clear();
+    _names.reset();
+}
+
 void IniText::AddLine(std::string_view line) {
-    if (!line.empty()) _lines.emplace_back(line);
+    if (!line.empty()) Append(std::string(line));
+}
+
+void IniText::Append(std::string line) {
+    const bool isHeader = BeginsHeader(line);
+    if (_sections.empty()) _sections.push_back(std::make_shared<IniSection>());
+    if (isHeader) _sections.push_back(std::make_shared<IniSection>());
+    Own(_sections.size() - 1).Append(std::move(line));
+    if (isHeader) AddName(_sections.size() - 1);
+}
+
+void IniText::AddName(size_t section) {
+    std::string_view name;
+    if (!HeaderName(_sections[section]->Line(0), name)) return;
+    if (!_names)
+        _names = std::make_shared<Names>();
+    else if (_names.use_count() > 1)
+        _names = std::make_shared<Names>(*_names);
+    const auto found = _names->find(name);
+    (found != _names->end() ? found->second : (*_names)[std::string(name)]).push_back(section);
+}
+
+IniSection& IniText::Own(size_t section) {
+    std::shared_ptr<IniSection>& owned = _sections[section];
+    if (owned.use_count() > 1) owned = std::make_shared<IniSection>(*owned);
+    return *owned;
+}
+
+template <typename Edit>
+void IniText::Rebuild(Edit edit) {
+    std::vector<std::vector<std::string>> lines;
+    for (const auto& section : _sections) {
+        lines.emplace_back();
+        for (size_t at = 0; at < section->Size(); ++at)
+            lines.back().push_back(section->Line(at));
+    }
+    edit(lines);
+    Clear();
+    for (std::vector<std::string>& section : lines)
+        for (std::string& line : section)
+            Append(std::move(line));
 }
 
 std::string IniText::Join(char separator) const {
     size_t length = 0;
-    for (const std::string& line : _lines)
-        length += line.size() + 1;
+    for (const auto& section : _sections)
+        for (size_t at = 0; at < section->Size(); ++at)
+            length += section->Line(at).size() + 1;
     std::string text;
     text.reserve(length);
-    for (const std::string& line : _lines) {
-        if (&line != &_lines.front()) text += separator;
-        text += line;
+    bool isFirst = true;
+    for (const auto& section : _sections) {
+        for (size_t at = 0; at < section->Size(); ++at) {
+            if (!isFirst) text += separator;
+            isFirst = false;
+            text += section->Line(at);
+        }
     }
     return text;
 }
 
-size_t IniText::FindHeader(std::string_view section) const {
-    size_t at = 0;
-    while (at < _lines.size() && !IsHeaderOf(_lines[at], section))
-        ++at;
-    return at;
-}
-
-size_t IniText::NextHeader(size_t from) const {
-    while (from < _lines.size() && !BeginsHeader(_lines[from]))
-        ++from;
-    return from;
+const std::vector<size_t>* IniText::Find(std::string_view section) const {
+    if (!_names) return nullptr;
+    const auto found = _names->find(section);
+    return found == _names->end() ? nullptr : &found->second;
 }
 
 bool IniText::Find(std::string_view section, std::string_view key, std::string_view& value) const {
-    if (!IsPossibleKey(key)) return false;
-    bool inSection = false;
-    for (const std::string& line : _lines) {
-        if (BeginsHeader(line)) {
-            inSection = IsHeaderOf(line, section);
-            continue;
-        }
-        if (!inSection) continue;
-        const size_t assignment = AssignmentOf(line, key);
-        if (assignment == kNone) continue;
-        if (assignment + 1 == line.size()) return false;
-        const std::string_view rest = std::string_view(line).substr(assignment + 1);
+    const std::vector<size_t>* const places = IsPossibleKey(key) ? Find(section) : nullptr;
+    if (!places) return false;
+    for (const size_t place : *places) {
+        const IniSection& found = *_sections[place];
+        const size_t at = found.Find(key);
+        if (at == kNone) continue;
+        const std::string_view rest = std::string_view(found.Line(at)).substr(found.AssignmentOf(at) + 1);
+        if (rest.empty()) return false;
         value = TrimBlanks(rest.substr(0, rest.find('#')));
         return true;
     }
     return false;
 }
 
-void IniText::Write(std::string_view section, std::string_view key, std::string_view value) {
-    const size_t header = FindHeader(section);
-    if (header == _lines.size()) {
-        _lines.emplace_back();
-        _lines.push_back(HeaderLine(section));
-        _lines.push_back(KeyLine(key, value));
-        return;
+bool IniText::Write(std::string_view section, std::string_view key, std::string_view value) {
+    const std::vector<size_t>* const places = Find(section);
+    if (!places) {
+        Append({});
+        Append(HeaderLine(section));
+        Append(KeyLine(key, value));
+        return true;
     }
-    const bool isPossible = IsPossibleKey(key);
-    size_t at = header + 1;
-    for (; at < _lines.size() && !BeginsHeader(_lines[at]); ++at) {
-        std::string& line = _lines[at];
-        const size_t assignment = isPossible ? AssignmentOf(line, key) : kNone;
-        if (assignment == kNone) continue;
-        const size_t comment = line.find('#', assignment);
-        const size_t end = comment == kNone ? line.size() : comment;
-        line.replace(assignment + 1, end - assignment - 1, value);
-        return;
+    const size_t place = places->front();
+    const IniSection& found = *_sections[place];
+    const size_t at = IsPossibleKey(key) ? found.Find(key) : kNone;
+    if (at != kNone) {
+        const std::string_view line = found.Line(at);
+        const size_t begin = found.AssignmentOf(at) + 1;
+        const size_t length = line.substr(begin).find('#');
+        if (line.substr(begin, length) == value) return false;
+        Own(place).Replace(at, begin, length, value);
+        return true;
     }
-    if (at < _lines.size()) --at;
-    _lines.insert(_lines.begin() + static_cast<std::ptrdiff_t>(at), KeyLine(key, value));
+    std::string line = KeyLine(key, value);
+    if (place + 1 == _sections.size())
+        Append(std::move(line));
+    else if (BeginsHeader(line))
+        Rebuild([&](auto& lines) {
+            auto& into = found.Size() > 1 ? lines[place] : lines[place - 1];
+            into.insert(found.Size() > 1 ? into.end() - 1 : into.end(), std::move(line));
+        });
+    else if (found.Size() > 1)
+        Own(place).InsertBeforeLast(std::move(line));
+    else
+        Own(place - 1).Append(std::move(line));  // in front of its own header
+    return true;
 }
 
 std::vector<std::string_view> IniText::Keys(std::string_view section) const {
     std::vector<std::string_view> keys;
-    const size_t header = FindHeader(section);
-    if (header == _lines.size()) return keys;
-    const size_t end = NextHeader(header + 1);
-    for (size_t at = header + 1; at < end; ++at) {
-        const std::string_view line = _lines[at];
-        const size_t assignment = line.find('=');
-        if (assignment != kNone) keys.push_back(TrimBlanks(line.substr(0, assignment)));
-    }
+    const std::vector<size_t>* const places = Find(section);
+    if (!places) return keys;
+    const IniSection& found = *_sections[places->front()];
+    std::string_view key;
+    for (size_t at = 0; at < found.Size(); ++at)
+        if (found.KeyOf(at, key)) keys.push_back(key);
     return keys;
 }
 
 std::vector<std::string_view> IniText::Sections() const {
     std::vector<std::string_view> sections;
     std::string_view name;
-    for (const std::string& line : _lines)
-        if (HeaderName(line, name)) sections.push_back(name);
+    for (size_t place = 1; place < _sections.size(); ++place)
+        if (HeaderName(_sections[place]->Line(0), name)) sections.push_back(name);
     return sections;
 }
 
-size_t IniText::FindLine(std::string_view section, std::string_view prefix) const {
-    size_t at = FindHeader(section);
-    if (at < _lines.size()) ++at;
-    while (at < _lines.size() && !_lines[at].starts_with(prefix))
-        ++at;
-    return at;
+bool IniText::FindLine(std::string_view section, std::string_view prefix, Place& place) const {
+    const std::vector<size_t>* const places = Find(section);
+    if (!places) return false;
+    for (place = {places->front(), 1}; place.section < _sections.size(); ++place.section, place.line = 0) {
+        const IniSection& lines = *_sections[place.section];
+        for (; place.line < lines.Size(); ++place.line)
+            if (lines.Line(place.line).starts_with(prefix)) return true;
+    }
+    return false;
 }
 
 bool IniText::HasLine(std::string_view section, std::string_view prefix) const {
-    return FindLine(section, prefix) < _lines.size();
+    Place unused{};
+    return FindLine(section, prefix, unused);
 }
 
 bool IniText::RemoveLine(std::string_view section, std::string_view prefix) {
-    const size_t at = FindLine(section, prefix);
-    if (at == _lines.size()) return false;
-    _lines.erase(_lines.begin() + static_cast<std::ptrdiff_t>(at));
+    Place place{};
+    if (!FindLine(section, prefix, place)) return false;
+    if (place.line > 0)
+        Own(place.section).Erase(place.line);
+    else
+        Rebuild([&place](auto& lines) { lines[place.section].erase(lines[place.section].begin()); });
     return true;
 }
 
 bool IniText::RemoveSection(std::string_view section) {
-    const size_t header = FindHeader(section);
-    if (header == _lines.size()) return false;
-    const auto begin = _lines.begin();
-    _lines.erase(begin + static_cast<std::ptrdiff_t>(header),
-                 begin + static_cast<std::ptrdiff_t>(NextHeader(header + 1)));
+    const std::vector<size_t>* const places = Find(section);
+    if (!places) return false;
+    _sections.erase(_sections.begin() + static_cast<std::ptrdiff_t>(places->front()));
+    _names.reset();
+    for (size_t place = 1; place < _sections.size(); ++place)
+        AddName(place);
+    if (_sections.size() == 1 && _sections[0]->Size() == 0) _sections.clear();
     return true;
 }
 

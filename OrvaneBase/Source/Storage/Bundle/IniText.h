@@ -1,4 +1,4 @@
-// The text of an INI file as its lines, searched anew at every call, so that comments and order outlive an edit.
+// The text of an INI file as its lines, so that comments and order outlive an edit, with an index of where a key is.
 //
 //   [section]           the name between the first "[" and the first "]" of a line that begins with "["
 //   key = value # note  a line with a "="; the value ends at the first "#" behind it
@@ -9,21 +9,27 @@
 #define ORVANE_STORAGE_BUNDLE_INI_TEXT_H
 
 #include <cstddef>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace Quern {
 
-// Not locked.
+class IniSection;
+
+// A copy costs little: it shares its sections with the original until one of the two edits them. Not locked: copies may
+// be read on other threads, but one that is edited or destroyed there needs the lock that guards the original's edits.
 class IniText {
 public:
-    void Clear() { _lines.clear(); }
+    void Clear();
     // Adds a line at the end, as it stands; an empty one is dropped.
     void AddLine(std::string_view line);
     // The lines, with `separator` between them.
     std::string Join(char separator) const;
-    bool Empty() const { return _lines.empty(); }
+    bool Empty() const { return _sections.empty(); }
 
     // The trimmed value of the key, searched in every section of that name until found. A line "key=" with nothing
     // behind it ends the search without a value; one with only a comment has an empty value. Valid until the next edit.
@@ -31,8 +37,9 @@ public:
 
     // Sets the key in the first section of that name, which is added behind an empty line if there is none. A line of
     // that key keeps all up to its "=" and its comment, but not the blanks between. A new key of a section that another
-    // one follows goes in front of the section's last line: in what this class wrote, that is the empty one.
-    void Write(std::string_view section, std::string_view key, std::string_view value);
+    // one follows goes in front of the section's last line: in what this class wrote, that is the empty one. False if
+    // the line stood so.
+    bool Write(std::string_view section, std::string_view key, std::string_view value);
 
     // The keys of the first section of that name, in their order. Valid until the next edit.
     std::vector<std::string_view> Keys(std::string_view section) const;
@@ -48,13 +55,31 @@ public:
     bool RemoveSection(std::string_view section);
 
 private:
-    size_t FindHeader(std::string_view section) const;
-    // The place of such a line, or that of the end.
-    size_t FindLine(std::string_view section, std::string_view prefix) const;
-    // The next line at or behind `from` that begins with "[", or the end.
-    size_t NextHeader(size_t from) const;
+    struct TextHash : std::hash<std::string_view> {
+        using is_transparent = void;
+    };
+    // Where the sections of a name are, in their order.
+    using Names = std::unordered_map<std::string, std::vector<size_t>, TextHash, std::equal_to<>>;
+    struct Place {
+        size_t section;
+        size_t line;
+    };
 
-    std::vector<std::string> _lines;
+    // Null if there is none of that name.
+    const std::vector<size_t>* Find(std::string_view section) const;
+    // False if there is no such line.
+    bool FindLine(std::string_view section, std::string_view prefix, Place& place) const;
+    void Append(std::string line);
+    // For edits by which a line moves to another section: takes the text apart and puts it together again.
+    template <typename Edit>
+    void Rebuild(Edit edit);
+    void AddName(size_t section);
+    // The section, shared no longer.
+    IniSection& Own(size_t section);
+
+    // What stands in front of the first header, then a section a line that begins with "[". No line is in any other.
+    std::vector<std::shared_ptr<IniSection>> _sections;
+    std::shared_ptr<Names> _names;  // null as long as there is none
 };
 
 }  // namespace Quern

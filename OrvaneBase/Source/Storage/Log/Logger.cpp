@@ -162,8 +162,7 @@ void Logger::OnConfigureRefreshed(Orvane::IStringIterator*) {
 
 int Logger::_IsCompatible() const {
     if (_moduleName != kDorsel) return 1;
-    const Orvane::Plugin::PluginCollection plugins =
-        *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection();
+    const Orvane::Plugin::PluginCollection plugins = Orvane::Plugin::PluginManager::GetInstance()->CopyPlugins();
     const auto found = plugins.find(kDorsel);
     return found != plugins.end() && compareVersion(found->second.pluginVersion.c_str()) < 0 ? 0 : 1;
 }

@@ -35,10 +35,9 @@ void* RemoveOldLogFilesThread(void* argument) {
 }  // namespace
 
 void Logger::XLogInit() {
-    // The plugins' names are taken here and not in the thread: the registry is not guarded, and the walks that follow
-    // on this thread write into it.
+    // The plugins' names are taken here and not in the thread: those of the launch, however late the thread begins.
     auto plugins = std::make_unique<std::vector<std::string>>();
-    for (const auto& entry : *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection())
+    for (const auto& entry : Orvane::Plugin::PluginManager::GetInstance()->CopyPlugins())
         plugins->push_back(entry.first);
     if (LogCreateThread(RemoveOldLogFilesThread, "RemoveOldLogFilesThread", plugins.get())) (void)plugins.release();
 }

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "Base/Configure/Configure.h"
+#include "Base/MakeOnce.h"
 #include "Base/XLog.h"
 #include "Orvane/RavelAccount.h"
 #include "PluginManager/PluginManager.h"
@@ -51,16 +52,14 @@ IReportService* FindReportService(const char* missingPluginLine) {
 
 }  // namespace
 
-OrvaneCoreReportSerivce* OrvaneCoreReportSerivce::s_pInstance = nullptr;
+std::atomic<OrvaneCoreReportSerivce*> OrvaneCoreReportSerivce::s_pInstance{nullptr};
 
 OrvaneCoreReportSerivce* OrvaneCoreReportSerivce::GetInstance() {
-    if (!s_pInstance) s_pInstance = new OrvaneCoreReportSerivce;
-    return s_pInstance;
+    return Quern::MakeOnce(s_pInstance, [] { return new OrvaneCoreReportSerivce; });
 }
 
 void OrvaneCoreReportSerivce::ReleaseInstance() {
-    delete s_pInstance;
-    s_pInstance = nullptr;
+    delete s_pInstance.exchange(nullptr);
 }
 
 const char* OrvaneCoreReportSerivce::GetName() const {

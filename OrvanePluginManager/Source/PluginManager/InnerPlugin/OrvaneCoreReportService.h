@@ -11,7 +11,7 @@ namespace Orvane::Plugin {
 
 class OrvaneCoreReportSerivce final : public ICoreReportService {
 public:
-    // Made at the first call, without a lock: first reached on the main thread during start-up.
+    // Made at the first call, by whichever thread.
     static OrvaneCoreReportSerivce* GetInstance();
     static void ReleaseInstance();
 
@@ -25,7 +25,7 @@ private:
     // The setting "ReportDataType", read once; a setting of -1 is read again each time.
     int ReportDataType();
 
-    static OrvaneCoreReportSerivce* s_pInstance;
+    static std::atomic<OrvaneCoreReportSerivce*> s_pInstance;
 
     std::atomic<int> _reportDataType{-1};
 };

@@ -29,8 +29,9 @@ public:
 private:
     static std::atomic<RemoteConfigSerivce*> s_pInstance;
 
-    std::map<std::string, RemoteConfig*> _configs;  // by plugin name; never deleted, since plugins keep them
-    Quern::CMutex _mutex{true};                     // guards _configs; a plugin's GetName is called under it
+    // By plugin name; never deleted, since plugins keep them.
+    std::map<std::string, RemoteConfig*> _configs ORVANE_GUARDED_BY(_mutex);
+    Quern::CMutex _mutex{true};  // a plugin's GetName is called under it
 };
 
 class RemoteConfigExSerivce final : public IRemoteConfigExService {

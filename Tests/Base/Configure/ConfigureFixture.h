@@ -1,0 +1,76 @@
+// The client of this process against a server of this process.
+#ifndef ORVANE_TESTS_BASE_CONFIGURE_CONFIGURE_FIXTURE_H
+#define ORVANE_TESTS_BASE_CONFIGURE_CONFIGURE_FIXTURE_H
+
+#include <gmock/gmock.h>
+
+#include "Base/Configure/ConfigureImpl.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
+#include "Support/CapturedConsole.h"
+#include "Support/ConfigServer.h"
+#include "Support/FakeInfoDictionary.h"
+#include "Support/FakeKeychain.h"
+#include "Support/FakePlugins.h"
+#include "Support/FakeReachability.h"
+#include "Support/FaultProxy.h"
+#include "Support/TestContainer.h"
+#include "Support/WaitFor.h"
+#include "System/WWW/Task/WWWTaskBase.h"
+
+namespace OrvaneTest {
+
+// Without retries, unless a test takes them from the manifest.
+class ConfigureFixture : public testing::Test {
+protected:
+    enum State { kInited = 1, kRequesting, kFinished, kFailed };
+
+    ConfigureFixture() {
+        CacheFolder();
+        FakeKeychain::Install();
+        FakeReachability::Install();
+        manifest.Set("OrvaneCore", "RemoteConfigUrl", FakeInfoDictionary::Text(proxy.Url("").c_str()));
+        manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(0));
+        auto* core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
+        core->GetCachePluginManager();
+        core->RegisterPlugin(core);
+    }
+    ~ConfigureFixture() override {
+        Orvane::ReleaseConfigureInstance();
+        EXPECT_EQ(server.Problems(), "");
+    }
+
+    static Orvane::ConfigureImpl& Client() {
+        return dynamic_cast<Orvane::ConfigureImpl&>(*Orvane::Configure::GetInstance());
+    }
+    const std::vector<std::string>& Lines() {
+        const std::vector<std::string> more = console.Take();
+        return lines.insert(lines.end(), more.begin(), more.end()), lines;
+    }
+    // A loss of the network changes nothing, and tells the state.
+    int StateNow() {
+        Client().OnNetworkStateChanged(Quern::kANetworkNotReachable);
+        return Lines().back().back() - '0';
+    }
+    // Waits until the client is in that state and no answer is being delivered any more.
+    bool WaitForState(int state) {
+        const bool isThere = WaitFor([&] { return StateNow() == state; });
+        const Quern::CCritical delivered(Quern::WWWTaskBase::_sMutex);
+        return isThere;
+    }
+    bool WaitForAsked(size_t count, std::chrono::milliseconds deadline = kDeadline) {
+        return WaitFor([&] { return server.Asked() >= count; }, deadline);
+    }
+    static std::string Read(const char* key, const char* module = "Game") {
+        return Client().GetString(module, key, "-").c_str();
+    }
+
+    FakeInfoDictionary manifest;
+    ConfigServer server;
+    FaultProxy proxy{server.Port()};
+    CapturedConsole console;
+    std::vector<std::string> lines;
+};
+
+}  // namespace OrvaneTest
+
+#endif

@@ -1,0 +1,319 @@
+// The client's states over a real server; Fault orders are those of Docs/DevServer.md.
+#include "Base/Configure/ConfigureImpl.h"
+
+#include <locale.h>
+
+#include <future>
+
+#include "Base/Configure/ConfigureFixture.h"
+#include "DevServer/ClientVerdict.h"
+#include "DevServer/HostileJson.h"
+#include "Orvane/OrvaneCore.h"
+#include "Storage/Bundle/BundleFactory.h"
+#include "Storage/Log/Logger.h"
+
+namespace OrvaneTest {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsSupersetOf;
+using testing::Not;
+
+// Keeps what it is told, and does something more.
+struct Observer final : Orvane::ConfigureObserver {
+    void OnConfigureRefreshed(Orvane::IStringIterator* keys) override {
+        ++calls;
+        for (told.clear(); !keys->IsEnd();)
+            told += std::string(keys->Next()) + " ";
+        if (isArmed.exchange(false)) action();
+    }
+    std::string told;
+    std::atomic<int> calls{0};
+    std::atomic<bool> isArmed{false};
+    std::function<void()> action;
+};
+
+class ConfigureTest : public ConfigureFixture {};
+
+TEST_F(ConfigureTest, EachAnswerIsTakenOrLeftAsAWhole) {
+    const struct {
+        const char* order;  // "" for the right answer
+        bool isTaken;
+        const char* line;
+    } kAnswers[] = {
+        {"", true, "Error valueType not support yet"},
+        {"500:json", true, "Error valueType not support yet"},
+        {"500", false, "Error parse json error"},
+        {"empty", false, "Error jsonStr == NULL || len == 0"},
+        {"ret:5", false, "Error Configue error code 5, msg ordered fault"},
+        {"{}", false, "Error json answer is refused: \"biz_data\" is no object"},
+        {"hostile:array", false, "Error ParseJson error:-2"},
+        {"hostile:deep-objects", false, "Error ParseJson error:-1"},
+        {"redirect", true, "Error valueType not support yet"},
+        {"rule:-1000", true, "Error valueType not support yet"},
+    };
+    Observer game, later;
+    game.action = [&] { Client().AddObserver("OrvaneCore", &later); };  // no mutex is held
+    game.isArmed = true;
+    Client().AddObserver("Game", &game);
+    Client().AddObserver("Game", &later);
+    Client().AddObserver("Game", nullptr);
+    int number = 0;
+    for (const auto& answer : kAnswers) {
+        const std::string before = Read("text"), text = std::to_string(++number);
+        server.Serve("Game", R"({"bool":true,"real":1.5,"number":-7,"text":")" + text + R"("})");
+        if (*answer.order) server.OrderNext(answer.order);
+        const int calls = game.calls;
+        lines.clear();
+        Client().StartOnce();
+        ASSERT_TRUE(WaitForState(kFinished)) << answer.order;
+        EXPECT_THAT(Lines(), Contains(answer.line)) << answer.order;
+        EXPECT_EQ(Read("text"), answer.isTaken ? text : before) << answer.order;
+        EXPECT_EQ(game.calls, calls + answer.isTaken) << answer.order;
+    }
+    EXPECT_EQ(game.told, "number text ");
+    EXPECT_GT(later.calls, 0);
+    EXPECT_EQ(Read("real"), "-");
+    EXPECT_EQ(Read("RemoteConfigUrl", "OrvaneCore"), proxy.Url(""));
+    EXPECT_EQ(Quern::BundleFactory::GetInstance()->GetDefaultBundle()->Get("OrvaneCore", "rule_id", 0), 10)
+        << "the highest, and not the last";
+
+    server.OrderNext("hostile:behind");  // garbage behind the document
+    Client().StartOnce();
+    ASSERT_TRUE(WaitForState(kFinished));
+    EXPECT_EQ(Client().GetLong("Module", "key", 0), 1);
+    EXPECT_EQ(Read("text"), "-") << "what the answer does not hold is gone";
+}
+
+// The data plugin, which may take its time over an event.
+struct SlowPell final : FakePell {
+    SlowPell() : FakePell(nullptr) {}
+    Orvane::Plugin::IEvent* CreateEvent(int, const char* name) override {
+        if (std::string(name) == "PullConfigResult" && wait.valid()) wait.get();
+        return nullptr;
+    }
+    unsigned int GetDeviceInfo(const char*, char**, unsigned int) override { return 2; }
+    std::future<void> wait;
+};
+
+TEST_F(ConfigureTest, ARequestGoesOutWhateverBefellTheOneBefore) {
+    SlowPell pell;
+    std::promise<void> mayReport;
+    Observer observer;
+    Client().AddObserver("OrvaneCore", &observer);
+    const auto fetch = [&] { Client().StartOnce(); };
+    const auto setUrl = [&] { Client().SetUrl(proxy.Url("").c_str()); };
+    const auto networkIsBack = [&] { Client().OnNetworkStateChanged(Quern::kANetworkReachableViaWiFi); };
+    const auto inObserver = [&](std::function<void()> action) {
+        observer.action = std::move(action);
+        observer.isArmed = true;
+    };
+    const auto whileHeld = [&](const std::function<void()>& action) {
+        const size_t asked = server.Asked();
+        server.OrderNext("hold");
+        fetch();
+        ASSERT_TRUE(WaitForAsked(asked + 1));
+        action();
+        fetch();  // never doubled
+        server.Release();
+        EXPECT_TRUE(WaitForState(kInited));
+    };
+    const auto fail = [&] {
+        proxy.Use({Fault::kReset});
+        fetch();
+        EXPECT_TRUE(WaitFor([&] { return StateNow() == kFailed; }));
+        proxy.Use({});
+    };
+    const struct {
+        const char* trap;
+        std::function<void()> fall;
+        std::function<void()> askAgain;
+        size_t requests;  // that follow
+    } kTraps[] = {
+        {"a refused URL", [&] { Client().SetUrl("http://a b/"); }, setUrl, 1},
+        {"no server's URL", [&] { Client().SetUrl("ftp://a/"), WaitForState(kFailed); }, setUrl, 1},
+        {"a cleared URL", [&] { Client().Clear(), fetch(); }, setUrl, 1},
+        {"a fetch inside an observer", [&] { inObserver(fetch); }, fetch, 2},
+        {"a URL set inside an observer", [&] { inObserver([&] { Client().SetUrl(server.Url().c_str()); }); }, fetch, 2},
+        {"a URL changed in flight", [&] { whileHeld(setUrl); }, fetch, 1},
+        {"cleared in flight", [&] { whileHeld([&] { Client().Clear(); }); }, setUrl, 1},
+        {"a failure", fail, networkIsBack, 1},
+        {"the network is back while a failure is reported",
+         [&] { pell.wait = mayReport.get_future(), fail(), networkIsBack(); }, [&] { mayReport.set_value(); }, 1},
+    };
+    setUrl();
+    ASSERT_TRUE(WaitForState(kFinished));
+    for (const auto& trap : kTraps) {
+        trap.fall();
+        const size_t asked = server.Asked();
+        trap.askAgain();
+        EXPECT_TRUE(WaitForAsked(asked + trap.requests, std::chrono::seconds(2))) << trap.trap;
+        EXPECT_TRUE(WaitForState(kFinished)) << trap.trap;
+    }
+    EXPECT_THAT(Lines(), IsSupersetOf({"Info RemoteConfig state == kRequesting", "Error url is null",
+                                       "Warning Configure will not request remote config because of empty url!"}));
+    EXPECT_THAT(lines, Contains(HasSubstr("Warning OnDataTaskFinished ignore result:(error:0, httpStatus:200, ")));
+}
+
+TEST_F(ConfigureTest, AUrlThatIsSetWipesWhatTheLastRunKept) {
+    server.Serve("Game", R"({"LogLevel":"Error"})");
+    Quern::Logger logger("Game");
+    Client().AddObserver("Game", &logger);
+    Client().StartOnce();
+    ASSERT_TRUE(WaitForState(kFinished));
+    EXPECT_EQ(logger.GetLogLevel(), kLogError);
+    EXPECT_EQ(server.Asked(), 1u);
+    Orvane::ReleaseConfigureInstance();
+    EXPECT_EQ(Read("LogLevel"), "Error");
+    server.OrderNext("empty");
+    // The address is the manifest's own, yet the client has not looked there so far.
+    EXPECT_EQ(orvanecore_configure_seturl(proxy.Url("").c_str()), 1);
+    ASSERT_TRUE(WaitForState(kFinished));
+    EXPECT_EQ(Read("LogLevel"), "-");
+    EXPECT_EQ(orvanecore_configure_clear(), 1);
+    EXPECT_EQ(server.Asked(), 2u);
+}
+
+TEST_F(ConfigureTest, DoublesAreTextsWhateverTheLocale) {
+    setlocale(LC_ALL, "de_DE.UTF-8");
+    const struct {
+        const char* text;
+        double value;
+    } kTexts[] = {{"1.5", 1.5}, {"-2e3", -2000}, {"3.25 apples", 3.25}, {"apples", 1e-20}, {"", 1e-20}};
+    for (const auto& [text, value] : kTexts) {
+        manifest.Set("Game", "double", FakeInfoDictionary::Text(text));
+        EXPECT_EQ(Client().GetDouble("Game", "double", 1e-20), value) << text;
+    }
+    EXPECT_EQ(Client().GetDouble("Game", "missing", 0.1), 0.1);
+}
+
+// What another library would declare of the interface.
+struct Slots {
+    virtual void Slot0() = 0;
+    virtual int Slot1(const char*, const char*, int) = 0;
+    virtual long long Slot2(const char*, const char*, long long) = 0;
+    virtual double Slot3(const char*, const char*, double) = 0;
+    virtual bool Slot4(const char*, const char*, bool) = 0;
+    virtual Quern::AString Slot5(const char*, const char*, const char*) = 0;
+    virtual void Slot6(const char*, void*) = 0;
+    virtual void Slot7(const char*) = 0;
+    virtual void Slot8() = 0;
+    virtual void Slot9(const char*) = 0;
+    virtual void Slot10() = 0;
+    virtual ~Slots() = default;
+};
+struct ObserverSlots {
+    virtual void Slot0(Orvane::IStringIterator* keys) { key = keys->Next(); }
+    std::string key;
+};
+
+class ConfigureContractTest : public ConfigureFixture {
+protected:
+    // The objects are of types that this does not name.
+    __attribute__((no_sanitize("undefined"))) void CallEverySlot();
+};
+
+void ConfigureContractTest::CallEverySlot() {
+    manifest.Set("Game", "n", FakeInfoDictionary::Integer(7));
+    manifest.Set("Game", "half", FakeInfoDictionary::Text("0.5"));
+    manifest.Set("Game", "yes", FakeInfoDictionary::Text("true"));
+    server.Serve("Game", R"({"only":1})");
+    auto* const slots = reinterpret_cast<Slots*>(Orvane::Configure::GetInstance());
+    EXPECT_EQ(slots->Slot1("Game", "n", 1), 7);
+    EXPECT_EQ(slots->Slot2("Game", "n", 1), 7);
+    EXPECT_EQ(slots->Slot3("Game", "half", 1), 0.5);
+    EXPECT_TRUE(slots->Slot4("Game", "yes", false));
+    EXPECT_STREQ(slots->Slot5("Game", "yes", "").c_str(), "true");
+    ObserverSlots observer;
+    slots->Slot6("Game", &observer);
+    slots->Slot6("Gone", &observer);
+    slots->Slot7("Gone");
+    slots->Slot0();
+    ASSERT_TRUE(WaitForState(kFinished));
+    EXPECT_EQ(observer.key, "only");
+    slots->Slot8();
+    ASSERT_TRUE(WaitForAsked(2));
+    ASSERT_TRUE(WaitForState(kFinished));
+    slots->Slot10();
+    EXPECT_EQ(Read("only"), "-");
+    slots->Slot9(proxy.Url("").c_str());
+    ASSERT_TRUE(WaitForState(kFinished));
+    EXPECT_EQ(Read("only"), "1");
+}
+
+TEST_F(ConfigureContractTest, SlotsAreInTheirPlaces) {
+    CallEverySlot();
+}
+
+TEST_F(ConfigureTest, NothingFollowsARelease) {
+    manifest.Set("OrvaneCore", "RemoteConfigNextGap", FakeInfoDictionary::Integer(1));
+    for (const int milliseconds : {0, 1, 5, 20, 60, 150, 300}) {
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < 8; ++thread)
+            threads.emplace_back([] { Client().Start(); });
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        OnApplicationQuit();
+        for (std::thread& thread : threads)
+            thread.join();
+        OnApplicationQuit();
+    }
+    EXPECT_TRUE(WaitUntilAllAsleep("CThreadBase", 0));
+    const size_t asked = server.Asked();
+    Observer observer;
+    observer.action = [] { OnApplicationQuit(); };  // from inside a delivery
+    observer.isArmed = true;
+    Client().AddObserver("OrvaneCore", &observer);
+    auto& released = Client();
+    released.StartOnce();
+    ASSERT_TRUE(WaitFor([&] { return observer.calls == 1 && !observer.isArmed; }));
+    { const Quern::CCritical delivered(Quern::WWWTaskBase::_sMutex); }
+    released.Start();
+    released.SetUrl("http://127.0.0.1:1");
+    released.Clear();
+    EXPECT_NE(&Client(), &released);
+    EXPECT_EQ(Read("RemoteConfigUrl", "OrvaneCore"), proxy.Url(""));
+    EXPECT_EQ(server.Asked(), asked + 1);
+}
+
+// As many as the environment orders; the answers reach the client as its task hands them over.
+TEST_F(ConfigureTest, BearsHostileAnswersWhileSettingsAreRead) {
+    const char* const ordered = getenv("ORVANE_HOSTILE_ANSWERS");
+    const uint64_t count = ordered ? strtoull(ordered, nullptr, 10) : 1000;
+    server.Serve("Game", R"({"text":"kept","number":5})");
+    server.OrderNext(ordered ? "big" : "big:10000000");
+    Client().StartOnce();
+    ASSERT_TRUE(WaitForState(kFinished));
+    manifest.Set("Shipped", "number", FakeInfoDictionary::Integer(7));
+    std::atomic<bool> isOver{false};
+    std::thread reader([&] {
+        while (!isOver) {
+            EXPECT_EQ(Client().GetInt("Shipped", "number", 1), 7);
+            std::this_thread::sleep_for(std::chrono::microseconds(200));  // it leaves a line
+        }
+    });
+    const std::vector<OrvaneDevServer::HostileDocument>& documents =
+        OrvaneDevServer::HostileDocuments(OrvaneDevServer::Protocol::kConfig);
+    const std::string good =
+        R"({"ret":0,"err":"","biz_data":{"rule_id":3,"merged_cfg":{"Game":{"text":"kept","n":5}}}})";
+    OrvaneDevServer::Answer answer;
+    for (uint64_t i = 0; i < count; ++i) {
+        answer.body = i < documents.size() ? documents[i].text : OrvaneDevServer::Mutate(good, i);
+        int32_t highest = 0;
+        const bool isKept = OrvaneDevServer::ConfigVerdict(answer, highest).starts_with("will keep");
+        const std::string before = Read("text");
+        lines.clear();
+        Client().OnDataTaskFinished(nullptr, Quern::kWWWErrorNone, 200, answer.body.data(),
+                                    static_cast<long long>(answer.body.size()));
+        const bool isRefused = testing::Value(Lines(), Contains(HasSubstr("Error ParseJson error:-")));
+        ASSERT_EQ(isRefused, isKept) << answer.body;
+        if (isKept) {
+            ASSERT_EQ(Read("text"), before) << answer.body;
+        }
+    }
+    isOver = true;
+    reader.join();
+}
+
+}  // namespace
+}  // namespace OrvaneTest

@@ -1,0 +1,100 @@
+// The host and the server on the desk, each a process of its own.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "Support/Container.h"
+#include "Support/Process.h"
+#include "Support/WaitFor.h"
+
+namespace EndToEnd {
+namespace {
+
+using testing::HasSubstr;
+
+class RemoteConfigTest : public testing::Test {
+protected:
+    // With the manifest of the example game.
+    void StartServer(std::vector<std::string> options = {}) {
+        options.insert(options.begin(), {ORVANE_DEVSERVER_PROGRAM, "--port", "0", "--strict", "--quiet"});
+        options.push_back(_folder);
+        _server = std::make_unique<Process>(Command{options, {}, ""});
+        ASSERT_TRUE(OrvaneTest::WaitFor([this] { return _server->Output().ends_with('\n'); }));
+        _address = _server->Output().substr(6);
+        _address.pop_back();
+    }
+    Command Host() const {
+        return _container.Host({"--server", _address, "--info-plist", ORVANE_GAME_MANIFEST, "--module", "Demo",
+                                "--plugins", ORVANE_PLUGIN_FOLDER});
+    }
+    std::vector<std::string> Requests() const {
+        std::vector<std::string> requests;
+        for (const std::string& line : SplitLines(ReadWholeFile(_folder + "/journal.jsonl")))
+            if (line.find("\"kind\":\"config\"") != std::string::npos) requests.push_back(line);
+        return requests;
+    }
+    // How many fetches the data plugin was told of.
+    size_t Reports() const {
+        const std::vector<std::string> events = SplitLines(ReadWholeFile(_container.EventsFile()));
+        return static_cast<size_t>(std::count_if(events.begin(), events.end(), [](const std::string& event) {
+            return event.find("PullConfigResult") != std::string::npos;
+        }));
+    }
+    bool WaitForRequests(size_t count) const {
+        return OrvaneTest::WaitFor([&] { return Requests().size() >= count; });
+    }
+
+    Container _container;
+    const std::string _folder = _container.Outside() / "served";
+    std::unique_ptr<Process> _server;
+    std::string _address;
+};
+
+TEST_F(RemoteConfigTest, AnAnswerHoldsForTheNextLaunchUntilItIsCleared) {
+    StartServer();
+    WriteWholeFile(_folder + "/modules/Demo.json", R"({"LogMode":0})");
+    const struct {
+        const char* event;
+        const char* isRead;  // by the launch before the event
+        size_t reports;      // of fetches, behind it
+    } kRuns[] = {{"fetch", "logMode 2", 1}, {"clear", "logMode 0", 1}, {"fetch", "logMode 2", 2}};
+    for (const auto& run : kRuns) {
+        Process host(Host());
+        host.Send(std::string("launch\nlog info a line\n") + run.event + "\n");
+        EXPECT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= run.reports; })) << host.Error();
+        host.CloseInput();
+        EXPECT_EQ(host.Wait().exitStatus, 0);
+        EXPECT_THAT(host.Error(), HasSubstr(std::string("log init module Demo, ") + run.isRead));
+    }
+    ASSERT_EQ(Requests().size(), 2u);
+    for (const std::string& request : Requests())
+        EXPECT_THAT(request, testing::AllOf(HasSubstr("\"problems\":[]"), HasSubstr("will replace the file")));
+}
+
+TEST_F(RemoteConfigTest, AReleaseEndsWhatIsInFlightAndALaunchBeginsAnew) {
+    StartServer({"--fault", "config:*:delay:150"});
+    Process host(Host());
+    int round = 0;
+    for (const int milliseconds : {0, 5, 20, 60, 120, 200, 300}) {
+        host.Send("launch\nfetch\nsleep " + std::to_string(milliseconds) +
+                  "\nrelease\nopen-url round:" + std::to_string(++round) + "\n");
+        ASSERT_TRUE(host.WaitForError("round:" + std::to_string(round))) << host.Error();
+    }
+    const auto noTimer = [&] {
+        for (const auto& task : std::filesystem::directory_iterator("/proc/" + std::to_string(host.Id()) + "/task"))
+            if (ReadWholeFile(task.path() / "comm").starts_with("CThreadBase")) return false;
+        return true;
+    };
+    EXPECT_TRUE(OrvaneTest::WaitFor(noTimer));
+    EXPECT_FALSE(OrvaneTest::WaitFor([&, all = Requests().size()] { return Requests().size() > all; },
+                                     std::chrono::milliseconds(1500)));
+    const size_t before = Requests().size();
+    host.Send("launch\nfetch\n");
+    EXPECT_TRUE(WaitForRequests(before + 1));
+    host.CloseInput();
+    EXPECT_EQ(host.Wait().exitStatus, 0) << host.Error();
+}
+
+}  // namespace
+}  // namespace EndToEnd

@@ -1,0 +1,22 @@
+#include "Configuration.h"
+
+#include "GameLogger.h"
+#include "Orvane/IRemoteConfig.h"
+#include "Orvane/RunTime.h"
+
+namespace OrvaneHost {
+
+void Fetch(const std::string& moduleName) {
+    GameModule module(moduleName);
+    module.GetCachePluginManager();
+    using namespace Orvane::Plugin;
+    IPluginManager* const manager = module.GetPluginManager();
+    IPlugin* const core = manager ? manager->GetPluginByName("OrvaneCore") : nullptr;
+    auto* const service = core ? static_cast<IRemoteConfigService*>(core->GetServiceByName("REMOTECONFIG")) : nullptr;
+    if (service)
+        service->GetRemoteConfig(&module)->Fetch();
+    else
+        orvane_console_log("orvane-host: no configuration service yet; it comes with the launch");
+}
+
+}  // namespace OrvaneHost

@@ -1,0 +1,16 @@
+// The manifest with the configuration server's address in it.
+#ifndef ORVANE_TOOLS_HOST_SERVER_MANIFEST_H
+#define ORVANE_TOOLS_HOST_SERVER_MANIFEST_H
+
+#include <string>
+
+namespace OrvaneHost {
+
+// Has the library read the manifest, of `path` or where it would look for itself if that is empty, with the address as
+// the setting "RemoteConfigUrl" of the section "OrvaneCore". Before the library reads it; no file is changed. False,
+// told on the console, if that cannot be.
+bool UseServer(const std::string& url, const std::string& path);
+
+}  // namespace OrvaneHost
+
+#endif
