@@ -71,6 +71,10 @@ protected:
         const Quern::CCritical delivered(Quern::WWWTaskBase::_sMutex);
         return isThere;
     }
+    // Lets the answer go that was ordered to be held. A request is counted before it is held.
+    bool ReleaseAnswer() {
+        return WaitFor([&] { return server.Release(), StateNow() != kRequesting; });
+    }
     bool WaitForAsked(size_t count, std::chrono::milliseconds deadline = kDeadline) {
         return WaitFor([&] { return server.Asked() >= count; }, deadline);
     }

@@ -144,7 +144,7 @@ TEST_F(ConfigureTest, AFailureIsReportedOnceNoRetryIsLeft) {
     useRetries(1);
     Client().StartOnce();  // sends nothing, but gives the request under way a retry
     proxy.Use({Fault::kReset});
-    server.Release();
+    EXPECT_TRUE(ReleaseAnswer());
     ASSERT_TRUE(WaitForState(kFailed));
     EXPECT_THAT(journal, Not(Contains(HasSubstr("PullConfigResult"))));
     EXPECT_THAT(Lines(), Contains("Info OnDataTaskFinished error:5"));
@@ -236,7 +236,7 @@ TEST_F(ConfigureTest, ARequestGoesOutWhateverBefellTheOneBefore) {
         ASSERT_TRUE(WaitForAsked(asked + 1));
         action();
         fetch();  // never doubled
-        server.Release();
+        EXPECT_TRUE(ReleaseAnswer());
         EXPECT_TRUE(WaitForState(kInited));
     };
     const auto fail = [&] {
