@@ -46,6 +46,8 @@ protected:
     // Memory has what the file has. REQUIRES: the mutex.
     void NoteLoaded(IniText text);
     void NoteSaved() { _isUnsaved = false; }
+    // The file has it in another form than a save gives it. REQUIRES: the mutex.
+    void NoteUnsaved() { _isUnsaved = true; }
 
     AString _path;
     SharedIniText _text;

@@ -102,6 +102,7 @@ bool EncryptedIniFileImpl::Load() {
         }
         seen = bytes;  // another process may have saved between the looks at file, key and new file
     }
+    if (exists) NoteUnsaved();  // plain text: the next save enciphers it, also of the same lines
     if (!exists)
         ORVANE_LOG_INFO("config file %s is not exist", _path.c_str());
     else if (fault != Fault::kNone)

@@ -54,7 +54,8 @@ public:
     // Further slots, behind those of the contract.
 
     // As WriteString; `isUnsaved` tells whether memory has changes, this one or earlier ones, since the file was last
-    // loaded or written: a Save that the disk refused leaves them unsaved.
+    // loaded or written: a Save that the disk refused leaves them unsaved, and so does a plain file where an enciphered
+    // one is wanted.
     virtual bool ReplaceString(const char* section, const char* key, const char* value, bool& isUnsaved) = 0;
     // From here to the end of the batch a Save only notes that it was asked for, whichever thread asks; the end saves
     // if one did, and gives that save's result, or true. It does not save where the lines are what the file has: those
