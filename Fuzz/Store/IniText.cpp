@@ -121,6 +121,13 @@ void RequireSame(const Quern::IniText& text, const PlainText& plain, string_view
     Require(Lines(keys.begin(), keys.end()) == plain.Keys(section));
     PlainText copy = plain;
     Require(text.HasLine(section, key) == copy.RemoveLine(section, key));
+    Quern::IniText other = text;
+    other.IndexRepeatedSections();
+    const bool isFound = text.Find(section, key, plainValue);
+    Require(other.Find(section, key, value) == isFound && (!isFound || value == plainValue));
+    Require(text.IsSameInFile(other));
+    other.AddLine("another");
+    Require(!text.IsSameInFile(other) && !other.IsSameInFile(text));
 }
 
 }  // namespace

@@ -23,8 +23,9 @@ namespace Orvane {
 ///   int in its place;
 /// - an int that equals the default it is read with counts as not there, so that the manifest's value wins.
 ///
-/// Any thread; each call is whole, but what two calls do is not whole together. A null section, key or text is written
-/// and removed nowhere (false), and a null section or key reads as the default, or as an empty text.
+/// Any thread, but from a log callback only reads; each call is whole, but what two calls do is not whole together. A
+/// read waits for no disk, and behind a change at most for another thread's step in memory. A null section, key or text
+/// is written and removed nowhere (false), and a null section or key reads as the default, or as an empty text.
 class IConfigFile {
 public:
     virtual ~IConfigFile() {}
@@ -53,7 +54,7 @@ public:
     virtual bool SetAndSave(const char* section, const char* key, const char* value) = 0;
     virtual bool SetAndSave(const char* section, const char* key, bool value) = 0;
 
-    /// The removals above and then, if something was removed, SaveCacheToFile.
+    /// The removals above and then, if they gave true, SaveCacheToFile: RemoveAllAndSave saves always.
     virtual bool RemoveValueForKeyAndSave(const char* section, const char* key) = 0;
     virtual bool RemoveSectionAndSave(const char* section) = 0;
     virtual bool RemoveAllAndSave() = 0;
@@ -74,11 +75,14 @@ public:
     virtual bool IsContainKey(const char* section, const char* key) = 0;
 };
 
-/// The service "CONFIGFILE". Any thread.
+/// The service "CONFIGFILE". Any thread; not from a log callback: a file that is opened, or deleted, may hold a lock
+/// under which other threads log.
 class IConfigFileService : public Plugin::IPluginService {
 public:
     /// \param name the file's, without ".config"; null and "Orvane" mean the default file. It is a part of a path.
-    /// \return a new object, which the caller owns and gives back to DeleteConfigFile. Never null.
+    /// \return a new object, which the caller owns and gives back to DeleteConfigFile. Never null: where the platform
+    /// cannot say where
+    ///         the cache folder is, the process ends, after a log line.
     virtual IConfigFile* NewConfigFile(const char* name) = 0;
     /// Deletes the object and clears the pointer; does nothing for a null of either. The object of GetDefaultConfigFile
     /// stays, and only the pointer is cleared.

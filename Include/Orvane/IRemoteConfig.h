@@ -59,7 +59,7 @@ public:
     virtual int GetInt(const char* key, int defaultValue) = 0;
     /// The same for 64 bits; a text of the manifest is read as a number.
     virtual long long GetLong(const char* key, long long defaultValue) = 0;
-    /// Read from a text, by the rule of GetString. The default where that is no number.
+    /// The number that a text begins with, by the rule of GetString; the default where it begins with none.
     virtual double GetDouble(const char* key, double defaultValue) = 0;
     /// A stored value is true only as the text "true", in upper or lower case; any other, 1 too, is false.
     virtual bool GetBool(const char* key, bool defaultValue) = 0;

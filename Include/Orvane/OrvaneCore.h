@@ -54,7 +54,8 @@ ORVANE_EXPORT int orvanecore_init(void);
 /// Sets the threshold of the library's own logger: 0 (debug) to 5 (none).
 ORVANE_EXPORT void orvanecore_setLogLevel(int level);
 /// Tells who the user is; both texts must not be null. Writes a file. Of two calls at a time each text is one of
-/// theirs. \return whether the pair was stored for the next run
+/// theirs. Neither may hold a line end, at which the stored text would be two lines. \return true; a file that
+/// cannot be written goes unnoticed: the pair holds for this run, and the next call, also with the same, tries again
 ORVANE_EXPORT bool orvanecore_setUserInfo(const char* channelId, const char* openId);
 /// Enters the environment's release marker among the quit callbacks. \return true
 ORVANE_EXPORT bool InitQuernObjectEnvironment(void);

@@ -64,6 +64,11 @@ TEST_F(QuernCommonTest, KeepsTheUserForTheNextRun) {
     EXPECT_STREQ(common.GetOpenID(), "this user");
     EXPECT_STREQ(bundle->Get("OrvaneCore", "channelid", "").c_str(), "18");
     EXPECT_STREQ(bundle->Get("OrvaneCore", "openid", "").c_str(), "this user");
+
+    const char* const handedOut = common.GetOpenID();
+    common.SetUserInfo("18", "another");
+    common.SetUserInfo("18", "this user");
+    EXPECT_EQ(common.GetOpenID(), handedOut) << "users that come back must not fill the memory";
 }
 
 TEST_F(QuernCommonTest, WritesTheCommonParametersToTheByte) {

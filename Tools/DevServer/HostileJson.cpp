@@ -7,6 +7,7 @@ namespace OrvaneDevServer {
 namespace {
 
 constexpr int kDeep = 100000;
+constexpr int kMany = 10000;
 
 std::string Repeat(const std::string& text, int count) {
     std::string all;
@@ -41,6 +42,20 @@ std::vector<HostileDocument> Common() {
     };
 }
 
+// Many keys of one module, each with the same text in front of a number.
+std::string ManyKeys(const std::string& module, const std::string& prefix) {
+    std::string keys;
+    for (int i = 0; i < kMany; ++i)
+        keys += (i == 0 ? "\"" : ",\"") + prefix + std::to_string(i) + "\":1";
+    return "\"" + module + "\":{" + keys + "}";
+}
+
+// Names that mean something where they are kept as sections and lines, in such a number that a store whose work for a
+// line grows with the lines would stand still.
+HostileDocument Many(const std::string& name, const std::string& modules) {
+    return {name, Config("0", "\"\"", "1", "{" + modules + "}")};
+}
+
 std::vector<HostileDocument> ConfigDocuments() {
     const std::string good = "{\"Module\":{\"key\":1}}";
     std::vector<HostileDocument> all = Common();
@@ -71,6 +86,12 @@ std::vector<HostileDocument> ConfigDocuments() {
         {"doubled", Config("0", "\"\"", "1", "{\"Module\":{\"key\":1,\"key\":2},\"Module\":{\"other\":3}}")},
         {"behind", Config("0", "\"\"", "1", good) + "}]garbage"},
         {"cut", Config("0", "\"\"", "1", good).substr(0, 40)},
+        // The library's own module stands first in the file, as its URL is written first.
+        Many("many-behind-another", "\"Game\":{\"key\":1}," + ManyKeys("OrvaneCore", "key")),
+        Many("many-headers", "\"Game\":{\"key\":1}," + ManyKeys("OrvaneCore", "[key")),
+        Many("many-named-headers", ManyKeys("Game", "[a]") + "," + ManyKeys("OrvaneCore", "[b]")),
+        Many("many-blanks", ManyKeys("Module", " key") + "," + ManyKeys("OrvaneCore", " key")),
+        Many("many-sections", ManyKeys(" Module", "key") + "," + ManyKeys("Module", "key")),
     };
     all.insert(all.end(), own.begin(), own.end());
     return all;

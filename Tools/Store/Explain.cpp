@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "Base/ConsoleSink.h"
+#include "Base/Container/StringConversion.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Bundle/GameId.h"
 #include "Storage/Bundle/InfoDictionary.h"
@@ -216,7 +217,7 @@ ExplainedRead ReadDouble(const Setting& setting, double defaultValue) {
     read.value = defaultValue;
     if (read.from == kDefault) return read;
     double value = 0;
-    if (sscanf(text.c_str(), "%lf", &value) == 1) {
+    if (Quern::str2double(text.c_str(), &value)) {
         read.value = value;
     } else {
         Add(read.why, Quoted(text) + " is no number");

@@ -26,13 +26,22 @@ bool KeptText::IsEmpty(const Value* value) {
     return !value || value->text.empty();
 }
 
+const KeptText::Value* KeptText::Keep(const char* text) {
+    const Value* const last = _kept.load(std::memory_order_acquire);
+    for (const Value* value = last; value; value = value->before)
+        if (value->text == text) return value;
+    auto* const made = new Value{text, last};
+    while (!_kept.compare_exchange_weak(made->before, made, std::memory_order_acq_rel)) {
+    }
+    return made;
+}
+
 void KeptText::Install(const char* text, bool onlyIfEmpty) {
     const Value* current = _value.load(std::memory_order_acquire);
-    if (current && current->text == text) return;
-    auto* const made = new Value{text, current};
-    while (!onlyIfEmpty || IsEmpty(made->before))
-        if (_value.compare_exchange_weak(made->before, made, std::memory_order_acq_rel)) return;
-    delete made;
+    if (onlyIfEmpty && !IsEmpty(current)) return;
+    const Value* const wanted = Keep(text);
+    while (current != wanted && (!onlyIfEmpty || IsEmpty(current)))
+        if (_value.compare_exchange_weak(current, wanted, std::memory_order_acq_rel)) return;
 }
 
 }  // namespace Quern

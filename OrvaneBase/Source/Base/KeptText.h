@@ -6,8 +6,8 @@
 
 namespace Quern {
 
-// Texts that were handed out stay valid for the life of the process: each value keeps the one before it. For what
-// changes a few times. Never destroyed.
+// Texts that were handed out stay valid for the life of the process: all are kept, of equal ones a single one. For what
+// has few values. Never destroyed.
 class KeptText {
 public:
     // The text, empty as long as none was set; never null.
@@ -23,8 +23,11 @@ private:
     struct Value;
 
     static bool IsEmpty(const Value* value);
+    // The kept value of that text, which is made if there is none.
+    const Value* Keep(const char* text);
     void Install(const char* text, bool onlyIfEmpty);
 
+    std::atomic<const Value*> _kept{nullptr};  // the last one made, which leads to those before
     std::atomic<const Value*> _value{nullptr};
 };
 

@@ -3,6 +3,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <barrier>
+#include <thread>
+#include <vector>
+
+#include "Base/Configure/RemoteConfig.h"
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/ConfigFileService.h"
 #include "Storage/Bundle/BundleFactory.h"
@@ -99,6 +105,27 @@ TEST_F(ConfigFileTest, OneStoreANameAndTheDefaultOneStays) {
     EXPECT_EQ(second->GetFromCache("s", "k", 0), 8);
     OrvaneCore_DeleteConfigFile(&first);
     EXPECT_EQ(OrvaneTest::ReadFile(OrvaneTest::CacheFolder() + "/pair.config"), "\n[s]\nk=8\n");
+}
+
+TEST(FirstUse, ByManyThreadsGivesAllTheSameObjects) {
+    OrvaneTest::CapturedConsole console;
+    constexpr int kThreads = 8;
+    std::barrier together(kThreads);
+    const void* given[kThreads][3] = {};
+    std::vector<std::jthread> threads;
+    for (auto& mine : given)
+        threads.emplace_back([&together, &mine] {
+            together.arrive_and_wait();
+            mine[0] = Quern::BundleFactory::GetInstance()->GetDefaultBundle();
+            together.arrive_and_wait();
+            mine[1] = ConfigFile::GetDefaultInstance();
+            together.arrive_and_wait();
+            mine[2] = Orvane::GetOrvaneRemoteConfig();
+        });
+    threads.clear();
+    for (const auto& mine : given)
+        EXPECT_TRUE(std::equal(mine, mine + 3, given[0]) && mine[0] && mine[1] && mine[2]);
+    EXPECT_TRUE(ConfigFile::GetDefaultInstance()->SetAndSave("s", "k", 1)) << "the losers took no bundle along";
 }
 
 TEST(ConfigFileDeathTest, WantsACacheFolder) {

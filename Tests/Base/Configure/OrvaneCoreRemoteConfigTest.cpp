@@ -59,6 +59,7 @@ class FakeRemoteConfig final : public OrvaneTest::CoreSettings {
 public:
     IRemoteConfig* GetRemoteConfig(Orvane::Plugin::PluginBase* plugin) override {
         asked = plugin;
+        inside = OrvaneCoreRemoteConfig::GetInstance()->GetInt("x", 5);  // as a log callback does by a stage line
         return this;
     }
     int GetInt(const char*, int value) override { return value + 1; }
@@ -74,6 +75,7 @@ public:
     }
 
     Orvane::Plugin::PluginBase* asked = nullptr;
+    int inside = 0;
     std::string text;
 };
 
@@ -84,6 +86,7 @@ TEST(OrvaneCoreRemoteConfig, ReadsThroughTheService) {
     core.services["REMOTECONFIG"] = &service;
     OrvaneCoreRemoteConfig* config = OrvaneCoreRemoteConfig::GetInstance();
     EXPECT_EQ(service.asked, CorePlugin());
+    EXPECT_EQ(service.inside, 5);
     EXPECT_EQ(config->GetInt("x", 5), 6);
     EXPECT_EQ(config->GetLong("x", 5), 6);
     EXPECT_EQ(config->GetDouble("x", 0.5), 1.5);

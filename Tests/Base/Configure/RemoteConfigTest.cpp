@@ -89,6 +89,8 @@ TEST_F(RemoteConfigTest, OnlyTheFirstObserverHearsAndAlsoPastItsRemoval) {
     config.RemoveObserver(&first);
     Refresh("Upload", {});
     config.AddObserver(&first);  // is new again, and takes no place
+    EXPECT_THAT(configure.added, ElementsAre("Upload", "Upload", "Upload", "Upload"));  // one of them inside the first
+    EXPECT_THAT(console.Take(), ElementsAre("Warning observer already add before"));    // inside the second refresh
     Refresh("Upload", {"c"});
     EXPECT_EQ(first.text, "|a b ||c ");
 

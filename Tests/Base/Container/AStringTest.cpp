@@ -158,6 +158,11 @@ TEST(StringConversion, GoesBothWays) {
     EXPECT_EQ(result, -12);
     EXPECT_EQ(Quern::str2int(""), 0);
     EXPECT_EQ(Quern::str2int("42"), 42);
+    double number = 7;
+    EXPECT_FALSE(Quern::str2double("x1", &number) || Quern::str2double("", &number));
+    EXPECT_EQ(number, 7);
+    EXPECT_TRUE(Quern::str2double(" -1.5e1x", &number));
+    EXPECT_EQ(number, -15);
 }
 
 }  // namespace

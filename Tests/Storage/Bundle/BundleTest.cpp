@@ -185,6 +185,27 @@ TEST_F(BundleTest, CacheFormsWaitForTheSave) {
     EXPECT_EQ(ReadFile(path), "");
 }
 
+TEST_F(BundleTest, ABatchThatLeavesTheLinesAsTheyWereSavesNothing) {
+    Open("[a]\nb=1\n").SetIfDifferent("a", "b", "1");
+    EXPECT_EQ(keychain->calls.size(), 2u) << "the plain file is enciphered";
+    BundleImpl bundle(path.c_str());
+    const auto saves = [&](const char* value, const char* more) {
+        const size_t calls = keychain->calls.size();
+        {
+            BundleImpl::Batch batch(bundle);
+            bundle.RemoveAll();
+            bundle.Set("a", "b", value);
+            if (more) bundle.Set("a", more, 1);
+        }
+        return (keychain->calls.size() - calls) / 2;
+    };
+    EXPECT_EQ(saves("1", nullptr), 0u);
+    EXPECT_EQ(saves("1", "c"), 1u);
+    EXPECT_EQ(saves("1", "c"), 0u);
+    EXPECT_EQ(saves("1", nullptr), 1u);
+    EXPECT_EQ(saves("2", nullptr), 1u);
+}
+
 TEST_F(BundleTest, KeysComeFromOneLayer) {
     manifest.Set("a", "shipped", FakeInfoDictionary::Integer(1));
     manifest.Set("b", "shipped", FakeInfoDictionary::Integer(1));

@@ -8,6 +8,8 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -20,6 +22,7 @@
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Bundle/EncryptedIniFormat.h"
 #include "Storage/Bundle/IniFile.h"
+#include "Storage/Bundle/IniText.h"
 #include "Storage/Bundle/SecurityStore.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeKeychain.h"
@@ -332,6 +335,82 @@ TEST_F(EncryptedIniFileTest, ABatchIsOneSaveOfWhatTheCallsAloneSave) {
     store(*literal);
     std::make_unique<BundleImpl>(single.c_str()).reset();
     EXPECT_EQ(ReadFile(single), batched);
+}
+
+TEST_F(EncryptedIniFileTest, ABatchOfAnyDocumentIsWhatTheCallsAloneSave) {
+    std::mt19937 random(11);
+    const auto name = [&random] {
+        static const char* const kPieces[] = {"[", "]", "[a]", "=", "#", " ", "\n", ",", "a", "b", "key", ""};
+        std::string text;
+        for (size_t pieces = 1 + random() % 3; pieces > 0; --pieces)
+            text += kPieces[random() % std::size(kPieces)];
+        return text;
+    };
+    for (int round = 0; round < 30; ++round) {
+        std::string saved[2];
+        Value documents[2];
+        for (Value& document : documents)
+            for (int member = 0; member < 25; ++member)
+                document[name().c_str()][name().c_str()] = Value(name().c_str());
+        const auto store = [](BundleImpl& bundle, const Value& document) {
+            bundle.RemoveAll();
+            bundle.Set("OrvaneCore", "RemoteConfigUrl", "http://server");
+            bundle.Set(document);
+        };
+        for (const bool isBatched : {false, true}) {
+            const auto bundle = std::make_unique<BundleImpl>(path.c_str());
+            for (const Value& document : documents) {
+                std::optional<BundleImpl::Batch> batch;
+                if (isBatched) batch.emplace(*bundle);
+                store(*bundle, document);
+            }
+            const size_t calls = keychain->calls.size();
+            {
+                const BundleImpl::Batch again(*bundle);
+                store(*bundle, documents[1]);
+            }
+            EXPECT_EQ(keychain->calls.size(), calls) << "the same lines are not saved again";
+            const std::string enciphered = ReadFile(path);
+            EncryptedIni::File parts;
+            EncryptedIni::TeaKey key{};
+            IniText text;
+            ASSERT_EQ(EncryptedIni::Parse(enciphered, parts), EncryptedIni::Fault::kNone);
+            const std::string keyBytes =
+                base64_decode(SecurityStore::GetInstance()->GetString("store.config", "").c_str());
+            std::copy_n(keyBytes.begin(), key.size(), key.begin());
+            ASSERT_TRUE(EncryptedIni::Open(parts.body, key, text));
+            saved[isBatched] = text.Join('\n');
+        }
+        EXPECT_EQ(saved[0], saved[1]) << round;
+        EXPECT_NE(saved[0], "");
+    }
+}
+
+TEST_F(EncryptedIniFileTest, ASaveThatTheDiskRefusedIsMadeUpFor) {
+    ORVANE_OWN_MOUNTS();
+    ASSERT_EQ(mount("", CacheFolder().c_str(), "tmpfs", 0, "size=64k"), 0);
+    const auto bundle = std::make_unique<BundleImpl>(path.c_str());
+    bundle->Set("s", "a", std::string(20000, '1').c_str());
+    const std::string value(40000, '2'), before = ReadFile(path), filler = CacheFolder() + "/filler";
+    const auto setInBatch = [&] {
+        const BundleImpl::Batch batch(*bundle);
+        bundle->RemoveAll();
+        bundle->Set("s", "a", value.c_str());
+    };
+    WriteFile(filler, std::string(30000, 'x'));
+    EXPECT_TRUE(bundle->SetIfDifferent("s", "a", value.c_str()));
+    setInBatch();
+    EXPECT_EQ(ReadFile(path), before);
+    unlink(filler.c_str());
+    EXPECT_TRUE(bundle->SetIfDifferent("s", "a", value.c_str()));
+    const std::string after = ReadFile(path);
+    EXPECT_GT(after.size(), 40000u);
+    setInBatch();
+    EXPECT_TRUE(bundle->SetIfDifferent("s", "a", value.c_str()));
+    EXPECT_EQ(ReadFile(path), after) << "there was nothing to save";
+    bundle->SetCache("s", "b", 1);
+    EXPECT_TRUE(bundle->SetIfDifferent("s", "a", value.c_str()));
+    EXPECT_NE(ReadFile(path), after);
 }
 
 TEST_F(EncryptedIniFileTest, NoRoomForASaveMovesNoKey) {

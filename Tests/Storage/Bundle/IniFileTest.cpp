@@ -3,9 +3,13 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <memory>
+#include <numeric>
 #include <optional>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "Support/CapturedConsole.h"
 #include "Support/TestContainer.h"
@@ -124,6 +128,8 @@ TEST_F(IniFileTest, WritesKeepTheTextAroundThem) {
         {"[s]\na=1\n[t]\nc=3\n", "s", "b", "2", "[s]\nb=2\na=1\n[t]\nc=3\n"},  // in front of the section's last line
         {"[s]\n[t]\n", "s", "b", "2", "b=2\n[s]\n[t]\n"},                      // which may be its own header
         {"[s]\na=1\n[s]\nb=2\n", "s", "b", "3", "[s]\nb=3\na=1\n[s]\nb=2\n"},  // the first section of the name alone
+        {"[s]\na=1\n[t]\nc=3\n", "s", "[t]", "2", "[s]\n[t]=2\na=1\n[t]\nc=3\n"},  // a key that is a header
+        {"[s]\n[t]\n", "s", "[x", "2", "[x=2\n[s]\n[t]\n"},
     };
     for (const Case& c : cases) {
         EXPECT_TRUE(Open(c.before).WriteString(c.section, c.key, c.value));
@@ -137,6 +143,28 @@ TEST_F(IniFileTest, WritesKeepTheTextAroundThem) {
     EXPECT_EQ(Saved(), "\n[s]\na=-1\nc=3\n\n[t]\nb=1099511627776\n");
     EXPECT_TRUE(file.RemoveAll());
     EXPECT_EQ(Saved(), "");
+}
+
+TEST_F(IniFileTest, KeysAreFoundInWhateverOrderTheyCame) {
+    std::vector<int> numbers(2000);
+    std::iota(numbers.begin(), numbers.end(), 0);
+    std::shuffle(numbers.begin(), numbers.end(), std::mt19937(7));
+    IniFile& file = Open("[s]\nlast=x\n[t]\n[u]\na=1\n[u]\na=2\nb=3\n");
+    const auto key = [](int number) { return "k" + std::to_string(number); };
+    for (const int number : numbers) {
+        file.WriteString("s", (" " + key(number)).c_str(), "first");  // reads as the key without the blank
+        file.WriteInt("s", key(number).c_str(), number);
+    }
+    for (const int number : numbers) {
+        EXPECT_EQ(file.ReadInt("s", key(number).c_str(), -1), number);
+        const bool isToGo = number % 100 == 0;
+        EXPECT_EQ(isToGo && file.RemoveKey("s", (" " + key(number) + "=").c_str()), isToGo);
+    }
+    for (const int number : numbers)
+        EXPECT_EQ(file.ReadInt("s", key(number).c_str(), -1), number % 100 == 0 ? -1 : number);
+    EXPECT_STREQ(file.ReadString("s", "last", "").c_str(), "x");
+    EXPECT_EQ(file.ReadInt("u", "a", 0) * 10 + file.ReadInt("u", "b", 0), 13);
+    EXPECT_EQ(file.ReadInt("u", "none", -1), -1);
 }
 
 TEST_F(IniFileTest, KeysAndRemovalsGoByLines) {

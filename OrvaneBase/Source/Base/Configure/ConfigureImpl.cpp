@@ -1,7 +1,6 @@
 #include "Base/Configure/ConfigureImpl.h"
 
 #include <json/json.h>
-#include <locale.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -11,6 +10,7 @@
 #include "Base/CompactJson.h"
 #include "Base/Configure/AnswerReader.h"
 #include "Base/Configure/StringIterator.h"
+#include "Base/Container/StringConversion.h"
 #include "Base/QuernCommon.h"
 #include "Base/ReportHandler/ConfigureReport.h"
 #include "Base/XLog.h"
@@ -54,16 +54,6 @@ std::string BusinessParameters() {
     Json::Value parameters(Json::objectValue);
     parameters[kRuleIdKey] = 0;
     return WriteCompactJson(parameters);
-}
-
-// The number that a text begins with, whatever locale the application has set. False if it begins with none.
-bool ParseDouble(const char* text, double& value) {
-    static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
-    char* end = nullptr;
-    const double parsed = strtod_l(text, &end, plain);
-    if (end == text) return false;
-    value = parsed;
-    return true;
 }
 
 }  // namespace
@@ -120,7 +110,7 @@ long long ConfigureImpl::GetLong(const char* section, const char* key, long long
 // The store keeps no doubles but as texts.
 double ConfigureImpl::GetDouble(const char* section, const char* key, double defaultValue) {
     double value = defaultValue;
-    return ParseDouble(_bundle->Get(section, key, "").c_str(), value) ? value : defaultValue;
+    return str2double(_bundle->Get(section, key, "").c_str(), &value) ? value : defaultValue;
 }
 
 bool ConfigureImpl::GetBool(const char* section, const char* key, bool defaultValue) {

@@ -34,13 +34,20 @@ IRemoteConfig* FindRemoteConfig(const char*& broken) {
 }  // namespace
 
 std::atomic<OrvaneCoreRemoteConfig*> OrvaneCoreRemoteConfig::s_pInstance{nullptr};
+constinit OrvaneCoreRemoteConfig OrvaneCoreRemoteConfig::s_withoutConfig{nullptr};
 
-// Held by no lock, not even that of a local static: what is logged here may come back here, by way of a log callback
-// that logs a stage line. So the instance stands before anything is logged.
+// Under no lock, not even that of a local static: what is logged here may come back here, by way of a log callback that
+// logs a stage line. The links log on the way, so a search within a search ends at once; the line about a broken link
+// comes when the instance stands.
 OrvaneCoreRemoteConfig* OrvaneCoreRemoteConfig::GetInstance() {
     if (OrvaneCoreRemoteConfig* instance = s_pInstance.load(std::memory_order_acquire)) return instance;
+    static thread_local bool isLooking = false;
+    if (isLooking) return &s_withoutConfig;
     const char* broken = nullptr;
-    auto* made = new OrvaneCoreRemoteConfig(FindRemoteConfig(broken));
+    isLooking = true;
+    IRemoteConfig* const remoteConfig = FindRemoteConfig(broken);
+    isLooking = false;
+    auto* made = new OrvaneCoreRemoteConfig(remoteConfig);
     OrvaneCoreRemoteConfig* winner = nullptr;
     if (!s_pInstance.compare_exchange_strong(winner, made, std::memory_order_acq_rel)) {
         delete made;
@@ -49,8 +56,6 @@ OrvaneCoreRemoteConfig* OrvaneCoreRemoteConfig::GetInstance() {
     if (broken) ORVANE_LOG_ERROR("%s", broken);
     return made;
 }
-
-OrvaneCoreRemoteConfig::OrvaneCoreRemoteConfig(IRemoteConfig* remoteConfig) : _remoteConfig(remoteConfig) {}
 
 int OrvaneCoreRemoteConfig::GetInt(const char* key, int defaultValue) {
     return _remoteConfig ? _remoteConfig->GetInt(key, defaultValue) : defaultValue;

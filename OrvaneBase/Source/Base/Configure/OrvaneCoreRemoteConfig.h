@@ -13,7 +13,8 @@ namespace Orvane {
 class OrvaneCoreRemoteConfig {
 public:
     // Made at the first call, during start-up, without a lock; never destroyed. What it finds then is what it serves:
-    // made before the core plugin is installed, it gives defaults for the life of the process.
+    // made before the core plugin is installed, it gives defaults for the life of the process. To a log callback that
+    // comes here while the same thread looks for the core plugin, an object that gives defaults.
     static OrvaneCoreRemoteConfig* GetInstance();
 
     int GetInt(const char* key, int defaultValue);
@@ -24,9 +25,10 @@ public:
     std::string GetString(const char* key, const char* defaultValue);
 
 private:
-    explicit OrvaneCoreRemoteConfig(IRemoteConfig* remoteConfig);
+    constexpr explicit OrvaneCoreRemoteConfig(IRemoteConfig* remoteConfig) : _remoteConfig(remoteConfig) {}
 
     static std::atomic<OrvaneCoreRemoteConfig*> s_pInstance;
+    static OrvaneCoreRemoteConfig s_withoutConfig;
 
     IRemoteConfig* const _remoteConfig;  // owned by the service; null if a link on the way to it was broken
 };

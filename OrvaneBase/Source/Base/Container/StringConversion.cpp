@@ -1,6 +1,9 @@
 #include "Base/Container/StringConversion.h"
 
+#include <locale.h>
+
 #include <cstdio>
+#include <cstdlib>
 
 namespace Quern {
 namespace {
@@ -36,6 +39,16 @@ bool str2int(const char* text, int* result) {
 int str2int(const char* text) {
     int result = 0;
     return str2int(text, &result) ? result : 0;
+}
+
+bool str2double(const char* text, double* result) {
+    static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    if (!text || !result) return false;
+    char* end = nullptr;
+    const double number = strtod_l(text, &end, plain);
+    if (end == text) return false;
+    *result = number;
+    return true;
 }
 
 }  // namespace Quern

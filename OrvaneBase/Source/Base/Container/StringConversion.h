@@ -17,6 +17,8 @@ AString bool2str(bool value);
 bool str2int(const char* text, int* result);
 // The same; 0 if there is none.
 int str2int(const char* text);
+// The number, with a point and an exponent too, whatever the locale: as above.
+bool str2double(const char* text, double* result);
 
 }  // namespace Quern
 

@@ -18,8 +18,9 @@ namespace Quern {
 // - a text with a "," comes back as an array where a Value is read.
 //
 // Slot order is a contract. Any thread: each call on the file is whole, but a write with its save, and a read that goes
-// on to the manifest, are not whole together. A read waits for nobody, least of all the disk, so that a log callback
-// may read settings; a write waits for the disk.
+// on to the manifest, are not whole together. A read waits for no disk and no network, and behind a change at most for
+// another thread's step in memory, so that a log callback may read settings; a write waits for the disk. Making a
+// bundle opens its file.
 class Bundle {
 public:
     virtual ~Bundle() = default;

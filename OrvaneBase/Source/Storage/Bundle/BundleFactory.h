@@ -11,7 +11,7 @@
 
 namespace Quern {
 
-// What it gives stays its own.
+// What it gives stays its own. Any thread; not from a log callback.
 class BundleFactory {
 public:
     static BundleFactory* GetInstance();
@@ -29,7 +29,10 @@ public:
     void DestoryBundle(const char* name);
 
 private:
-    CMutex _mutex{true};  // guards _bundles
+    // Guards _bundles, and is held while one opens its file and while one is deleted: a second object over the file,
+    // even for a moment, would at its end write plain text over what the first one saved. Both log, so a log callback
+    // that comes here can meet the log's lock head on.
+    CMutex _mutex{true};
     std::map<std::string, std::unique_ptr<Bundle>> _bundles;
 };
 

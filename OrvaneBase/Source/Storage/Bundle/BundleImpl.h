@@ -31,8 +31,11 @@ public:
         Batch(const Batch&) = delete;
         Batch& operator=(const Batch&) = delete;
 
-        // Ends the batch: saves once if anything was noted, and not at all if nothing was. Gives the save's result,
-        // which is true also where the disk fails (Bundle.h), and true without a save. Further calls do nothing.
+        // Ends the batch: saves once if anything was noted, and not at all if nothing was or if the lines are again
+        // what the file has, as they were at the begin: so a batch that removes all and sets one pair saves nothing
+        // where that pair, and nothing else, was there. After a save that the disk refused it always saves. Gives the
+        // save's result, which is true also where the disk fails (Bundle.h), and true without a save. Further calls do
+        // nothing.
         // REQUIRES: the thread that made it; the bundle still lives.
         bool Commit();
 
@@ -81,7 +84,8 @@ public:
     AString GetMetaString(const char* section, const char* key, const char* defaultValue) override;
 
     // As Set, but saves nothing where the layer written at run time (not the manifest below it) holds the same text
-    // already, or in a batch: the result is true then, too. REQUIRES: `value` is not null.
+    // already, and in a batch: the result is true then, too. Changes that are in memory alone, after SetCache or after
+    // a save that the disk refused, are saved all the same. REQUIRES: `value` is not null.
     bool SetIfDifferent(const char* section, const char* key, const char* value);
 
 private:

@@ -54,7 +54,7 @@ bool CIniFileImpl::Load() {
     AString line;
     for (int length; (length = getline(file.get(), line)) >= 0;)
         loaded.AddLine({line.c_str(), static_cast<size_t>(length)});
-    _text.Replace(std::move(loaded));
+    NoteLoaded(std::move(loaded));
     return true;
 }
 
@@ -65,7 +65,7 @@ bool CIniFileImpl::Save() {
     std::string text = lines.Join('\n');
     if (!lines.Empty()) text += '\n';
     FileReplacement file(_path.c_str());
-    if (file.Prepare(text)) file.PutInPlace();
+    if (file.Prepare(text) && file.PutInPlace()) NoteSaved();
     return true;
 }
 
@@ -126,16 +126,25 @@ long long CIniFileImpl::ReadLongLong(const char* section, const char* key, long 
 }
 
 bool CIniFileImpl::WriteString(const char* section, const char* key, const char* value) {
-    bool isChanged = false;
-    return CIniFileImpl::ReplaceString(section, key, value, isChanged);
+    bool isUnsaved = false;
+    return CIniFileImpl::ReplaceString(section, key, value, isUnsaved);
 }
 
-bool CIniFileImpl::ReplaceString(const char* section, const char* key, const char* value, bool& isChanged) {
-    isChanged = false;
+template <typename Change>
+bool CIniFileImpl::Edit(Change change) {
+    const CCritical guard(&_mutex);
+    const bool isChanged = _text.Edit(change);
+    _isUnsaved = _isUnsaved || isChanged;
+    return isChanged;
+}
+
+bool CIniFileImpl::ReplaceString(const char* section, const char* key, const char* value, bool& isUnsaved) {
+    isUnsaved = false;
     if (!section || !key) return false;
     ORVANE_ASSERT(value != nullptr);
     const CCritical guard(&_mutex);
-    isChanged = _text.Edit([&](IniText& lines) { return lines.Write(section, key, value); });
+    Edit([&](IniText& lines) { return lines.Write(section, key, value); });
+    isUnsaved = _isUnsaved;
     return true;
 }
 
@@ -162,34 +171,44 @@ bool CIniFileImpl::IsContainKey(const char* section, const char* key) {
 
 bool CIniFileImpl::RemoveSection(const char* section) {
     if (!section) return false;
-    const CCritical guard(&_mutex);
-    return _text.Edit([&](IniText& lines) { return lines.RemoveSection(section); });
+    return Edit([&](IniText& lines) { return lines.RemoveSection(section); });
 }
 
 bool CIniFileImpl::RemoveKey(const char* section, const char* key) {
     if (!section || !key) return false;
-    const CCritical guard(&_mutex);
-    return _text.Edit([&](IniText& lines) { return lines.RemoveLine(section, key); });
+    return Edit([&](IniText& lines) { return lines.RemoveLine(section, key); });
 }
 
 bool CIniFileImpl::RemoveAll() {
-    const CCritical guard(&_mutex);
-    _text.Replace({});
-    return true;
+    return Edit([](IniText& lines) {
+        lines.Clear();
+        return true;
+    });
 }
 
 void CIniFileImpl::BeginBatch() {
     const CCritical guard(&_mutex);
-    ++_batches;
+    if (++_batches == 1 && !_isUnsaved) _saved = _text.Publish();
     _text.HoldBack();
 }
 
 bool CIniFileImpl::EndBatch() {
     const CCritical guard(&_mutex);
     _text.Release();
-    if (--_batches > 0 || !_isSaveDue) return true;
-    _isSaveDue = false;
+    if (--_batches > 0) return true;
+    const std::optional<IniText> saved = std::exchange(_saved, std::nullopt);
+    if (!std::exchange(_isSaveDue, false)) return true;
+    if (saved && saved->IsSameInFile(_text.Publish())) {
+        NoteSaved();
+        return true;
+    }
     return Save();
+}
+
+void CIniFileImpl::NoteLoaded(IniText text) {
+    _text.Replace(std::move(text));
+    _isUnsaved = false;
+    _saved.reset();
 }
 
 bool CIniFileImpl::PutOffSave() {

@@ -2,6 +2,8 @@
 #ifndef ORVANE_STORAGE_BUNDLE_C_INI_FILE_IMPL_H
 #define ORVANE_STORAGE_BUNDLE_C_INI_FILE_IMPL_H
 
+#include <optional>
+
 #include "Storage/Bundle/IniFile.h"
 #include "Storage/Bundle/SharedIniText.h"
 #include "System/Thread/Mutex.h"
@@ -41,6 +43,11 @@ public:
 protected:
     // Whether a batch keeps a save from being made; the batch's end makes it. REQUIRES: the mutex.
     bool PutOffSave();
+    // Memory has what the file has. REQUIRES: the mutex.
+    void NoteLoaded(IniText text);
+    void NoteSaved() { _isUnsaved = false; }
+    // The file has it in another form than a save gives it. REQUIRES: the mutex.
+    void NoteUnsaved() { _isUnsaved = true; }
 
     AString _path;
     SharedIniText _text;
@@ -50,10 +57,15 @@ private:
     // Reads a number; the default for an empty text.
     template <typename Number>
     Number ReadNumber(const char* section, const char* key, Number defaultValue, bool& found);
+    // Changes the text. True if change(IniText&) says that it did.
+    template <typename Change>
+    bool Edit(Change change);
 
     // Guarded by _mutex, so that no save is under way when a batch begins.
     int _batches = 0;
     bool _isSaveDue = false;
+    bool _isUnsaved = false;        // there was a change, and no save since that the disk took
+    std::optional<IniText> _saved;  // what the file had when the batches began; none if that was not what memory had
 };
 
 }  // namespace Quern

@@ -97,11 +97,12 @@ bool EncryptedIniFileImpl::Load() {
         fault = EncryptedIni::Parse(bytes, file);
         const bool isOpen = exists && fault == Fault::kNone && OpenBody(file.body, loaded);
         if (isOpen || TakeInterruptedSave(loaded)) {
-            _text.Replace(std::move(loaded));
+            NoteLoaded(std::move(loaded));
             return true;
         }
         seen = bytes;  // another process may have saved between the looks at file, key and new file
     }
+    if (exists) NoteUnsaved();  // plain text: the next save enciphers it, also of the same lines
     if (!exists)
         ORVANE_LOG_INFO("config file %s is not exist", _path.c_str());
     else if (fault != Fault::kNone)
@@ -118,23 +119,26 @@ bool EncryptedIniFileImpl::Save() {
     CurvePublicKey publicKey{};
     _MakeTeaKey(key, publicKey);
     const std::string bytes = EncryptedIni::Build(_text.Publish(), key, publicKey);
-    if (!bytes.empty()) Replace(bytes, key);  // a text too long for the format: the file stays, and so must its key
+    // A text too long for the format: the file stays, and so must its key.
+    if (!bytes.empty() && Replace(bytes, key)) NoteSaved();
     explicit_bzero(key.data(), key.size());
     WipeUsedStack();
     return true;
 }
 
-void EncryptedIniFileImpl::Replace(const std::string& bytes, const EncryptedIni::TeaKey& key) {
+bool EncryptedIniFileImpl::Replace(const std::string& bytes, const EncryptedIni::TeaKey& key) {
     FileReplacement file(_path.c_str());
-    if (file.Lock() && !FinishInterruptedSave(file)) return;
-    if (!file.Prepare(bytes)) return;
+    if (file.Lock() && !FinishInterruptedSave(file)) return false;
+    if (!file.Prepare(bytes)) return false;
     _SaveTeaKey(key);
     const bool hasOld = file.Old() && file.Old()->st_size > 0;
-    if (!IsKept(key) && hasOld) return;  // without its key the new file is of use to the peer alone
-    file.PutInPlace();
+    if (!IsKept(key) && hasOld) return false;  // without its key the new file is of use to the peer alone
+    const bool isInPlace = file.PutInPlace();
     // Whoever went past the lock may have moved the key after this did, and the file before; or both after.
+    if (IsKept(key)) return isInPlace;
     std::string now;
-    if (!IsKept(key) && ReadFile(_path.c_str(), now) && now == bytes) _SaveTeaKey(key);
+    if (ReadFile(_path.c_str(), now) && now == bytes) _SaveTeaKey(key);
+    return false;  // nobody knows
 }
 
 bool EncryptedIniFileImpl::TakeInterruptedSave(IniText& text) {

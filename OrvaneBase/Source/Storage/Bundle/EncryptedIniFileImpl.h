@@ -28,8 +28,8 @@ private:
     void _SaveTeaKey(const EncryptedIni::TeaKey& key);
     // Leaves the key as it is if none is kept, and the rest of it if what is kept is too short.
     void _GetTeaKey(EncryptedIni::TeaKey& key);
-    // Puts a new file and its key in the place of the old ones, both or neither.
-    void Replace(const std::string& bytes, const EncryptedIni::TeaKey& key);
+    // Puts a new file and its key in the place of the old ones, both or neither. Whether they are there now.
+    bool Replace(const std::string& bytes, const EncryptedIni::TeaKey& key);
     // Reads the new file of a save that was cut short right behind its key, and puts it in place. False if there is
     // none.
     bool TakeInterruptedSave(IniText& text);

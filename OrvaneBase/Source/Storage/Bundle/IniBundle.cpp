@@ -127,8 +127,8 @@ bool IniBundle::RemoveCacheAll() {
 }
 
 bool IniBundle::SetIfDifferent(const char* section, const char* key, const char* value) {
-    bool isChanged = false;
-    return _file && _file->ReplaceString(section, key, value, isChanged) && (!isChanged || _file->Save());
+    bool isUnsaved = false;
+    return _file && _file->ReplaceString(section, key, value, isUnsaved) && (!isUnsaved || _file->Save());
 }
 
 void IniBundle::BeginBatch() {

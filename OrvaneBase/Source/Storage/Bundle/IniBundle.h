@@ -61,7 +61,7 @@ public:
     bool RemoveCacheValueForKey(const char* section, const char* key);
     bool RemoveCacheAll();
 
-    // As Set, without a save where the file's text says so already. True then, too.
+    // As Set, without a save where all that is in memory is in the file already. True then, too.
     bool SetIfDifferent(const char* section, const char* key, const char* value);
     // IniFile's. Without a file the end gives true.
     void BeginBatch();

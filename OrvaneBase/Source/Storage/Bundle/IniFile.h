@@ -9,8 +9,8 @@ namespace Quern {
 
 // Everything is stored as text. A null section or key finds and writes nothing. The forms of values, comments and
 // sections: IniText.h. Slot order is a contract. Any thread: changes, Load and Save come one after the other, a Save
-// with its wait for the disk; the reads, GetAllKeys and IsContainKey wait for none of them. Nothing guards the file
-// against a second object or process.
+// with its wait for the disk; the reads, GetAllKeys and IsContainKey wait for no disk, and behind a change at most for
+// another thread's step in memory. Nothing guards the file against a second object or process.
 class IniFile {
 public:
     // Each gives a new object over the file, already loaded as plain text, which the caller deletes. A file that cannot
@@ -53,10 +53,14 @@ public:
 
     // Further slots, behind those of the contract.
 
-    // As WriteString; `isChanged` tells whether the line of the key is another now.
-    virtual bool ReplaceString(const char* section, const char* key, const char* value, bool& isChanged) = 0;
+    // As WriteString; `isUnsaved` tells whether memory has changes, this one or earlier ones, since the file was last
+    // loaded or written: a Save that the disk refused leaves them unsaved, and so does a plain file where an enciphered
+    // one is wanted.
+    virtual bool ReplaceString(const char* section, const char* key, const char* value, bool& isUnsaved) = 0;
     // From here to the end of the batch a Save only notes that it was asked for, whichever thread asks; the end saves
-    // if one did, and gives that save's result, or true. Batches may overlap and nest: the last end saves.
+    // if one did, and gives that save's result, or true. It does not save where the lines are what the file has: those
+    // of the begin, if all was saved by then; empty lines, which a Load drops, do not count. Batches may overlap and
+    // nest: the last end saves.
     // REQUIRES: a batch ends on the thread that began it, before the object is deleted.
     virtual void BeginBatch() = 0;
     virtual bool EndBatch() = 0;

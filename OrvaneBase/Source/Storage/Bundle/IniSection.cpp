@@ -6,6 +6,11 @@
 #include "Base/Container/TrimBlanks.h"
 
 namespace Quern {
+namespace {
+
+constexpr size_t kFewest = 32;  // entries that are worth a merge
+
+}  // namespace
 
 IniSection::IndexedLine IniSection::Parse(std::string text) {
     IndexedLine line{std::move(text)};
@@ -23,44 +28,87 @@ bool IniSection::KeyOf(size_t at, std::string_view& key) const {
     return _lines[at].assignment != kNone;
 }
 
-bool IniSection::IsBefore(size_t line, std::string_view key, size_t otherLine) const {
-    const int order = _lines[line].Key().compare(key);
-    return order < 0 || (order == 0 && line < otherLine);
+size_t IniSection::PlaceIn(const Index& index, std::string_view key, size_t line) const {
+    const auto isBefore = [this, key](uint32_t entry, size_t wanted) {
+        const int order = _lines[entry].Key().compare(key);
+        return order < 0 || (order == 0 && entry < wanted);
+    };
+    const bool isBehindAll = index.empty() || isBefore(index.back(), line);
+    const auto place = isBehindAll ? index.end() : std::lower_bound(index.begin(), index.end(), line, isBefore);
+    return static_cast<size_t>(place - index.begin());
 }
 
-IniSection::Index::iterator IniSection::EntryOf(std::string_view key, size_t line) {
-    return std::lower_bound(_byKey.begin(), _byKey.end(), line,
-                            [this, key](uint32_t entry, size_t wanted) { return IsBefore(entry, key, wanted); });
+size_t IniSection::FindIn(const Index& index, std::string_view key) const {
+    const size_t place = PlaceIn(index, key, 0);
+    return place < index.size() && _lines[index[place]].Key() == key ? index[place] : kNone;
 }
 
 size_t IniSection::Find(std::string_view key) const {
-    const auto entry =
-        std::lower_bound(_byKey.begin(), _byKey.end(), key,
-                         [this](uint32_t line, std::string_view wanted) { return _lines[line].Key() < wanted; });
-    return entry != _byKey.end() && _lines[*entry].Key() == key ? *entry : kNone;
+    const size_t found = FindIn(_byKey, key);
+    return _recent.empty() ? found : std::min(found, FindIn(_recent, key));
 }
 
-void IniSection::Append(IndexedLine line) {
-    const size_t at = Size();
-    _lines.push_back(std::move(line));
-    if (_lines[at].assignment == kNone) return;
-    const std::string_view key = _lines[at].Key();
-    const bool isLast = _byKey.empty() || IsBefore(_byKey.back(), key, at);  // as keys mostly come in order
-    _byKey.insert(isLast ? _byKey.end() : EntryOf(key, at), static_cast<uint32_t>(at));
+IniSection::Index& IniSection::IndexOf(size_t line, size_t& place) {
+    place = PlaceIn(_byKey, _lines[line].Key(), line);
+    if (place < _byKey.size() && _byKey[place] == line) return _byKey;
+    place = PlaceIn(_recent, _lines[line].Key(), line);
+    return _recent;
+}
+
+void IniSection::Enter(size_t line) {
+    if (_lines[line].assignment == kNone) return;
+    const std::string_view key = _lines[line].Key();
+    if (PlaceIn(_byKey, key, line) == _byKey.size()) {
+        _byKey.push_back(static_cast<uint32_t>(line));
+        return;
+    }
+    _recent.insert(_recent.begin() + static_cast<std::ptrdiff_t>(PlaceIn(_recent, key, line)),
+                   static_cast<uint32_t>(line));
+    if (_recent.size() > kFewest && _recent.size() * _recent.size() > _byKey.size()) MergeRecent();
+}
+
+// From behind, a stretch between two entries at a time.
+void IniSection::MergeRecent() {
+    const Index old = std::exchange(_byKey, Index(_byKey.size() + _recent.size()));
+    auto out = _byKey.end();
+    auto end = old.end();
+    for (auto entry = _recent.rbegin(); entry != _recent.rend(); ++entry) {
+        const auto at = old.begin() + static_cast<std::ptrdiff_t>(PlaceIn(old, _lines[*entry].Key(), *entry));
+        out = std::copy_backward(at, end, out);
+        *--out = *entry;
+        end = at;
+    }
+    std::copy_backward(old.begin(), end, out);
+    _recent.clear();
+}
+
+void IniSection::Append(std::string line) {
+    _lines.push_back(Parse(std::move(line)));
+    Enter(Size() - 1);
 }
 
 void IniSection::InsertBeforeLast(std::string line) {
-    IndexedLine last = _lines.back();
-    Erase(Size() - 1);
-    Append(Parse(std::move(line)));
-    Append(std::move(last));
+    const size_t at = Size() - 1;
+    if (_lines[at].assignment != kNone) {
+        size_t place = 0;
+        Index& index = IndexOf(at, place);
+        ++index[place];  // still behind all of its key
+    }
+    _lines.insert(_lines.end() - 1, Parse(std::move(line)));
+    Enter(at);
 }
 
 void IniSection::Erase(size_t at) {
-    if (_lines[at].assignment != kNone) _byKey.erase(EntryOf(_lines[at].Key(), at));
+    if (_lines[at].assignment != kNone) {
+        size_t place = 0;
+        Index& index = IndexOf(at, place);
+        index.erase(index.begin() + static_cast<std::ptrdiff_t>(place));
+    }
     _lines.erase(_lines.begin() + static_cast<std::ptrdiff_t>(at));
-    for (uint32_t& entry : _byKey)
-        if (entry > at) --entry;
+    if (at == Size()) return;
+    for (Index* const index : {&_byKey, &_recent})
+        for (uint32_t& entry : *index)
+            if (entry > at) --entry;
 }
 
 }  // namespace Quern

@@ -26,7 +26,7 @@ public:
     size_t Find(std::string_view key) const;
 
     // REQUIRES: the line keeps to what the class says.
-    void Append(std::string line) { Append(Parse(std::move(line))); }
+    void Append(std::string line);
     // REQUIRES: there is a last line.
     void InsertBeforeLast(std::string line);
     void Erase(size_t at);
@@ -44,16 +44,22 @@ private:
 
         std::string_view Key() const { return std::string_view(text).substr(keyAt, keyLength); }
     };
-    using Index = std::vector<uint32_t>;
+    using Index = std::vector<uint32_t>;  // lines, by key and then by place
 
     static IndexedLine Parse(std::string text);
-    void Append(IndexedLine line);
-    bool IsBefore(size_t line, std::string_view key, size_t otherLine) const;
     // Where in the index the line is, or would be.
-    Index::iterator EntryOf(std::string_view key, size_t line);
+    size_t PlaceIn(const Index& index, std::string_view key, size_t line) const;
+    size_t FindIn(const Index& index, std::string_view key) const;
+    // The index that has the line, and where. REQUIRES: the line has a key and is entered.
+    Index& IndexOf(size_t line, size_t& place);
+    void Enter(size_t line);
+    void MergeRecent();
 
     std::vector<IndexedLine> _lines;
-    Index _byKey;  // the lines that have a key, by key and then by place
+    // Each line that has a key is in one of the two. Keys mostly come in order, which the first takes at its end; what
+    // comes in between waits in the second, which is short, so that no order of keys makes an entry expensive.
+    Index _byKey;
+    Index _recent;
 };
 
 }  // namespace Quern

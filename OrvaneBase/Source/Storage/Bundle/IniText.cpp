@@ -1,5 +1,7 @@
 #include "Storage/Bundle/IniText.h"
 
+#include <algorithm>
+
 #include "Base/Container/TrimBlanks.h"
 #include "Storage/Bundle/IniSection.h"
 
@@ -40,8 +42,7 @@ std::string KeyLine(std::string_view key, std::string_view value) {
 }  // namespace
 
 void IniText::Clear() {
-    _sections.clear();
-    _names.reset();
+    *this = {};
 }
 
 void IniText::AddLine(std::string_view line) {
@@ -64,28 +65,44 @@ void IniText::AddName(size_t section) {
     else if (_names.use_count() > 1)
         _names = std::make_shared<Names>(*_names);
     const auto found = _names->find(name);
-    (found != _names->end() ? found->second : (*_names)[std::string(name)]).push_back(section);
+    Numbers& numbers = found != _names->end() ? found->second : (*_names)[std::string(name)];
+    const auto isBefore = [this](uint32_t number, size_t wanted) { return _places[number] < wanted; };
+    numbers.insert(std::lower_bound(numbers.begin(), numbers.end(), section, isBefore),
+                   static_cast<uint32_t>(_places.size()));
+    _places.push_back(static_cast<uint32_t>(section));
+    _hasRepeated = _hasRepeated || numbers.size() > 1;
+}
+
+void IniText::IndexNames() {
+    _names.reset();
+    _places.clear();
+    _hasRepeated = false;
+    _repeatedKeys.reset();
+    for (size_t place = 1; place < _sections.size(); ++place)
+        AddName(place);
+    if (_sections.size() == 1 && _sections[0]->Size() == 0) _sections.clear();
 }
 
 IniSection& IniText::Own(size_t section) {
+    _repeatedKeys.reset();
     std::shared_ptr<IniSection>& owned = _sections[section];
     if (owned.use_count() > 1) owned = std::make_shared<IniSection>(*owned);
     return *owned;
 }
 
-template <typename Edit>
-void IniText::Rebuild(Edit edit) {
-    std::vector<std::vector<std::string>> lines;
-    for (const auto& section : _sections) {
-        lines.emplace_back();
-        for (size_t at = 0; at < section->Size(); ++at)
-            lines.back().push_back(section->Line(at));
+void IniText::InsertHeader(size_t section, std::string line) {
+    auto made = std::make_shared<IniSection>();
+    made->Append(std::move(line));
+    IniSection& before = Own(section);
+    if (before.Size() > 1) {
+        made->Append(before.Line(before.Size() - 1));
+        before.Erase(before.Size() - 1);
+        ++section;
     }
-    edit(lines);
-    Clear();
-    for (std::vector<std::string>& section : lines)
-        for (std::string& line : section)
-            Append(std::move(line));
+    _sections.insert(_sections.begin() + static_cast<std::ptrdiff_t>(section), std::move(made));
+    for (uint32_t& place : _places)
+        place += place >= section ? 1 : 0;
+    AddName(section);
 }
 
 std::string IniText::Join(char separator) const {
@@ -106,36 +123,91 @@ std::string IniText::Join(char separator) const {
     return text;
 }
 
-const std::vector<size_t>* IniText::Find(std::string_view section) const {
+const std::string* IniText::NextLine(Place& place) const {
+    for (; place.section < _sections.size(); ++place.section, place.line = 0)
+        while (place.line < _sections[place.section]->Size()) {
+            const std::string& line = _sections[place.section]->Line(place.line++);
+            if (!line.empty()) return &line;
+        }
+    return nullptr;
+}
+
+bool IniText::IsSameInFile(const IniText& other) const {
+    for (Place mine, theirs;;) {
+        const std::string* const line = NextLine(mine);
+        const std::string* const otherLine = other.NextLine(theirs);
+        if (!line || !otherLine) return line == otherLine;
+        if (*line != *otherLine) return false;
+    }
+}
+
+const IniText::Numbers* IniText::Find(std::string_view section) const {
     if (!_names) return nullptr;
     const auto found = _names->find(section);
     return found == _names->end() ? nullptr : &found->second;
 }
 
-bool IniText::Find(std::string_view section, std::string_view key, std::string_view& value) const {
-    const std::vector<size_t>* const places = IsPossibleKey(key) ? Find(section) : nullptr;
-    if (!places) return false;
-    for (const size_t place : *places) {
-        const IniSection& found = *_sections[place];
-        const size_t at = found.Find(key);
-        if (at == kNone) continue;
-        const std::string_view rest = std::string_view(found.Line(at)).substr(found.AssignmentOf(at) + 1);
-        if (rest.empty()) return false;
-        value = TrimBlanks(rest.substr(0, rest.find('#')));
+std::string_view IniText::KeyAt(const Place& place) const {
+    std::string_view key;
+    _sections[place.section]->KeyOf(place.line, key);
+    return key;
+}
+
+void IniText::IndexRepeatedSections() {
+    if (!_hasRepeated || _repeatedKeys) return;
+    auto repeated = std::make_shared<RepeatedKeys>();
+    for (const auto& [name, numbers] : *_names) {
+        if (numbers.size() < 2) continue;
+        std::vector<Place>& places = (*repeated)[numbers.front()];
+        std::string_view key;
+        for (const uint32_t number : numbers)
+            for (Place at{_places[number], 0}; at.line < _sections[at.section]->Size(); ++at.line)
+                if (_sections[at.section]->KeyOf(at.line, key)) places.push_back(at);
+        std::stable_sort(places.begin(), places.end(),
+                         [this](const Place& a, const Place& b) { return KeyAt(a) < KeyAt(b); });
+        const auto isSame = [this](const Place& a, const Place& b) { return KeyAt(a) == KeyAt(b); };
+        places.erase(std::unique(places.begin(), places.end(), isSame), places.end());
+    }
+    _repeatedKeys = std::move(repeated);
+}
+
+bool IniText::FindKey(const Numbers& sections, std::string_view key, Place& place) const {
+    if (sections.size() > 1 && _repeatedKeys) {
+        const std::vector<Place>& places = _repeatedKeys->at(sections.front());
+        const auto found =
+            std::lower_bound(places.begin(), places.end(), key,
+                             [this](const Place& at, std::string_view wanted) { return KeyAt(at) < wanted; });
+        if (found == places.end() || KeyAt(*found) != key) return false;
+        place = *found;
         return true;
+    }
+    for (const uint32_t number : sections) {
+        place = {_places[number], _sections[_places[number]]->Find(key)};
+        if (place.line != kNone) return true;
     }
     return false;
 }
 
+bool IniText::Find(std::string_view section, std::string_view key, std::string_view& value) const {
+    const Numbers* const sections = IsPossibleKey(key) ? Find(section) : nullptr;
+    Place place;
+    if (!sections || !FindKey(*sections, key, place)) return false;
+    const IniSection& found = *_sections[place.section];
+    const std::string_view rest = std::string_view(found.Line(place.line)).substr(found.AssignmentOf(place.line) + 1);
+    if (rest.empty()) return false;
+    value = TrimBlanks(rest.substr(0, rest.find('#')));
+    return true;
+}
+
 bool IniText::Write(std::string_view section, std::string_view key, std::string_view value) {
-    const std::vector<size_t>* const places = Find(section);
-    if (!places) {
+    const Numbers* const sections = Find(section);
+    if (!sections) {
         Append({});
         Append(HeaderLine(section));
         Append(KeyLine(key, value));
         return true;
     }
-    const size_t place = places->front();
+    const size_t place = _places[sections->front()];
     const IniSection& found = *_sections[place];
     const size_t at = IsPossibleKey(key) ? found.Find(key) : kNone;
     if (at != kNone) {
@@ -150,10 +222,7 @@ bool IniText::Write(std::string_view section, std::string_view key, std::string_
     if (place + 1 == _sections.size())
         Append(std::move(line));
     else if (BeginsHeader(line))
-        Rebuild([&](auto& lines) {
-            auto& into = found.Size() > 1 ? lines[place] : lines[place - 1];
-            into.insert(found.Size() > 1 ? into.end() - 1 : into.end(), std::move(line));
-        });
+        InsertHeader(place, std::move(line));
     else if (found.Size() > 1)
         Own(place).InsertBeforeLast(std::move(line));
     else
@@ -163,9 +232,9 @@ bool IniText::Write(std::string_view section, std::string_view key, std::string_
 
 std::vector<std::string_view> IniText::Keys(std::string_view section) const {
     std::vector<std::string_view> keys;
-    const std::vector<size_t>* const places = Find(section);
-    if (!places) return keys;
-    const IniSection& found = *_sections[places->front()];
+    const Numbers* const sections = Find(section);
+    if (!sections) return keys;
+    const IniSection& found = *_sections[_places[sections->front()]];
     std::string_view key;
     for (size_t at = 0; at < found.Size(); ++at)
         if (found.KeyOf(at, key)) keys.push_back(key);
@@ -181,9 +250,10 @@ std::vector<std::string_view> IniText::Sections() const {
 }
 
 bool IniText::FindLine(std::string_view section, std::string_view prefix, Place& place) const {
-    const std::vector<size_t>* const places = Find(section);
-    if (!places) return false;
-    for (place = {places->front(), 1}; place.section < _sections.size(); ++place.section, place.line = 0) {
+    const Numbers* const sections = Find(section);
+    if (!sections) return false;
+    for (place = Place{_places[sections->front()], 1}; place.section < _sections.size();
+         ++place.section, place.line = 0) {
         const IniSection& lines = *_sections[place.section];
         for (; place.line < lines.Size(); ++place.line)
             if (lines.Line(place.line).starts_with(prefix)) return true;
@@ -192,28 +262,32 @@ bool IniText::FindLine(std::string_view section, std::string_view prefix, Place&
 }
 
 bool IniText::HasLine(std::string_view section, std::string_view prefix) const {
-    Place unused{};
+    Place unused;
     return FindLine(section, prefix, unused);
 }
 
 bool IniText::RemoveLine(std::string_view section, std::string_view prefix) {
-    Place place{};
+    Place place;
     if (!FindLine(section, prefix, place)) return false;
-    if (place.line > 0)
+    if (place.line > 0) {
         Own(place.section).Erase(place.line);
-    else
-        Rebuild([&place](auto& lines) { lines[place.section].erase(lines[place.section].begin()); });
+        return true;
+    }
+    // A header: what is behind it belongs to the section before.
+    const std::shared_ptr<IniSection> headless = _sections[place.section];
+    IniSection& before = Own(place.section - 1);
+    for (size_t at = 1; at < headless->Size(); ++at)
+        before.Append(headless->Line(at));
+    _sections.erase(_sections.begin() + static_cast<std::ptrdiff_t>(place.section));
+    IndexNames();
     return true;
 }
 
 bool IniText::RemoveSection(std::string_view section) {
-    const std::vector<size_t>* const places = Find(section);
-    if (!places) return false;
-    _sections.erase(_sections.begin() + static_cast<std::ptrdiff_t>(places->front()));
-    _names.reset();
-    for (size_t place = 1; place < _sections.size(); ++place)
-        AddName(place);
-    if (_sections.size() == 1 && _sections[0]->Size() == 0) _sections.clear();
+    const Numbers* const sections = Find(section);
+    if (!sections) return false;
+    _sections.erase(_sections.begin() + static_cast<std::ptrdiff_t>(_places[sections->front()]));
+    IndexNames();
     return true;
 }
 

@@ -9,6 +9,7 @@
 #define ORVANE_STORAGE_BUNDLE_INI_TEXT_H
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -30,6 +31,11 @@ public:
     // The lines, with `separator` between them.
     std::string Join(char separator) const;
     bool Empty() const { return _sections.empty(); }
+    // Whether a file of either reads as one of the other: it comes back without its empty lines.
+    bool IsSameInFile(const IniText& other) const;
+
+    // For many reads without an edit: where many sections have one name, a read need not look into each of them.
+    void IndexRepeatedSections();
 
     // The trimmed value of the key, searched in every section of that name until found. A line "key=" with nothing
     // behind it ends the search without a value; one with only a comment has an empty value. Valid until the next edit.
@@ -58,28 +64,40 @@ private:
     struct TextHash : std::hash<std::string_view> {
         using is_transparent = void;
     };
-    // Where the sections of a name are, in their order.
-    using Names = std::unordered_map<std::string, std::vector<size_t>, TextHash, std::equal_to<>>;
+    // The numbers of the sections of a name, in the order in which these stand.
+    using Numbers = std::vector<uint32_t>;
+    using Names = std::unordered_map<std::string, Numbers, TextHash, std::equal_to<>>;
     struct Place {
-        size_t section;
-        size_t line;
+        size_t section = 0;
+        size_t line = 0;
     };
+    // Of a name that several sections have, by its first one's number: the first line of each key, by key.
+    using RepeatedKeys = std::unordered_map<uint32_t, std::vector<Place>>;
 
     // Null if there is none of that name.
-    const std::vector<size_t>* Find(std::string_view section) const;
+    const Numbers* Find(std::string_view section) const;
     // False if there is no such line.
+    bool FindKey(const Numbers& sections, std::string_view key, Place& place) const;
     bool FindLine(std::string_view section, std::string_view prefix, Place& place) const;
+    // Goes on to the next line that is not empty; null behind the last one.
+    const std::string* NextLine(Place& place) const;
+    std::string_view KeyAt(const Place& place) const;
     void Append(std::string line);
-    // For edits by which a line moves to another section: takes the text apart and puts it together again.
-    template <typename Edit>
-    void Rebuild(Edit edit);
+    // A header's line goes into a section of its own, in front of the one of that name and whatever it ends with.
+    void InsertHeader(size_t section, std::string line);
+    // A section is there, or is gone.
     void AddName(size_t section);
-    // The section, shared no longer.
+    void IndexNames();
+    // The section, shared no longer, to be changed.
     IniSection& Own(size_t section);
 
     // What stands in front of the first header, then a section a line that begins with "[". No line is in any other.
     std::vector<std::shared_ptr<IniSection>> _sections;
     std::shared_ptr<Names> _names;  // null as long as there is none
+    // Where the section of a number is: all that a section between others changes for those behind it.
+    std::vector<uint32_t> _places;
+    bool _hasRepeated = false;
+    std::shared_ptr<const RepeatedKeys> _repeatedKeys;  // null until asked for, and from the next edit on
 };
 
 }  // namespace Quern

@@ -28,7 +28,9 @@ void SharedIniText::PublishChanges() const {
 }
 
 void SharedIniText::PublishText() const {
-    _published.Publish(_text);
+    IniText version = _text;
+    version.IndexRepeatedSections();
+    _published.Publish(std::move(version));
     _isAhead.store(false, std::memory_order_release);
 }
 

@@ -49,7 +49,8 @@ public:
     // Pairs, each on one thread; of threads that do so at a time the first one is the holder.
     void HoldBack();
     void Release();
-    // Spares the next reader the publishing, and gives the newest text. REQUIRES: no change until that copy is gone.
+    // Spares the next reader the publishing, and gives the newest text. REQUIRES: the caller's lock keeps changes off
+    // while that copy is destroyed.
     IniText Publish();
 
 private:
