@@ -84,7 +84,7 @@ public:
 
     /// Tells who the user is, for all modules and for the next run too; the next request to the server says so. Writes
     /// a file, so not on every frame. Not from a log callback, which may log and read settings, and nothing else.
-    /// \param openId a null counts as an empty text
+    /// \param openId a null counts as an empty text; no line end in it, at which the stored text would be two lines
     virtual void SetUserInfo(int channelId, const char* openId) = 0;
     /// Asks the server once more, for all modules, and does not wait for the answer. Does nothing while a request is on
     /// its way, but to let it retry anew, and none where no server is known. Not from a log callback.
