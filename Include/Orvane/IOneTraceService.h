@@ -24,7 +24,8 @@ public:
     virtual void SpanStart(const char* context, const char* name, const char* locName, const char* rmtName) = 0;
     /// Sets a tag. A null does nothing.
     virtual void SpanFlush(const char* context, const char* key, const char* value) = 0;
-    /// Stops the clock, reports the span and ends it. A second call for one span does nothing.
+    /// Stops the clock, reports the span and ends it. A second call for one span does nothing, if it is given a copy
+    /// of the text: CreateContext's own goes with the span, so whoever may finish twice, or on two threads, keeps one.
     virtual void SpanFinish(const char* context, const char* errCode, const char* errMsg) = 0;
 
     /// The one object, made at the first call. Not exported, as the next: for the library itself.

@@ -26,8 +26,12 @@ enum YarrowDataType : int32_t {
 /// and nothing else happens.
 ///
 /// Any thread, several at a time. One lock is held while an operation runs, also over the calls to the login plugin
-/// (CreateContext) and to the data plugin (ReportContext): these may trace on their own thread, but must not wait for
-/// another thread that traces. Nor may a callback of the log trace, which runs under the log's lock.
+/// (CreateContext) and to the data plugin (ReportContext): these may trace from inside the call, but must not wait for
+/// another thread that traces, nor destroy an HTTP task, which waits for a listener that may be tracing. Nor may a
+/// callback of the log trace, which runs under the log's lock.
+///
+/// A span's text is part of the span and goes with it: whoever may end a span twice, or use it on two threads, keeps a
+/// copy of the text and gives that to each call.
 class ITraceService : public IPluginService {
 public:
     /// Whether the setting "YarrowEnable" was on when the service was made. No other operation asks this.
@@ -48,10 +52,10 @@ public:
     virtual const char* CreateContext(const char* parentContext, const char* publicType, const char* privateType) = 0;
     /// Sets one value of a span. The field "name" also sets "ts" to the present time, in microseconds since the epoch,
     /// and "errcode" also sets "dur" to the time since "ts", in microseconds too; without a "ts" it counts from the
-    /// epoch. An empty value is a value.
+    /// epoch. An empty value is a value. Do not set the ids "tid", "sid" and "pid": the span is then known by another
+    /// text, and under the id of another span takes that one's place, which is lost.
     /// \return false, and nothing changed, for a null key or value; false for a type that is no YarrowDataType, and
-    /// then
-    ///         the span is lost: no operation finds it any more, and its memory is not given back
+    ///         then the span is lost: no operation finds it any more, and its memory is not given back
     virtual bool FlushContext(const char* context, YarrowDataType type, const char* key, const char* value) = 0;
     /// Sends the span as an event "YarrowClient" of the data plugin: 17 fields, empty where nothing was set. The span
     /// stays, and may be sent again.
@@ -91,7 +95,7 @@ inline const char* sg_get_traceid(PluginBase* plugin) {
     return service ? service->GetTraceId() : nullptr;
 }
 
-/// \return ITraceService::CreateContext; null without tracing
+/// \return ITraceService::CreateContext, valid until sg_span_finish; null without tracing
 inline const char* sg_create_context(PluginBase* plugin, const char* parentContext, const char* privateType,
                                      const char* publicType = kYarrowGameType) {
     ITraceService* service = sg_get_ready_trace_service(plugin, publicType);
@@ -116,7 +120,8 @@ inline void sg_span_flush(PluginBase* plugin, const char* context, const char* k
     if (service && context) service->FlushContext(context, kYarrowUserTag, key, value);
 }
 
-/// Stops the clock, sets "errcode" and "errmsg", sends the span and deletes it. A second call finds nothing.
+/// Stops the clock, sets "errcode" and "errmsg", sends the span and deletes it. A second call finds nothing, if it is
+/// given a copy of the text: CreateContext's own went with the span.
 inline void sg_span_finish(PluginBase* plugin, const char* context, const char* errCode, const char* errMsg,
                            const char* publicType = kYarrowGameType) {
     ITraceService* service = sg_get_ready_trace_service(plugin, publicType);

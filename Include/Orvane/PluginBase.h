@@ -4,6 +4,8 @@
 #ifndef ORVANE_PLUGIN_BASE_H
 #define ORVANE_PLUGIN_BASE_H
 
+#include <atomic>
+
 #include "Orvane/IPlugin.h"
 #include "Orvane/IPluginManager.h"
 #include "Orvane/RunTime.h"
@@ -28,13 +30,14 @@ inline IPluginManager* gs_GetOrvanePluginManager() {
 /// runs while its library loads.
 class PluginBase : public IPlugin {
 public:
-    /// Looks the manager up unless it is cached already.
+    /// Looks the manager up unless it is cached already. Any thread: all find the same one.
     void GetCachePluginManager() {
-        if (!_pluginManager) _pluginManager = gs_GetOrvanePluginManager();
+        if (!GetPluginManager()) _pluginManager.store(gs_GetOrvanePluginManager(), std::memory_order_release);
     }
 
     /// \return the cached manager; null before a successful GetCachePluginManager. Never looks anything up.
-    IPluginManager* GetPluginManager() const { return _pluginManager; }
+    ///         Any thread.
+    IPluginManager* GetPluginManager() const { return _pluginManager.load(std::memory_order_acquire); }
 
     /// Installs a plugin (as a rule `this`) in the cached manager. Does nothing, silently, without a cached manager.
     void RegisterPlugin(IPlugin* plugin) {
@@ -50,7 +53,7 @@ public:
     }
 
 private:
-    IPluginManager* _pluginManager = nullptr;
+    std::atomic<IPluginManager*> _pluginManager{nullptr};  // laid out as a plain pointer
 };
 
 }  // namespace Plugin

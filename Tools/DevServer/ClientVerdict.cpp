@@ -107,6 +107,8 @@ std::string WithStatus(const Answer& answer, const std::string& verdict) {
     return verdict + " (the status " + std::to_string(answer.status) + " is not looked at)";
 }
 
+constexpr size_t kLargestStock = 4 << 20;  // the ids, with 4 bytes for each and for their count
+
 // Why the client refuses the text; empty if it takes it. `odd` is the first of the ids that no server issues.
 std::string ReadStock(const std::string& text, size_t& count, std::string& odd) {
     Json::Value answer;
@@ -128,8 +130,11 @@ std::string ReadStock(const std::string& text, size_t& count, std::string& odd) 
     if (!ids.isArray()) return std::string("\"traceids\" is ") + KindOf(ids);
     if (ids.size() != static_cast<Json::ArrayIndex>(stated))
         return "\"count\" is " + std::to_string(stated) + ", and there are " + Counted(ids.size(), "id");
+    size_t stored = 4;
     for (const Json::Value& id : ids) {
         if (!id.isConvertibleTo(Json::stringValue)) return std::string("one of the ids is ") + KindOf(id);
+        stored += 4 + (id.isString() ? id.asString().size() : 0);
+        if (stored > kLargestStock) return "the ids are more than the 4 MiB that a stock holds";
         if (odd.empty() && !IsIssuedTraceId(id.asString())) odd = std::string("\"").append(id.asString()).append("\"");
     }
     count = ids.size();

@@ -28,8 +28,12 @@ void TraceSpan(const std::string& words) {
     std::string name, word;
     in >> name;
     char context[kRoom], trace[kRoom];
-    if (!orvanecore_onetrace_CreateContext(nullptr, nullptr, context, kRoom) || *context == '\0' ||
-        !orvanecore_onetrace_GetTraceId(trace, kRoom)) {
+    // A span whose text does not fit is made all the same, and stays: without its text nobody can end it.
+    if (!orvanecore_onetrace_CreateContext(nullptr, nullptr, context, kRoom)) {
+        orvane_console_log("orvane-host: the server's trace id is too long for a span's text of %d bytes", kRoom);
+        return;
+    }
+    if (*context == '\0' || !orvanecore_onetrace_GetTraceId(trace, kRoom)) {
         orvane_console_log("orvane-host: no tracing");
         return;
     }

@@ -2,6 +2,10 @@
 #ifndef ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_SINGLETON_H
 #define ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_SINGLETON_H
 
+#include <atomic>
+
+#include "Base/MakeOnce.h"
+
 namespace Orvane::Plugin {
 
 template <typename T>
@@ -9,18 +13,17 @@ class Singleton {
 public:
     virtual ~Singleton() = default;
 
-    // Not locked: the first use is on the main thread, during start-up.
+    // Any thread. Of two objects made at once one is deleted again: T's constructor and destructor have no effect.
     static T* GetInstance() {
-        if (!m_pInstance) m_pInstance = new T;
-        return m_pInstance;
+        return Quern::MakeOnce(m_pInstance, [] { return new T; });
     }
 
 private:
-    static T* m_pInstance;
+    static std::atomic<T*> m_pInstance;
 };
 
 template <typename T>
-T* Singleton<T>::m_pInstance = nullptr;
+std::atomic<T*> Singleton<T>::m_pInstance{nullptr};
 
 }  // namespace Orvane::Plugin
 

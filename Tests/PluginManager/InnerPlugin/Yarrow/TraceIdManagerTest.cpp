@@ -7,6 +7,7 @@
 #include "DevServer/HostileJson.h"
 #include "DevServer/TraceIdProtocol.h"
 #include "PluginManager/InnerPlugin/Yarrow/TraceFixture.h"
+#include "PluginManager/InnerPlugin/Yarrow/YarrowUtil.h"
 #include "Support/HttpServer.h"
 #include "Support/WaitFor.h"
 #include "System/Thread/Time.h"
@@ -69,6 +70,17 @@ TEST_F(TraceIds, EveryFieldHasItsPlace) {
     EXPECT_EQ(Field(standIn, 112, 150), 0u);
     EXPECT_EQ(Field(standIn, 151, 191), uint64_t{1} << (190 - 151));
     EXPECT_EQ(Field(manager.GetTraceId().c_str(), 48, 79), 1u);
+
+    std::string alphabet;
+    for (const unsigned first : {0u, 32u}) {
+        std::bitset<192> bits;
+        for (size_t at = 0; at < 192; ++at)
+            bits[at] = ((first + at / 6) >> (5 - at % 6) & 1) != 0;
+        char text[33];
+        Orvane::Plugin::YarrowUtil::Bit2Base64(text, sizeof text, bits);
+        alphabet += text;
+    }
+    EXPECT_EQ(alphabet, "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ+_");
 }
 
 TEST_F(TraceIds, OneIsTakenFromTheStockAndMoreAreAskedForWhenFewAreLeft) {
@@ -120,15 +132,17 @@ TEST_F(TraceIds, AnAnswerIsTakenWholeOrNotAtAll) {
     using namespace OrvaneDevServer;
     std::vector<HostileDocument> documents = HostileDocuments(Protocol::kTraceIds);
     documents.push_back({"an error", TraceIdError(7, "no")});
+    documents.push_back({"more than a stock holds", TraceIdAnswer({std::string(4 << 20, 'i'), "j"})});
+    documents.push_back({"as much", TraceIdAnswer({std::string((4 << 20) - 12, 'i'), ""})});
     for (uint64_t seed = 0; seed < 500; ++seed)
         documents.push_back({"seed " + std::to_string(seed), Mutate(TraceIdAnswer({"id1", "id2"}), seed)});
-    TraceIdManager manager;
     std::string lines;
     for (const auto& [name, text] : documents) {
+        TraceIdManager manager;
         WriteFile(stock, "as it was");
         OrvaneDevServer::Answer answer;
         answer.body = text;
-        manager.OnDataTaskFinished(nullptr, Quern::kWWWErrorNone, 500, text.data(),
+        manager.OnDataTaskFinished(nullptr, Quern::kWWWErrorOther, 500, text.data(),
                                    static_cast<long long>(text.size()));
         EXPECT_EQ(ReadFile(stock) == "as it was", TraceIdVerdict(answer).find("will add ") != 0) << name << text;
         for (const std::string& line : console.Take())
@@ -138,7 +152,7 @@ TEST_F(TraceIds, AnAnswerIsTakenWholeOrNotAtAll) {
          {"TraceService::OnDataTaskFinished Invalid params", "parseTraceIdData parse json object fail",
           "json is not Object", "parseTraceIdData check member failed", "parseTraceIdData retcode:7",
           "parseTraceIdData invalid param count:0", "parseTraceIdData fail",
-          "parseTraceIdData count error, count:3, traceids.size():2"})
+          "parseTraceIdData count error, count:3, traceids.size():2", "parseTraceIdData traceids too large, count:2"})
         EXPECT_THAT(lines, HasSubstr(std::string("Warning [Yarrow] ") + line + "\n"));
 }
 
@@ -167,6 +181,57 @@ TEST_F(TraceIds, ARefillServesTheNextRunAlsoWhenItComesLate) {
     }  // with the request under way
     isHeld = false;
     EXPECT_EQ(ReadFile(stock), Stock({"new 1", "new 2"}));
+    TraceIdManager last;
+    EXPECT_STREQ(last.GetTraceId().c_str(), "new 1");
+    EXPECT_TRUE(OrvaneTest::WaitFor([&] {
+        return ReadFile(stock) == Stock({"new 2", "new 1", "new 2"});
+    })) << "its own answer, and no other";
+}
+
+TEST_F(TraceIds, AStockThatCannotBeWrittenStaysAsItWas) {
+    const std::string file = Stock({"one", "two", "3", "4", "5", "6", "7", "8"}),
+                      answer = OrvaneDevServer::TraceIdAnswer({"9"});
+    const std::string path = "Info [Yarrow] traceIdStorePath :" + stock + "\n";
+    WriteFile(stock, file);
+    fs::create_directories(stock + ".new/occupied");
+    TraceIdManager manager;
+    const auto told = [this] {
+        std::string all;
+        for (const std::string& line : console.Take())
+            if (line.find("[Yarrow]") != std::string::npos && line.find("Invalid params") == std::string::npos)
+                all += line + "\n";
+        return all;
+    };
+    const auto arrive = [&] {
+        manager.OnDataTaskFinished(nullptr, Quern::kWWWErrorOther, 200, answer.data(),
+                                   static_cast<long long>(answer.size()));
+    };
+    told();
+    EXPECT_STREQ(manager.GetTraceId().c_str(), "one");
+    EXPECT_EQ(told(), path +
+                          "Debug [Yarrow] read data from traceIdStore len:48\n"
+                          "Info [Yarrow] traceId obj size:8\nDebug [Yarrow] after traceId obj size:7\n"
+                          "Warning [Yarrow] traceIdStore write fail\nInfo [Yarrow] requestTraceIdList url:"
+                          "?buzid=4886718345&setid=0&pritype=0&pubtype=1&count=30\n");
+    arrive();
+    EXPECT_EQ(told(), "Info [Yarrow] task:(nil), error:1, httpStatus:200, totolSize:" + std::to_string(answer.size()) +
+                          ", data:" + answer +
+                          "\nInfo [Yarrow] parseTraceIdData retcode:0, retmsg:ok\n"
+                          "Info [Yarrow] parseTraceIdData traceid count:1\n"
+                          "Info [Yarrow] traceIdStore open fail\nWarning [Yarrow] appendTraceIdSettoFile fail\n");
+    EXPECT_EQ(ReadFile(stock), file);
+    fs::remove_all(stock + ".new");
+    Quern::AArray huge;
+    huge.Add(std::string(4 << 20, 'i').c_str());
+    EXPECT_FALSE(manager.appendTraceIdSettoFile(&huge));
+    arrive();
+    EXPECT_EQ(ReadFile(stock), Stock({"two", "3", "4", "5", "6", "7", "8", "9", "9"})) << "nothing of the refused";
+    EXPECT_FALSE(fs::exists(stock + ".new"));
+    told();
+    EXPECT_STREQ(TraceIdManager().GetTraceId().c_str(), "two");
+    EXPECT_THAT(told(), testing::EndsWith(
+                            path + "Debug [Yarrow] read data from traceIdStore len:51\n"
+                                   "Info [Yarrow] traceId obj size:9\nDebug [Yarrow] after traceId obj size:8\n"));
 }
 
 TEST_F(TraceIds, TheSettingsAreToldAsTheyAreNow) {
@@ -184,6 +249,21 @@ TEST_F(TraceIds, TheSettingsAreToldAsTheyAreNow) {
               "[Yarrow][YarrowEnable]:1 [Yarrow][YarrowLowerLimit]:-1 [Yarrow][YarrowUpperLimit]:9 "
               "[Yarrow][YarrowRequestCount]:-1 [Yarrow][YarrowStoreFilename]:../escape [Yarrow][YarrowUrl]:unknown "
               "[Yarrow][YarrowBackupUrl]:unknown [Yarrow][YarrowStoreFileEncrypt]:0 ");
+    for (const auto& [key, value] : {std::pair("LowerLimit", "0"), {"RequestCount", "7"}, {"StoreFilename", "other"}})
+        Set(("Yarrow" + std::string(key)).c_str(), value);
+    const std::string other = OrvaneTest::CacheFolder() + "/other";
+    for (const bool isLast : {false, true}) {
+        WriteFile(other, isLast ? Stock({"a"}) : Stock({"a", "b"}));
+        EXPECT_STREQ(TraceIdManager().GetTraceId().c_str(), "a");
+        EXPECT_THAT(
+            console.Take(),
+            testing::AllOf(
+                Contains("Info [Yarrow] TraceConfig LowerLimit:0, UpperLimit:9, RequestCount:7, "
+                         "StoreFileName:" +
+                         other),
+                Contains(HasSubstr("requestTraceIdList url:?buzid=4886718345&setid=0&pritype=0&pubtype=1&count=7"))
+                    .Times(isLast)));
+    }
 }
 
 }  // namespace

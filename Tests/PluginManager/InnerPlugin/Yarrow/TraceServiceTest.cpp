@@ -1,7 +1,9 @@
 #include "PluginManager/InnerPlugin/Yarrow/TraceService.h"
 
 #include <atomic>
+#include <barrier>
 #include <random>
+#include <regex>
 #include <thread>
 
 #include "Base/XLog.h"
@@ -9,6 +11,7 @@
 #include "PluginManager/InnerPlugin/Yarrow/SpanContext.h"
 #include "PluginManager/InnerPlugin/Yarrow/TraceFixture.h"
 #include "Storage/Log/Logger.h"
+#include "Support/WaitFor.h"
 #include "System/Thread/Time.h"
 
 namespace {
@@ -155,7 +158,136 @@ TEST_F(TraceServiceTest, TheFiveExportedCalls) {
         EXPECT_EQ(std::string(value, 64), std::string(64, '\0'));
         EXPECT_TRUE(orvanecore_onetrace_GetTraceId(value, 64));
         EXPECT_EQ(*value == '\0', std::string(closed) == "YarrowEnable") << "the hit rules do not bar the trace id";
+        // Made past the gate, which bars each step.
+        const std::string span = Service().CreateContext(nullptr, "0", nullptr);
+        journal.clear();
+        orvanecore_onetrace_SpanStart(span.c_str(), "n", "l", "r");
+        orvanecore_onetrace_SpanFlush(span.c_str(), "tag", "t");
+        orvanecore_onetrace_SpanFinish(span.c_str(), "3", "m");
+        EXPECT_TRUE(journal.empty() && Service().ReportContext(span.c_str())) << closed;
+        EXPECT_THAT(journal, AllOf(Contains(Added("locname", "")), Contains(Added("tags", "{}")),
+                                   Contains(Added("errmsg", ""))));
+        Set(closed, closed == std::string("YarrowEnable") ? "true" : "1");
     }
+    // A public type of the caller's own.
+    Set("YarrowTargetMode", "2");
+    Set("YarrowWhiteList", "100");
+    NewService();
+    PluginBase* const core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
+    EXPECT_EQ(sg_create_context(core, nullptr, "k"), nullptr);
+    const std::string own = sg_create_context(core, nullptr, "k", "100");
+    journal.clear();
+    sg_span_start(core, own.c_str(), "n", "l", "r", "100");
+    sg_span_flush(core, own.c_str(), "tag", "t", "100");
+    sg_span_finish(core, own.c_str(), "0", "m", "100");
+    EXPECT_THAT(journal, AllOf(Contains(Added("pubtype", "100")), Contains(Added("name", "n")),
+                               Contains(Added("tags", "{\"tag\":\"t\"}")), Contains(Added("errmsg", "m"))));
+}
+
+// What a span's way leaves in the log, with what changes masked.
+TEST_F(TraceServiceTest, EveryStepIsTold) {
+    OrvaneTest::FakeRavel login;
+    OrvaneTest::WriteFile(stock, std::string("\0\0\0\1\0\0\0\3tid", 11));
+    Service().GetTraceId();
+    std::string sid = "no span yet";
+    const auto told = [&] {
+        std::string all;
+        for (const std::string& line : console.Take()) {
+            const bool isOurs = line.find("Yarrow] ") != std::string::npos || line.find("TraceService::") < 10;
+            if (isOurs && line.find("OnDataTaskFinished") == std::string::npos) all += line + "\n";
+        }
+        for (const auto& [pattern, mask] :
+             {std::pair<std::string, const char*>("0x[0-9a-f]+", "PTR"), {"[01]{66}", "BITS"}, {"[0-9]{16}", "T"}})
+            all = std::regex_replace(all, std::regex(pattern), mask);
+        for (size_t at = 0; (at = all.find(sid)) != std::string::npos;)
+            all.replace(at, sid.size(), "SID");
+        return all;
+    };
+    const auto set = [](const std::string& key, const std::string& value) {
+        return "Debug [Yarrow] SpanContext::Set key:" + key + ", value:" + value + "\n";
+    };
+    const std::string tag = "Debug [Yarrow] SpanContext::SetTag key:k",
+                      flush = "Debug TraceService::FlushContext context:";
+    const std::string read = set("tid", "tid") + set("pid", "above") + set("sid", "SID");
+    told();
+    const std::string span = Service().CreateContext("t-p-above-1", nullptr, "7");
+    sid = span.substr(span.size() - 13, 11);
+    EXPECT_EQ(told(), set("tid", "t") + set("pid", "p") + set("sid", "above") + "Debug [Yarrow] span id bitset:BITS\n" +
+                          set("tid", "tid") + set("sid", "SID") + set("pid", "above") + set("buzid", "4886718345") +
+                          set("kind", "1") + set("setid", "0") + set("pubtype", "-1") + set("pritype", "7") +
+                          set("openid", "someone") + "Debug [Yarrow] _strcontext:tid-above-SID-1\n");
+    Service().FlushContext(span.c_str(), kYarrowReportField, "name", "n");
+    for (const char* value : {"v", "w"})
+        Service().FlushContext(span.c_str(), kYarrowUserTag, "k", value);
+    EXPECT_EQ(told(), flush + "PTR, dataType:1, key:name, value:n\n" + read + set("ts", "T") + set("name", "n") +
+                          flush + "PTR, dataType:2, key:k, value:v\n" + read + tag + ", value:v\n" + flush +
+                          "PTR, dataType:2, key:k, value:w\n" + read + tag + " erased\n" + tag + ", value:w\n");
+    Service().ReportContext(span.c_str());
+    std::string fields;
+    for (const char* field : {"tid, v:tid", "sid, v:SID", "pid, v:above", "kind, v:1", "buzid, v:4886718345",
+                              "setid, v:0", "pritype, v:7", "pubtype, v:-1", "name, v:n", "ts, v:T", "dur, v:",
+                              "errcode, v:", "errmsg, v:", "openid, v:someone", "locname, v:", "rmtname, v:"})
+        fields += std::string("Debug [Yarrow] _reportContext k:") + field + "\n\n";
+    EXPECT_EQ(told(), read + fields +
+                          "Debug [Yarrow] SpanContext::GetEncodedUserData k:k, v:w\n"
+                          "Info [Yarrow] _encodedUserData size:9, _encodedUserData:{\"k\":\"w\"}\n");
+    Service().IsReady("100");
+    Service().DestroyContext(span.c_str());
+    EXPECT_EQ(told(), "Debug [Yarrow] publicType:100, isHit:1\n" + read);
+    for (const char* kind : {"White", "Black"}) {
+        Set("YarrowTargetMode", *kind == 'W' ? "2" : "3");
+        Set((std::string("Yarrow") + kind + "List").c_str(), "a|b");
+        NewService();
+        EXPECT_THAT(told(), testing::EndsWith(std::string("Info [Yarrow] TargetMode:") + (*kind == 'W' ? "2" : "3") +
+                                              "\nInfo [Yarrow] " + kind +
+                                              "List:a|b\nInfo [Yarrow] YarrowClient IsEnabled:1\n"));
+    }
+    login.loggedIn = false;
+    Service().CreateContext(nullptr, nullptr, nullptr);
+    EXPECT_THAT(told(), testing::HasSubstr("Warning [Yarrow] get login ret failed\n"));
+}
+
+// The exports' first calls come before the launch, during it, and all at once.
+TEST(TraceExports, MayComeBeforeTheLaunch) {
+    const OrvaneTest::CapturedConsole console;
+    const OrvaneTest::FakeInfoDictionary info;
+    OrvaneTest::FakeConfigure configure;
+    configure.Set("OrvaneCore", "YarrowEnable", "true");
+    std::string ids("\0\0\0\x9", 4);
+    for (int i = 1; i <= 9; ++i)
+        ids += std::string("\0\0\0\1", 4) + std::to_string(i);
+    OrvaneTest::WriteFile(OrvaneTest::CacheFolder() + "/traceids.store", ids);
+    std::barrier start(9);
+    std::vector<std::string> spans(8);
+    std::vector<OrvaneCoreInnerPlugin*> cores(8);
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < 8; ++i)
+        threads.emplace_back([&, i] {
+            char span[64] = "";
+            start.arrive_and_wait();
+            cores[i] = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
+            OrvaneTest::WaitFor([&] {
+                return orvanecore_onetrace_GetTraceId(span, 64) &&
+                       orvanecore_onetrace_CreateContext(nullptr, nullptr, span, 64) && *span;
+            });
+            orvanecore_onetrace_SpanStart(span, "n", "l", "r");
+            orvanecore_onetrace_SpanFlush(span, "k", "v");
+            orvanecore_onetrace_SpanFinish(span, "0", "");
+            spans[i] = span;
+        });
+    start.arrive_and_wait();
+    auto* const core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
+    core->GetCachePluginManager();
+    core->RegisterPlugin(core);
+    PluginManager::GetInstance()->Startup();
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_THAT(cores, testing::Each(core));
+    EXPECT_THAT(spans, testing::Each(StartsWith("1--"))) << "one service, and one id taken";
+    TraceService::ReleaseInstance();
+    const OrvaneTest::FakeConfigure none;
+    EXPECT_FALSE(TraceService::GetInstance()->IsEnabled()) << "where nothing is set";
+    TraceService::ReleaseInstance();
 }
 
 // Counts the events, and keeps the last report of each thread.

@@ -73,7 +73,8 @@ TEST_F(TracingContract, EverySlotWorks) {
     EXPECT_TRUE(service->Put(context, 1, "name", "n") && service->Put(context, 2, "tag", "t"));
     EXPECT_TRUE(journal.empty() && service->Send(context));
     EXPECT_THAT(journal, Contains("add 'pritype'='kind'"));
-    EXPECT_TRUE(service->Unmake(context) && !service->Send("gone"));
+    const std::string copy = context;
+    EXPECT_TRUE(service->Unmake(context) && !service->Send(copy.c_str()));
 
     auto* const calls = Contract::As<Contract::FiveCalls>(Orvane::IOneTraceService::GetInstance());
     EXPECT_STREQ(calls->TraceId(), service->TraceId());

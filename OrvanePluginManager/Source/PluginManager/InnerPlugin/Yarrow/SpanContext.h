@@ -34,7 +34,7 @@ private:
     // Looked up by texts that are no std::string.
     using Texts = std::map<std::string, std::string, std::less<>>;
 
-    // The last of tracing's locks: only the log's are taken under it. Recursive: a callback of the log may come back.
+    // The last of tracing's locks: only the log's are taken under it. Recursive: reading a text sets fields.
     Quern::CMutex _mutex{true};
     Texts _context;  // these four under _mutex
     Texts _tags;

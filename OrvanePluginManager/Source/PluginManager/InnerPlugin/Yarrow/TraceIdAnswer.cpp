@@ -4,6 +4,8 @@
 
 #include <exception>
 
+#include "PluginManager/InnerPlugin/Yarrow/TraceIdStore.h"
+
 namespace Orvane::Plugin {
 namespace {
 
@@ -30,6 +32,12 @@ bool Read(const Json::Value& value, std::string& out) {
     return true;
 }
 
+// Without a copy of it. What is no text is short as one, and counts as nothing.
+size_t TextLength(const Json::Value& value) {
+    const char *begin = nullptr, *end = nullptr;
+    return value.getString(&begin, &end) ? static_cast<size_t>(end - begin) : 0;
+}
+
 Fault ReadIds(const Json::Value& result, TraceIdAnswer& answer) {
     if (!result.isObject() || !result.isMember("count") || !result.isMember("traceids")) return Fault::kNoIds;
     if (!Read(result["count"], answer.count)) return Fault::kNoIds;
@@ -37,7 +45,10 @@ Fault ReadIds(const Json::Value& result, TraceIdAnswer& answer) {
     const Json::Value& ids = result["traceids"];
     answer.size = ids.isArray() ? static_cast<int>(ids.size()) : 0;
     if (answer.size != answer.count) return Fault::kCount;
+    size_t encoded = sizeof(int32_t);
     for (const Json::Value& id : ids) {
+        encoded += sizeof(int32_t) + TextLength(id);
+        if (encoded > kLargestTraceIdStore) return Fault::kTooLarge;
         if (!Read(id, answer.traceIds.emplace_back())) return Fault::kNoIds;
     }
     return Fault::kNone;

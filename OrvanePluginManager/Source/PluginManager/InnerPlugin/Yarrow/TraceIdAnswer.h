@@ -18,7 +18,8 @@ struct TraceIdAnswer {
         kRetcode,     // the server's error
         kNoIds,       // "count" or "traceids" is missing or of another kind; so is an id
         kCountBelowOne,
-        kCount,  // not as many ids as "count" says
+        kCount,     // not as many ids as "count" says
+        kTooLarge,  // the ids alone are more than a stock holds
     };
 
     Fault fault = Fault::kNotJson;

@@ -38,9 +38,6 @@ constexpr char kStoreEncrypt[] = "YarrowStoreFileEncrypt";  // the file is plain
 
 constexpr char kDefaultStoreFilename[] = "traceids.store";
 
-// A hundred thousand ids. A file beyond that is no stock, and is neither read nor made.
-constexpr int kLargestStore = 4 << 20;
-
 // The types that the refill asks for, and that a stand-in bears.
 constexpr unsigned short kPrivateType = 0;
 constexpr unsigned short kPublicType = 1;
@@ -66,6 +63,18 @@ std::string StoreFilename() {
     if (IsFileName(name)) return name;
     ORVANE_LOG_WARNING("[Yarrow] %s is no file name:%s", kStoreFilename, name.c_str());
     return kDefaultStoreFilename;
+}
+
+// Gives the file new content, so that a kill or a full disk leaves the old stock or the new one. False if it is the old
+// one. Without a sync, for which the first span would wait: a loss of power may leave an empty stock.
+bool ReplaceFile(const AString& path, const AString& bytes) {
+    const std::string next = std::string(path.c_str()) + ".new";
+    CFile file;
+    const bool isWritten = file.Open(next.c_str(), Quern::kFileRecreate) && file.Write(bytes.data(), bytes.length());
+    file.Close();
+    if (isWritten && CFile::Rename(next.c_str(), path.c_str())) return true;
+    CFile::Remove(next.c_str());
+    return false;
 }
 
 void LogSetting(const char* key, int value) {
@@ -108,6 +117,9 @@ void LogAnswer(const TraceIdAnswer& answer) {
         case Fault::kCount:
             ORVANE_LOG_WARNING("[Yarrow] parseTraceIdData count error, count:%d, traceids.size():%d", answer.count,
                                answer.size);
+            return;
+        case Fault::kTooLarge:
+            ORVANE_LOG_WARNING("[Yarrow] parseTraceIdData traceids too large, count:%d", answer.count);
             return;
     }
 }
@@ -185,7 +197,7 @@ AString TraceIdManager::pop1TraceIdfromFile(int& count) {
         return {};
     }
     const int length = file.GetLength();
-    if (length > kLargestStore) {
+    if (length > kLargestTraceIdStore) {
         ORVANE_LOG_WARNING("[Yarrow] traceIdStore is too large:%d", length);
         return {};
     }
@@ -205,12 +217,11 @@ AString TraceIdManager::pop1TraceIdfromFile(int& count) {
         _traceIdStore.traceIds.RemoveFirstObject();
     }
     ORVANE_LOG_DEBUG("[Yarrow] after traceId obj size:%d", _traceIdStore.traceIds.Count());
-    if (file.Open(path, Quern::kFileRecreate)) {
-        AString bytes;
-        if (_traceIdStore.Encode(bytes)) file.Write(bytes.data(), bytes.length());
-        file.Close();
+    AString bytes;
+    if (_traceIdStore.Encode(bytes) && ReplaceFile(_config.storeFileName, bytes))
         count = _traceIdStore.traceIds.Count();
-    }
+    else
+        ORVANE_LOG_WARNING("[Yarrow] traceIdStore write fail");
     return traceId;
 }
 
@@ -271,15 +282,14 @@ bool TraceIdManager::parseTraceIdData(AArray* ids, const char* data, int length)
 
 bool TraceIdManager::appendTraceIdSettoFile(AArray* ids) {
     if (!ids) return false;
-    _traceIdStore.traceIds.Add(ids);
+    _tagTraceIdStore whole = _traceIdStore;
+    whole.traceIds.Add(ids);
     AString bytes;
-    const bool isEncoded = _traceIdStore.Encode(bytes) && bytes.length() <= kLargestStore;
-    CFile file;
-    if (isEncoded && !file.Open(_config.storeFileName.c_str(), Quern::kFileRecreate)) {
-        ORVANE_LOG_INFO("[Yarrow] traceIdStore open fail");
-        return false;
-    }
-    return isEncoded && file.Write(bytes.data(), bytes.length());
+    if (!whole.Encode(bytes) || bytes.length() > kLargestTraceIdStore) return false;
+    _traceIdStore = whole;
+    if (ReplaceFile(_config.storeFileName, bytes)) return true;
+    ORVANE_LOG_INFO("[Yarrow] traceIdStore open fail");
+    return false;
 }
 
 void TraceIdManager::DumpCloudCtrlData() const {

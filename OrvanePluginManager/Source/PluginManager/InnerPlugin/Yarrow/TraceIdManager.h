@@ -46,9 +46,11 @@ public:
     // Adds the ids of an answer, all or none.
     virtual bool parseTraceIdData(Quern::AArray* ids, const char* data, int length);
     // Takes the first id out of the file, which is made if it is not there. Empty if there is none; `count` is how many
-    // are left, and stays as it was where that is not known.
+    // are left, and stays as it was where that is not known,
+    // nor if the file could not be written: the next run then takes the same id.
     virtual Quern::AString pop1TraceIdfromFile(int& count);
-    // Writes the file anew, with these ids behind those that the pop left.
+    // Writes the file anew, with these ids behind those that the pop left. False, and nothing changed, for null and for
+    // more than a stock holds; false if the file could not be written, which then is as it was.
     virtual bool appendTraceIdSettoFile(Quern::AArray* ids);
     // A trace id of the device's own, of 32 characters; the last is always "2", which no issued one is.
     //   positions 0-31    game id, its low bits

@@ -11,7 +11,11 @@
 
 namespace Orvane::Plugin {
 
-// A count or a length beyond the file's end is cut to what is there: such ids are empty, or missing.
+// However large: a stock beyond this, a hundred thousand ids, is neither read nor made.
+constexpr int kLargestTraceIdStore = 4 << 20;
+
+// Any bytes can be read. A count is cut to the bytes behind it. A length below 1, or beyond the file's end, gives an
+// empty id, and the reading goes on behind the length.
 struct _tagTraceIdStore : Quern::_tagArborBufferBase {
     _tagTraceIdStore* Clone() const override;
     void WriteTo(Quern::CArborBufferWriter& writer) const override;

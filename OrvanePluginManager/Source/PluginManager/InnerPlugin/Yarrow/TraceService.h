@@ -7,10 +7,11 @@
 //   TraceIdManager::_mutex  over the first trace id: its file, and the making of the request for more
 //   SpanContext::_mutex
 //
-// All but the first are recursive for a plugin, or a callback of the log, that traces from inside. Under each the locks
-// of settings and log may be taken. A task is made, asked and told its listener under ours, for which the tasks take
-// leaf locks and their own; none of ours is held where one is destroyed or where an answer is taken, so that _sMutex is
-// never waited for under them.
+// All are recursive: steps take the service's again, and a plugin may trace from inside. A callback of the log may not,
+// since it runs under the log's lock. Under each of ours the locks of settings and log may be taken; under the
+// manager's for the first trace id also the default bundle's (the game id), and those of the HTTP task that is made,
+// told its listener and asked: its own, and leaf locks. None of ours is held where a task is destroyed or where an
+// answer is taken, so that _sMutex is never waited for under them.
 #ifndef ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_YARROW_TRACE_SERVICE_H
 #define ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_YARROW_TRACE_SERVICE_H
 
@@ -48,8 +49,10 @@ public:
     bool ReportContext(const char* context) override;
     bool DestroyContext(const char* context) override;
 
-    // The steps of the above. They take the lock again where they touch what it guards.
+    // The steps of the above. Those that touch spans, lists or mode take the lock again; genSpanId and what is done to
+    // one span leave it to the caller.
 
+    // Reads the mode and its list, behind the entries that are there. Called once.
     virtual void initTargetList();
     virtual bool isTargetHit(const char* publicType);
     // As TraceIdManager::GenSpanId; false for a size below 1 and without a manager too.
