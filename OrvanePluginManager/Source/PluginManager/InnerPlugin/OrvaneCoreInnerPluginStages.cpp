@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Base/Configure/Configure.h"
+#include "Base/Configure/FileUploader.h"
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 #include "Base/QuernCommon.h"
 #include "Base/TaskSystem/TaskSystem.h"
@@ -76,8 +77,8 @@ void TakeUserFromBundle() {
     Quern::BundleImpl& bundle = *Quern::BundleFactory::GetInstance()->GetDefaultBundle();
     const Quern::AString channelId = bundle.Get("Config", "channelid", "");
     const Quern::AString openId = bundle.Get("Config", "openid", "");
-    if (channelId.Length() == 0 || openId.Length() == 0) return;
-    if (channelId.Length() > kLongestUserText || openId.Length() > kLongestUserText) {
+    if (channelId.length() == 0 || openId.length() == 0) return;
+    if (channelId.length() > kLongestUserText || openId.length() > kLongestUserText) {
         ORVANE_LOG_WARNING("bundle get openid or channelid is invalid!");
         return;
     }
@@ -149,6 +150,7 @@ void OrvaneCoreInnerPlugin::onStartYarrowClient(Quern::ObjectOperation* operatio
 
 void OrvaneCoreInnerPlugin::onStartConfigure(Quern::ObjectOperation* operation, void* data) {
     if (!operation) return;
+    Configure::GetInstance()->AddObserver("Upload", FileUploader::GetInstance());
     Configure::GetInstance()->Start();
     if (!OrvaneCoreRemoteConfig::GetInstance()->GetBool("TaskSystemEnable", false)) return;
     ORVANE_LOG_INFO("TaskSystem start");

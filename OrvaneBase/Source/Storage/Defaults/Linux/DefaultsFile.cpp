@@ -43,8 +43,7 @@ Content Refuse(Content content, const std::string& path, const char* why) {
 Content Read(const std::string& path, Json::Value& root) {
     root = Json::objectValue;
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
-        return errno == ENOENT ? Content::kNone : Refuse(Content::kUnreadable, path, strerror(errno));
+    if (descriptor < 0) return errno == ENOENT ? Content::kNone : Refuse(Content::kUnreadable, path, strerror(errno));
     const std::unique_ptr<FILE, int (*)(FILE*)> file(fdopen(descriptor, "rb"), fclose);
     if (!file) {
         close(descriptor);

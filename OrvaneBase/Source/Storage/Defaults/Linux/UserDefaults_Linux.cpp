@@ -20,8 +20,7 @@ constexpr mode_t kPrivate = 0700;
 // writes until nothing is left to write, and ends. Never destroyed: the thread may outlive whoever set a value.
 class DefaultsInMemory final : public UserDefaults {
 public:
-    DefaultsInMemory()
-        : _folder(PathSource::Current().Home() + "/Library"), _path(_folder + "/UserDefaults.json") {}
+    DefaultsInMemory() : _folder(PathSource::Current().Home() + "/Library"), _path(_folder + "/UserDefaults.json") {}
 
     Json::Value Dictionary(const std::string& key) override {
         Load();
@@ -43,9 +42,7 @@ public:
     }
 
 private:
-    const Json::Value* Find(const std::string& key) const {
-        return _values.find(key.data(), key.data() + key.size());
-    }
+    const Json::Value* Find(const std::string& key) const { return _values.find(key.data(), key.data() + key.size()); }
 
     // Two threads may both read the file, and the second gives way: no lock is held over that, which may log.
     void Load() {
