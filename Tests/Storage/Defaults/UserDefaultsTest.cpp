@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <json/value.h>
-#include <sys/stat.h>
 
 #include "PluginManager/InnerPlugin/CrashReportEntry.h"
 #include "Support/TestContainer.h"
@@ -24,11 +23,6 @@ Json::Value Entry(const char* key, const char* value) {
     return entry;
 }
 
-ino_t FileNumber() {
-    struct stat state {};
-    return stat(kPath.c_str(), &state) == 0 ? state.st_ino : 0;
-}
-
 TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
     OrvaneTest::WriteFile(kPath, R"({"FennelSDKInfos":{"0123456789":"2.0"},"list":[1]})");
     Orvane::Plugin::registerFennel();
@@ -40,14 +34,13 @@ TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
     Quern::UserDefaults& defaults = Quern::UserDefaults::Current();
     EXPECT_TRUE(defaults.Dictionary("list").isObject() && defaults.Dictionary("list").empty());
     EXPECT_EQ(defaults.Dictionary("FennelSDKInfos").size(), 2u);
-    const ino_t written = FileNumber();
     defaults.SetDictionary("FennelSDKInfos", defaults.Dictionary("FennelSDKInfos"));
     OrvaneTest::WriteFile(kPath, R"({"of another program":true})");  // in the same file
     defaults.SetDictionary("list", Entry("a", "b"));
     EXPECT_EQ(defaults.Dictionary("list"), Entry("a", "b"));
-    EXPECT_TRUE(WaitFor([&] { return FileNumber() != written; }));
-    EXPECT_THAT(ReadFile(kPath), testing::AllOf(HasSubstr("of another program"), HasSubstr("\"a\" : \"b\"")));
-    EXPECT_THAT(ReadFile(kPath), testing::Not(HasSubstr("Fennel")));  // not written a second time
+    // The other's stays, and what was written once is not written again.
+    const std::string kNow = "{\n \"list\" : \n {\n  \"a\" : \"b\"\n },\n \"of another program\" : true\n}\n";
+    EXPECT_TRUE(WaitFor([&] { return ReadFile(kPath) == kNow; })) << ReadFile(kPath);
 }
 
 // What cannot be read is left alone, and what is damaged is set aside; both read as empty.
