@@ -27,9 +27,10 @@ public:
     /// Reserved; does nothing.
     virtual void SetOption(const char* key, const char* value) = 0;
     /// A sink that is given every formatted line, on the thread that logs it and under the logger's lock. Null removes
-    /// it; another thread may be inside it for a moment yet. It may log and read settings, but must not queue an
-    /// operation (Orvane/OperationQueue.h), ask for a logger, add an observer of the configuration, change or clear the
-    /// server's address, nor wait for another thread that logs: that one may wait for this lock.
+    /// it; another thread may be inside it for a moment yet. Of the library it may use two things: it may log, and it
+    /// may read settings. What it logs is handed to it again; what the library logs about such a read is logged only.
+    /// All else takes locks under which other threads log, and so wait for this lock. For the same reason it must not
+    /// wait for another thread.
     virtual void SetCallback(void (*callback)(ALogPriority priority, const char* line)) = 0;
     /// Sets the threshold. The configured "LogLevel" of the module, where there is one, goes before it.
     virtual void SetLogLevel(ALogPriority level) = 0;

@@ -83,11 +83,11 @@ public:
     virtual void RemoveObserver(RemoteConfigObserver* observer) = 0;
 
     /// Tells who the user is, for all modules and for the next run too; the next request to the server says so. Writes
-    /// a file, so not on every frame.
+    /// a file, so not on every frame. Not from a log callback, which may log and read settings, and nothing else.
     /// \param openId a null counts as an empty text
     virtual void SetUserInfo(int channelId, const char* openId) = 0;
     /// Asks the server once more, for all modules, and does not wait for the answer. Does nothing while a request is on
-    /// its way, but to let it retry anew, and none where no server is known.
+    /// its way, but to let it retry anew, and none where no server is known. Not from a log callback.
     virtual void Fetch() = 0;
     /// Reserved; do nothing.
     virtual void SetOption(const char* name, int value) = 0;

@@ -87,10 +87,10 @@ ORVANE_EXPORT void OrvaneCore_XLog(ALogPriority level, const char* file, unsigne
 /// Sets the threshold of the library's own logger, and its default before it has started.
 ORVANE_EXPORT void OrvaneCore_SetQuernLogLevel(ALogPriority level);
 /// A sink that is given every line of the library's own logger, on the thread that logs it and under the logger's lock;
-/// lost before that logger exists. Null removes it. It may log and read settings, but must not queue an operation
-/// (Orvane/OperationQueue.h), ask for a logger, add an observer of the configuration, change or clear the server's
-/// address, nor wait for another thread that logs: that thread may wait for this lock, the queue's, the loggers' or the
-/// configuration client's with it.
+/// lost before that logger exists. Null removes it. Of the library it may use two things: it may log, and it may read
+/// settings. What it logs is handed to it again; what the library logs about such a read is logged only. All else (an
+/// observer, an operation, a fetch, the server's address) takes locks under which other threads log, and so wait for
+/// this one; for the same reason it must not wait for another thread.
 ORVANE_EXPORT void OrvaneCore_SetQuernLogCallback(void (*callback)(ALogPriority priority, const char* line));
 
 /* --- Log: the game's logger, named after the game id; made at the first of these calls --------------------------- */

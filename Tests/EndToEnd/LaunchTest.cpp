@@ -245,6 +245,8 @@ TEST_F(LaunchTest, TakesItsSettingsFromTheManifest) {
     Run("launch\n", {"--info-plist", "/nowhere"});
     EXPECT_THAT(_said, HasSubstr("The manifest /nowhere cannot be read"));
     EXPECT_THAT(_said, HasSubstr("module OrvaneCore, logMode 0"));
+    Run("launch\n", {"--info-plist", ORVANE_HOST_PROGRAM, "--server", "http://127.0.0.1:1"});
+    EXPECT_THAT(_said, HasSubstr(" is no manifest; only the server's address is in force"));
 }
 
 TEST_F(LaunchTest, GivesEachPluginALoggerOfItsOwn) {

@@ -54,7 +54,8 @@ events, one a line; blank lines and lines that begin with # are skipped:
   modem RADIO MCC MNC      play a modem: a cellular link (wwan0) is by that radio (GPRS, WCDMA, LTE, NR, ...) and
                            carrier
   fetch                    ask the configuration server
-  set-url URL              another configuration server: forgets the last answer and asks this one
+  set-url URL              the configuration server from now on: asks it; another one than before has the last answer
+                           forgotten
   clear                    forget the server and its last answer
   pre-shutdown | shutdown  the two walks of an orderly stop over all plugins
   release                  take the base library down; the process goes on and may launch again
@@ -62,7 +63,7 @@ events, one a line; blank lines and lines that begin with # are skipped:
 
 The end of the events ends the host; with a load running, the end of the load does. SIGTERM and SIGINT end it in
 order: the application will terminate, pre-shutdown, shutdown. Exit status: 0; 1 for a folder or script that cannot be
-read; 2 for a wrong command line.
+read, or a manifest that --server cannot be put into; 2 for a wrong command line.
 )";
 
 enum Option {

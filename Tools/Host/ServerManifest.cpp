@@ -29,7 +29,7 @@ std::string OwnPath() {
     return std::filesystem::read_symlink("/proc/self/exe", error).replace_filename("Info.plist");
 }
 
-// An empty dictionary if there is no such file, as for the library.
+// An empty dictionary if there is no such file, as for the library; and, told, if it is damaged.
 Node Read(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
@@ -38,7 +38,10 @@ Node Read(const std::string& path) {
     plist_t root = nullptr;
     plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
     Node node(root);
-    if (!node || plist_get_node_type(root) != PLIST_DICT) node.reset(plist_new_dict());
+    if (node && plist_get_node_type(root) == PLIST_DICT) return node;
+    if (file.is_open())
+        orvane_console_log("orvane-host: %s is no manifest; only the server's address is in force", path.c_str());
+    node.reset(plist_new_dict());
     return node;
 }
 

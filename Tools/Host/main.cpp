@@ -32,7 +32,7 @@ int main(int count, char** arguments) {
 
     if (!options.infoPlistPath.empty() && !gs_OrvaneSetInfoPlist(options.infoPlistPath.c_str()))
         orvane_console_log("orvane-host: the library has read its manifest before");
-    if (!options.serverUrl.empty()) UseServer(options.serverUrl, options.infoPlistPath);
+    if (!options.serverUrl.empty() && !UseServer(options.serverUrl, options.infoPlistPath)) return 1;
 
     int input = STDIN_FILENO;
     if (!options.scriptPath.empty()) {

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "Base/Configure/ConfigureImpl.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "Support/CapturedConsole.h"
@@ -27,7 +29,6 @@ protected:
 
     ConfigureFixture() {
         CacheFolder();
-        FakeKeychain::Install();
         manifest.Set("OrvaneCore", "RemoteConfigUrl", FakeInfoDictionary::Text(proxy.Url("").c_str()));
         manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(0));
         auto* core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
@@ -49,13 +50,30 @@ protected:
     // A loss of the network changes nothing, and tells the state.
     int StateNow() {
         Client().OnNetworkStateChanged(Quern::kANetworkNotReachable);
-        return Lines().back().back() - '0';
+        Lines();
+        const auto told = std::find_if(lines.rbegin(), lines.rend(),
+                                       [](const std::string& line) { return line.starts_with("Info ANetworkState"); });
+        return told == lines.rend() ? -1 : told->back() - '0';
+    }
+    // How often the client's file was written.
+    long Saves() const {
+        return std::count_if(keychain->calls.begin(), keychain->calls.end(), [](const std::string& call) {
+            return call.starts_with("add ") && call.find("RemoteConfig.config") != std::string::npos;
+        });
+    }
+    // As its task hands an answer over.
+    static void Deliver(const std::string& answer) {
+        Client().OnDataTaskFinished(nullptr, Quern::kWWWErrorNone, 200, answer.data(), std::ssize(answer));
     }
     // Waits until the client is in that state and no answer is being delivered any more.
     bool WaitForState(int state) {
         const bool isThere = WaitFor([&] { return StateNow() == state; });
         const Quern::CCritical delivered(Quern::WWWTaskBase::_sMutex);
         return isThere;
+    }
+    // Lets the answer go that was ordered to be held. A request is counted before it is held.
+    bool ReleaseAnswer() {
+        return WaitFor([&] { return server.Release(), StateNow() != kRequesting; });
     }
     bool WaitForAsked(size_t count, std::chrono::milliseconds deadline = kDeadline) {
         return WaitFor([&] { return server.Asked() >= count; }, deadline);
@@ -64,6 +82,7 @@ protected:
         return Client().GetString(module, key, "-").c_str();
     }
 
+    const std::shared_ptr<FakeKeychain> keychain = FakeKeychain::Install();
     const std::shared_ptr<FakeReachability> network = FakeReachability::Install();
     FakeInfoDictionary manifest;
     ConfigServer server;

@@ -6,11 +6,13 @@
 #include <future>
 
 #include "Base/Configure/ConfigureFixture.h"
+#include "Base/ConsoleSink.h"
 #include "DevServer/ClientVerdict.h"
 #include "DevServer/HostileJson.h"
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Bundle/BundleFactory.h"
 #include "Storage/Log/Logger.h"
+#include "System/Network/CNetwork.h"
 
 namespace OrvaneTest {
 namespace {
@@ -66,12 +68,14 @@ TEST_F(ConfigureTest, EachAnswerIsTakenOrLeftAsAWhole) {
         server.Serve("Game", R"({"bool":true,"real":1.5,"number":-7,"text":")" + text + R"("})");
         if (*answer.order) server.OrderNext(answer.order);
         const int calls = game.calls;
+        const long saves = Saves();
         lines.clear();
         Client().StartOnce();
         ASSERT_TRUE(WaitForState(kFinished)) << answer.order;
         EXPECT_THAT(Lines(), Contains(answer.line)) << answer.order;
         EXPECT_EQ(Read("text"), answer.isTaken ? text : before) << answer.order;
         EXPECT_EQ(game.calls, calls + answer.isTaken) << answer.order;
+        EXPECT_EQ(Saves(), saves + answer.isTaken) << answer.order;
     }
     EXPECT_EQ(game.told, "number text ");
     EXPECT_GT(later.calls, 0);
@@ -79,10 +83,124 @@ TEST_F(ConfigureTest, EachAnswerIsTakenOrLeftAsAWhole) {
     EXPECT_EQ(Quern::BundleFactory::GetInstance()->GetDefaultBundle()->Get("OrvaneCore", "rule_id", 0), 10)
         << "the highest, and not the last";
 
-    const std::string empty = R"({"biz_data":{"merged_cfg":{}}})";
-    Client().OnDataTaskFinished(nullptr, Quern::kWWWErrorNone, 200, empty.data(), std::ssize(empty));
+    Deliver(R"({"biz_data":{"merged_cfg":{}}})");
     EXPECT_EQ(Read("text"), "-") << "what the answer does not hold is gone";
+    manifest.Set("OrvaneCore", "RemoteConfigUrl", {});
     EXPECT_EQ(Read("RemoteConfigUrl", "OrvaneCore"), proxy.Url(""));
+}
+
+TEST_F(ConfigureTest, TheAddressThatIsSetIsAskedAndKept) {
+    ConfigServer other;
+    other.Serve("Game", R"({"text":"other"})");
+    server.Serve("Game", R"({"text":"first"})");
+    Client().StartOnce();
+    ASSERT_TRUE(WaitForState(kFinished));
+    EXPECT_EQ(Read("text"), "first");
+    lines.clear();
+    const long saves = Saves();
+    const auto setOther = [&](long savesThen) {
+        EXPECT_EQ(orvanecore_configure_seturl(other.Url().c_str()), 1);
+        ASSERT_TRUE(WaitForState(kFinished));
+        EXPECT_EQ(Read("text"), "other");
+        EXPECT_EQ(Saves(), saves + savesThen);
+    };
+    setOther(2);
+    const std::string url = other.Url();
+    EXPECT_THAT(lines, IsSupersetOf<std::string>({"Info orvanecore_configure_seturl",
+                                                  "Info change url form [" + proxy.Url("") + "] to [" + url + "]",
+                                                  "Info Request config, channel: , openID: ,  ruleID: 2",
+                                                  "Info RemoteConfig url:" + url + ", maxRetryCount 0, retryCount 0"}));
+    EXPECT_THAT(lines, Contains(testing::StartsWith("Info comParams: {\"")));
+    EXPECT_THAT(lines, Contains(testing::ContainsRegex("^Info OnDataTaskFinished error:0, httpStatus:200, cost time "
+                                                       "[0-9]+ ms, data:\\{.*, len:[0-9]+$")));
+    other.OrderNext("empty");
+    setOther(2);  // the present one wipes nothing
+
+    manifest.Set("OrvaneCore", "RemoteConfigUrl", {});
+    Orvane::ReleaseConfigureInstance();
+    EXPECT_EQ(Read("RemoteConfigUrl", "OrvaneCore"), url);
+    Client().StartOnce();
+    ASSERT_TRUE(WaitForState(kFinished));
+    EXPECT_EQ(other.Asked(), 3u);
+    EXPECT_EQ(server.Asked(), 1u);
+    const long savesBefore = Saves();
+    EXPECT_EQ(orvanecore_configure_clear(), 1);
+    EXPECT_EQ(Saves(), savesBefore + 1);
+    EXPECT_THAT(Lines(), Contains("Info orvanecore_configure_clear"));
+    Orvane::ReleaseConfigureInstance();
+    EXPECT_EQ(Read("RemoteConfigUrl", "OrvaneCore"), "-");
+    EXPECT_EQ(other.Problems(), "");
+}
+
+TEST_F(ConfigureTest, AFailureIsReportedOnceNoRetryIsLeft) {
+    Journal journal;
+    FakePell pell(&journal);
+    const auto useRetries = [&](int count) {
+        manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(count));
+    };
+    server.OrderNext("hold");
+    Client().StartOnce();
+    ASSERT_TRUE(WaitForAsked(1));
+    useRetries(1);
+    Client().StartOnce();  // sends nothing, but gives the request under way a retry
+    proxy.Use({Fault::kReset});
+    EXPECT_TRUE(ReleaseAnswer());
+    ASSERT_TRUE(WaitForState(kFailed));
+    EXPECT_THAT(journal, Not(Contains(HasSubstr("PullConfigResult"))));
+    EXPECT_THAT(Lines(), Contains("Info OnDataTaskFinished error:5"));
+    EXPECT_THAT(lines, Contains(HasSubstr("Info OnDataTaskFinished error:5, httpStatus:0, cost time ")));
+    proxy.Use({});
+    server.OrderNext("delay:200");
+    Client().StartOnce();
+    ASSERT_TRUE(WaitForState(kFinished));
+    ASSERT_THAT(journal, IsSupersetOf({"create 2000 PullConfigResult", "add 30001=0", "add 30003=0", "report"}));
+    const auto cost =
+        std::find_if(journal.begin(), journal.end(), [](auto& line) { return line.starts_with("add 30002="); });
+    ASSERT_NE(cost, journal.end());
+    EXPECT_GE(atoi(cost->c_str() + 10), 200);
+    EXPECT_LT(atoi(cost->c_str() + 10), 20000);
+}
+
+// While the network tells a change, under its lock, a listener of a task makes the client's first call.
+TEST_F(ConfigureTest, WaitsForNoChangeOfTheNetworkThatIsBeingTold) {
+    struct Game final : Quern::CNetworkObserver {
+        void OnNetworkStateChanged(Quern::ANetworkState) override {
+            call = std::async(std::launch::async, action);
+            isThrough = call.wait_for(kDeadline) == std::future_status::ready;
+        }
+        std::function<void()> action;
+        std::future<void> call;
+        bool isThrough = false;
+    } game;
+    game.action = [] {
+        Client().StartOnce();
+        Orvane::ReleaseConfigureInstance();
+    };
+    Quern::CNetwork::GetInstance()->AddObserver(&game);
+    network->Change(FakeReachability::kWifi);
+    Quern::MainRunLoop::Current().RunPending();
+    EXPECT_TRUE(game.isThrough);
+}
+
+// Does something at the line that tells that there is no file.
+struct ConsoleAtOpening final : Quern::ConsoleSink {
+    void Write(const char* text, size_t length) override {
+        if (std::string_view(text, length).find("is not exist") != std::string_view::npos && !isDone.exchange(true))
+            std::thread(action).join();
+    }
+    std::function<void()> action;
+    std::atomic<bool> isDone{false};
+};
+
+TEST_F(ConfigureTest, AFileThatAnotherClientWroteWhileItWasOpenedIsOpenedAgain) {
+    const auto sink = std::make_shared<ConsoleAtOpening>();
+    sink->action = [] {
+        Deliver(R"({"biz_data":{"merged_cfg":{"Game":{"text":"stored"}}}})");
+        Orvane::ReleaseConfigureInstance();
+    };
+    Quern::ConsoleSink::Use(sink);
+    EXPECT_EQ(Read("text"), "stored");
+    EXPECT_TRUE(sink->isDone);
 }
 
 // The data plugin, which may take its time over an event.
@@ -118,7 +236,7 @@ TEST_F(ConfigureTest, ARequestGoesOutWhateverBefellTheOneBefore) {
         ASSERT_TRUE(WaitForAsked(asked + 1));
         action();
         fetch();  // never doubled
-        server.Release();
+        EXPECT_TRUE(ReleaseAnswer());
         EXPECT_TRUE(WaitForState(kInited));
     };
     const auto fail = [&] {
@@ -126,6 +244,7 @@ TEST_F(ConfigureTest, ARequestGoesOutWhateverBefellTheOneBefore) {
         fetch();
         EXPECT_TRUE(WaitFor([&] { return StateNow() == kFailed; }));
         proxy.Use({});
+        Quern::MainRunLoop::Current().RunPending();
     };
     const struct {
         const char* trap;
@@ -141,6 +260,8 @@ TEST_F(ConfigureTest, ARequestGoesOutWhateverBefellTheOneBefore) {
         {"a URL changed in flight", [&] { whileHeld(setUrl); }, fetch, 1},
         {"cleared in flight", [&] { whileHeld([&] { Client().Clear(); }); }, setUrl, 1},
         {"a failure", fail, networkIsBack, 1},
+        {"a failure after the network was taken down", [&] { Quern::CNetwork::ReleaseInstance(), fail(); },
+         networkIsBack, 1},
         {"the network is back while a failure is reported",
          [&] { pell.wait = mayReport.get_future(), fail(), networkIsBack(); }, [&] { mayReport.set_value(); }, 1},
     };
@@ -170,10 +291,9 @@ TEST_F(ConfigureTest, AUrlThatIsSetWipesWhatTheLastRunKept) {
     EXPECT_EQ(Read("LogLevel"), "Error");
     server.OrderNext("empty");
     // The address is the manifest's own, yet the client has not looked there so far.
-    EXPECT_EQ(orvanecore_configure_seturl(proxy.Url("").c_str()), 1);
+    Client().SetUrl(proxy.Url("").c_str());
     ASSERT_TRUE(WaitForState(kFinished));
     EXPECT_EQ(Read("LogLevel"), "-");
-    EXPECT_EQ(orvanecore_configure_clear(), 1);
     EXPECT_EQ(server.Asked(), 2u);
 }
 
@@ -227,13 +347,15 @@ void ConfigureContractTest::CallEverySlot() {
     EXPECT_EQ(slots->Slot3("Game", "half", 1), 0.5);
     EXPECT_TRUE(slots->Slot4("Game", "yes", false));
     EXPECT_STREQ(slots->Slot5("Game", "yes", "").c_str(), "true");
-    ObserverSlots observer;
+    server.Serve("Gone", R"({"key":1})");
+    ObserverSlots observer, gone;
     slots->Slot6("Game", &observer);
-    slots->Slot6("Gone", &observer);
+    slots->Slot6("Gone", &gone);
     slots->Slot7("Gone");
     slots->Slot0();
     ASSERT_TRUE(WaitForState(kFinished));
     EXPECT_EQ(observer.key, "only");
+    EXPECT_EQ(gone.key, "");
     slots->Slot8();
     ASSERT_TRUE(WaitForAsked(2));
     ASSERT_TRUE(WaitForState(kFinished));
@@ -262,6 +384,7 @@ TEST_F(ConfigureTest, NothingFollowsARelease) {
     }
     EXPECT_TRUE(WaitUntilAllAsleep("CThreadBase", 0));
     const size_t asked = server.Asked();
+    server.Serve("Game", R"({"text":"kept"})");
     Observer observer;
     observer.action = [] { OnApplicationQuit(); };  // from inside a delivery
     observer.isArmed = true;
@@ -271,20 +394,26 @@ TEST_F(ConfigureTest, NothingFollowsARelease) {
     ASSERT_TRUE(WaitFor([&] { return observer.calls == 1 && !observer.isArmed; }));
     { const Quern::CCritical delivered(Quern::WWWTaskBase::_sMutex); }
     released.Start();
-    released.SetUrl("http://127.0.0.1:1");
+    released.SetUrl(server.Url().c_str());
     released.Clear();
+    EXPECT_STREQ(released.GetString("Game", "text", "-").c_str(), "kept");
     EXPECT_NE(&Client(), &released);
     EXPECT_EQ(Read("RemoteConfigUrl", "OrvaneCore"), proxy.Url(""));
-    EXPECT_EQ(server.Asked(), asked + 1);
+    EXPECT_FALSE(WaitForAsked(asked + 2, std::chrono::milliseconds(300)));
 }
 
 std::atomic<int> g_read{0};
 
+// Also such settings as the log tells something about: that their section is missing, or is none, or has no name.
 TEST_F(ConfigureTest, ALogCallbackMayReadSettings) {
     Quern::OrvaneLogInit();
-    OrvaneCore_SetQuernLogCallback(
-        [](ALogPriority, const char*) { g_read += Orvane::Configure::GetInstance()->GetInt("Shipped", "number", 0); });
+    Quern::SetQuernLogLevel(kLogDebug);
     manifest.Set("Shipped", "number", FakeInfoDictionary::Integer(7));
+    manifest.Set("Broken", FakeInfoDictionary::Integer(7));
+    OrvaneCore_SetQuernLogCallback([](ALogPriority, const char*) {
+        for (const char* section : {"Shipped", "Missing", "Broken", static_cast<const char*>(nullptr)})
+            g_read += Orvane::Configure::GetInstance()->GetInt(section, "number", 0);
+    });
     Client().StartOnce();
     ASSERT_TRUE(WaitForAsked(1));
     ASSERT_TRUE(WaitFor([] { return Read("RemoteConfigUrl", "OrvaneCore") != "-"; }));
@@ -296,7 +425,7 @@ TEST_F(ConfigureTest, ALogCallbackMayReadSettings) {
     OrvaneCore_SetQuernLogCallback(nullptr);
 }
 
-// As many as the environment orders; the answers reach the client as its task hands them over.
+// As many as the environment orders.
 TEST_F(ConfigureTest, BearsHostileAnswersWhileSettingsAreRead) {
     const char* const ordered = getenv("ORVANE_HOSTILE_ANSWERS");
     const uint64_t count = ordered ? strtoull(ordered, nullptr, 10) : 1000;
@@ -317,22 +446,24 @@ TEST_F(ConfigureTest, BearsHostileAnswersWhileSettingsAreRead) {
     const std::string good =
         R"({"ret":0,"err":"","biz_data":{"rule_id":3,"merged_cfg":{"Game":{"text":"kept","n":5}}}})";
     OrvaneDevServer::Answer answer;
+    Deliver(good);
     for (uint64_t i = 0; i < count; ++i) {
         answer.body = i < documents.size() ? documents[i].text : OrvaneDevServer::Mutate(good, i);
         int32_t highest = 0;
         const bool isKept = OrvaneDevServer::ConfigVerdict(answer, highest).starts_with("will keep");
-        const std::string before = Read("text");
         lines.clear();
-        Client().OnDataTaskFinished(nullptr, Quern::kWWWErrorNone, 200, answer.body.data(),
-                                    static_cast<long long>(answer.body.size()));
+        Deliver(answer.body);
         const bool isRefused = testing::Value(Lines(), Contains(HasSubstr("Error ParseJson error:-")));
         ASSERT_EQ(isRefused, isKept) << answer.body;
-        if (isKept) {
-            ASSERT_EQ(Read("text"), before) << answer.body;
-        }
+        if (isKept)
+            ASSERT_EQ(Read("text"), "kept") << answer.body;
+        else
+            Deliver(good);
     }
     isOver = true;
     reader.join();
+    Orvane::ReleaseConfigureInstance();
+    EXPECT_EQ(Read("text"), "kept") << "also in the file";
 }
 
 }  // namespace

@@ -77,6 +77,21 @@ protected:
     }();
 };
 
+TEST_F(DataTaskTest, EndsWithAnErrorWhereNoThreadCanBeStarted) {
+    pthread_attr_t usual, huge;
+    pthread_getattr_default_np(&usual);
+    pthread_getattr_default_np(&huge);
+    pthread_attr_setstacksize(&huge, size_t{1} << 46);  // no thread has room for its stack
+    task->SetUrl(server.Url("/").c_str());
+    pthread_setattr_default_np(&huge);
+    task->Get();
+    pthread_setattr_default_np(&usual);
+    EXPECT_EQ(heard.Count(), asked);
+    MainRunLoop::Current().RunPending();
+    EXPECT_EQ(heard.Wait(++asked).error, kWWWErrorOther);
+    EXPECT_EQ(Get(server.Url("/a")).body, "GET /a ") << "the next one tries again";
+}
+
 TEST_F(DataTaskTest, AnswersComeAsTheServerMeantThem) {
     EXPECT_EQ(Get(server.Url("/a?b")).body, "GET /a?b ");
     EXPECT_EQ(Get(server.Url("/away")).body, "GET /found ");

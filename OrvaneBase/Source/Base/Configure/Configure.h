@@ -20,7 +20,8 @@ protected:
 
 // The process-wide settings: what the configuration server answered, else what ships in the application's manifest,
 // else the caller's default. Slot order is a contract. Any thread, but for log callbacks, which may read and nothing
-// else. Reads never fail and wait for nothing.
+// else. Reads never fail, and wait neither for the network nor for the disk; where a change outside a batch is being
+// made, a read may wait for that step in memory.
 class Configure {
 public:
     // Asks the server now and from then on at the gap that "RemoteConfigNextGap" sets, in seconds (86400 by default;
@@ -48,8 +49,9 @@ public:
     virtual void Clear() = 0;
     virtual ~Configure() = default;
 
-    // The one in force; never null. The client of the server is made at the first call, which opens its file and does
-    // nothing else, and released when the library is taken down; observers are not carried over to the next one.
+    // The one in force; never null. The client of the server is made at the first call, which opens its file (so this
+    // one waits for the disk) and does nothing else, and released when the library is taken down; observers are not
+    // carried over to the next one.
     static Configure* GetInstance();
     // Puts another in force, which the caller keeps; null restores the built-in. For tests.
     static void Use(Configure* configure);

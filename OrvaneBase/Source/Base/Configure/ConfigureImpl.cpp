@@ -98,8 +98,10 @@ void ConfigureImpl::Release() {
         else
             WWW::Destroy(task);
     }
-    CNetwork* const network = isObserving ? CNetwork::InstanceIfAny() : nullptr;
-    if (network) network->RemoveObserver(this);
+    if (!isObserving) return;
+    MainRunLoop::Current().Post([this] {
+        if (CNetwork* const network = CNetwork::InstanceIfAny()) network->RemoveObserver(this);
+    });
 }
 
 bool ConfigureImpl::_IsReleased() {
@@ -182,19 +184,22 @@ void ConfigureImpl::_Init() {
     _openID = QuernCommon::GetInstance()->GetOpenID();
 }
 
+// By way of the main run loop, where none of the caller's locks is held. A release meanwhile posts the removal behind
+// this.
 void ConfigureImpl::_ObserveNetwork() {
-    CNetwork::GetInstance()->AddObserver(this);
-    if (!_IsReleased()) return;
-    if (CNetwork* const network = CNetwork::InstanceIfAny()) network->RemoveObserver(this);
+    if (_isObservingPosted.exchange(true)) return;
+    MainRunLoop::Current().Post([this] {
+        _isObservingPosted = false;
+        if (!_IsReleased()) CNetwork::GetInstance()->AddObserver(this);
+    });
 }
 
 void ConfigureImpl::StartOnce() {
-    bool isFirst = false, hasUrl = false;
+    bool hasUrl = false;
     {
         const CCritical guard(&_mutex);
         if (_isReleased) return;
-        isFirst = _state == kUninitialized;
-        if (isFirst) {
+        if (_state == kUninitialized) {
             _Init();
             _state = kInited;
         }
@@ -204,7 +209,7 @@ void ConfigureImpl::StartOnce() {
         else
             ORVANE_LOG_WARNING("Configure will not request remote config because of empty url!");
     }
-    if (isFirst) _ObserveNetwork();
+    _ObserveNetwork();
     if (hasUrl) Request();
 }
 
@@ -268,7 +273,7 @@ void ConfigureImpl::_MakeTaskAndSend(const std::string& url) {
             return;
         }
     }
-    WWW::Destroy(made);
+    MainRunLoop::Current().Post([made] { WWW::Destroy(made); });  // a change of the network may be being told
 }
 
 void ConfigureImpl::_Send(const std::string& url) {
@@ -413,6 +418,7 @@ void ConfigureImpl::Clear() {
     if (_isReleased) return;
     _url.clear();
     _ignoreResult = _ignoreResult || _state == kRequesting;
+    BundleImpl::Batch batch(*_bundle);  // which saves nothing if there was nothing
     _bundle->RemoveAll();
 }
 

@@ -13,10 +13,17 @@
 // A request is never doubled: while one is under way, all that would start another does nothing. So a URL that changes
 // meanwhile is asked at the next occasion, and not at once.
 //
-// Locks. WWWTaskBase::_sMutex, a task's own and CNetwork's come before _mutex: completions and changes of the network
-// arrive under them. So under _mutex no task is made, listened to or destroyed, no network observer added or removed,
-// no timer started or stopped (a start takes 50 ms), and no code of a plugin or an observer runs. Under it lie the
-// bundles' locks, whose saves wait for the disk, and the log's.
+// Locks. Before _mutex come WWWTaskBase::_sMutex and then a task's own, under which completions arrive; CNetwork's,
+// under which changes of the network do; and the loggers' service's, which adds observers. So under _mutex no task is
+// made, listened to or destroyed, no network observer added or removed, no timer started or stopped (a start takes
+// 50 ms), and no code of a plugin or an observer runs. Under it lie the bundles' locks, whose saves wait for the disk,
+// QuernCommon's, ConfigureReport's, a task's _stateMutex, the URL session's, and the log's.
+//
+// Between CNetwork's and _sMutex there is no order: a game's network observer may destroy a task, while a listener of a
+// task makes the client's first call. So the client takes neither under the other. Itself it enters and leaves the
+// network's observers by way of the main run loop, with no lock held; a removal that comes late is harmless, since the
+// object stays in memory and a released one does nothing. It enters at each StartOnce, since a network that was taken
+// down has forgotten it.
 //
 // Reads do not take _mutex, so they wait for none of that: the bundle answers them by itself.
 #ifndef ORVANE_BASE_CONFIGURE_CONFIGURE_IMPL_H
@@ -48,7 +55,8 @@ public:
     explicit ConfigureImpl(std::unique_ptr<Quern::IniBundle> store);
 
     // From now on nothing is asked, told or taken; what is in flight is given up, and the timers are stopped. Waits for
-    // an answer that is being delivered on another thread. Again does nothing.
+    // an answer that is being delivered on another thread, but not for a request that gathers what it sends: that one
+    // may be inside the data plugin a moment longer, and then sends nothing. Again does nothing.
     void Release();
     // Puts it at the head of a chain of clients, for good.
     void Keep(std::atomic<ConfigureImpl*>& chain) { _keptBefore = chain.exchange(this, std::memory_order_acq_rel); }
@@ -123,6 +131,7 @@ private:
     uint64_t _requestTick ORVANE_GUARDED_BY(_mutex) = 0;   // microseconds since the epoch, when the last one was sent
     bool _ignoreResult ORVANE_GUARDED_BY(_mutex) = false;  // what is in flight is stale
     bool _isReleased ORVANE_GUARDED_BY(_mutex) = false;
+    std::atomic<bool> _isObservingPosted{false};       // on its way to the network's observers
     std::atomic<std::thread::id> _deliveringThread{};  // inside observers and report
     ConfigureImpl* _keptBefore = nullptr;
 };

@@ -1,5 +1,6 @@
 // Which Configure is in force: the client of the configuration server, made at the first need.
 #include <atomic>
+#include <cstdint>
 
 #include "Base/Configure/ConfigureImpl.h"
 #include "Orvane/OrvaneCore.h"
@@ -8,10 +9,17 @@ namespace Orvane {
 namespace {
 
 std::atomic<Configure*> g_inForce{nullptr};  // what Use put there
-std::atomic<ConfigureImpl*> g_client{nullptr};
+// The client, or that there is none: an odd number, another one after each release. So whoever opens a client and finds
+// the number that was there before knows that no other has come and gone meanwhile, with a file that is newer.
+constexpr uintptr_t kNone = 1;
+std::atomic<uintptr_t> g_client{kNone};
 std::atomic<ConfigureImpl*> g_former{nullptr};  // the head of the chain of those that stay in memory
 
 thread_local bool t_isOpening = false;
+
+ConfigureImpl* ClientOf(uintptr_t state) {
+    return state & kNone ? nullptr : reinterpret_cast<ConfigureImpl*>(state);
+}
 
 // A line that was logged while a client opened its file has come back here by way of a log callback, which reads a
 // setting: what a client before this one holds, else the manifest.
@@ -22,29 +30,31 @@ Configure* WhileOpening() {
 }
 
 // Without a lock, since that callback runs under the log's. Of two first callers each opens the file, and one is the
-// client. The other is kept, where nobody finds it and it saves nothing: a bundle that is deleted leaves its file in
-// plain text.
-Configure* MakeClient() {
+// client. The other is kept, released and saving nothing, since a bundle that is deleted leaves its file in plain text;
+// WhileOpening may hand it out, for reading. Who opened the file before a whole client came and went opens it again.
+Configure* MakeClient(uintptr_t before) {
     if (t_isOpening) return WhileOpening();
-    t_isOpening = true;
-    auto* const made = new ConfigureImpl;
-    t_isOpening = false;
-    ConfigureImpl* winner = nullptr;
-    if (!g_client.compare_exchange_strong(winner, made, std::memory_order_acq_rel)) {
+    for (;;) {
+        t_isOpening = true;
+        auto* const made = new ConfigureImpl;
+        t_isOpening = false;
+        if (g_client.compare_exchange_strong(before, reinterpret_cast<uintptr_t>(made), std::memory_order_acq_rel)) {
+            AddApplicationQuitCallback(ReleaseConfigureInstance);
+            return made;
+        }
         made->Release();
         made->Keep(g_former);
-        return winner;
+        if (ConfigureImpl* const winner = ClientOf(before)) return winner;
     }
-    AddApplicationQuitCallback(ReleaseConfigureInstance);
-    return made;
 }
 
 }  // namespace
 
 Configure* Configure::GetInstance() {
     if (Configure* const inForce = g_inForce.load(std::memory_order_acquire)) return inForce;
-    if (ConfigureImpl* const client = g_client.load(std::memory_order_acquire)) return client;
-    return MakeClient();
+    const uintptr_t state = g_client.load(std::memory_order_acquire);
+    if (ConfigureImpl* const client = ClientOf(state)) return client;
+    return MakeClient(state);
 }
 
 void Configure::Use(Configure* configure) {
@@ -52,13 +62,14 @@ void Configure::Use(Configure* configure) {
 }
 
 void ReleaseConfigureInstance() {
-    ConfigureImpl* client = g_client.load(std::memory_order_acquire);
+    uintptr_t state = g_client.load(std::memory_order_acquire);
+    ConfigureImpl* const client = ClientOf(state);
     if (!client) return;
     // While it is still the one that is found: a second client beside it would work on the same file.
     client->Release();
-    ConfigureImpl* const released = client;
-    if (!g_client.compare_exchange_strong(client, nullptr, std::memory_order_acq_rel)) return;
-    released->Keep(g_former);
+    // It stays in memory, so its address is a number that no other release gives.
+    if (!g_client.compare_exchange_strong(state, state | kNone, std::memory_order_acq_rel)) return;
+    client->Keep(g_former);
 }
 
 }  // namespace Orvane

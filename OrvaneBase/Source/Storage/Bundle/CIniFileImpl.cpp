@@ -1,13 +1,17 @@
 #include "Storage/Bundle/CIniFileImpl.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "Base/Assert.h"
+#include "Base/LogCallback.h"
 #include "Base/XLog.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/FileReplacement.h"
@@ -19,14 +23,22 @@ namespace {
 
 // In the name of the one form that all the others stand for.
 void LogNullName() {
+    const ReadReportScope reporting;
     if (!IsLogFiltered(kLogError)) XLog(kLogError, __FILE__, __LINE__, "ReadString", "s == NULL || key == NULL");
+}
+
+// Whether what cannot be opened is to be removed. Not where there was nothing: another opener may have saved a file by
+// now.
+bool IsInTheWay(const char* path, int error) {
+    std::error_code ignored;
+    return error != ENOENT || std::filesystem::is_symlink(path, ignored);
 }
 
 }  // namespace
 
 CIniFileImpl::CIniFileImpl(const char* path) : _path(path) {
     const long long begin = CTime::GetTimeTick();
-    if (!CIniFileImpl::Load()) CFile::Remove(_path.c_str());
+    if (!CIniFileImpl::Load() && IsInTheWay(_path.c_str(), errno)) CFile::Remove(_path.c_str());
     ORVANE_CONSOLE(kLogInfo, "load config file cost %lld us", CTime::GetTimeTick() - begin);
 }
 

@@ -1,6 +1,7 @@
 #include "Storage/Bundle/SolidConfigReader.h"
 
 #include "Base/Container/TrimBlanks.h"
+#include "Base/LogCallback.h"
 #include "Base/XLog.h"
 #include "Storage/Bundle/InfoDictionary.h"
 
@@ -32,6 +33,7 @@ constexpr Messages kIsContainKey{
 
 // A line in the name of the operation that was called.
 void Report(ALogPriority level, unsigned int line, const char* operation, const char* format, const char* section) {
+    const ReadReportScope reporting;
     if (!IsLogFiltered(level)) XLog(level, __FILE__, line, operation, format, section);
 }
 

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "Base/ConsoleSink.h"
+#include "Base/LogCallback.h"
 #include "PluginManager/PluginManager.h"  // upward: the version of a plugin decides whether its logger is compatible
 #include "System/Thread/Time.h"
 
@@ -142,11 +143,12 @@ void Logger::Log(ALogPriority priority, const char* file, unsigned int line, con
     if (store) store->Append(formatted);
     errno = savedErrno;
 
-    if (!_callback.load(std::memory_order_acquire)) return;
+    if (!_callback.load(std::memory_order_acquire) || !IsHandedToLogCallback()) return;
     const CCritical guard(store ? &store->Mutex() : nullptr);
     const auto callback = _callback.load(std::memory_order_acquire);
     if (!callback) return;
     formatted.text[length] = '\0';
+    const LogCallbackScope inside;
     callback(priority, formatted.text);
 }
 

@@ -8,14 +8,19 @@ namespace Quern {
 
 void CompletionThread::Run() {
     set_thread_name("UrlCompletion");
-    for (Call call; Take(call); call = nullptr)
+    for (Call call; Take(call, true); call = nullptr)
         call();
 }
 
-bool CompletionThread::Take(Call& call) {
+void CompletionThread::RunPosted() {
+    for (Call call; Take(call, false); call = nullptr)
+        call();
+}
+
+bool CompletionThread::Take(Call& call, bool waits) {
     std::unique_lock<std::mutex> guard(_mutex);
-    _posted.wait(guard, [this] { return _isStopped || !_calls.empty(); });
-    if (_isStopped) return false;
+    _posted.wait(guard, [&] { return !waits || _isStopped || !_calls.empty(); });
+    if (_isStopped || _calls.empty()) return false;
     call = std::move(_calls.front());
     _calls.pop_front();
     return true;

@@ -16,12 +16,14 @@ public:
 
     // Performs calls until Stop: the body of the thread.
     void Run();
+    // Performs what was posted, in the caller's thread, where none could be started.
+    void RunPosted();
     void Post(Call call);
     // No further call begins. Does not wait for the one that is under way.
     void Stop();
 
 private:
-    bool Take(Call& call);
+    bool Take(Call& call, bool waits);
 
     std::mutex _mutex;  // a leaf
     std::condition_variable _posted;

@@ -91,6 +91,8 @@ using TransportFactory = Transport* (*)(int interface, const TransportOptions& o
 // Opens the library and makes a transport. If that fails, says so on the console and makes one whose transfers all end
 // with kUrlUnknown. Never null.
 std::unique_ptr<Transport> OpenTransport(const TransportOptions& options);
+// One whose transfers all end with kUrlUnknown and that text.
+std::unique_ptr<Transport> NoTransport(std::string reason);
 
 }  // namespace Quern
 

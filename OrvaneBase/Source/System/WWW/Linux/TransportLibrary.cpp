@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <utility>
 
 #include "Base/XLog.h"
 #include "System/WWW/Linux/Transport.h"
@@ -9,13 +10,14 @@
 namespace Quern {
 namespace {
 
-// Stands in where the library is missing.
-class NoTransport final : public Transport {
+class FailingTransport final : public Transport {
 public:
+    explicit FailingTransport(std::string reason) : _reason(std::move(reason)) {}
+
     void Start(UrlSession::TransferId, std::shared_ptr<TransferHandler> handler) override {
         TransferOutcome outcome;
         outcome.error = kUrlUnknown;
-        outcome.errorText = std::string(kTransportLibrary) + " is missing";
+        outcome.errorText = _reason;
         handler->OnFinished(outcome);
     }
     void Cancel(UrlSession::TransferId) override {}
@@ -31,6 +33,7 @@ public:
     }
 
 private:
+    const std::string _reason;
     std::mutex _lock;
     std::condition_variable _woken;
     bool _isWoken = false;
@@ -62,7 +65,11 @@ std::unique_ptr<Transport> OpenTransport(const TransportOptions& options) {
     }
     if (transport) return std::unique_ptr<Transport>(transport);
     ORVANE_CONSOLE(kLogError, "no HTTP: %s", reason.c_str());
-    return std::make_unique<NoTransport>();
+    return NoTransport(std::string(kTransportLibrary) + " is missing");
+}
+
+std::unique_ptr<Transport> NoTransport(std::string reason) {
+    return std::make_unique<FailingTransport>(std::move(reason));
 }
 
 }  // namespace Quern

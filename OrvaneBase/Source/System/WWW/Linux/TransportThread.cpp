@@ -12,6 +12,7 @@
 
 #include "Base/Linux/CryptoAtExit.h"
 #include "Base/XLog.h"
+#include "System/Application/MainRunLoop.h"
 #include "System/Thread/ThreadName.h"
 
 namespace Quern {
@@ -59,10 +60,28 @@ void TransportThread::Do(Work work) {
         else if (_work.size() == 1 && _transport)
             _transport->Wake();
     }
-    if (!failure.empty()) ORVANE_CONSOLE(kLogError, "no thread for HTTP: %s", failure.c_str());
+    if (failure.empty()) return;
+    ORVANE_CONSOLE(kLogError, "no thread for HTTP: %s", failure.c_str());
+    MainRunLoop::Current().Post([self = shared_from_this()] { self->FailWork(); });
 }
 
-// Under _mutex, which the new thread waits for. What failed, "" otherwise; the work then waits for the next try.
+// On the main thread, with no lock held, since whoever asked may be told. What a later try took is not here any more.
+void TransportThread::FailWork() {
+    std::vector<Work> work;
+    bool isCompleting = false;
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        if (_isRunning) return;
+        work.swap(_work);
+        isCompleting = _isCompleting;
+    }
+    const std::unique_ptr<Transport> transport = NoTransport("no thread for HTTP");
+    for (Work& item : work)
+        std::exchange(item, nullptr)(*transport);
+    if (!isCompleting) _completions.RunPosted();
+}
+
+// Under _mutex, which the new thread waits for. What failed, "" otherwise.
 std::string TransportThread::Start() {
     StandStillAtExit();
     try {
@@ -111,7 +130,9 @@ bool TransportThread::TakeWork(std::vector<Work>& work) {
 
 void TransportThread::AskToStop(Stop stop, int milliseconds) {
     _completions.Stop();
+    std::vector<Work> dropped;  // what no thread could be started for
     std::unique_lock<std::mutex> guard(_mutex);
+    if (!_isRunning) dropped.swap(_work);
     if (!_isRunning || _stop != Stop::kNo) return;
     _stop = stop;
     if (_transport) _transport->Wake();

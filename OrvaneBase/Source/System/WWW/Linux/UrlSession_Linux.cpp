@@ -81,6 +81,11 @@ void LinuxUrlSession::Resume(TransferId transfer) {
         const CCritical guard(&_mutex);
         const auto made = _made.find(transfer);
         if (made != _made.end()) start.swap(made->second.start);
+        if (start && made->second.isCancelled)  // in one step, or a quick answer would come first
+            start = [begin = std::move(start), transfer](Transport& transport) {
+                begin(transport);
+                transport.Cancel(transfer);
+            };
     }
     if (!start) return;
     _thread->Do(std::move(start));
