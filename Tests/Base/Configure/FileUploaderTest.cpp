@@ -73,6 +73,7 @@ protected:
     ~FileUploaderTest() override { fs::remove_all(outside); }
 
     std::string Answer(const HttpRequest& request) {
+        const std::lock_guard guard(mutex);
         if (request.method == "PUT") return HttpAnswer("200 OK", prepared);
         const size_t begin = request.body.find("octet-stream\r\n\r\n") + 16, end = request.body.rfind("\r\n------");
         WriteFile(outside + "/sent.zip", request.body.substr(begin, end - begin));
@@ -101,6 +102,7 @@ protected:
     }
 
     const std::string cache = CacheFolder(), home = Quern::CPath::GetAppPath(), outside = home + "-outside";
+    std::mutex mutex;  // guards what the server reads
     std::string status = "200 OK";
     std::string prepared;
     bool isClosed = false;
@@ -221,8 +223,11 @@ TEST_F(FileUploaderTest, KeepsTheZipOfAFailureAndIsClosedAfterFiveAttempts) {
 
     const std::string good = prepared;
     for (const char* answer : {"{\"ret\":1}", "{\"ret\":-1}", "no JSON", "", ""}) {
-        prepared = *answer ? answer : good;
-        status = "500 Broken";
+        {
+            const std::lock_guard guard(mutex);
+            prepared = *answer ? answer : good;
+            status = "500 Broken";
+        }
         Order("/logs", "^a", "id");
         EXPECT_EQ(fs::exists(cache + "/id.zip"), answer != std::string("{\"ret\":1}")) << answer;
     }

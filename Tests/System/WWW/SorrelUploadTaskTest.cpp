@@ -83,7 +83,14 @@ protected:
         task->Upload(id.c_str(), path.c_str(), partSize, server.Url("").c_str());
         return WaitFor([&] { return finished > before; }) ? results.back() : -1;
     }
-    std::string MakeFile(size_t size, const std::string& name = "log.zip") {
+    // Also begins the server's plan.
+    std::string MakeFile(size_t size, long long partSize, std::vector<Fault> faults = {},
+                         const std::string& name = "log.zip") {
+        const std::lock_guard guard(mutex);
+        asked = 0;
+        position = 0;
+        part = partSize;
+        plan = std::move(faults);
         std::mt19937 random(static_cast<unsigned>(size));
         content.resize(size);
         for (char& byte : content)
@@ -94,6 +101,7 @@ protected:
     }
     // The server of the test: `plan` says what each request gets, what lies behind its end is right.
     std::string Answer(const HttpRequest&) {
+        const std::lock_guard guard(mutex);
         const size_t number = asked++;
         const Fault fault = number < plan.size() ? plan[number] : kRight;
         const long long size = static_cast<long long>(content.size());
@@ -144,10 +152,11 @@ protected:
         return Go(url, position);
     }
 
+    std::mutex mutex;  // guards what the server reads
     std::string content;
     long long part = 0, position = 0;
     std::vector<Fault> plan;
-    std::atomic<size_t> asked{0};
+    size_t asked = 0;
     std::atomic<int> finished{0};
     std::vector<int> results;
     CapturedConsole console;
@@ -155,9 +164,7 @@ protected:
 };
 
 TEST_F(SorrelUploadTaskTest, SendsBothRequestsToTheByte) {
-    const std::string path = MakeFile(10);
-    part = 4;
-    plan = {kRight, kStatus};
+    const std::string path = MakeFile(10, 4, {kRight, kStatus});
     ASSERT_EQ(Upload(path, 0x100000004, "a/\"b\\\n\xC3\xA4 &="), 0);  // cut to 32 bits: parts of 4
     const auto requests = server.Requests();
     ASSERT_EQ(requests.size(), 5u);
@@ -186,40 +193,46 @@ TEST_F(SorrelUploadTaskTest, SendsBothRequestsToTheByte) {
 }
 
 TEST_F(SorrelUploadTaskTest, MeetsEverySizeOfFileAndPart) {
+    const char* const chosen = getenv("ORVANE_UPLOAD_MEGABYTES");
+    const size_t megabytes = chosen ? strtoul(chosen, nullptr, 10) : 64;
     struct Case {
         size_t size;
         long long part;
         size_t requests;
     };
-    for (const Case& c : {Case{0, 4, 2}, {1, 4, 2}, {8, 4, 3}, {9, 4, 4}, {5, 1LL << 40, 4}, {64 << 20, 1 << 20, 65}}) {
-        const std::string path = MakeFile(c.size);
-        part = static_cast<int32_t>(c.part);
-        asked = 0;
+    for (const Case& c : {Case{0, 4, 2},
+                          {1, 4, 2},
+                          {8, 4, 3},
+                          {9, 4, 4},
+                          {5, 1LL << 40, 4},
+                          {megabytes << 20, 1 << 20, megabytes + 1}}) {
+        const bool isEmpty = static_cast<int32_t>(c.part) == 0;  // the server ends it
+        const std::string path =
+            MakeFile(c.size, static_cast<int32_t>(c.part),
+                     isEmpty ? std::vector{kRight, kStill, kStill, kBeyond} : std::vector<Fault>());
         const size_t before = server.Requests().size();
-        if (part == 0) plan = {kRight, kStill, kStill, kBeyond};  // empty parts: the server ends it
         EXPECT_EQ(Upload(path, c.part), 0) << c.size;
         const auto requests = server.Requests();
-        ASSERT_EQ(requests.size() - before, part == 0 ? 4 : c.requests) << c.size;
+        ASSERT_EQ(requests.size() - before, isEmpty ? 4 : c.requests) << c.size;
         EXPECT_EQ(requests.back().body,
-                  Body(part == 0 || c.size == 0 ? "" : content.substr((c.requests - 2) * static_cast<size_t>(part))));
-        plan.clear();
+                  Body(isEmpty || c.size == 0 ? "" : content.substr((c.requests - 2) * static_cast<size_t>(part))));
     }
 }
 
 TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
     for (unsigned seed = 0; seed < 150; ++seed) {
         std::mt19937 random(seed);
-        const std::string path = MakeFile(random() % 40);
-        part = 1 + static_cast<long long>(random() % 12);
-        asked = 0;
-        plan.clear();
-        for (size_t i = random() % 16; i > 0; --i)
-            plan.push_back(static_cast<Fault>(random() % 3 == 0 ? unsigned{kRight} : random() % kFaults));
-        if (seed % 3 == 0 && !plan.empty()) plan[0] = kRight;
+        const size_t length = random() % 40;
+        const long long partSize = 1 + static_cast<long long>(random() % 12);
+        std::vector<Fault> faults(random() % 16);
+        for (Fault& fault : faults)
+            fault = static_cast<Fault>(random() % 3 == 0 ? unsigned{kRight} : random() % kFaults);
+        if (seed % 3 == 0 && !faults.empty()) faults[0] = kRight;
+        const std::string path = MakeFile(length, partSize, faults);
 
         // The model.
         const long long size = static_cast<long long>(content.size());
-        const auto at = [&](size_t i) { return i < plan.size() ? plan[i] : kRight; };
+        const auto at = [&](size_t i) { return i < faults.size() ? faults[i] : kRight; };
         int result = at(0) >= kRight ? 4 : at(0) == kRet ? 1 : 2, tries = 0;
         long long from = at(0) == kBeyond ? size + 5 : 0;
         std::vector<std::string> expected{"PUT"};
@@ -227,7 +240,7 @@ TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
         for (size_t i = 1; result == 4; ++i) {
             expected.push_back(
                 "POST/part" + std::to_string(url) +
-                Body(from >= size ? "" : content.substr(static_cast<size_t>(from), static_cast<size_t>(part))));
+                Body(from >= size ? "" : content.substr(static_cast<size_t>(from), static_cast<size_t>(partSize))));
             const Fault fault = at(i);
             if (fault < kRight) {
                 if (++tries == 4) result = 3;
@@ -238,12 +251,12 @@ TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
             from = fault == kBack     ? from / 2
                    : fault == kBeyond ? size + 5
                    : fault == kStill  ? from
-                                      : std::min(size, from + part);
+                                      : std::min(size, from + partSize);
             if (from >= size) result = 0;
         }
 
         const size_t before = server.Requests().size();
-        ASSERT_EQ(Upload(path, part), result) << seed;
+        ASSERT_EQ(Upload(path, partSize), result) << seed;
         std::vector<std::string> came;
         const auto requests = server.Requests();
         for (size_t i = before; i < requests.size(); ++i)
@@ -257,9 +270,7 @@ TEST_F(SorrelUploadTaskTest, TellsWhatCannotBeSent) {
     EXPECT_THAT(server.Requests().front().target, HasSubstr("%22total_size%22:0,%22total_sha1%22:%22%22%7D"));
     EXPECT_THAT(server.Requests().back().body, HasSubstr("name=\"part_sha1\"\r\n\r\n\r\n"));
 
-    MakeFile(3, "a\"b\r\nc");
-    asked = 0;
-    EXPECT_EQ(Upload(CacheFolder() + "/a\"b\r\nc", part = 4), 0);
+    EXPECT_EQ(Upload(MakeFile(3, 4, {}, "a\"b\r\nc"), 4), 0);
     EXPECT_EQ(server.Requests().back().body, Body(content, "a%22b%0D%0Ac"));
 
     SorrelCUploadTask* const task = Quern::WWW::GetSorrelUploadTask();
@@ -288,7 +299,7 @@ TEST_F(SorrelUploadTaskTest, TellsWhatCannotBeSent) {
 }
 
 TEST_F(SorrelUploadTaskTest, ReadsDigestsSizesAndTheManifest) {
-    const std::string path = MakeFile(700000);
+    const std::string path = MakeFile(700000, 0);
     using Worker = OrvaneSorrelUploadTask;
     EXPECT_EQ(Worker::fileToSHA1(path), HexSha1(content));
     EXPECT_EQ(Worker::filePartToSHA1_withStartPos_withPartSize(path, 300000, 350000),
