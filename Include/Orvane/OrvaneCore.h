@@ -182,6 +182,30 @@ ORVANE_EXPORT bool Quern_system_IsDeviceRooted(void);
 /// Deprecated. \return -1
 ORVANE_EXPORT int Quern_system_CheckPermission(int permission);
 
+/* --- Tracing: spans of a distributed trace, by their texts ---------------------------------------------------------*/
+/* Whether there is tracing is up to the configuration, read at the launch; without it, and before the launch, the texts
+   are empty and the calls do nothing, so that a game leaves them in place. From no callback of the log. */
+
+/// Writes the trace id of this run of the process, as a rule 32 characters, and fills the buffer with zeros.
+/// \return false, and nothing written, if `size` bytes do not hold the text and its terminator; true for the empty text
+ORVANE_EXPORT bool orvanecore_onetrace_GetTraceId(char* value, int size);
+/// Makes a span and writes its text, as a rule 58 characters, 47 for a root. Every span
+/// ends with a SpanFinish, else it stays in memory; so does one whose text the buffer does not hold.
+/// \param parentContext the text of the span above it; null for a root
+/// \param privateType the game's own kind of a span; null is "0"
+/// \return as above
+ORVANE_EXPORT bool orvanecore_onetrace_CreateContext(const char* parentContext, const char* privateType, char* value,
+                                                     int size);
+/// Starts the span's clock and says what it is, where it runs and whom it asks. A null leaves its part, and without a
+/// name the clock, as it was.
+ORVANE_EXPORT void orvanecore_onetrace_SpanStart(const char* context, const char* name, const char* locName,
+                                                 const char* rmtName);
+/// Sets one of the game's own tags, in place of an earlier value. A null does nothing.
+ORVANE_EXPORT void orvanecore_onetrace_SpanFlush(const char* context, const char* key, const char* value);
+/// Stops the clock, says how it went ("0" is success), sends the span to the data plugin and ends it. A second call for
+/// one span does nothing.
+ORVANE_EXPORT void orvanecore_onetrace_SpanFinish(const char* context, const char* errCode, const char* errMsg);
+
 /* --- Main-thread pump: for an engine that wants callbacks in its own tick ----------------------------------------- */
 
 /// From now on deferred calls wait for Quern_UpdateUIThread. There is no way back.

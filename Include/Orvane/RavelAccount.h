@@ -8,6 +8,7 @@
 #include <stdint.h>
 
 #include "Orvane/IPluginService.h"
+#include "Orvane/PluginBase.h"
 
 namespace Orvane {
 namespace Plugin {
@@ -51,6 +52,17 @@ public:
 };
 
 }  // namespace Ravel
+
+/// IAccountService::GetLoginRet, for a plugin that has cached its manager.
+/// \return false without the login plugin or its service as well
+inline bool sg_get_login_ret(PluginBase* plugin, Ravel::RavelAccount& account) {
+    IPluginManager* manager = plugin ? plugin->GetPluginManager() : nullptr;
+    IPlugin* login = manager ? manager->GetPluginByName("RAVEL") : nullptr;
+    Ravel::IAccountService* service =
+        login ? static_cast<Ravel::IAccountService*>(login->GetServiceByName("ACCOUNT")) : nullptr;
+    return service && service->GetLoginRet(account);
+}
+
 }  // namespace Plugin
 }  // namespace Orvane
 

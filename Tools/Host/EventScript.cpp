@@ -3,6 +3,7 @@
 #include "AppDelegate.h"
 #include "Configuration.h"
 #include "GameLogger.h"
+#include "GameSpan.h"
 #include "LineFeed.h"
 #include "NetworkReport.h"
 #include "OperationLoad.h"
@@ -90,6 +91,7 @@ const EventScript::Event EventScript::kEvents[] = {
     {"stop", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnStop(); }},
     {"destroy", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnDestroy(); }},
     {"operations", true, [](EventScript& script, const std::string& argument) { script.Operations(argument); }},
+    {"span", true, [](EventScript&, const std::string& words) { TraceSpan(words); }},
     {"network", false, [](EventScript&, const std::string&) { TellNetwork(); }},
     {"modem", true,
      [](EventScript&, const std::string& words) {

@@ -48,6 +48,8 @@ events, one a line; blank lines and lines that begin with # are skipped:
                            older application object, as did enter background and will enter foreground
   operations N             queue N operations of 5 ms on the library's shared queue, and one that repeats; the console
                            says when the N have run, and at a release and the end how many have
+  span NAME [KEY=VALUE..]  trace a span of that name with these tags; the console says its text, or that there is no
+                           tracing (the setting YarrowEnable of the section OrvaneCore turns it on)
   network                  say how the device is connected, in detail, and from now on say each change of it
   modem RADIO MCC MNC      play a modem: a cellular link (wwan0) is by that radio (GPRS, WCDMA, LTE, NR, ...) and
                            carrier

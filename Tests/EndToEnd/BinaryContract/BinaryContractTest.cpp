@@ -61,7 +61,7 @@ TEST(BinaryContract, TheFacadeIsCalledByItsSlots) {
     EXPECT_EQ(facade->Start(), 0);
     facade->Threshold(3);
     EXPECT_STREQ(facade->Version(), "1.5.11.2664");
-    facade->Server("https://example.org");
+    facade->Server("http://127.0.0.1:1");  // where nobody listens
     facade->ForgetAnswer();
     EXPECT_THAT(testing::internal::GetCapturedStderr(), Not(HasSubstr("~COrvaneCore")));
     EXPECT_EQ(getInstance(), facade);

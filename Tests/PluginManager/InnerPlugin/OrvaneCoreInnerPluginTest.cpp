@@ -33,7 +33,7 @@ TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
     EXPECT_EQ(plugin->GetServiceByName(nullptr), nullptr);
     EXPECT_THAT(console.Take(), Contains("Debug OrvaneCoreInnerPlugin::GetServiceByName serviceName:log"));
 
-    for (const char* name : {"COREREPORT", "REMOTECONFIG", "LOG", "REMOTECONFIGEX", "CONFIGFILE"}) {
+    for (const char* name : {"COREREPORT", "YARROW", "REMOTECONFIG", "LOG", "REMOTECONFIGEX", "CONFIGFILE"}) {
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetName(), name);
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetPluginName(), "OrvaneCore");
     }

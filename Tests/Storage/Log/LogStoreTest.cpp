@@ -159,8 +159,11 @@ TEST_F(LogStoreTest, HoldsAThousandLinesInTheBackground) {
 TEST_F(LogStoreTest, AThirdOfTheBlockWakesTheFlushThread) {
     Logger* logger = Make("Flushed", 2);
     std::string expected;
-    for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i)
+    for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i) {
         Say(logger, "line number " + std::to_string(i));
+        // Slow enough for the thread to come to its turn on a busy machine before the block is half full.
+        if (i % 5 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     ASSERT_TRUE(WaitFor([] { return !ReadLogFiles("Flushed").empty(); }));
     AwaitFlushThreads();  // the append is not one step
     const auto record = DecodeRecords(ReadLogFiles("Flushed"), DevelopmentKey()).at(0);

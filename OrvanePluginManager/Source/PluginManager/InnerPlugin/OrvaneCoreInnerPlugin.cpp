@@ -8,6 +8,7 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 #include "PluginManager/InnerPlugin/RemoteConfigService.h"
+#include "PluginManager/InnerPlugin/Yarrow/TraceService.h"
 
 namespace Orvane::Plugin {
 
@@ -43,6 +44,7 @@ IPluginService* OrvaneCoreInnerPlugin::GetServiceByName(const char* serviceName)
     ORVANE_LOG_DEBUG("OrvaneCoreInnerPlugin::GetServiceByName serviceName:%s", serviceName ? serviceName : "(null)");
     if (!serviceName) return nullptr;
     if (strcmp(serviceName, "COREREPORT") == 0) return OrvaneCoreReportSerivce::GetInstance();
+    if (strcmp(serviceName, "YARROW") == 0) return TraceService::GetInstance();
     if (strcmp(serviceName, "REMOTECONFIG") == 0) return RemoteConfigSerivce::GetInstance();
     if (strcmp(serviceName, "LOG") == 0) return OrvaneCoreLogSerivce::GetInstance();
     if (strcmp(serviceName, "REMOTECONFIGEX") == 0) return RemoteConfigExSerivce::GetInstance();

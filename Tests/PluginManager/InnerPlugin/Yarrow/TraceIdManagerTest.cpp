@@ -1,0 +1,189 @@
+#include "PluginManager/InnerPlugin/Yarrow/TraceIdManager.h"
+
+#include <filesystem>
+#include <set>
+
+#include "DevServer/ClientVerdict.h"
+#include "DevServer/HostileJson.h"
+#include "DevServer/TraceIdProtocol.h"
+#include "PluginManager/InnerPlugin/Yarrow/TraceFixture.h"
+#include "Support/HttpServer.h"
+#include "Support/WaitFor.h"
+#include "System/Thread/Time.h"
+
+namespace {
+
+using OrvaneTest::ReadFile;
+using OrvaneTest::WriteFile;
+using testing::Contains;
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+// Bits of a text of the alphabet, as the number that has the first of them lowest.
+uint64_t Field(const std::string& text, size_t first, size_t last) {
+    const std::string alphabet = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ+_";
+    uint64_t value = 0;
+    for (size_t at = last + 1; at-- > first;)
+        value = value * 2 + (alphabet.find(text.at(at / 6)) >> (5 - at % 6) & 1);
+    return value;
+}
+
+std::string Number(size_t value) {
+    std::string bytes;
+    for (int shift = 24; shift >= 0; shift -= 8)
+        bytes += static_cast<char>(value >> shift);
+    return bytes;
+}
+
+std::string Stock(const std::vector<std::string>& ids) {
+    std::string bytes = Number(ids.size());
+    for (const std::string& id : ids)
+        bytes += Number(id.size()) + id;
+    return bytes;
+}
+
+using TraceIds = OrvaneTest::TraceFixture;
+using Orvane::Plugin::TraceIdManager;
+
+TEST_F(TraceIds, EveryFieldHasItsPlace) {
+    TraceIdManager manager;
+    char id[13] = "untouched";
+    EXPECT_FALSE(manager.GenSpanId(id, 11) || manager.GenSpanId(nullptr, 12));
+    EXPECT_STREQ(id, "untouched");
+    const double now = static_cast<double>(Quern::CTime::GetCurTime());
+    std::set<uint64_t> randoms;
+    for (unsigned sequence = 1; sequence <= 65537; ++sequence) {
+        ASSERT_TRUE(manager.GenSpanId(id, 12) && strlen(id) == 11);
+        if (sequence > 40 && sequence < 65530) continue;
+        EXPECT_NEAR(static_cast<double>(Field(id, 0, 31)), now, 30);
+        EXPECT_EQ(Field(id, 48, 65), sequence & 0xFFFF);
+        randoms.insert(Field(id, 32, 47));
+    }
+    EXPECT_GT(randoms.size(), 40u) << "srand, called for each with the time, must not set it back";
+
+    const std::string standIn = manager.genFakeTraceId(0x8001, 0x4003).c_str();
+    ASSERT_EQ(standIn.size(), 32u);
+    EXPECT_EQ(Field(standIn, 0, 47), 0x23456789u);
+    EXPECT_EQ(Field(standIn, 48, 79), 0x80014003u);
+    EXPECT_NEAR(static_cast<double>(Field(standIn, 80, 111)), now, 30);
+    EXPECT_EQ(Field(standIn, 112, 150), 0u);
+    EXPECT_EQ(Field(standIn, 151, 191), uint64_t{1} << (190 - 151));
+    EXPECT_EQ(Field(manager.GetTraceId().c_str(), 48, 79), 1u);
+}
+
+TEST_F(TraceIds, OneIsTakenFromTheStockAndMoreAreAskedForWhenFewAreLeft) {
+    const std::string tooLarge((4 << 20) + 1, '\0');
+    struct {
+        const char* what;
+        std::string file;
+        std::string id;     // "" for a stand-in
+        std::string after;  // of the file
+        bool isRefilled = true;
+    } const kCases[] = {
+        {"five are left", Stock({"first", "2", "3", "4", "5", "6"}), "first", Stock({"2", "3", "4", "5", "6"})},
+        {"six are left", Stock({"a", "2", "3", "4", "5", "6", "7"}), "a", Stock({"2", "3", "4", "5", "6", "7"}), false},
+        {"oddities stay", Stock({"a-b", std::string("z\0z", 3)}), "a-b", Stock({std::string("z\0z", 3)})},
+        {"empty file", "", "", ""},
+        {"no ids", Number(0), "", Number(0)},
+        {"cut in the count", std::string("\0\0", 2), "", Number(0)},
+        {"a count beyond the file", Number(0x7FFFFFFF) + Number(2) + "ok", "ok", Number(0)},
+        {"a negative count", Number(0xFFFFFFFF) + Number(2) + "ok", "", Number(0)},
+        {"a length beyond it", Number(3) + Number(2) + "ok" + Number(1u << 30), "ok", Stock({""})},
+        {"an empty id in front", Stock({"", "second"}), "", Stock({"second"})},
+        {"more than any stock", tooLarge, "", tooLarge},
+    };
+    for (const auto& one : kCases) {
+        SCOPED_TRACE(one.what);
+        WriteFile(stock, one.file);
+        TraceIdManager manager;
+        console.Take();
+        const std::string id = manager.GetTraceId().c_str();
+        EXPECT_THAT(id, testing::MatchesRegex(one.id.empty() ? ".{31}2" : one.id));
+        EXPECT_EQ(ReadFile(stock), one.after);
+        EXPECT_THAT(console.Take(), Contains(HasSubstr("requestTraceIdList url:?buzid=")).Times(one.isRefilled));
+        fs::remove(stock);
+        EXPECT_EQ(manager.GetTraceId().c_str(), id) << "one for the run";
+        EXPECT_FALSE(fs::exists(stock)) << "and nothing touched for it";
+    }
+    TraceIdManager().GetTraceId();
+    EXPECT_TRUE(fs::exists(stock)) << "made where there was none";
+    fs::remove(stock);
+    fs::create_directory(stock);
+    TraceIdManager refused;
+    EXPECT_EQ(refused.GetTraceId().length(), 32);
+    EXPECT_THAT(console.Take(), Contains("Warning [Yarrow] traceIdStore not exist"));
+    Quern::AArray ids;
+    EXPECT_FALSE(refused.appendTraceIdSettoFile(&ids) || refused.appendTraceIdSettoFile(nullptr));
+}
+
+TEST_F(TraceIds, AnAnswerIsTakenWholeOrNotAtAll) {
+    using namespace OrvaneDevServer;
+    std::vector<HostileDocument> documents = HostileDocuments(Protocol::kTraceIds);
+    documents.push_back({"an error", TraceIdError(7, "no")});
+    for (uint64_t seed = 0; seed < 500; ++seed)
+        documents.push_back({"seed " + std::to_string(seed), Mutate(TraceIdAnswer({"id1", "id2"}), seed)});
+    TraceIdManager manager;
+    std::string lines;
+    for (const auto& [name, text] : documents) {
+        WriteFile(stock, "as it was");
+        OrvaneDevServer::Answer answer;
+        answer.body = text;
+        manager.OnDataTaskFinished(nullptr, Quern::kWWWErrorNone, 500, text.data(),
+                                   static_cast<long long>(text.size()));
+        EXPECT_EQ(ReadFile(stock) == "as it was", TraceIdVerdict(answer).find("will add ") != 0) << name << text;
+        for (const std::string& line : console.Take())
+            if (line.find("Warning") == 0) lines += line + "\n";
+    }
+    for (const char* line :
+         {"TraceService::OnDataTaskFinished Invalid params", "parseTraceIdData parse json object fail",
+          "json is not Object", "parseTraceIdData check member failed", "parseTraceIdData retcode:7",
+          "parseTraceIdData invalid param count:0", "parseTraceIdData fail",
+          "parseTraceIdData count error, count:3, traceids.size():2"})
+        EXPECT_THAT(lines, HasSubstr(std::string("Warning [Yarrow] ") + line + "\n"));
+}
+
+TEST_F(TraceIds, ARefillServesTheNextRunAlsoWhenItComesLate) {
+    std::atomic<bool> isHeld{true};
+    OrvaneTest::HttpServer server([&](const OrvaneTest::HttpRequest&) {
+        OrvaneTest::WaitFor([&] { return !isHeld; });
+        return OrvaneTest::HttpAnswer("500 Yet sound", OrvaneDevServer::TraceIdAnswer({"new 1", "new 2"}));
+    });
+    Set("YarrowUrl", server.Url("/ids"));
+    WriteFile(stock, Stock({"mine", "left"}));
+    {
+        TraceIdManager manager;
+        EXPECT_STREQ(manager.GetTraceId().c_str(), "mine");
+        EXPECT_EQ(ReadFile(stock), Stock({"left"}));
+        isHeld = false;
+        EXPECT_TRUE(OrvaneTest::WaitFor([&] { return ReadFile(stock) == Stock({"left", "new 1", "new 2"}); }));
+        EXPECT_STREQ(manager.GetTraceId().c_str(), "mine");
+    }
+    EXPECT_EQ(server.Requests().at(0).target, "/ids?buzid=4886718345&setid=0&pritype=0&pubtype=1&count=30");
+    isHeld = true;
+    {
+        TraceIdManager next;
+        EXPECT_STREQ(next.GetTraceId().c_str(), "left");
+        ASSERT_TRUE(OrvaneTest::WaitFor([&] { return server.Requests().size() == 2; }));
+    }  // with the request under way
+    isHeld = false;
+    EXPECT_EQ(ReadFile(stock), Stock({"new 1", "new 2"}));
+}
+
+TEST_F(TraceIds, TheSettingsAreToldAsTheyAreNow) {
+    Set("YarrowStoreFilename", "../escape");
+    TraceIdManager manager;
+    EXPECT_THAT(console.Take(), Contains("Info [Yarrow] TraceConfig LowerLimit:5, UpperLimit:60, RequestCount:30, "
+                                         "StoreFileName:" +
+                                         stock));
+    Set("YarrowUpperLimit", "9");
+    manager.DumpCloudCtrlData();
+    std::string all;
+    for (const std::string& line : console.Take())
+        all += line.substr(line.rfind("[Yarrow]")) + " ";
+    EXPECT_EQ(all,
+              "[Yarrow][YarrowEnable]:1 [Yarrow][YarrowLowerLimit]:-1 [Yarrow][YarrowUpperLimit]:9 "
+              "[Yarrow][YarrowRequestCount]:-1 [Yarrow][YarrowStoreFilename]:../escape [Yarrow][YarrowUrl]:unknown "
+              "[Yarrow][YarrowBackupUrl]:unknown [Yarrow][YarrowStoreFileEncrypt]:0 ");
+}
+
+}  // namespace
