@@ -61,19 +61,45 @@ std::string FindDirectory(const std::string& path) {
     return real;
 }
 
-// What is left of a search's steps, a match's share at a time.
-class Matcher {
+// The server's patterns, and what is left of their steps.
+class Patterns {
 public:
-    bool Matches(const std::string& pattern, const std::string& name) {
-        const long long share = std::min(kStepsOfMatch, _stepsLeft);
-        long long steps = share;
-        const int result = Quern::slre_match_bounded(pattern.c_str(), name.c_str(), static_cast<int>(name.size()),
-                                                     Quern::kSlreIgnoreCase, steps);
-        _stepsLeft -= share - steps;
-        return result >= 0;
+    explicit Patterns(const AString& texts) {
+        for (const std::string& text : Quern::SplitString(texts.c_str(), '|'))
+            _patterns.push_back({text});
+    }
+    // How many patterns the name matches.
+    int Match(const std::string& name) {
+        int matches = 0;
+        for (Pattern& pattern : _patterns) {
+            if (Matches(pattern, name)) {
+                ORVANE_LOG_INFO("fileName %s match ", name.c_str());
+                ++matches;
+            } else {
+                ORVANE_LOG_WARNING("fileName %s dismatch filePattern %s", name.c_str(), pattern.text.c_str());
+            }
+        }
+        return matches;
     }
 
 private:
+    struct Pattern {
+        std::string text;
+        bool isTooCostly = false;  // it has been once, and is not tried again
+    };
+
+    bool Matches(Pattern& pattern, const std::string& name) {
+        if (pattern.isTooCostly) return false;
+        const long long share = std::min(kStepsOfMatch, _stepsLeft);
+        long long steps = share;
+        const int result = Quern::slre_match_bounded(pattern.text.c_str(), name.c_str(), static_cast<int>(name.size()),
+                                                     Quern::kSlreIgnoreCase, steps);
+        _stepsLeft -= share - steps;
+        pattern.isTooCostly = steps == 0;
+        return result >= 0;
+    }
+
+    std::vector<Pattern> _patterns;
     long long _stepsLeft = kStepsOfSearch;
 };
 
@@ -131,23 +157,15 @@ bool FileUploader::_IsAllowed(const Order& order) {
 // A name that two patterns match is there twice.
 std::vector<std::string> FileUploader::_Search(const Order& order) {
     ORVANE_LOG_DEBUG("1. search the match file");
-    const std::vector<std::string> patterns = Quern::SplitString(order.pattern.c_str(), '|');
+    Patterns patterns(order.pattern);
     std::vector<std::string> files;
-    Matcher matcher;
     for (const std::string& entry : Quern::SplitString(order.path.c_str(), '|')) {
         const std::string directory = FindDirectory(ExpandPath(entry));
         if (directory.empty()) continue;
         for (const std::string& name : Quern::GetFilesInDir(directory)) {
             const std::string path = directory + "/" + name;
             if (Quern::Sandbox::Current().Resolve(path).empty()) continue;  // not there for a server
-            for (const std::string& pattern : patterns) {
-                if (matcher.Matches(pattern, name)) {
-                    ORVANE_LOG_INFO("fileName %s match ", name.c_str());
-                    files.push_back(path);
-                } else {
-                    ORVANE_LOG_WARNING("fileName %s dismatch filePattern %s", name.c_str(), pattern.c_str());
-                }
-            }
+            files.insert(files.end(), static_cast<size_t>(patterns.Match(name)), path);
         }
     }
     ORVANE_LOG_INFO("total match %d files.", static_cast<int>(files.size()));

@@ -2,6 +2,8 @@
 #ifndef ORVANE_SERIALIZER_CODEC_REGULAR_EXPRESSION_INTERNAL_H
 #define ORVANE_SERIALIZER_CODEC_REGULAR_EXPRESSION_INTERNAL_H
 
+#include <cstdint>
+
 #include "Serializer/Codec/RegularExpression.h"
 
 namespace Quern {
@@ -36,7 +38,7 @@ struct regex_info {
     const char* furthest;
     // What is left of the budget; below 0 everything ends without a match. Costs about as much as the work that it
     // counts: an item of the pattern tried, a byte of the subject compared.
-    long long steps;
+    long long steps = INT64_MAX;
 };
 
 // Compiling. foo records brackets and branches, checks the pattern, and then matches.

@@ -229,7 +229,7 @@ int bar(const char* re, int reLength, const char* subject, int subjectLength, re
             j += match.taken;
             // Going on would find the same again, at twice the cost for each group of the branch. Only a "^", which
             // looks at j, may then see another thing than it did at the start of the rest.
-            info->steps -= restLength;
+            info->steps -= std::max(restLength, 0);
             const bool known = restLength > 0 && match.rest >= 0 && !HasStartAnchor(re + behind, restLength);
             if (known) return j + match.rest;
         } else {

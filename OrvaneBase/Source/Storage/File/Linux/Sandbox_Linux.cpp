@@ -17,10 +17,11 @@ std::string WithoutLinks(const std::string& path) {
 // The keychain and the user defaults lie in the container's folder Library itself. Their locks and new files, and what
 // was set aside, bear the same name with a "." in front or something behind it.
 bool IsSecret(const std::string& library, const std::string& path) {
-    if (!path.starts_with(library)) return false;
-    std::string name = path.substr(library.size());
-    if (name.starts_with('.')) name.erase(0, 1);
-    return name.starts_with("OrvaneCore.keychain") || name.starts_with("UserDefaults.json");
+    for (const char* const name : {"OrvaneCore.keychain", "UserDefaults.json"})
+        if (path.starts_with(library + "/" + name) || path.starts_with(library + "/." + name) ||
+            path == WithoutLinks(library + "/" + name))
+            return true;
+    return false;
 }
 
 class Container final : public Sandbox {
@@ -30,7 +31,7 @@ public:
         std::string real = WithoutLinks(path);
         if (home.empty() || real.empty()) return {};
         const bool isInside = real == home || real.starts_with(home == "/" ? home : home + "/");
-        return isInside && !IsSecret(home + "/Library/", real) ? real : std::string();
+        return isInside && !IsSecret(WithoutLinks(home + "/Library"), real) ? real : std::string();
     }
 };
 
