@@ -1,6 +1,7 @@
 // slre_match: the first byte holds the flags, then the pattern up to a NUL, then the subject.
 //
-// Left out are the patterns that are stated never to return, and those whose stated cost would hold up the fuzzer.
+// slre_match_bounded takes them all. For the other, patterns are left out that are stated never to return, and those
+// whose stated cost would hold up the fuzzer; where the budget was enough the two must agree.
 #include "Serializer/Codec/RegularExpression.h"
 
 #include <cstddef>
@@ -51,10 +52,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string pattern(text, strnlen(text, size - 1));
     const size_t subjectAt = std::min(pattern.size() + 1, size - 1);
     const std::vector<char> subject(text + subjectAt, text + size - 1);
+    constexpr long long kSteps = 100000;
+    long long steps = kSteps;
+    const int length = static_cast<int>(subject.size());
+    const int bounded = Quern::slre_match_bounded(pattern.c_str(), subject.data(), length, data[0] & 1, steps);
+    if (steps < 0 || steps > kSteps || bounded > length) abort();
     if (IsEndless(pattern) || !IsCheap(pattern, subject.size())) return 0;
 
     Quern::slre_cap caps[100] = {};
-    const int length = static_cast<int>(subject.size());
+    const bool isWithin = steps > 0 && pattern.size() <= Quern::kSlreLongestBoundedPattern;
+    if (isWithin && bounded != Quern::slre_match(pattern.c_str(), subject.data(), length, nullptr, 0, data[0] & 1))
+        abort();
     const int end =
         Quern::slre_match(pattern.c_str(), subject.data(), length, caps, data[0] & 2 ? 3 : 100, data[0] & 1);
     if (end > length || end < Quern::kSlreTooManyBrackets) abort();

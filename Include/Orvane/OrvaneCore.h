@@ -173,7 +173,9 @@ ORVANE_EXPORT bool quern_network_GetDetailNetworkInfo(char* buffer, int size);
 
 /* --- System --------------------------------------------------------------------------------------------------------*/
 
-/// Writes the device's id, 32 hexadecimal digits or what the data plugin tells in their place, and a terminator.
+/// Writes the device's id, 32 hexadecimal digits or what the data plugin tells in their place, and a terminator. Not
+/// before the launch: it reads one of the library's own settings, and these are then at their defaults for as long as
+/// the process lives.
 /// \return true; false, and nothing written, if `size` bytes do not hold both
 ORVANE_EXPORT bool Quern_system_GetUUID(char* buffer, int size);
 /// The advertising id is not read: writes nothing. \return 0

@@ -10,6 +10,7 @@
 #include "Orvane/DataTask.h"
 #include "Orvane/DownloadFileTask.h"
 #include "Orvane/RunTime.h"
+#include "Orvane/SorrelCUploadTask.h"
 #include "Orvane/UrlResponse.h"
 
 /// Makes a task for requests that are held in memory. Nothing is sent before its Get or Post.
@@ -36,6 +37,13 @@ inline Quern::DownloadFileTask* gs_OrvaneDownloadFile(const char* url, const cha
     void* arguments[] = {const_cast<char*>(url), const_cast<char*>(localPath)};
     return static_cast<Quern::DownloadFileTask*>(
         orvane_class_perform(orvane_class_lookup("OrvaneWWW"), "downloadFile:localPath:", arguments));
+}
+
+/// Makes an upload of one file. Nothing is sent before its Upload.
+/// \return owned by the caller, who deletes it once its listener has been told; null without the library
+inline SorrelCUploadTask* gs_OrvaneGetSorrelUploadTask() {
+    return static_cast<SorrelCUploadTask*>(
+        orvane_class_perform(orvane_class_lookup("OrvaneWWW"), "getSorrelUploadTask", nullptr));
 }
 
 /// Destroys a task. A null is ignored. When the call has returned, its listener is not called any more.

@@ -54,20 +54,23 @@ protected:
 TEST_F(RemoteConfigTest, AnAnswerHoldsForTheNextLaunchUntilItIsCleared) {
     StartServer();
     WriteWholeFile(_folder + "/modules/Demo.json", R"({"LogMode":0})");
+    // Each launch asks by itself, once it has read what the last run left.
     const struct {
-        const char* event;
-        const char* isRead;  // by the launch before the event
-        size_t reports;      // of fetches, behind it
-    } kRuns[] = {{"fetch", "logMode 2", 1}, {"clear", "logMode 0", 1}, {"fetch", "logMode 2", 2}};
+        const char* event;   // behind the answer
+        const char* isRead;  // by the launch
+    } kRuns[] = {{"memory-warning", "logMode 2"}, {"clear", "logMode 0"}, {"memory-warning", "logMode 2"}};
+    size_t runs = 0;
     for (const auto& run : kRuns) {
         Process host(Host());
-        host.Send(std::string("launch\nlog info a line\n") + run.event + "\n");
-        EXPECT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= run.reports; })) << host.Error();
+        host.Send("launch\nlog info a line\n");
+        ++runs;
+        EXPECT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= runs; })) << host.Error();
+        host.Send(std::string(run.event) + "\n");
         host.CloseInput();
         EXPECT_EQ(host.Wait().exitStatus, 0);
         EXPECT_THAT(host.Error(), HasSubstr(std::string("log init module Demo, ") + run.isRead));
     }
-    ASSERT_EQ(Requests().size(), 2u);
+    ASSERT_EQ(Requests().size(), 3u);
     for (const std::string& request : Requests())
         EXPECT_THAT(request, testing::AllOf(HasSubstr("\"problems\":[]"), HasSubstr("will replace the file")));
 }

@@ -32,6 +32,13 @@ public:
     }
     // What the next request gets in place of the right answer ("500", "hold", ..).
     void OrderNext(const std::string& what) { Control("faults", "config:+1:" + what); }
+    // Faults of any protocol, one a line, in place of all that were ordered before.
+    void Order(const std::string& faults) {
+        Control("faults", "", "DELETE");
+        if (!faults.empty()) Control("faults", faults);
+    }
+    // Where it keeps everything.
+    std::string Folder() const { return _folder / "served"; }
     void Release() { Control("release", ""); }
     // How many requests have come.
     size_t Asked() const { return _http.Requests().size(); }
@@ -55,8 +62,8 @@ private:
         options.isStrict = true;
         return options;
     }
-    void Control(const std::string& path, const std::string& body) {
-        OrvaneDevServer::Request order{"POST", "/_orvane/" + path, "HTTP/1.1", {{"Host", "127.0.0.1"}}, body, {}};
+    void Control(const std::string& path, const std::string& body, const std::string& method = "POST") {
+        OrvaneDevServer::Request order{method, "/_orvane/" + path, "HTTP/1.1", {{"Host", "127.0.0.1"}}, body, {}};
         EXPECT_EQ(_server.Handle(order).status, 200);
     }
     std::string Answer(const HttpRequest& from) {

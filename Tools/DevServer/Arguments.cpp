@@ -99,13 +99,15 @@ const char kHelpText[] =
     R"(usage: orvane-devserver [OPTION]... [FOLDER]
 
 The server that OrvaneCore talks to, for the desk: it serves configuration and trace ids to games that run on this
-machine, says what the client will do with each answer, reports every request that breaks its protocol, and misbehaves
-on order. Everything it keeps is in FOLDER ("devserver" if none is named), which is made if it is not there:
+machine, takes the files that it orders from them, says what the client will do with each answer, reports every request
+that breaks its protocol, and misbehaves on order. Everything it keeps is in FOLDER ("devserver" if none is named),
+which is made if it is not there:
 
   modules/NAME.json        the configuration of the module NAME for all devices: an object of keys, with strings and
                            integers. Read anew at each request: an edited file counts at once
   devices/DID/NAME.json    keys that go before those, for one device
   rule_id.json             the rule id, which rises with each change
+  uploads/DID/ID/          what a device has sent: upload.zip, and files/ that were in it
   journal.jsonl            every request, one JSON object a line
 
 When it can be reached it writes "ready http://ADDRESS:PORT" to standard output. A game is pointed at that address by
@@ -121,7 +123,7 @@ Options
   -h, --help           this text
 
 Faults: PROTOCOL:WHICH:WHAT
-  PROTOCOL             config, traceids
+  PROTOCOL             config, traceids, upload (the announcement and each part count)
   WHICH                3 (the third request), 3-5, 3- (from then on), +1 (the next), * (all)
   WHAT                 500             the status, with a web server's error page
                        500:json        the status, with the right answer
@@ -134,6 +136,9 @@ Faults: PROTOCOL:WHICH:WHAT
                        hostile:SEED    the right answer with some of its bytes changed
                        ret:CODE        the server's error CODE
                        rule:N          the rule id N (config alone); rule:-N, rule:+N lower or higher by N
+                       next:N          "next_pos" is N (upload alone); next:+N, next:+-N further or back by N;
+                                       next:same where the part began
+                       url[:URL]       another "upload_url" of this server, or that one (upload alone)
                        big[:BYTES]     a sound answer of 100 MB, or of so many bytes
 
 Orders while it runs (each needs a loopback Host, and no web page but its own may give one)

@@ -176,4 +176,25 @@ std::string TraceIdVerdict(const Answer& answer) {
     return WithStatus(answer, "will add " + Counted(count, "id") + " to its stock" + odd);
 }
 
+UploadOutcome UploadVerdict(const Answer& answer, bool isPrepare) {
+    if (const std::string* address = Redirect(answer)) return {false, "will ask " + *address + " instead"};
+    const std::string ends = isPrepare ? "is done, result 2: " : "will try once more, or end with result 3: ";
+    if (answer.status != 200) return {false, ends + "the status is " + std::to_string(answer.status)};
+    Json::Value root;
+    std::string error;
+    if (answer.body.empty()) return {false, ends + "the answer is empty"};
+    if (!ReadStrictly(TextOf(answer), root, error)) return {false, ends + "the answer is no JSON"};
+    if (!root.isObject()) return {false, ends + "the answer is " + KindOf(root) + ", not an object"};
+    const Json::Value &ret = root["ret"], &data = root["biz_data"];
+    if (root.isMember("ret") && !ret.isInt()) return {false, ends + "\"ret\" is no 32-bit integer"};
+    const int code = ret.asInt();
+    if (code > 0 && isPrepare) return {false, "is done, result 1: the server's error " + std::to_string(code)};
+    if (code != 0) return {false, ends + "the server's error " + std::to_string(code)};
+    if (!data.isObject() || !data["upload_url"].isString() || !data["next_pos"].isInt64() ||
+        data["next_pos"].asInt64() < 0)
+        return {false, ends + "\"upload_url\" or \"next_pos\" is missing, or is none"};
+    return {true, "will go on from " + std::to_string(data["next_pos"].asInt64()) +
+                      (isPrepare ? "" : ", or is done if that is the end")};
+}
+
 }  // namespace OrvaneDevServer

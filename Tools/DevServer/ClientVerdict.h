@@ -15,6 +15,14 @@ std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId);
 
 std::string TraceIdVerdict(const Answer& answer);
 
+struct UploadOutcome {
+    bool isTaken = false;  // the client goes on with the next part, or is done
+    std::string text;
+};
+
+// Here the status counts, and the answer must be JSON to the letter.
+UploadOutcome UploadVerdict(const Answer& answer, bool isPrepare);
+
 }  // namespace OrvaneDevServer
 
 #endif

@@ -65,6 +65,7 @@ Answer DevServer::RightConfigAnswer(Exchange& exchange, const ConfigRequest& che
         ruleId = RefreshModules();
         modules = _modules.For(checked.device);
     }
+    TakeOrderBack(exchange, checked.device, modules);
     FillIn(exchange.request, modules);
     for (const Fault& fault : exchange.faults)
         if (fault.kind == Fault::Kind::kRuleId) ruleId = fault.isRelative ? ruleId + fault.number : fault.number;

@@ -54,6 +54,7 @@ Answer DevServer::Control(const Request& request, const std::string& path) {
     if (path == "status" && isGet) {
         value["config"] = static_cast<Json::UInt64>(_configRequests);
         value["traceids"] = static_cast<Json::UInt64>(_traceIdRequests);
+        value["upload"] = static_cast<Json::UInt64>(_uploadRequests);
         value["held"] = static_cast<Json::UInt64>(_gate.Held());
         value["faults"] = Orders(_faults);
         const std::lock_guard<std::mutex> guard(_modulesMutex);
@@ -84,7 +85,7 @@ Answer DevServer::OrderFaults(const std::string& orders) {
     }
     if (faults.empty()) return ReplyWhy(400, "the body holds no order");
     for (Fault& fault : faults) {
-        const uint64_t served = fault.protocol == Protocol::kConfig ? _configRequests : _traceIdRequests;
+        const uint64_t served = Served(fault.protocol);
         _faults.Add(std::move(fault), served);
     }
     Json::Value value(Json::objectValue);

@@ -48,6 +48,7 @@ bool MakeFolder(const std::string& folder, std::string& error) {
 DevServer::DevServer(ServerOptions options)
     : _options(std::move(options)),
       _gate(_options.mostWaiting),
+      _uploads(_options.folder + "/uploads"),
       _modules(_options.folder),
       _ruleId(_options.folder + "/rule_id.json") {
     for (const Fault& fault : _options.faults)
@@ -80,16 +81,31 @@ Answer DevServer::Route(const Request& request) {
     if (const std::string refusal = PageRefusal(request); !refusal.empty()) return HandlePage(exchange, refusal);
     if (target.path == kConfigPath) return HandleConfig(exchange);
     if (target.path == kTraceIdPath) return HandleTraceIds(exchange);
+    if (target.path == kPreparePath) return HandlePrepare(exchange);
+    if (target.path == kPartPath || target.path == kOtherPartPath) return HandlePart(exchange);
     return HandleUnknown(exchange);
+}
+
+uint64_t DevServer::Served(Protocol protocol) const {
+    switch (protocol) {
+        case Protocol::kConfig:
+            return _configRequests;
+        case Protocol::kTraceIds:
+            return _traceIdRequests;
+        case Protocol::kUpload:
+            break;
+    }
+    return _uploadRequests;
 }
 
 Answer DevServer::HandleUnknown(Exchange& exchange) {
     const std::string& path = exchange.target.path;
-    std::string problem =
-        "the path is \"" + path + "\"; there are \"" + kConfigPath + "\" and \"" + kTraceIdPath + "\"";
-    if (path == std::string("/") + kConfigPath || path == std::string("/") + kTraceIdPath)
+    std::string problem = "the path is \"" + path + "\"; there are \"" + kConfigPath + "\", \"" + kTraceIdPath +
+                          "\" and \"" + kPreparePath + "\"";
+    if (path == std::string("/") + kConfigPath || path == std::string("/") + kTraceIdPath ||
+        path == std::string("/") + kPreparePath)
         problem += ": the address that the client was given must not end in \"/\"";
-    else if (path.ends_with(kConfigPath))
+    else if (path.ends_with(kConfigPath) || path.ends_with(kPreparePath))
         problem += ": the address that the client was given must have no path";
     return Refuse(exchange, 404, problem);
 }
@@ -115,10 +131,10 @@ void DevServer::NoteRefused(const std::string& method, const std::string& target
     line["method"] = method.substr(0, kMostTextInLine);
     line["target"] = target.substr(0, kMostTextInLine);
     line["status"] = status;
-    const std::string problem = status == 414
-                                    ? "the request's first line is too long for this server, which takes 8192 bytes"
-                                : status == 413 ? "the request's body is too big for this server, which takes 1 MB"
-                                                : "the bytes that came are no HTTP request that can be answered";
+    const std::string problem =
+        status == 414   ? "the request's first line is too long for this server, which takes 8192 bytes"
+        : status == 413 ? "the request's body is too big for this server, which takes 1 MB, and 64 MB in a part"
+                        : "the bytes that came are no HTTP request that can be answered";
     line["problems"].append(problem);
     _options.say("refused with " + std::to_string(status) + ": " + problem);
     Write(line);

@@ -22,6 +22,7 @@
 #include "DevServer/Query.h"
 #include "DevServer/RuleId.h"
 #include "DevServer/TraceIdProtocol.h"
+#include "DevServer/Uploads.h"
 
 namespace OrvaneDevServer {
 
@@ -36,8 +37,8 @@ struct ServerOptions {
     std::function<void(const std::string&)> say = [](const std::string&) {};  // one line for people. Any thread
 };
 
-// Handle is for any number of threads at once. Its bodies lie in DevServer.cpp, ConfigExchange.cpp, TraceIdExchange.cpp
-// and Control.cpp.
+// Handle is for any number of threads at once. Its bodies lie in DevServer.cpp, ConfigExchange.cpp,
+// TraceIdExchange.cpp, UploadExchange.cpp and Control.cpp.
 class DevServer {
 public:
     explicit DevServer(ServerOptions options);
@@ -70,6 +71,8 @@ private:
     Answer Route(const Request& request);
     Answer HandleConfig(Exchange& exchange);
     Answer HandleTraceIds(Exchange& exchange);
+    Answer HandlePrepare(Exchange& exchange);
+    Answer HandlePart(Exchange& exchange);
     Answer HandleUnknown(Exchange& exchange);
     Answer HandlePage(Exchange& exchange, const std::string& refusal);
     Answer Refuse(Exchange& exchange, int status, const std::string& problem);
@@ -82,6 +85,11 @@ private:
     int32_t RefreshModules();
     Answer RightTraceIdAnswer(Exchange& exchange, const TraceIdRequest& checked);
 
+    void BeginUpload(Exchange& exchange);
+    Answer AnswerUpload(Exchange& exchange, const Uploads::Outcome& outcome, int64_t from);
+    void TakeOrderBack(Exchange& exchange, const std::string& device, Json::Value& modules);
+    uint64_t Served(Protocol protocol) const;
+
     void Wait(Exchange& exchange);
     void SpoilAnswer(const Exchange& exchange, Answer& answer) const;
     void Note(Exchange& exchange, const Answer& answer, const std::string& outcome);
@@ -92,7 +100,8 @@ private:
     FaultList _faults;
     Gate _gate;
     Fetches _fetches;
-    std::atomic<uint64_t> _configRequests{0}, _traceIdRequests{0};
+    std::atomic<uint64_t> _configRequests{0}, _traceIdRequests{0}, _uploadRequests{0};
+    Uploads _uploads;
 
     std::mutex _modulesMutex;  // guards the two below
     ModuleFolder _modules;

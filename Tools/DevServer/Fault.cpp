@@ -62,6 +62,15 @@ bool ReadRuleId(const std::string& more, Fault& fault) {
     return fault.protocol == Protocol::kConfig && ReadInteger(more, INT32_MIN, INT32_MAX, fault.number);
 }
 
+// "9", "-1", "+9", "+-9" (9 back), "same"
+bool ReadNextPos(std::string more, Fault& fault) {
+    fault.isRelative = more.starts_with('+');
+    if (fault.isRelative) more.erase(0, 1);
+    fault.text = more == "same" ? more : "";
+    return fault.protocol == Protocol::kUpload &&
+           (!fault.text.empty() || ReadInteger(more, INT64_MIN / 4, INT64_MAX / 4, fault.number));
+}
+
 bool ReadBig(const std::string& more, Fault& fault) {
     fault.number = kHundredMegabytes;
     return more.empty() || ReadInteger(more, 1, kMostBytes, fault.number);
@@ -69,9 +78,9 @@ bool ReadBig(const std::string& more, Fault& fault) {
 
 bool ReadWhat(const std::string& what, const std::string& more, Fault& fault) {
     static const std::map<std::string, Kind> kKinds = {
-        {"delay", Kind::kDelay}, {"hold", Kind::kHold},   {"redirect", Kind::kRedirect},
-        {"empty", Kind::kEmpty}, {"{}", Kind::kObject},   {"hostile", Kind::kHostile},
-        {"ret", Kind::kCode},    {"rule", Kind::kRuleId}, {"big", Kind::kBig}};
+        {"delay", Kind::kDelay}, {"hold", Kind::kHold},       {"redirect", Kind::kRedirect}, {"empty", Kind::kEmpty},
+        {"{}", Kind::kObject},   {"hostile", Kind::kHostile}, {"ret", Kind::kCode},          {"rule", Kind::kRuleId},
+        {"big", Kind::kBig},     {"next", Kind::kNextPos},    {"url", Kind::kUploadUrl}};
     const auto known = kKinds.find(what);
     if (known == kKinds.end()) return ReadStatus(what, more, fault);
     fault.kind = known->second;
@@ -89,6 +98,11 @@ bool ReadWhat(const std::string& what, const std::string& more, Fault& fault) {
             return ReadRuleId(more, fault);
         case Kind::kBig:
             return ReadBig(more, fault);
+        case Kind::kNextPos:
+            return ReadNextPos(more, fault);
+        case Kind::kUploadUrl:
+            fault.text = more;
+            return fault.protocol == Protocol::kUpload;
         default:
             return more.empty();
     }
@@ -101,9 +115,12 @@ bool ParseFault(const std::string& order, Fault& fault, std::string& error) {
     fault.order = order;
     std::string rest = order;
     const std::string protocol = TakePiece(rest), which = TakePiece(rest), what = TakePiece(rest);
-    fault.protocol = protocol == "traceids" ? Protocol::kTraceIds : Protocol::kConfig;
-    if (protocol != "config" && protocol != "traceids")
-        error = "\"" + protocol + "\" is no protocol; there are \"config\" and \"traceids\"";
+    static const std::map<std::string, Protocol> kProtocols = {
+        {"config", Protocol::kConfig}, {"traceids", Protocol::kTraceIds}, {"upload", Protocol::kUpload}};
+    const auto known = kProtocols.find(protocol);
+    if (known != kProtocols.end()) fault.protocol = known->second;
+    if (known == kProtocols.end())
+        error = "\"" + protocol + "\" is no protocol; there are \"config\", \"traceids\" and \"upload\"";
     else if (!ReadWhich(which, fault))
         error =
             "\"" + which + "\" names no requests; a number does, \"3-5\", \"3-\", \"+1\" for the next, \"*\" for all";

@@ -28,6 +28,8 @@ struct Fault {
         kCode,     // number: "ret" or "retcode"
         kRuleId,   // number: the rule id; isRelative: added to the right one
         kBig,      // number: bytes
+        kNextPos,  // number: "next_pos"; isRelative: added to the right one; text "same": where the part began
+        kUploadUrl,  // text: "upload_url"; empty: another of this server's
     };
 
     Protocol protocol = Protocol::kConfig;

@@ -35,7 +35,12 @@ std::string HostileBody(const Fault& fault, uint64_t number, const Answer& answe
 
 // A sound document of so many bytes, most of them in one text.
 void MakeBig(const Fault& fault, Answer& answer) {
-    if (fault.protocol == Protocol::kConfig) {
+    const std::string text = "\"err\":\"";
+    const size_t at = answer.body.find(text);
+    if (fault.protocol == Protocol::kUpload && at != std::string::npos) {
+        answer.tail = answer.body.substr(at + text.size());
+        answer.body.resize(at + text.size());
+    } else if (fault.protocol == Protocol::kConfig) {
         answer.body = R"({"ret":0,"err":"","biz_data":{"rule_id":1,"merged_cfg":{"Big":{"key":")";
         answer.tail = "\"}}}}\n";
     } else {
@@ -64,13 +69,15 @@ void Spoil(const Fault& fault, uint64_t number, const std::string& target, Answe
         case Fault::Kind::kHostile:
             return SetBody(answer, HostileBody(fault, number, answer));
         case Fault::Kind::kCode:
-            return SetBody(answer, fault.protocol == Protocol::kConfig ? ConfigError(fault.number, "ordered fault")
-                                                                       : TraceIdError(fault.number, "ordered fault"));
+            return SetBody(answer, fault.protocol == Protocol::kTraceIds ? TraceIdError(fault.number, "ordered fault")
+                                                                         : ConfigError(fault.number, "ordered fault"));
         case Fault::Kind::kBig:
             return MakeBig(fault, answer);
         case Fault::Kind::kDelay:
         case Fault::Kind::kHold:
         case Fault::Kind::kRuleId:
+        case Fault::Kind::kNextPos:
+        case Fault::Kind::kUploadUrl:
             return;
     }
 }

@@ -10,8 +10,8 @@
 
 namespace OrvaneDevServer {
 
-// `number` is the request's in its protocol, `target` what it asked for. Faults that wait, and those that change the
-// rule id, change nothing here.
+// `number` is the request's in its protocol, `target` what it asked for. Faults that wait, and those of a
+// member of the right answer, change nothing here.
 void Spoil(const Fault& fault, uint64_t number, const std::string& target, Answer& answer);
 
 }  // namespace OrvaneDevServer

@@ -126,12 +126,43 @@ std::vector<HostileDocument> TraceIdDocuments() {
     return all;
 }
 
+std::vector<HostileDocument> UploadDocuments() {
+    const auto answer = [](const std::string& ret, const std::string& url, const std::string& next) {
+        return "{\"ret\":" + ret + ",\"err\":\"\",\"biz_data\":{\"upload_url\":" + url + ",\"next_pos\":" + next +
+               "}}\n";
+    };
+    const std::string url = "\"http://127.0.0.1:9/\"";
+    std::vector<HostileDocument> all = Common();
+    const std::vector<HostileDocument> own = {
+        {"ret-text", answer("\"0\"", url, "0")},
+        {"ret-big", answer("4294967296", url, "0")},
+        {"ret-null", answer("null", url, "0")},
+        {"biz-missing", "{\"ret\":0}\n"},
+        {"biz-array", "{\"ret\":0,\"biz_data\":[1]}\n"},
+        {"url-missing", "{\"ret\":0,\"biz_data\":{\"next_pos\":0}}\n"},
+        {"url-number", answer("0", "5", "0")},
+        {"pos-missing", "{\"ret\":0,\"biz_data\":{\"upload_url\":" + url + "}}\n"},
+        {"pos-text", answer("0", url, "\"0\"")},
+        {"pos-real", answer("0", url, "0.5")},
+        {"pos-negative", answer("0", url, "-1")},
+        {"pos-big", answer("0", url, "99999999999999999999")},
+        {"comment", "/* */" + answer("0", url, "0")},
+        {"behind", answer("0", url, "0") + "}]garbage"},
+        {"cut", answer("0", url, "0").substr(0, 40)},
+    };
+    all.insert(all.end(), own.begin(), own.end());
+    return all;
+}
+
 }  // namespace
 
 const std::vector<HostileDocument>& HostileDocuments(Protocol protocol) {
     static const std::vector<HostileDocument> kConfigDocuments = ConfigDocuments();
     static const std::vector<HostileDocument> kTraceIdDocuments = TraceIdDocuments();
-    return protocol == Protocol::kConfig ? kConfigDocuments : kTraceIdDocuments;
+    static const std::vector<HostileDocument> kUploadDocuments = UploadDocuments();
+    return protocol == Protocol::kConfig     ? kConfigDocuments
+           : protocol == Protocol::kTraceIds ? kTraceIdDocuments
+                                             : kUploadDocuments;
 }
 
 const HostileDocument* FindHostile(Protocol protocol, const std::string& name) {

@@ -15,6 +15,8 @@ namespace {
 
 constexpr size_t kThreads = 32;  // more than may wait at a time
 constexpr size_t kMostBodyBytes = 1 << 20;
+constexpr size_t kMostPartBytes = 65 << 20;  // of an upload, with what is around it
+constexpr char kMultipart[] = "multipart/";
 constexpr time_t kTimeout = 5;  // seconds for a sender or receiver that stands still
 
 // Whether this thread's request came as far as DevServer; what did not is noted when it is logged.
@@ -36,11 +38,24 @@ Request Translate(const httplib::Request& from) {
         // The library puts these among the headers.
         const bool isItsOwn =
             name == "REMOTE_ADDR" || name == "REMOTE_PORT" || name == "LOCAL_ADDR" || name == "LOCAL_PORT";
-        if (!isItsOwn) to.headers.emplace_back(name, value);
+        const bool isDisguised = name == "Content-Type" && value.starts_with(' ');
+        if (!isItsOwn) to.headers.emplace_back(name, isDisguised ? value.substr(1) : value);
     }
     const Connection connection{from.local_addr, from.remote_addr, from.local_port, from.remote_port};
     to.senderHasLeft = [connection] { return HasPeerLeft(connection); };
     return to;
+}
+
+// The library takes the body of a form apart, and the bytes as they came are lost, unless it does not know the type. It
+// hands its own request over as a constant one.
+void HideMultipart(const httplib::Request& request) {
+    auto& headers = const_cast<httplib::Headers&>(request.headers);
+    const auto type = headers.find("Content-Type");
+    if (type != headers.end() && type->second.starts_with(kMultipart)) type->second.insert(0, " ");
+}
+
+bool IsUpload(const httplib::Request& request) {
+    return request.path == kPartPath || request.path == kOtherPartPath;
 }
 
 // Sends head, filler and tail piece by piece.
@@ -84,12 +99,13 @@ HttpServer::HttpServer(DevServer& server) : _server(server) {
     _http.set_keep_alive_max_count(1);
     _http.set_read_timeout(kTimeout);
     _http.set_write_timeout(kTimeout);
-    _http.set_payload_max_length(kMostBodyBytes);
+    _http.set_payload_max_length(kMostPartBytes);
     const auto handle = [this](const httplib::Request& request, httplib::Response& response) {
         Handle(request, response);
     };
     // Without this the library would wait for a body that no header tells of, until the sender is given up.
     _http.set_pre_routing_handler([handle](const httplib::Request& request, httplib::Response& response) {
+        HideMultipart(request);
         if (request.method != "GET" && request.method != "HEAD" &&
             (request.has_header("Content-Length") || request.has_header("Transfer-Encoding")))
             return httplib::Server::HandlerResponse::Unhandled;
@@ -135,6 +151,10 @@ void HttpServer::Stop() {
 }
 
 void HttpServer::Handle(const httplib::Request& request, httplib::Response& response) {
+    if (request.body.size() > kMostBodyBytes && !IsUpload(request)) {
+        response.status = 413;
+        return;
+    }
     t_isHandled = true;
     Translate(_server.Handle(Translate(request)), response);
 }

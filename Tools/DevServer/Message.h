@@ -12,7 +12,7 @@
 namespace OrvaneDevServer {
 
 // What the server serves devices with.
-enum class Protocol { kConfig, kTraceIds };
+enum class Protocol { kConfig, kTraceIds, kUpload };
 
 // What a request breaks, one sentence each, for the developer who reads it.
 using Problems = std::vector<std::string>;

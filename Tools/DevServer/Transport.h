@@ -10,6 +10,11 @@ namespace OrvaneDevServer {
 // neither the client nor its transport sends.
 void CheckTransport(const Request& request, Problems& problems);
 
+// The same for another method, whose request tells how long its body is. `contentType` is what its Content-Type must
+// be; empty for a request that has none, and no body.
+void CheckTransport(const Request& request, const std::string& method, const std::string& contentType,
+                    Problems& problems);
+
 }  // namespace OrvaneDevServer
 
 #endif

@@ -35,6 +35,18 @@ struct Download : virtual Task {
     virtual const char* Path() = 0;
 };
 
+struct Upload {
+    struct Listener {  // no destructor in its table
+        virtual void Ended(Upload* upload, int result) = 0;
+    };
+    virtual ~Upload() {}
+    virtual void Begin(const char* id, const char* path, long long partSize, const char* address) = 0;
+    virtual const char* Id() = 0;
+    virtual const char* Path() = 0;
+    virtual void Credentials(const char* text) = 0;
+    virtual void Listen(Listener* listener) = 0;
+};
+
 struct Response {
     virtual ~Response() {}
     virtual const char* Header(const char* name) = 0;

@@ -95,6 +95,32 @@ TEST_F(WWWContract, EverySlotOfADataTaskWorks) {
     EXPECT_EQ(silent.count, 0);
 }
 
+TEST_F(WWWContract, EverySlotOfAnUploadWorks) {
+    struct UploadEnd final : Contract::Upload::Listener {
+        void Ended(Contract::Upload* upload, int result) override {
+            ended = upload;
+            code = result;
+        }
+        Contract::Upload* ended = nullptr;
+        std::atomic<int> code{-1};
+    } end;
+    ASSERT_TRUE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL));
+    auto* const upload = static_cast<Contract::Upload*>(Perform("OrvaneWWW", "getSorrelUploadTask", {}));
+    ASSERT_TRUE(upload);
+    upload->Credentials("who");
+    upload->Listen(&end);
+    upload->Begin("name", (folder + "/none").c_str(), 5, server.Url("").c_str());
+    ASSERT_TRUE(WaitFor([&] { return end.code != -1; }));
+    EXPECT_EQ(end.code, 2);  // this server's answer is no JSON
+    EXPECT_EQ(end.ended, upload);
+    EXPECT_STREQ(upload->Id(), "name");
+    EXPECT_EQ(upload->Path(), folder + "/none");
+    EXPECT_NE(
+        server.Requests()[0].target.find("/upload/prepareFile?com_params=who&biz_params=%7B%22upload_id%22:%22name"),
+        std::string::npos);
+    delete upload;
+}
+
 TEST_F(WWWContract, EverySlotOfADownloadWorks) {
     ASSERT_TRUE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL));
     const std::string path = folder + "/file";

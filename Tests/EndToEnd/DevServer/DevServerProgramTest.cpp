@@ -115,6 +115,34 @@ TEST_F(DevServerProgram, HoldsUntilToldAndSeesWhoLeaves) {
     EXPECT_EQ(last.get()->status, 200);
 }
 
+TEST_F(DevServerProgram, TakesABigPartByteByByte) {
+    Start({"-q"});
+    const std::string boundary = "----WebKitFormBoundaryftnnT7s3iF7wV5q6", part(5 << 20, '\x1F');
+    const std::string sha1 = "c05a25b70b404478d021e4e9cf11d623834d6ef8";
+    httplib::Client client(address);
+    const auto prepared = client.Put(
+        "/upload/prepareFile?com_params=%7B%22did%22:%22D1%22%7D&biz_params=%7B%22upload_id%22:%22u%22,"
+        "%22total_size%22:5242880,%22total_sha1%22:%22" +
+            sha1 + "%22%7D",
+        "", "text/plain");
+    ASSERT_TRUE(prepared);
+    Json::Value answer;
+    ASSERT_TRUE(Json::Reader().parse(prepared->body, answer));
+    const std::string url = answer["biz_data"]["upload_url"].asString();
+    ASSERT_THAT(url, StartsWith(address));
+    const auto sent = client.Post(url.substr(address.size()),
+                                  "--" + boundary + "\r\nContent-Disposition: form-data; name=\"part_sha1\"\r\n\r\n" +
+                                      sha1 + "\r\n--" + boundary +
+                                      "\r\nContent-Disposition: form-data; name=\"myfile\"; filename=\"u.zip\"\r\n"
+                                      "Content-Type: application/octet-stream\r\n\r\n" +
+                                      part + "\r\n--" + boundary + "--\r\n",
+                                  "multipart/form-data; boundary=" + boundary);
+    ASSERT_TRUE(sent);
+    EXPECT_THAT(sent->body, HasSubstr("\"next_pos\":5242880"));
+    EXPECT_EQ(std::filesystem::file_size(folder / "served/uploads/D1/u/upload.zip"), part.size());
+    EXPECT_EQ(Post("/upload/else", part)->status, 413);
+}
+
 TEST_F(DevServerProgram, TakesOrdersFromThisMachineAlone) {
     Start({});
     const std::string order = "config:*:404";

@@ -2,12 +2,16 @@
 
 #include <gmock/gmock.h>
 
+#include "Base/QuernCommon.h"
 #include "PluginManager/InnerPlugin/ConfigFileService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 #include "PluginManager/InnerPlugin/RemoteConfigService.h"
 #include "PluginManager/ServiceRegister.h"
+#include "Storage/Bundle/BundleFactory.h"
 #include "Support/CapturedConsole.h"
+#include "Support/FakePlugins.h"
+#include "System/Application/MainRunLoop.h"
 
 namespace {
 
@@ -54,6 +58,82 @@ TEST(OrvaneCoreInnerPlugin, DeclaresFourServicesAndTellsItsStages) {
         console.Take(),
         testing::IsSupersetOf({"Info OrvaneCoreInnerPlugin::OnStartup", "Info OrvaneCoreInnerPlugin::OnPostStartup",
                                "Info OrvaneCoreInnerPlugin::OnPreShutdown", "Info OrvaneCoreInnerPlugin::OnShutdown"}));
+}
+
+// A login plugin that puts a text of its own, or none, in the place of the record's buffer.
+struct OwnText : OrvaneTest::FakeRavel {
+    bool GetLoginRet(Ravel::RavelAccount& account) override {
+        delete[] account.openID;
+        account.openID = text;
+        return true;
+    }
+    char* text = nullptr;
+};
+
+// Whom OnPostStartup takes for the user, as "channel openid", after a line if there is one.
+std::string SettleUser() {
+    OrvaneTest::CapturedConsole console;
+    Singleton<OrvaneCoreInnerPlugin>::GetInstance()->OnPostStartup();
+    std::string said;
+    for (const std::string& line : console.Take())
+        if (line.find("invalid") != std::string::npos) said += line + ": ";
+    Quern::QuernCommon* const common = Quern::QuernCommon::GetInstance();
+    said += std::string(common->GetChannelID()) + " " + common->GetOpenID();
+    common->SetUserInfo("", "");
+    return said;
+}
+
+TEST(OrvaneCoreInnerPlugin, SettlesWhoTheUserIs) {
+    const std::string fits(128, 'x'), tooLong(129, 'x');
+    const char kTooLong[] = "Warning bundle get openid or channelid is invalid!:  ";
+    const struct {
+        std::string channelId, openId, user;
+    } kKept[] = {{"7", "", " "},
+                 {"", "someone", " "},
+                 {tooLong, "someone", kTooLong},
+                 {"7", tooLong, kTooLong},
+                 {fits, fits, fits + " " + fits}};
+    for (const auto& kept : kKept) {
+        Quern::BundleImpl& bundle = *Quern::BundleFactory::GetInstance()->GetDefaultBundle();
+        bundle.Set("Config", "channelid", kept.channelId.c_str());
+        bundle.Set("Config", "openid", kept.openId.c_str());
+        EXPECT_EQ(SettleUser(), kept.user);
+    }
+    // With a login plugin, whatever it has, these do not count.
+    const OrvaneTest::FakePlugin bare("RAVEL");
+    EXPECT_EQ(SettleUser(), " ");
+    OrvaneTest::FakeRavel login;
+    login.channel = -17;
+    login.openId = fits;
+    EXPECT_EQ(SettleUser(), "-17 " + fits);
+    login.loggedIn = false;
+    EXPECT_EQ(SettleUser(), " ");
+    OwnText own;
+    EXPECT_EQ(SettleUser(), "Error cRavelAccount.openID is NULL or len is invalid:  ");
+    own.text = strcpy(new char[tooLong.size() + 1], tooLong.c_str());
+    EXPECT_EQ(SettleUser(), "Error cRavelAccount.openID is NULL or len is invalid:  ");
+}
+
+TEST(OrvaneCoreInnerPlugin, AGameWithoutAnIdIsToldOnceTheLaunchIsOver) {
+    static std::vector<std::string> shown;
+    orvane_class* const host = orvane_class_allocate("UIAlertController");
+    orvane_class_add_class_method(
+        host, "presentAlertWithTitle:message:action:", [](orvane_object*, const char*, void* const* texts) -> void* {
+            shown.assign({static_cast<char*>(texts[0]), static_cast<char*>(texts[1]), static_cast<char*>(texts[2])});
+            return nullptr;
+        });
+    orvane_class_register(host);
+    OrvaneCoreInnerPlugin* const core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
+    OrvaneTest::CapturedConsole console;
+    core->onStartYarrowClient(nullptr, nullptr);  // without an operation nothing is started
+    core->onStartConfigure(nullptr, nullptr);
+    EXPECT_THAT(console.Take(), ElementsAre("Info OrvaneCoreInnerPlugin::onStartYarrowClient begin",
+                                            "Info OrvaneCoreInnerPlugin::onStartYarrowClient end"));
+    core->OnStartup(nullptr);
+    EXPECT_THAT(shown, ElementsAre());
+    Quern::MainRunLoop::Current().RunPending();
+    EXPECT_THAT(shown,
+                ElementsAre("OrvaneSDK提示", "GameID为0，请确认Info.plist中是否正确配置GameId和GameKey。", "确定"));
 }
 
 TEST(RemoteConfigService, KeepsOneObjectANamePastItsRelease) {

@@ -1,5 +1,6 @@
 #include "Serializer/Codec/RegularExpression.h"
 
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -92,6 +93,7 @@ int foo(const char* re, int reLength, const char* subject, int subjectLength, re
 
     int depth = 0;
     for (int i = 0; i < reLength; i += get_op_len(re + i, reLength - i)) {
+        if (--info->steps < 0) return kSlreNoMatch;
         int error = 0;
         switch (re[i]) {
             case '(':
@@ -147,7 +149,10 @@ int baz(const char* subject, int subjectLength, regex_info* info) {
 
 }  // namespace Slre
 
-int slre_match(const char* regexp, const char* subject, int subjectLength, slre_cap* caps, int numCaps, int flags) {
+namespace {
+
+int Match(const char* regexp, int length, const char* subject, int subjectLength, slre_cap* caps, int numCaps,
+          int flags, long long& steps) {
     Slre::regex_info info;  // the records are written before they are read: no need to clear 4 KB at each call
     info.num_brackets = 0;
     info.num_branches = 0;
@@ -155,7 +160,26 @@ int slre_match(const char* regexp, const char* subject, int subjectLength, slre_
     info.num_caps = numCaps;
     info.flags = flags;
     info.furthest = subject;
-    return Slre::foo(regexp, static_cast<int>(strlen(regexp)), subject, subjectLength, &info);
+    info.steps = steps;
+    const int result = Slre::foo(regexp, length, subject, subjectLength, &info);
+    steps = info.steps;
+    return result;
+}
+
+}  // namespace
+
+int slre_match(const char* regexp, const char* subject, int subjectLength, slre_cap* caps, int numCaps, int flags) {
+    long long steps = INT64_MAX;  // more than a life has
+    return Match(regexp, static_cast<int>(strlen(regexp)), subject, subjectLength, caps, numCaps, flags, steps);
+}
+
+int slre_match_bounded(const char* regexp, const char* subject, int subjectLength, int flags, long long& steps) {
+    const size_t length = strlen(regexp);
+    if (length > kSlreLongestBoundedPattern) return kSlreNoMatch;
+    const int result = Match(regexp, static_cast<int>(length), subject, subjectLength, nullptr, 0, flags, steps);
+    if (steps >= 0) return result;
+    steps = 0;
+    return kSlreNoMatch;
 }
 
 }  // namespace Quern

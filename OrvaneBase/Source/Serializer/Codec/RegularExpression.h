@@ -53,16 +53,24 @@ constexpr int kSlreTooManyBrackets = -9;  // over 99 pairs
 // positive `numCaps` is the room in `caps`, and a pattern with more brackets gives kSlreCapsTooSmall; with 0 the
 // pattern is not limited and `caps` must have room for all its brackets.
 //
-// A pattern that ends inside an escape within a set, such as "[\" or "[\x4", never returns. Patterns from outside must
-// be checked for that before they get here.
+// A pattern that ends inside an escape within a set, such as "[\" or "[\x4", never returns.
 //
 // Cost: 4 KB of stack, and a recursion that goes as deep as the pattern has groups and quantifiers, some 350 bytes for
 // each: a pattern of a thousand "a*" can exhaust the stack of a thread. The time over a subject of n bytes grows with n
 // to the power of the number of items of varying length (".*", "(a*)") that follow or hold one another, where the match
 // fails in the end. Over 64 bytes three groups in groups ("(((.*)b)b)b") cost 2 ms, four repetitions in a row
 // ("a*a*a*a*b") 8 ms, and each one more multiplies that by 20 to 60. File names and patterns written for them take
-// microseconds; patterns from outside must be bounded by whoever accepts them. Benchmarks/Codec measures all this.
+// microseconds; patterns from outside belong into slre_match_bounded. Benchmarks/Codec measures all this.
 int slre_match(const char* regexp, const char* subject, int subjectLength, slre_cap* caps, int numCaps, int flags);
+
+// A pattern of slre_match_bounded that is longer matches nothing: with it grows the stack that matching takes.
+constexpr int kSlreLongestBoundedPattern = 1024;
+
+// slre_match without captures, for patterns from outside: always returns, and takes no more than 400 KB of stack.
+// `steps` is the budget and receives what is left of it, 0 if it was too small: then, and for a pattern that is too
+// long, the result is kSlreNoMatch. A million steps take some milliseconds; file names and patterns written for them
+// need a thousand.
+int slre_match_bounded(const char* regexp, const char* subject, int subjectLength, int flags, long long& steps);
 
 }  // namespace Quern
 

@@ -2,6 +2,8 @@
 #ifndef ORVANE_SERIALIZER_CODEC_REGULAR_EXPRESSION_INTERNAL_H
 #define ORVANE_SERIALIZER_CODEC_REGULAR_EXPRESSION_INTERNAL_H
 
+#include <cstdint>
+
 #include "Serializer/Codec/RegularExpression.h"
 
 namespace Quern {
@@ -34,6 +36,9 @@ struct regex_info {
     // The furthest place of the subject at which a byte, or whether the subject ends there, has been looked at.
     // Matching again over a subject that ends behind this place would give the same.
     const char* furthest;
+    // What is left of the budget; below 0 everything ends without a match. Costs about as much as the work that it
+    // counts: an item of the pattern tried, a byte of the subject compared.
+    long long steps = INT64_MAX;
 };
 
 // Compiling. foo records brackets and branches, checks the pattern, and then matches.

@@ -112,6 +112,7 @@ int MatchByteRepeat(const Repeat& repeat, const char* subject, int subjectLength
     int count = 0;
     while (count < subjectLength && MatchByte(repeat.item, repeat.itemLength, subject + count, info) > 0)
         ++count;
+    info->steps -= static_cast<long long>(count) * repeat.itemLength;
     LookAt(subject + count, info);
     if (repeat.oneOrMore && count == 0) return kSlreNoMatch;
     if (repeat.restLength <= 0) return count;
@@ -188,10 +189,12 @@ int doh(const char* subject, int subjectLength, regex_info* info, int bracket) {
 int bar(const char* re, int reLength, const char* subject, int subjectLength, regex_info* info, int bracket) {
     int j = 0;
     for (int i = 0, step; i < reLength && j <= subjectLength; i += step) {
+        if (--info->steps < 0) return kSlreNoMatch;
         const bool isGroup = re[i] == '(';
         const int next = isGroup ? NextBracket(re + i, info, bracket) : bracket;
         if (next >= info->num_brackets) return kSlreInternalError;
         step = isGroup ? info->brackets[next].len + 2 : get_op_len(re + i, reLength - i);
+        if (re[i] == '[') info->steps -= step;
         if (is_quantifier(re + i)) return kSlreUnexpectedQuantifier;
         if (step < 1) return kSlreInvalidCharacterSet;
 
@@ -226,6 +229,7 @@ int bar(const char* re, int reLength, const char* subject, int subjectLength, re
             j += match.taken;
             // Going on would find the same again, at twice the cost for each group of the branch. Only a "^", which
             // looks at j, may then see another thing than it did at the start of the rest.
+            info->steps -= std::max(restLength, 0);
             const bool known = restLength > 0 && match.rest >= 0 && !HasStartAnchor(re + behind, restLength);
             if (known) return j + match.rest;
         } else {

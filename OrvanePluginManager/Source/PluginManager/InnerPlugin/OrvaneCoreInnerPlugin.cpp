@@ -20,26 +20,6 @@ const char* OrvaneCoreInnerPlugin::GetVersion() const {
     return orvanecore_get_version();
 }
 
-void OrvaneCoreInnerPlugin::OnStartup(IServiceRegister* services) {
-    ORVANE_LOG_INFO("OrvaneCoreInnerPlugin::OnStartup");
-    if (!services) return;
-    // A declaration for the host's record; look-ups never ask it, and not every service is in it.
-    for (const char* name : {"COREREPORT", "YARROW", "REMOTECONFIG", "CONFIGFILE"})
-        services->Register(name);
-}
-
-void OrvaneCoreInnerPlugin::OnPostStartup() {
-    ORVANE_LOG_INFO("OrvaneCoreInnerPlugin::OnPostStartup");
-}
-
-void OrvaneCoreInnerPlugin::OnPreShutdown() {
-    ORVANE_LOG_INFO("OrvaneCoreInnerPlugin::OnPreShutdown");
-}
-
-void OrvaneCoreInnerPlugin::OnShutdown() {
-    ORVANE_LOG_INFO("OrvaneCoreInnerPlugin::OnShutdown");
-}
-
 IPluginService* OrvaneCoreInnerPlugin::GetServiceByName(const char* serviceName) {
     ORVANE_LOG_DEBUG("OrvaneCoreInnerPlugin::GetServiceByName serviceName:%s", serviceName ? serviceName : "(null)");
     if (!serviceName) return nullptr;

@@ -2,6 +2,7 @@
 
 #include "System/WWW/Task/DataTaskImpl.h"
 #include "System/WWW/Task/DownloadFileTaskImpl.h"
+#include "System/WWW/Task/SorrelUploadTaskImpl.h"
 
 namespace Quern {
 
@@ -17,6 +18,10 @@ DownloadFileTask* WWW::DownloadFile(const char* url, const char* localPath) {
     auto* const task = new DownloadFileTaskImpl(localPath);
     task->SetUrl(url);
     return task;
+}
+
+SorrelCUploadTask* WWW::GetSorrelUploadTask() {
+    return new SorrelUploadTaskImpl;
 }
 
 void WWW::Destroy(DataTask* task) {

@@ -4,6 +4,7 @@
 
 #include "Orvane/DataTask.h"
 #include "Orvane/DownloadFileTask.h"
+#include "Orvane/SorrelCUploadTask.h"
 
 namespace Quern {
 
@@ -13,6 +14,8 @@ public:
     // Null for a null.
     static DataTask* Request(const char* url);
     static DownloadFileTask* DownloadFile(const char* url, const char* localPath);
+    // An upload, which the caller deletes.
+    static SorrelCUploadTask* GetSorrelUploadTask();
     // A null is ignored.
     static void Destroy(DataTask* task);
     static void Destroy(DownloadFileTask* task);

@@ -32,6 +32,10 @@ void* DownloadFile(orvane_object*, const char*, void* const* arguments) {
     return task;
 }
 
+void* GetSorrelUploadTask(orvane_object*, const char*, void* const*) {
+    return WWW::GetSorrelUploadTask();
+}
+
 void* DestroyDataTask(orvane_object*, const char*, void* const* arguments) {
     WWW::Destroy(static_cast<DataTask*>(arguments[0]));
     return nullptr;
@@ -78,6 +82,7 @@ void RegisterWWWClass() {
                          {{"request:", Request},
                           {"isRequestUrl:", IsRequestUrl},
                           {"downloadFile:localPath:", DownloadFile},
+                          {"getSorrelUploadTask", GetSorrelUploadTask},
                           {"destroyDataTask:", DestroyDataTask},
                           {"destroyDownloadFileTask:", DestroyDownloadFileTask},
                           {"makeUrlResponse:", MakeUrlResponse},

@@ -1,0 +1,92 @@
+#include "Storage/Defaults/Linux/DefaultsFile.h"
+
+#include <fcntl.h>
+#include <json/reader.h>
+#include <json/writer.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <memory>
+
+#include "Base/XLog.h"
+#include "Storage/File/FileReplacement.h"
+#include "Storage/File/WholeFile.h"
+
+namespace Quern {
+namespace {
+
+// Far more than what small dictionaries need.
+constexpr off_t kLargestFile = 4 << 20;
+constexpr int kDeepestNesting = 64;
+
+enum class Content { kNone, kWhole, kDamaged, kUnreadable };
+
+bool Parse(const std::string& text, Json::Value& root) try {
+    Json::CharReaderBuilder builder;
+    Json::CharReaderBuilder::strictMode(&builder.settings_);
+    builder["stackLimit"] = kDeepestNesting;
+    const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+    return reader->parse(text.data(), text.data() + text.size(), &root, nullptr) && root.isObject();
+} catch (const std::exception&) {
+    return false;  // the JSON library throws at texts that nest too deep
+}
+
+Content Refuse(Content content, const std::string& path, const char* why) {
+    ORVANE_LOG_ERROR("user defaults %s %s", path.c_str(), why);
+    return content;
+}
+
+Content Read(const std::string& path, Json::Value& root) {
+    root = Json::objectValue;
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) return errno == ENOENT ? Content::kNone : Refuse(Content::kUnreadable, path, strerror(errno));
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(fdopen(descriptor, "rb"), fclose);
+    if (!file) {
+        close(descriptor);
+        return Refuse(Content::kUnreadable, path, "cannot be read");
+    }
+    struct stat state {};
+    if (fstat(descriptor, &state) != 0 || !S_ISREG(state.st_mode))
+        return Refuse(Content::kUnreadable, path, "is no file");
+    bool error = state.st_size > kLargestFile;
+    const std::string text = error ? "" : ReadToEnd(file.get(), &error);
+    if (error) return Refuse(Content::kUnreadable, path, "cannot be read, or is far too large");
+    if (Parse(text, root)) return Content::kWhole;
+    // Where it cannot be replaced, it is written in place while the new file stays beside it.
+    if (Parse(FileReplacement(path).LeftOver(), root)) return Content::kWhole;
+    root = Json::objectValue;
+    return Refuse(Content::kDamaged, path, "is damaged");
+}
+
+}  // namespace
+
+Json::Value ReadDefaultsFile(const std::string& path) {
+    Json::Value root;
+    Read(path, root);
+    return root;
+}
+
+bool ChangeDefaultsFile(const std::string& path, const DefaultsChanges& changes) {
+    FileReplacement file(path);
+    file.Lock();
+    Json::Value root;
+    const Content content = Read(path, root);
+    if (content == Content::kUnreadable) return false;
+    Json::Value changed = root;
+    for (const auto& [key, value] : changes)
+        changed[key] = value;
+    if (content == Content::kWhole && changed == root) return true;
+    if (content == Content::kDamaged) rename(path.c_str(), (path + ".unusable").c_str());
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = " ";
+    const std::string text = Json::writeString(builder, changed) + "\n";
+    if (file.Prepare(text) && file.PutInPlace()) return true;
+    ORVANE_LOG_ERROR("user defaults %s cannot be written: %s", path.c_str(), strerror(errno));
+    return false;
+}
+
+}  // namespace Quern

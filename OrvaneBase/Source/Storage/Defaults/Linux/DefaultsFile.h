@@ -1,0 +1,25 @@
+// The file of the user defaults: one JSON object, "Library/UserDefaults.json" of the container.
+// Docs/StoreFormat.md describes it.
+#ifndef ORVANE_STORAGE_DEFAULTS_LINUX_DEFAULTS_FILE_H
+#define ORVANE_STORAGE_DEFAULTS_LINUX_DEFAULTS_FILE_H
+
+#include <json/value.h>
+
+#include <map>
+#include <string>
+
+namespace Quern {
+
+using DefaultsChanges = std::map<std::string, Json::Value>;  // by key
+
+// The object in the file. Empty if there is no file; empty, with a log line, if it cannot be read or is damaged.
+Json::Value ReadDefaultsFile(const std::string& path);
+
+// Changes these keys of the file as it lies there now, so that those of other processes stay. Writes a new file and
+// puts it in place, and nothing at all if nothing changes; a damaged file is kept beside it with ".unusable" behind its
+// name. Waits for the disk. False, with a log line, if the file cannot be read or written: it is as it was.
+bool ChangeDefaultsFile(const std::string& path, const DefaultsChanges& changes);
+
+}  // namespace Quern
+
+#endif

@@ -1,0 +1,106 @@
+#include "Storage/Defaults/UserDefaults.h"
+
+#include <sys/stat.h>
+
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "Base/XLog.h"
+#include "Storage/Defaults/Linux/DefaultsFile.h"
+#include "Storage/File/PathSource.h"
+
+namespace Quern {
+namespace {
+
+constexpr mode_t kPrivate = 0700;
+
+// Values live in memory, read from the file at the first need. A change starts a thread, unless one is at work, that
+// writes until nothing is left to write, and ends. Never destroyed: the thread may outlive whoever set a value.
+class DefaultsInMemory final : public UserDefaults {
+public:
+    DefaultsInMemory() : _folder(PathSource::Current().Home() + "/Library"), _path(_folder + "/UserDefaults.json") {}
+
+    Json::Value Dictionary(const std::string& key) override {
+        Load();
+        const std::lock_guard<std::mutex> guard(_mutex);
+        const Json::Value* const value = Find(key);
+        return value && value->isObject() ? *value : Json::Value(Json::objectValue);
+    }
+
+    void SetDictionary(const std::string& key, const Json::Value& dictionary) override {
+        Load();
+        {
+            const std::lock_guard<std::mutex> guard(_mutex);
+            const Json::Value* const value = Find(key);
+            if (!value || *value != dictionary) _pending[key] = _values[key] = dictionary;
+            // What could not be written before is tried again.
+            if (_pending.empty() || std::exchange(_isWriting, true)) return;
+        }
+        StartWriter();
+    }
+
+private:
+    const Json::Value* Find(const std::string& key) const { return _values.find(key.data(), key.data() + key.size()); }
+
+    // Two threads may both read the file, and the second gives way: no lock is held over that, which may log.
+    void Load() {
+        {
+            const std::lock_guard<std::mutex> guard(_mutex);
+            if (_isLoaded) return;
+        }
+        Json::Value values = ReadDefaultsFile(_path);
+        const std::lock_guard<std::mutex> guard(_mutex);
+        if (!std::exchange(_isLoaded, true)) _values = std::move(values);
+    }
+
+    void StartWriter() try {
+        std::thread([this] { Write(); }).detach();
+    } catch (const std::system_error& error) {
+        ORVANE_LOG_ERROR("no thread for the user defaults: %s", error.what());
+        const std::lock_guard<std::mutex> guard(_mutex);
+        _isWriting = false;
+    }
+
+    void Write() {
+        pthread_setname_np(pthread_self(), "UserDefaults");
+        mkdir(_folder.c_str(), kPrivate);
+        DefaultsChanges changes;
+        while (TakePending(changes)) {
+            if (ChangeDefaultsFile(_path, changes)) continue;
+            PutBack(std::move(changes));
+            return;
+        }
+    }
+
+    // False, and the thread is over, if there is nothing.
+    bool TakePending(DefaultsChanges& changes) {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        changes = std::exchange(_pending, {});
+        return _isWriting = !changes.empty();
+    }
+
+    // Behind what was set meanwhile.
+    void PutBack(DefaultsChanges changes) {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        _pending.merge(changes);
+        _isWriting = false;
+    }
+
+    const std::string _folder, _path;
+    std::mutex _mutex;  // guards what follows; a leaf
+    bool _isLoaded = false;
+    Json::Value _values{Json::objectValue};
+    DefaultsChanges _pending;  // set and not on the disk
+    bool _isWriting = false;   // a thread is at work, or about to be
+};
+
+}  // namespace
+
+template <>
+std::shared_ptr<UserDefaults> Seam<UserDefaults>::MakeBuiltIn() {
+    return std::make_shared<DefaultsInMemory>();
+}
+
+}  // namespace Quern

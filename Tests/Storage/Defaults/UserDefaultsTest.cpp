@@ -1,0 +1,65 @@
+#include "Storage/Defaults/UserDefaults.h"
+
+#include <gmock/gmock.h>
+#include <json/value.h>
+
+#include "PluginManager/InnerPlugin/CrashReportEntry.h"
+#include "Support/TestContainer.h"
+#include "Support/ThreadedConsole.h"
+#include "Support/WaitFor.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using OrvaneTest::ReadFile;
+using OrvaneTest::WaitFor;
+using testing::HasSubstr;
+
+const std::string kPath = fs::path(OrvaneTest::CacheFolder()).parent_path() / "UserDefaults.json";
+
+Json::Value Entry(const char* key, const char* value) {
+    Json::Value entry;
+    entry[key] = value;
+    return entry;
+}
+
+TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
+    OrvaneTest::WriteFile(kPath, R"({"FennelSDKInfos":{"0123456789":"2.0"},"list":[1]})");
+    Orvane::Plugin::registerFennel();
+    const std::string kWhole =
+        "{\n \"FennelSDKInfos\" : \n {\n  \"0123456789\" : \"2.0\",\n  \"4be17c90fd\" : \"1.5.11.2664\"\n },\n"
+        " \"list\" : \n [\n  1\n ]\n}\n";
+    EXPECT_TRUE(WaitFor([&] { return ReadFile(kPath) == kWhole; })) << ReadFile(kPath);
+
+    Quern::UserDefaults& defaults = Quern::UserDefaults::Current();
+    EXPECT_TRUE(defaults.Dictionary("list").isObject() && defaults.Dictionary("list").empty());
+    EXPECT_EQ(defaults.Dictionary("FennelSDKInfos").size(), 2u);
+    defaults.SetDictionary("FennelSDKInfos", defaults.Dictionary("FennelSDKInfos"));
+    OrvaneTest::WriteFile(kPath, R"({"of another program":true})");  // in the same file
+    defaults.SetDictionary("list", Entry("a", "b"));
+    EXPECT_EQ(defaults.Dictionary("list"), Entry("a", "b"));
+    // The other's stays, and what was written once is not written again.
+    const std::string kNow = "{\n \"list\" : \n {\n  \"a\" : \"b\"\n },\n \"of another program\" : true\n}\n";
+    EXPECT_TRUE(WaitFor([&] { return ReadFile(kPath) == kNow; })) << ReadFile(kPath);
+}
+
+// What cannot be read is left alone, and what is damaged is set aside; both read as empty.
+TEST(UserDefaults, NothingIsLostOfAFileThatIsNoGood) {
+    const auto console = OrvaneTest::ThreadedConsole::Install();
+    fs::create_directories(kPath);
+    Quern::UserDefaults& defaults = Quern::UserDefaults::Current();
+    EXPECT_TRUE(defaults.Dictionary("a").empty());
+    defaults.SetDictionary("a", Entry("x", "1"));
+    EXPECT_TRUE(WaitFor([&] { return console->Count("UserDefaults.json is no file") == 2; }));  // read, then written
+    fs::remove(kPath);
+    const std::string kDeep = "{\"a\":" + std::string(100000, '[');
+    OrvaneTest::WriteFile(kPath, kDeep);
+    // The next change brings along what could not be written.
+    EXPECT_TRUE(WaitFor([&] {
+        defaults.SetDictionary("b", Entry("y", "2"));
+        return ReadFile(kPath + ".unusable") == kDeep && ReadFile(kPath) != kDeep && !ReadFile(kPath).empty();
+    }));
+    EXPECT_THAT(ReadFile(kPath), testing::AllOf(HasSubstr("\"x\" : \"1\""), HasSubstr("\"y\" : \"2\"")));
+}
+
+}  // namespace

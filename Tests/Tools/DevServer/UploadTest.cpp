@@ -1,0 +1,223 @@
+// The library's upload against the server on the desk, over real HTTP; the two share no code.
+#include <gmock/gmock.h>
+#include <minizip/zip.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "DevServer/Sha1Text.h"
+#include "DevServer/Unpack.h"
+#include "DevServer/Uploads.h"
+#include "Requests.h"
+#include "Support/ConfigServer.h"
+#include "Support/TestContainer.h"
+#include "Support/WaitFor.h"
+#include "System/WWW/Task/WWW.h"
+
+namespace OrvaneDevServer {
+namespace {
+
+namespace fs = std::filesystem;
+using OrvaneTest::FilesIn;
+using OrvaneTest::ReadFile;
+using OrvaneTest::WaitFor;
+using OrvaneTest::WriteFile;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+struct End final : SorrelCUploadTask::Listener {
+    void OnFinished(SorrelCUploadTask* task, int code) override {
+        delete task;
+        result = code;
+    }
+    std::atomic<int> result{-1};
+};
+
+int Upload(const std::string& url, const std::string& id, const std::string& path, long long partSize) {
+    End end;
+    SorrelCUploadTask* const task = Quern::WWW::GetSorrelUploadTask();
+    task->SetCredentialInfo(ComParams("D/1").c_str());
+    task->SetListener(&end);
+    task->Upload(id.c_str(), path.c_str(), partSize, url.c_str());
+    WaitFor([&] { return end.result >= 0; });
+    return end.result;
+}
+
+struct Entry {
+    std::string name, content;
+    unsigned long attributes = 0;
+};
+
+std::string MakeZip(const std::string& name, const std::vector<Entry>& entries) {
+    const std::string path = OrvaneTest::CacheFolder() + "/" + name;
+    const zipFile zip = zipOpen(path.c_str(), APPEND_STATUS_CREATE);
+    for (const Entry& entry : entries) {
+        zip_fileinfo info{};
+        info.external_fa = entry.attributes;
+        constexpr unsigned long kMadeOnUnix = 3 << 8;
+        zipOpenNewFileInZip4(zip, entry.name.c_str(), &info, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 9, 0,
+                             -MAX_WBITS, DEF_MEM_LEVEL, Z_DEFAULT_STRATEGY, nullptr, 0, kMadeOnUnix, 0);
+        zipWriteInFileInZip(zip, entry.content.data(), static_cast<unsigned>(entry.content.size()));
+        zipCloseFileInZip(zip);
+    }
+    zipClose(zip, nullptr);
+    return path;
+}
+
+TEST(DevServerUploadTest, IsResumedKeptUnpackedAndTakenBackThroughAllFaults) {
+    OrvaneTest::ConfigServer server;
+    std::string noise;
+    for (unsigned i = 0; noise.size() < 3000; ++i)
+        noise += Sha1Text(std::to_string(i));
+    const std::string zip = MakeZip("log.zip", {{"a.log", noise}, {"b.log", "b"}});
+    const std::string folder = server.Folder() + "/uploads/D%2F1";
+    struct Case {
+        const char* faults;
+        int result;
+    };
+    for (const Case& c : {Case{"", 0},
+                          {"upload:+1:500:json", 2},
+                          {"upload:+1:ret:5", 1},
+                          {"upload:+1:ret:-5", 2},
+                          {"upload:+2:500\nupload:+3:empty\nupload:+4:hostile:pos-negative", 0},
+                          {"upload:+3-6:{}", 3},
+                          {"upload:+3:next:0\nupload:+5:next:same\nupload:+7:next:+-150", 0},
+                          {"upload:+2:url\nupload:+4:url", 0},
+                          {"upload:+4:next:-1", 0},
+                          {"upload:+2-4:hostile", 0},
+                          {"upload:+2:big:100000", 0},
+                          {"upload:+1:next:999999", 0}}) {
+        SCOPED_TRACE(c.faults);
+        server.Order(c.faults);
+        const size_t before = server.Asked();
+        EXPECT_EQ(Upload(server.Url(), "12", zip, 400), c.result);
+        const size_t requests = server.Asked() - before;
+        if (c.result != 0 || std::string(c.faults).find("999999") != std::string::npos) continue;
+        EXPECT_TRUE(ReadFile(folder + "/12/upload.zip") == ReadFile(zip));
+        EXPECT_THAT(FilesIn(folder + "/12/files"), ElementsAre("a.log", "b.log"));
+        EXPECT_TRUE(ReadFile(folder + "/12/files/a.log") == noise);
+        EXPECT_GE(requests, 1 + fs::file_size(zip) / 400);
+    }
+    EXPECT_EQ(server.Problems(), "");
+}
+
+TEST(DevServerUploadTest, AnOrderIsGivenUntilItIsCarriedOut) {
+    const OrvaneLog::TemporaryFolder temporary;
+    ServerOptions options;
+    options.folder = temporary / "served";
+    options.now = [] { return kNow; };
+    temporary.Write("served/modules/Upload.json", "{\"upload_id\":\"007\"}");
+    DevServer server(options);
+    std::string error;
+    ASSERT_TRUE(server.Open(error)) << error;
+    EXPECT_THAT(server.Handle(ConfigFetch("D1")).body, HasSubstr("\"Upload\""));
+    temporary.Write("served/uploads/D1/7/upload.zip", "");
+    EXPECT_THAT(server.Handle(ConfigFetch("D1")).body, testing::Not(HasSubstr("\"Upload\"")));
+    EXPECT_THAT(server.Handle(ConfigFetch("D2")).body, HasSubstr("\"Upload\""));
+}
+
+TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
+    const OrvaneLog::TemporaryFolder temporary;
+    Uploads uploads(temporary / "uploads");
+    PrepareRequest prepare;
+    prepare.device = "../D";
+    prepare.uploadId = "..";
+    prepare.totalSize = 8;
+    prepare.totalSha1 = Sha1Text("12345678");
+    const std::string upload = uploads.Announce(prepare).upload;
+    EXPECT_THAT(FilesIn(temporary / "uploads"), ElementsAre("%2E.%2FD"));
+    const auto take = [&](int64_t position, const std::string& part) {
+        PartRequest request;
+        request.upload = upload;
+        request.position = position;
+        request.part = part;
+        request.sha1 = Sha1Text(part);
+        Problems problems;
+        const Uploads::Outcome outcome = uploads.Take(request, problems);
+        return std::to_string(outcome.next) + (outcome.isWhole ? " whole" : "") + "|" + outcome.refusal + "|" +
+               (problems.empty() ? "" : problems.front());
+    };
+    EXPECT_EQ(take(0, "1234"), "4||");
+    EXPECT_EQ(take(0, "1234"), "4||");
+    EXPECT_THAT(take(0, "12xx"), HasSubstr("had other bytes"));
+    EXPECT_EQ(take(0, "1234"), "4||");
+    EXPECT_THAT(take(0, "1234"), HasSubstr("try 5 of the part from 0"));
+    EXPECT_THAT(take(6, "78"), HasSubstr("only 4 bytes have come"));
+    EXPECT_THAT(take(4, "56789"), HasSubstr("longer than what is left"));
+    EXPECT_THAT(take(8, "9"), HasSubstr("behind the end"));
+    EXPECT_THAT(take(4, ""), HasSubstr("part is empty"));
+    EXPECT_EQ(uploads.Announce(prepare).next, 4);
+    EXPECT_THAT(take(4, "567x"), HasSubstr("digest"));  // and it begins anew
+    EXPECT_EQ(take(0, "12345678"), "8 whole||");
+    EXPECT_EQ(take(0, "12345678"), "8 whole||");
+    EXPECT_TRUE(uploads.IsWhole("../D", ".."));
+
+    PrepareRequest checked = CheckPrepareRequest(Get("/upload/prepareFile?com_params={}&biz_params=%7b%22a%22:1}%0A"));
+    EXPECT_FALSE(checked.isReadable);
+    for (const char* problem : {"the method is GET", "com_params is wrongly encoded at position 0",
+                                "biz_params is wrongly encoded at position 0", "biz_params"})
+        EXPECT_THAT(checked.problems, Contains(HasSubstr(problem)));
+    Request part = Get("/upload/part?upload=x&pos=0");
+    part.method = "POST";
+    part.body = "no multipart";
+    for (const char* problem : {"Content-Type", "part_sha1"})
+        EXPECT_THAT(CheckPartRequest(part, SplitTarget(part.target)).problems, Contains(HasSubstr(problem)));
+}
+
+TEST(DevServerUploadTest, ADevicesZipNeverLeavesItsFolder) {
+    constexpr unsigned long kLink = static_cast<unsigned long>(S_IFLNK | 0777) << 16;
+    const std::string zip = MakeZip("evil.zip", {{"../up", "x"},
+                                                 {"/abs", "x"},
+                                                 {"a/b", "x"},
+                                                 {"..", "x"},
+                                                 {"a\\b", "x"},
+                                                 {"link", "/etc/passwd", kLink},
+                                                 {"twice", "1"},
+                                                 {"twice", "2"},
+                                                 {"b\nb", "x"},
+                                                 {std::string(300, 'n'), "x"},
+                                                 {"zeros", std::string(100000, 0)}});
+    const std::string folder = OrvaneTest::CacheFolder() + "/unpacked";
+    EXPECT_THAT(Unpack(zip, folder), Contains("left out: \"link\", a link"));
+    EXPECT_THAT(FilesIn(folder), ElementsAre("twice", "twice.2", "zeros"));
+    EXPECT_FALSE(fs::exists(OrvaneTest::CacheFolder() + "/up"));
+    EXPECT_THAT(Unpack(zip, folder + "2", {50000, 1100, 100}), Contains(HasSubstr("far more than its size")));
+    EXPECT_THAT(Unpack(zip, folder + "3", {50000, 1100, 3}), Contains("there are too many entries"));
+    WriteFile(zip, ReadFile(zip).substr(0, 300));
+    EXPECT_THAT(Unpack(zip, folder + "4"), ElementsAre("it is no zip, and kept as it is"));
+}
+
+// The process is forked before it has threads.
+TEST(DevServerUploadTest, GoesOnWhereAKilledProcessWas) {
+    const std::string path = OrvaneTest::CacheFolder() + "/big.zip";
+    WriteFile(path, std::string(4 << 20, 'z'));
+    int url[2];
+    ASSERT_EQ(pipe(url), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        char text[100] = "";
+        if (read(url[0], text, sizeof text - 1) > 0) Upload(text, "id", path, 1000);
+        _exit(0);
+    }
+    OrvaneTest::ConfigServer server;
+    ASSERT_GT(write(url[1], server.Url().data(), server.Url().size()), 0);
+    const bool hasBegun = WaitFor([&] { return server.Asked() > 50; });
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    close(url[0]);
+    close(url[1]);
+    ASSERT_TRUE(hasBegun);
+    const std::string folder = server.Folder() + "/uploads/D%2F1/id/";
+    const size_t before = server.Asked(), held = fs::file_size(folder + "data");
+    EXPECT_EQ(Upload(server.Url(), "id", path, 1 << 20), 0);
+    EXPECT_LE(server.Asked() - before, 1 + 4u);
+    EXPECT_GT(held, 40000u);
+    EXPECT_TRUE(ReadFile(folder + "upload.zip") == ReadFile(path));
+    EXPECT_EQ(server.Problems(), "");
+}
+
+}  // namespace
+}  // namespace OrvaneDevServer
