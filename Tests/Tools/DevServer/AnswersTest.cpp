@@ -53,7 +53,8 @@ TEST(DevServerFault, HitsTheRequestsThatItNames) {
 
 TEST(DevServerFault, RefusesWhatIsNoOrder) {
     std::istringstream orders(
-        "config config:1 uploads:1:500 upload:1:next: config:1:next:1 config:1:url config:0:500 config:3-2:500 config:-1:500 config:x:500 config:1: config:1:99 "
+        "config config:1 uploads:1:500 upload:1:next: config:1:next:1 config:1:url config:0:500 config:3-2:500 "
+        "config:-1:500 config:x:500 config:1: config:1:99 "
         "config:1:600 "
         "config:1:500:xml config:1:delay config:1:delay:-1 config:1:delay:5s config:1:hold:1 config:1:{}:x "
         "config:1:hostile:no "
