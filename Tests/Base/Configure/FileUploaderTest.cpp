@@ -164,28 +164,21 @@ TEST_F(FileUploaderTest, SendsWhatPathPatternAndIdNameAndNothingElse) {
 
 TEST_F(FileUploaderTest, TellsItsStepsInOrderAndReportsThem) {
     const Names lines = Order("/logs", "^a", "77");
-    const Names steps = {"Info searchPaths: /logs, filePatterns: ^a, uploadid: 77, partSize: 1000000",
-                         "Debug 1. search the match file",
-                         "Info fileName a.log match ",
-                         "Info total match 1 files.",
-                         "Debug 2. zip the files",
-                         "Debug determine whethe the file exists",
-                         "Debug add files to zip file",
-                         "Info _Upload zip file."};
+    const Names steps = Quern::SplitString(
+        "Info searchPaths: /logs, filePatterns: ^a, uploadid: 77, partSize: 1000000|Debug 1. search the match file|"
+        "Info fileName a.log match |Info total match 1 files.|Debug 2. zip the files|"
+        "Debug determine whethe the file exists|Debug add files to zip file|Info _Upload zip file.",
+        '|');
     auto at = lines.begin();
     for (const std::string& step : steps) {
         at = std::find(at, lines.end(), step);
         ASSERT_NE(at, lines.end()) << step;
     }
-    const Names events = {"create 2000 RecieveUploadTask",
-                          "add 30001='77'",
-                          "add 30002='^a'",
-                          "add 30003='/logs'",
-                          "add 30004=1000000",
-                          "create 2000 UploadResult",
-                          "add 30001=0",
-                          "add 30003='" + cache + "/77.zip'",
-                          "add 30004=0"};
+    const Names events = Quern::SplitString(
+        "create 2000 RecieveUploadTask|add 30001='77'|add 30002='^a'|add 30003='/logs'|add 30004=1000000|"
+        "create 2000 UploadResult|add 30001=0|add 30003='" +
+            cache + "/77.zip'|add 30004=0",
+        '|');
     EXPECT_THAT(journal, IsSupersetOf(events));
 }
 

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <random>
 
+#include "Base/Configure/UtilsHelper.h"
 #include "HeardAnswers.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
@@ -31,12 +32,6 @@ std::string HexSha1(const std::string& data) {
     return text;
 }
 
-std::string Go(const std::string& url, long long position) {
-    return HttpAnswer(
-        "200 OK", Format("{\"ret\":0,\"err\":\"\",\"biz_data\":{\"upload_url\":\"%s\",\"next_pos\":%lld}}", url.c_str(),
-                         position));
-}
-
 std::string Body(const std::string& part, const std::string& name = "log.zip") {
     const std::string boundary = "------WebKitFormBoundaryftnnT7s3iF7wV5q6";
     return boundary + "\r\nContent-Disposition: form-data; name=\"part_sha1\"\r\n\r\n" + HexSha1(part) + "\r\n" +
@@ -46,23 +41,14 @@ std::string Body(const std::string& part, const std::string& name = "log.zip") {
 
 // What a request may get: a body with the address in place of "@", or one of kGood, with which the upload goes on.
 using Fault = std::string;
-const std::vector<Fault> kBad = {"status 500",
-                                 "close",
-                                 "",
-                                 "{\"ret\":0,}",
-                                 "[0]",
-                                 std::string(100000, '['),
-                                 R"({"ret":7,"err":"full"})",
-                                 R"({"ret":-7})",
-                                 R"({"ret":"0"})",
-                                 R"({"ret":0,"biz_data":null})",
-                                 R"({"ret":0,"biz_data":{"next_pos":9}})",
-                                 R"({"ret":0,"biz_data":{"upload_url":5,"next_pos":9}})",
-                                 R"({"ret":0,"biz_data":{"upload_url":"@"}})",
-                                 R"({"ret":0,"biz_data":{"upload_url":"@","next_pos":"9"}})",
-                                 R"({"ret":0,"biz_data":{"upload_url":"@","next_pos":9.5}})",
-                                 R"({"ret":0,"biz_data":{"upload_url":"@","next_pos":-1}})",
-                                 R"({"ret":0,"biz_data":{"upload_url":"@","next_pos":99999999999999999999}})"};
+const std::vector<Fault> kBad = Quern::SplitString(
+    R"(status 500|close||{"ret":0,}|[0]|{"ret":7,"err":"full"}|{"ret":-7}|{"ret":"0"}|{"ret":0,"biz_data":null}|)"
+    R"({"ret":0,"biz_data":{"next_pos":9}}|{"ret":0,"biz_data":{"upload_url":5,"next_pos":9}}|)"
+    R"({"ret":0,"biz_data":{"upload_url":"@"}}|{"ret":0,"biz_data":{"upload_url":"@","next_pos":"9"}}|)"
+    R"({"ret":0,"biz_data":{"upload_url":"@","next_pos":9.5}}|{"ret":0,"biz_data":{"upload_url":"@","next_pos":-1}}|)"
+    R"({"ret":0,"biz_data":{"upload_url":"@","next_pos":99999999999999999999}}|)" +
+        std::string(100000, '['),
+    '|');
 const std::vector<Fault> kGood = {"right", "back", "beyond", "still"};
 
 bool IsGood(const Fault& fault) {
@@ -116,12 +102,11 @@ protected:
         const std::string url = server.Url("/part" + std::to_string(number));
         if (fault == "close") return "";
         if (fault == "status 500") return HttpAnswer("500 Broken", R"({"ret":0})");
-        if (!IsGood(fault)) {
-            const size_t at = fault.find('@');
-            return HttpAnswer("200 OK", at == fault.npos ? fault : std::string(fault).replace(at, 1, url));
-        }
+        std::string body = IsGood(fault) ? R"({"ret":0,"err":"","biz_data":{"upload_url":"@","next_pos":)" : fault;
+        if (const size_t at = body.find('@'); at != body.npos) body.replace(at, 1, url);
+        if (!IsGood(fault)) return HttpAnswer("200 OK", body);
         position = Next(fault, position, number == 0 ? 0 : std::max(0LL, part), static_cast<long long>(content.size()));
-        return Go(url, position);
+        return HttpAnswer("200 OK", body + std::to_string(position) + "}}");
     }
 
     std::mutex mutex;  // guards what the server reads
@@ -196,13 +181,7 @@ TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
         long long partSize;
         std::vector<Fault> faults;
     };
-    std::vector<Run> runs = {{0, 4, {}},
-                             {1, 4, {}},
-                             {8, 4, {}},
-                             {9, 4, {}},
-                             {5, 0, empty},
-                             {5, -1, empty},
-                             {(megabytes ? strtoul(megabytes, nullptr, 10) : 64) << 20, 1 << 20, {}}};
+    std::vector<Run> runs = {{0, 4, {}}, {1, 4, {}}, {8, 4, {}}, {9, 4, {}}, {5, 0, empty}, {5, -1, empty}};
     for (unsigned seed = 0; seed < 150; ++seed) {
         std::mt19937 random(seed);
         Run run = {random() % 40, 1 + static_cast<long long>(random() % 12), std::vector<Fault>(random() % 16)};
@@ -211,6 +190,7 @@ TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
         if (seed % 3 != 0 && !run.faults.empty()) run.faults[0] = "right";
         runs.push_back(run);
     }
+    runs.push_back({(megabytes ? strtoul(megabytes, nullptr, 10) : 64) << 20, 1 << 20, {}});
     for (size_t i = 0; i < runs.size(); ++i) {
         const std::string path = MakeFile(runs[i].size, runs[i].partSize, runs[i].faults);
         std::vector<std::string> expected, came;
