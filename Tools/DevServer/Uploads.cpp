@@ -163,7 +163,10 @@ std::string Uploads::Append(Upload& upload, const PartRequest& request, Problems
         if (length > 0) problems.push_back("a part comes behind the end, from " + std::to_string(request.position));
         return length > 0 ? "the file has " + std::to_string(upload.size) + " bytes" : "";
     }
-    if (length == 0) problems.push_back("the part is empty: \"part_size\" of the order must be above 0");
+    if (length == 0) {
+        problems.push_back("the part is empty: \"part_size\" of the order must be above 0");
+        return "the part is empty";  // taken, the client would send the next empty one at once, for ever
+    }
     if (length > upload.size - request.position) {
         problems.push_back("the part is longer than what is left of the file");
         return "the file has " + std::to_string(upload.size) + " bytes";
