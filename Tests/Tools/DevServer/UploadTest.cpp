@@ -120,7 +120,7 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
     prepare.uploadId = "..";
     prepare.totalSize = 8;
     prepare.totalSha1 = Sha1Text("12345678");
-    const std::string upload = uploads.Announce(prepare).upload;
+    std::string upload = uploads.Announce(prepare).upload;
     EXPECT_THAT(FilesIn(temporary / "uploads"), ElementsAre("%2E.%2FD"));
     const auto take = [&](int64_t position, const std::string& part) {
         PartRequest request;
@@ -142,7 +142,10 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
     EXPECT_THAT(take(4, "56789"), HasSubstr("longer than what is left"));
     EXPECT_THAT(take(8, "9"), HasSubstr("behind the end"));
     EXPECT_THAT(take(4, ""), HasSubstr("part is empty"));
-    EXPECT_EQ(uploads.Announce(prepare).next, 4);
+    const Uploads::Outcome again = uploads.Announce(prepare);
+    EXPECT_EQ(again.next, 4);
+    EXPECT_THAT(take(4, "5678"), HasSubstr("announced anew"));
+    upload = again.upload;
     EXPECT_THAT(take(4, "567x"), HasSubstr("digest"));  // and it begins anew
     EXPECT_EQ(take(0, "12345678"), "8 whole||");
     EXPECT_EQ(take(0, "12345678"), "8 whole||");
