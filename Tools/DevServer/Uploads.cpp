@@ -105,8 +105,9 @@ Uploads::Outcome Uploads::Announce(const PrepareRequest& request) {
         return outcome;
     }
     upload.held = SizeOf(upload.folder + "/data");
-    outcome.upload = Sha1Text(upload.folder);
+    outcome.upload = Sha1Text(upload.folder + "#" + std::to_string(++_announcements));
     outcome.next = upload.held;
+    std::erase_if(_uploads, [&](const auto& known) { return known.second.folder == upload.folder; });
     _uploads[outcome.upload] = upload;
     return outcome;
 }
@@ -117,7 +118,7 @@ Uploads::Outcome Uploads::Take(const PartRequest& request, Problems& problems) {
     outcome.upload = request.upload;
     const auto found = _uploads.find(request.upload);
     if (found == _uploads.end()) {
-        outcome.refusal = "no such upload was announced to this run of the server";
+        outcome.refusal = "no such upload was announced to this run of the server, or it was announced anew";
         return outcome;
     }
     Upload& upload = found->second;
@@ -163,7 +164,10 @@ std::string Uploads::Append(Upload& upload, const PartRequest& request, Problems
         if (length > 0) problems.push_back("a part comes behind the end, from " + std::to_string(request.position));
         return length > 0 ? "the file has " + std::to_string(upload.size) + " bytes" : "";
     }
-    if (length == 0) problems.push_back("the part is empty: \"part_size\" of the order must be above 0");
+    if (length == 0) {
+        problems.push_back("the part is empty: \"part_size\" of the order must be above 0");
+        return "the part is empty";  // taken, the client would send the next empty one at once, for ever
+    }
     if (length > upload.size - request.position) {
         problems.push_back("the part is longer than what is left of the file");
         return "the file has " + std::to_string(upload.size) + " bytes";

@@ -41,6 +41,7 @@ public:
     };
 
     // A device announces a file. One that is another than the id stood for, or that was whole already, begins anew.
+    // Parts of an earlier announcement, still on their way from a process that is gone, are refused from now on.
     Outcome Announce(const PrepareRequest& request);
 
     // A part comes. It must begin where the upload stands, or repeat what has come. Reports a part that differs from
@@ -71,6 +72,7 @@ private:
     static std::string Finish(Upload& upload, Outcome& outcome);
 
     const std::string _folder;
+    uint64_t _announcements = 0;             // guarded by _mutex
     mutable std::mutex _mutex;               // guards the map, and the files of all uploads
     std::map<std::string, Upload> _uploads;  // by the name in addresses, in this run
 };

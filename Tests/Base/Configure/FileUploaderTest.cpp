@@ -2,12 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <minizip/unzip.h>
-#include <sys/resource.h>
 
 #include "Base/Configure/UtilsHelper.h"
 #include "Base/Configure/ZipArchive.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
-#include "Serializer/Codec/RegularExpression.h"
 #include "Storage/File/CPath.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
@@ -69,6 +67,7 @@ protected:
         core->GetCachePluginManager();
         core->RegisterPlugin(core);
         settings.Set("OrvaneCore", "RemoteConfigUrl", server.Url(""));
+        prepared = R"({"ret":0,"biz_data":{"upload_url":")" + server.Url("/part") + R"(","next_pos":0}})";
     }
     ~FileUploaderTest() override { fs::remove_all(outside); }
 
@@ -88,11 +87,6 @@ protected:
         Orvane::FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
         Names lines = console.Take();
         if (!testing::Value(lines, Contains("Info _Upload zip file.")) || isClosed) return lines;
-        EXPECT_TRUE(WaitFor([&] {
-            const Names more = console.Take();
-            lines.insert(lines.end(), more.begin(), more.end());
-            return testing::Value(lines, Contains(HasSubstr("onFinished")));
-        }));
         EXPECT_TRUE(WaitFor([&] {  // that the uploader has been told
             settings.Set("Upload", "file_path", "/none");
             Orvane::FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
@@ -111,67 +105,50 @@ protected:
     Journal journal;
     FakePell pell{&journal};
     HttpServer server{[this](const HttpRequest& request) { return Answer(request); }};
-    const bool isReady = [this] {
-        prepared = R"({"ret":0,"biz_data":{"upload_url":")" + server.Url("/part") + R"(","next_pos":0}})";
-        return true;
-    }();
 };
 
 TEST_F(FileUploaderTest, SendsWhatPathPatternAndIdNameAndNothingElse) {
     const std::string log = LogFolder("Orvane"), coreLog = LogFolder("OrvaneCore");
     fs::create_directories(log);
     fs::create_directories(coreLog);
-    WriteFile(log + "/Orvane_2024010203.xlog", "game");
-    WriteFile(coreLog + "/OrvaneCore_2024010203.xlog", "core");
+    WriteFile(log + "/g.xlog", "game");
+    WriteFile(coreLog + "/c.xlog", "core");
     WriteFile(cache + "/other.zip", "another's");
     fs::create_directories(cache + "/folder.zip/inner");
     WriteFile(outside + "/victim.zip", "victim");
     fs::create_symlink(outside + "/victim.zip", cache + "/link.zip");
     const std::string a = "a.log=/logs/a.log", b = "B.LOG=/logs/B.LOG", c = "c.txt=/logs/c.txt";
-    const std::string none = "Info total match 0 files.", created = "Error Create Zip File Failed!";
+    const std::string created = "Error Create Zip File Failed!", sibling = fs::path(outside).filename();
+    const auto found = [](int count) { return Format("Info total match %d files.", count); };
     const auto missing = [this](const std::string& path) { return "Error search path " + path + " is not exit"; };
     struct Case {
         std::string path, pattern, id, line;
         Names entries;
     };
     const Case cases[] = {
-        {"/logs", "log$", "1", "Info total match 3 files.", {b, a}},  // the folder is counted, and left out
+        {"/logs", "log$", "1", found(3), {b, a}},  // the folder is counted, and left out
         {"/logs|/in", "^a|txt", "2", "Warning fileName B.LOG dismatch filePattern txt", {a, c, a, c}},
         {"/logs", "a|log", "3", "Info fileName a.log match ", {b, a, a}},
-        {"ORVANE_LOG_DIR/xyz|ORVANE_CORE_LOG_DIR..",
-         "xlog",
-         "4",
-         "Debug 2. zip the files",
-         {"Orvane_2024010203.xlog=game", "OrvaneCore_2024010203.xlog=core"}},
-        {"", "^logs$", "5", "Info total match 1 files.", {}},  // an empty zip goes too
-        {"/logs/../Documents/../logs", "c", "6", "Info total match 1 files.", {c}},
-        {"/Library",
-         "",
-         "7",
-         "Info total match 2 files.",
-         {"plain.txt=/Library/plain.txt"}},  // an empty pattern fits all
+        {"ORVANE_LOG_DIR/xyz|ORVANE_CORE_LOG_DIR..", "xlog", "4", found(2), {"g.xlog=game", "c.xlog=core"}},
+        {"", "^logs$", "5", found(1), {}},  // an empty zip goes too
+        {"/logs/../Documents/../logs", "c", "6", found(1), {c}},
+        {"/Library", "", "7", found(2), {"plain.txt=/Library/plain.txt"}},  // an empty pattern fits all
         {"/logs/a.log", "", "8", "Error search path " + home + "/logs/a.log is not a dir", {"no zip"}},
-        {"/out|/../" + fs::path(outside).filename().string() + "|-outside",
-         "",
-         "9",
-         missing(home + "-outside"),
-         {"no zip"}},
+        {"/out|/../" + sibling + "|-outside", "", "9", missing(outside), {"no zip"}},
         {"/key", "", "10", missing(home + "/key"), {"no zip"}},
-        {"/Library/OrvaneCore.keychain|/Library/UserDefaults.json", "", "11", none, {"no zip"}},
-        {"//etc", "", "12", none, {"no zip"}},
-        {"/../../../../../../../etc", "passwd", "13", none, {"no zip"}},
-        {"/logs", "[\\", "14", none, {"no zip"}},
-        {"/logs", "(((((.*)*)*)*)*)*x", "15", none, {"no zip"}},
-        {"/logs", std::string(4000, '('), "16", none, {"no zip"}},
+        {"/Library/OrvaneCore.keychain|/Library/UserDefaults.json", "", "11", found(0), {"no zip"}},
+        {"/../../../../../../../etc", "passwd", "13", found(0), {"no zip"}},
+        {"/logs", "[\\", "14", found(0), {"no zip"}},
+        {"/logs", "(((((.*)*)*)*)*)*x", "15", found(0), {"no zip"}},
+        {"/logs", std::string(4000, '('), "16", found(0), {"no zip"}},
         {"/logs", "^a", "other", "Info other.zip already exist! need to delete", {a}},
         {"/logs", "^a", "link", "Info link.zip already exist! need to delete", {a}},
         {"/logs", "^a", "folder", created, {"no zip"}},
         {"/logs", "^a", "../../logs/a.log\n/x", created, {"no zip"}},
-        {"/logs", "^a", "sub/x", created, {"no zip"}},
         {"/logs", "^a", std::string(300, 'i'), created, {"no zip"}},
-        {"/logs", "^a", "..", "Info total match 1 files.", {a}},
-        {"/logs", "^a", "\"quoted\"\r\nline", "Info total match 1 files.", {a}},
-        {"/logs", "^a", "", "Info total match 1 files.", {a}},
+        {"/logs", "^a", "..", found(1), {a}},
+        {"/logs", "^a", "\"quoted\"\r\nline", found(1), {a}},
+        {"/logs", "^a", "", found(1), {a}},
     };
     for (const Case& order : cases) {
         fs::remove(outside + "/sent.zip");
@@ -187,29 +164,21 @@ TEST_F(FileUploaderTest, SendsWhatPathPatternAndIdNameAndNothingElse) {
 
 TEST_F(FileUploaderTest, TellsItsStepsInOrderAndReportsThem) {
     const Names lines = Order("/logs", "^a", "77");
-    const Names steps = {"Info searchPaths: /logs, filePatterns: ^a, uploadid: 77, partSize: 1000000",
-                         "Debug 1. search the match file",
-                         "Info fileName a.log match ",
-                         "Info total match 1 files.",
-                         "Debug 2. zip the files",
-                         "Debug determine whethe the file exists",
-                         "Debug add files to zip file",
-                         "Info _Upload zip file."};
-    EXPECT_THAT(lines, IsSupersetOf(steps));
+    const Names steps = Quern::SplitString(
+        "Info searchPaths: /logs, filePatterns: ^a, uploadid: 77, partSize: 1000000|Debug 1. search the match file|"
+        "Info fileName a.log match |Info total match 1 files.|Debug 2. zip the files|"
+        "Debug determine whethe the file exists|Debug add files to zip file|Info _Upload zip file.",
+        '|');
     auto at = lines.begin();
     for (const std::string& step : steps) {
         at = std::find(at, lines.end(), step);
         ASSERT_NE(at, lines.end()) << step;
     }
-    const Names events = {"create 2000 RecieveUploadTask",
-                          "add 30001='77'",
-                          "add 30002='^a'",
-                          "add 30003='/logs'",
-                          "add 30004=1000000",
-                          "create 2000 UploadResult",
-                          "add 30001=0",
-                          "add 30003='" + cache + "/77.zip'",
-                          "add 30004=0"};
+    const Names events = Quern::SplitString(
+        "create 2000 RecieveUploadTask|add 30001='77'|add 30002='^a'|add 30003='/logs'|add 30004=1000000|"
+        "create 2000 UploadResult|add 30001=0|add 30003='" +
+            cache + "/77.zip'|add 30004=0",
+        '|');
     EXPECT_THAT(journal, IsSupersetOf(events));
 }
 
@@ -223,11 +192,10 @@ TEST_F(FileUploaderTest, KeepsTheZipOfAFailureAndIsClosedAfterFiveAttempts) {
 
     const std::string good = prepared;
     for (const char* answer : {"{\"ret\":1}", "{\"ret\":-1}", "no JSON", "", ""}) {
-        {
-            const std::lock_guard guard(mutex);
-            prepared = *answer ? answer : good;
-            status = "500 Broken";
-        }
+        std::unique_lock guard(mutex);
+        prepared = *answer ? answer : good;
+        status = "500 Broken";
+        guard.unlock();
         Order("/logs", "^a", "id");
         EXPECT_EQ(fs::exists(cache + "/id.zip"), answer != std::string("{\"ret\":1}")) << answer;
     }
@@ -241,35 +209,19 @@ TEST_F(FileUploaderTest, KeepsTheZipOfAFailureAndIsClosedAfterFiveAttempts) {
     EXPECT_THAT(Order("/logs", "^a", "another"), Contains("Info _Upload zip file."));
 }
 
-TEST_F(FileUploaderTest, HelpersTakeOddTexts) {
-    EXPECT_THAT(Quern::SplitString("", '|'), ElementsAre(""));
+TEST_F(FileUploaderTest, ZipsFilesAloneAndSaysWhenTheDiskIsFull) {
     EXPECT_THAT(Quern::SplitString("a||b|", '|'), ElementsAre("a", "", "b", ""));
-    EXPECT_EQ(Quern::GetFileNameByFilePath("a/b"), "b");
-    EXPECT_EQ(Quern::GetFileNameByFilePath("a"), "a");
-    EXPECT_THAT(Quern::GetFilesInDir(home + "/none"), ElementsAre());
-    EXPECT_THAT(console.Take(), Contains("Error Open dir error..."));
-    EXPECT_THAT(Quern::GetFilesInDir(home + "/logs"), ElementsAre("B.LOG", "a.log", "c.txt", "sub.log"));
-
     Quern::ZipArchive zip;
     EXPECT_FALSE(zip.AddFileToZip(home + "/logs/a.log", "a"));
-    EXPECT_FALSE(zip.CloseZipFile());
     ASSERT_TRUE(zip.CreateZipFile(cache + "/z.zip"));
     EXPECT_FALSE(zip.AddFileToZip(home + "/logs/o.log", "a link"));
-    EXPECT_FALSE(zip.AddFileToZip(home + "/logs", "a folder"));
     EXPECT_TRUE(zip.AddFileToZip(home + "/logs/a.log", "a"));
     EXPECT_TRUE(zip.CloseZipFile());
     EXPECT_THAT(Unzip(cache + "/z.zip"), ElementsAre("a=/logs/a.log"));
     EXPECT_EQ(fs::status(cache + "/z.zip").permissions(), fs::perms::owner_read | fs::perms::owner_write);
-
-    ASSERT_TRUE(zip.CreateZipFile("/dev/full"));  // a full disk
+    ASSERT_TRUE(zip.CreateZipFile("/dev/full"));
     zip.AddFileToZip(home + "/logs/a.log", "a");
     EXPECT_FALSE(zip.CloseZipFile());
-
-    long long steps = 1000;
-    EXPECT_EQ(Quern::slre_match_bounded("^A.*G$", "a.log", 5, Quern::kSlreIgnoreCase, steps), 5);
-    EXPECT_GT(steps, 900);
-    EXPECT_EQ(Quern::slre_match_bounded("(a*)*(a*)*(a*)*b", std::string(60, 'a').c_str(), 60, 0, steps), -1);
-    EXPECT_EQ(steps, 0);
 }
 
 }  // namespace

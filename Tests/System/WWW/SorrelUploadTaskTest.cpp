@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 #include <openssl/sha.h>
 
+#include <algorithm>
 #include <atomic>
 #include <random>
 
+#include "Base/Configure/UtilsHelper.h"
 #include "HeardAnswers.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
@@ -30,12 +32,6 @@ std::string HexSha1(const std::string& data) {
     return text;
 }
 
-std::string Go(const std::string& url, long long position) {
-    return HttpAnswer(
-        "200 OK", Format("{\"ret\":0,\"err\":\"\",\"biz_data\":{\"upload_url\":\"%s\",\"next_pos\":%lld}}", url.c_str(),
-                         position));
-}
-
 std::string Body(const std::string& part, const std::string& name = "log.zip") {
     const std::string boundary = "------WebKitFormBoundaryftnnT7s3iF7wV5q6";
     return boundary + "\r\nContent-Disposition: form-data; name=\"part_sha1\"\r\n\r\n" + HexSha1(part) + "\r\n" +
@@ -43,30 +39,29 @@ std::string Body(const std::string& part, const std::string& name = "log.zip") {
            "\"\r\nContent-Type: application/octet-stream\r\n\r\n" + part + "\r\n" + boundary + "--\r\n";
 }
 
-// What the server does to one request. Those above kClose make no failed attempt.
-enum Fault {
-    kStatus,
-    kEmpty,
-    kNoJson,
-    kNoObject,
-    kRet,
-    kNegativeRet,
-    kNoUrl,
-    kUrlNumber,
-    kNoPos,
-    kPosText,
-    kPosReal,
-    kPosNegative,
-    kPosHuge,
-    kNoData,
-    kDeep,
-    kClose,
-    kRight,
-    kBack,
-    kBeyond,
-    kStill,
-    kFaults
-};
+// What a request may get: a body with the address in place of "@", or one of kGood, with which the upload goes on.
+using Fault = std::string;
+const std::vector<Fault> kBad = Quern::SplitString(
+    R"(status 500|close||{"ret":0,}|[0]|{"ret":7,"err":"full"}|{"ret":-7}|{"ret":"0"}|{"ret":0,"biz_data":null}|)"
+    R"({"ret":0,"biz_data":{"next_pos":9}}|{"ret":0,"biz_data":{"upload_url":5,"next_pos":9}}|)"
+    R"({"ret":0,"biz_data":{"upload_url":"@"}}|{"ret":0,"biz_data":{"upload_url":"@","next_pos":"9"}}|)"
+    R"({"ret":0,"biz_data":{"upload_url":"@","next_pos":9.5}}|{"ret":0,"biz_data":{"upload_url":"@","next_pos":-1}}|)"
+    R"({"ret":0,"biz_data":{"upload_url":"@","next_pos":99999999999999999999}}|)" +
+        std::string(100000, '['),
+    '|');
+const std::vector<Fault> kGood = {"right", "back", "beyond", "still"};
+
+bool IsGood(const Fault& fault) {
+    return std::find(kGood.begin(), kGood.end(), fault) != kGood.end();
+}
+
+// Where an upload that stands at `from` goes on.
+long long Next(const Fault& fault, long long from, long long part, long long size) {
+    return fault == "back"     ? from / 2
+           : fault == "beyond" ? size + 5
+           : fault == "still"  ? from
+                               : std::min(size, from + part);
+}
 
 class SorrelUploadTaskTest : public testing::Test, public SorrelCUploadTask::Listener {
 protected:
@@ -103,53 +98,15 @@ protected:
     std::string Answer(const HttpRequest&) {
         const std::lock_guard guard(mutex);
         const size_t number = asked++;
-        const Fault fault = number < plan.size() ? plan[number] : kRight;
-        const long long size = static_cast<long long>(content.size());
-        const long long end = std::min(size, position + std::max(0LL, part));
+        const Fault fault = number < plan.size() ? plan[number] : "right";
         const std::string url = server.Url("/part" + std::to_string(number));
-        const auto json = [](const std::string& text) { return HttpAnswer("200 OK", text); };
-        const auto data = [&](const std::string& text) { return json("{\"ret\":0,\"biz_data\":{" + text + "}}"); };
-        const std::string place = "\"upload_url\":\"" + url + "\"";
-        switch (fault) {
-            case kStatus:
-                return HttpAnswer("500 Broken", "{\"ret\":0}");
-            case kEmpty:
-                return json("");
-            case kNoJson:
-                return json("{\"ret\":0,}");
-            case kNoObject:
-                return json("[0]");
-            case kRet:
-                return json("{\"ret\":7,\"err\":\"full\"}");
-            case kNegativeRet:
-                return json("{\"ret\":-7,\"err\":\"full\"}");
-            case kNoUrl:
-                return data("\"next_pos\":9");
-            case kUrlNumber:
-                return data("\"upload_url\":5,\"next_pos\":9");
-            case kNoPos:
-                return data(place);
-            case kPosText:
-                return data(place + ",\"next_pos\":\"9\"");
-            case kPosReal:
-                return data(place + ",\"next_pos\":9.5");
-            case kPosNegative:
-                return data(place + ",\"next_pos\":-1");
-            case kPosHuge:
-                return data(place + ",\"next_pos\":99999999999999999999");
-            case kNoData:
-                return json("{\"ret\":0,\"biz_data\":null}");
-            case kDeep:
-                return json(std::string(100000, '['));
-            case kClose:
-                return "";
-            default:
-                break;
-        }
-        if (number > 0)
-            position = fault == kBack ? position / 2 : fault == kBeyond ? size + 5 : fault == kStill ? position : end;
-        if (number == 0) position = fault == kBeyond ? size + 5 : 0;
-        return Go(url, position);
+        if (fault == "close") return "";
+        if (fault == "status 500") return HttpAnswer("500 Broken", R"({"ret":0})");
+        std::string body = IsGood(fault) ? R"({"ret":0,"err":"","biz_data":{"upload_url":"@","next_pos":)" : fault;
+        if (const size_t at = body.find('@'); at != body.npos) body.replace(at, 1, url);
+        if (!IsGood(fault)) return HttpAnswer("200 OK", body);
+        position = Next(fault, position, number == 0 ? 0 : std::max(0LL, part), static_cast<long long>(content.size()));
+        return HttpAnswer("200 OK", body + std::to_string(position) + "}}");
     }
 
     std::mutex mutex;  // guards what the server reads
@@ -164,7 +121,7 @@ protected:
 };
 
 TEST_F(SorrelUploadTaskTest, SendsBothRequestsToTheByte) {
-    const std::string path = MakeFile(10, 4, {kRight, kStatus});
+    const std::string path = MakeFile(10, 4, {"right", "status 500"});
     ASSERT_EQ(Upload(path, 0x100000004, "a/\"b\\\n\xC3\xA4 &="), 0);  // cut to 32 bits: parts of 4
     const auto requests = server.Requests();
     ASSERT_EQ(requests.size(), 5u);
@@ -192,76 +149,58 @@ TEST_F(SorrelUploadTaskTest, SendsBothRequestsToTheByte) {
         EXPECT_THAT(lines, Contains(HasSubstr(text)));
 }
 
-TEST_F(SorrelUploadTaskTest, MeetsEverySizeOfFileAndPart) {
-    const char* const chosen = getenv("ORVANE_UPLOAD_MEGABYTES");
-    const size_t megabytes = chosen ? strtoul(chosen, nullptr, 10) : 64;
-    struct Case {
-        size_t size;
-        long long part;
-        size_t requests;
-    };
-    for (const Case& c : {Case{0, 4, 2},
-                          {1, 4, 2},
-                          {8, 4, 3},
-                          {9, 4, 4},
-                          {5, 1LL << 40, 4},
-                          {megabytes << 20, 1 << 20, megabytes + 1}}) {
-        const bool isEmpty = static_cast<int32_t>(c.part) == 0;  // the server ends it
-        const std::string path =
-            MakeFile(c.size, static_cast<int32_t>(c.part),
-                     isEmpty ? std::vector{kRight, kStill, kStill, kBeyond} : std::vector<Fault>());
-        const size_t before = server.Requests().size();
-        EXPECT_EQ(Upload(path, c.part), 0) << c.size;
-        const auto requests = server.Requests();
-        ASSERT_EQ(requests.size() - before, isEmpty ? 4 : c.requests) << c.size;
-        EXPECT_EQ(requests.back().body,
-                  Body(isEmpty || c.size == 0 ? "" : content.substr((c.requests - 2) * static_cast<size_t>(part))));
+// What must come of a run: every request, and the result.
+int Model(const std::vector<Fault>& faults, const std::string& content, long long partSize,
+          std::vector<std::string>& requests) {
+    const long long size = static_cast<long long>(content.size());
+    const auto at = [&](size_t i) { return i < faults.size() ? faults[i] : "right"; };
+    requests = {"PUT"};
+    if (!IsGood(at(0))) return at(0).starts_with("{\"ret\":7") ? 1 : 2;
+    long long from = Next(at(0), 0, 0, size);
+    size_t url = 0, tries = 0;
+    for (size_t i = 1;; ++i) {
+        const size_t length = static_cast<size_t>(std::max(partSize, 0LL));
+        const std::string part = from >= size ? "" : content.substr(static_cast<size_t>(from), length);
+        requests.push_back("POST/part" + std::to_string(url) + Body(part));
+        if (!IsGood(at(i))) {
+            if (++tries == 4) return 3;
+            continue;
+        }
+        tries = 0;
+        url = i;
+        from = Next(at(i), from, static_cast<long long>(length), size);
+        if (from >= size) return 0;
     }
 }
 
 TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
+    const char* const megabytes = getenv("ORVANE_UPLOAD_MEGABYTES");
+    const std::vector<Fault> empty = {"right", "still", "still", "beyond"};  // the server ends it
+    struct Run {
+        size_t size;
+        long long partSize;
+        std::vector<Fault> faults;
+    };
+    std::vector<Run> runs = {{0, 4, {}}, {1, 4, {}}, {8, 4, {}}, {9, 4, {}}, {5, 0, empty}, {5, -1, empty}};
     for (unsigned seed = 0; seed < 150; ++seed) {
         std::mt19937 random(seed);
-        const size_t length = random() % 40;
-        const long long partSize = 1 + static_cast<long long>(random() % 12);
-        std::vector<Fault> faults(random() % 16);
-        for (Fault& fault : faults)
-            fault = static_cast<Fault>(random() % 3 == 0 ? unsigned{kRight} : random() % kFaults);
-        if (seed % 3 == 0 && !faults.empty()) faults[0] = kRight;
-        const std::string path = MakeFile(length, partSize, faults);
-
-        // The model.
-        const long long size = static_cast<long long>(content.size());
-        const auto at = [&](size_t i) { return i < faults.size() ? faults[i] : kRight; };
-        int result = at(0) >= kRight ? 4 : at(0) == kRet ? 1 : 2, tries = 0;
-        long long from = at(0) == kBeyond ? size + 5 : 0;
-        std::vector<std::string> expected{"PUT"};
-        size_t url = 0;
-        for (size_t i = 1; result == 4; ++i) {
-            expected.push_back(
-                "POST/part" + std::to_string(url) +
-                Body(from >= size ? "" : content.substr(static_cast<size_t>(from), static_cast<size_t>(partSize))));
-            const Fault fault = at(i);
-            if (fault < kRight) {
-                if (++tries == 4) result = 3;
-                continue;
-            }
-            tries = 0;
-            url = i;
-            from = fault == kBack     ? from / 2
-                   : fault == kBeyond ? size + 5
-                   : fault == kStill  ? from
-                                      : std::min(size, from + partSize);
-            if (from >= size) result = 0;
-        }
-
+        Run run = {random() % 40, 1 + static_cast<long long>(random() % 12), std::vector<Fault>(random() % 16)};
+        for (Fault& fault : run.faults)
+            fault = random() % 2 == 0 ? kGood[random() % kGood.size()] : kBad[random() % kBad.size()];
+        if (seed % 3 != 0 && !run.faults.empty()) run.faults[0] = "right";
+        runs.push_back(run);
+    }
+    runs.push_back({(megabytes ? strtoul(megabytes, nullptr, 10) : 64) << 20, 1 << 20, {}});
+    for (size_t i = 0; i < runs.size(); ++i) {
+        const std::string path = MakeFile(runs[i].size, runs[i].partSize, runs[i].faults);
+        std::vector<std::string> expected, came;
+        const int result = Model(runs[i].faults, content, runs[i].partSize, expected);
         const size_t before = server.Requests().size();
-        ASSERT_EQ(Upload(path, partSize), result) << seed;
-        std::vector<std::string> came;
+        ASSERT_EQ(Upload(path, runs[i].partSize), result) << i;
         const auto requests = server.Requests();
-        for (size_t i = before; i < requests.size(); ++i)
-            came.push_back(requests[i].method == "PUT" ? "PUT" : "POST" + requests[i].target + requests[i].body);
-        ASSERT_EQ(came, expected) << seed;
+        for (size_t k = before; k < requests.size(); ++k)
+            came.push_back(requests[k].method == "PUT" ? "PUT" : "POST" + requests[k].target + requests[k].body);
+        ASSERT_TRUE(came == expected) << i << ": " << came.size() << " requests";
     }
 }
 
@@ -298,22 +237,16 @@ TEST_F(SorrelUploadTaskTest, TellsWhatCannotBeSent) {
     delete deaf;
 }
 
-TEST_F(SorrelUploadTaskTest, ReadsDigestsSizesAndTheManifest) {
+TEST_F(SorrelUploadTaskTest, ReadsPartsAndTheManifest) {
     const std::string path = MakeFile(700000, 0);
     using Worker = OrvaneSorrelUploadTask;
-    EXPECT_EQ(Worker::fileToSHA1(path), HexSha1(content));
     EXPECT_EQ(Worker::filePartToSHA1_withStartPos_withPartSize(path, 300000, 350000),
               HexSha1(content.substr(300000, 350000)));
     EXPECT_EQ(Worker::filePartToSHA1_withStartPos_withPartSize(path, 699999, 50), HexSha1(content.substr(699999)));
-    EXPECT_EQ(Worker::filePartToSHA1_withStartPos_withPartSize(path, 800000, 50), HexSha1(""));
-    EXPECT_EQ(Worker::fileSizeAtPath(path), 700000);
-    EXPECT_EQ(Worker::fileToSHA1(path + "-"), "");
-    EXPECT_EQ(Worker::fileSizeAtPath(path + "-"), 0);
-
+    EXPECT_EQ(Worker::filePartToSHA1_withStartPos_withPartSize(path + "-", 0, 50), "");
     FakeInfoDictionary manifest;
     manifest.Set("Section", "key", FakeInfoDictionary::Text("value"));
     EXPECT_EQ(Worker::getPlistString_andKey_withdefault("Section", "key", "-"), "value");
-    EXPECT_EQ(Worker::getPlistString_andKey_withdefault("Section", "other", "-"), "-");
     EXPECT_EQ(Worker::getPlistString_andKey_withdefault("None", "key", "-"), "-");
     EXPECT_THAT(console.Take(), Contains("SolidConfigReader::GetString section:None not exist, return defaultvalue"));
 }

@@ -90,6 +90,8 @@ void CurlTransfer::SetUpMethod() {
     curl_easy_setopt(_easy, CURLOPT_SEEKFUNCTION, &OnSeek);
     curl_easy_setopt(_easy, CURLOPT_SEEKDATA, this);
     if (_request.method != "POST") curl_easy_setopt(_easy, CURLOPT_CUSTOMREQUEST, _request.method.c_str());
+    constexpr long kUploadBuffer = 512 * 1024;  // in place of 64 KB: fewer writes a byte
+    if (_request.body.size() > kUploadBuffer) curl_easy_setopt(_easy, CURLOPT_UPLOAD_BUFFERSIZE, kUploadBuffer);
     curl_easy_setopt(_easy, CURLOPT_NOPROGRESS, 0L);
     curl_easy_setopt(_easy, CURLOPT_XFERINFOFUNCTION, &OnCount);
     curl_easy_setopt(_easy, CURLOPT_XFERINFODATA, this);
