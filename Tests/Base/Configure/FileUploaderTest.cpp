@@ -224,4 +224,15 @@ TEST_F(FileUploaderTest, ZipsFilesAloneAndSaysWhenTheDiskIsFull) {
     EXPECT_FALSE(zip.CloseZipFile());
 }
 
+TEST_F(FileUploaderTest, EndsASearchThatCostsTooMuch) {
+    const std::string bars(100'000, '|'), ended = "Error the search is ended after ";
+    const std::pair<std::string, std::string> orders[] = {{bars, bars}, {bars, "^none$"}, {"/logs", bars}};
+    for (const auto& [path, pattern] : orders) {
+        const Names lines = Order(path, pattern, "bars");
+        EXPECT_EQ(std::count_if(lines.begin(), lines.end(), [&](auto& line) { return line.starts_with(ended); }), 1);
+        EXPECT_LE(lines.size(), 110'000u);
+    }
+    EXPECT_THAT(Order("/logs", bars, "bars"), Contains("Info total match 10000 files."));
+}
+
 }  // namespace

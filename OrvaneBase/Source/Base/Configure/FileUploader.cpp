@@ -29,10 +29,16 @@ constexpr char kModule[] = "Upload";
 constexpr int kMostAttempts = 5;  // with one id in one process
 constexpr int kUploaded = 0, kRefused = 1;
 
-// What the server's patterns may cost: the search runs inside an HTTP completion, and all others wait for it. The
-// first is for one pattern and one name, the second for all of a search, which takes a fraction of a second.
+// What an order may cost: the search runs inside an HTTP completion, and all others wait for it. The unit is a step of
+// a regular expression; the first is for one pattern and one name, the second for all of a search, which takes a
+// second or two. The others stand for what costs time without a pattern: opening a folder, resolving what lies in it,
+// and writing a line about a name and a pattern.
 constexpr long long kStepsOfMatch = 100'000;
 constexpr long long kStepsOfSearch = 50'000'000;
+constexpr long long kStepsOfFolder = 10'000;
+constexpr long long kStepsOfEntry = 2'000;
+constexpr long long kStepsOfLine = 500;
+constexpr size_t kMostMatches = 10'000;
 
 std::string LogFolder(const char* module) {
     AString path(CPath::GetCachePath());
@@ -61,17 +67,25 @@ std::string FindDirectory(const std::string& path) {
     return real;
 }
 
-// The server's patterns, and what is left of their steps.
+// The server's patterns, and what is left of the search's steps.
 class Patterns {
 public:
     explicit Patterns(const AString& texts) {
         for (const std::string& text : Quern::SplitString(texts.c_str(), '|'))
             _patterns.push_back({text});
     }
-    // How many patterns the name matches.
-    int Match(const std::string& name) {
-        int matches = 0;
+    // False once no steps are left: the search is to end.
+    bool Spend(long long steps) {
+        _stepsLeft = std::max(0LL, _stepsLeft - steps);
+        return _stepsLeft > 0;
+    }
+    bool IsSpent() const { return _stepsLeft == 0; }
+    // How many patterns the name matches, `most` at the most, as far as the steps reach.
+    size_t Match(const std::string& name, size_t most) {
+        size_t matches = 0;
         for (Pattern& pattern : _patterns) {
+            // The line below holds the pattern.
+            if (matches == most || !Spend(kStepsOfLine + static_cast<long long>(pattern.text.size()))) break;
             if (Matches(pattern, name)) {
                 ORVANE_LOG_INFO("fileName %s match ", name.c_str());
                 ++matches;
@@ -94,7 +108,7 @@ private:
         long long steps = share;
         const int result = Quern::slre_match_bounded(pattern.text.c_str(), name.c_str(), static_cast<int>(name.size()),
                                                      Quern::kSlreIgnoreCase, steps);
-        _stepsLeft -= share - steps;
+        Spend(share - steps);
         pattern.isTooCostly = steps == 0;
         return result >= 0;
     }
@@ -154,20 +168,25 @@ bool FileUploader::_IsAllowed(const Order& order) {
     return false;
 }
 
-// A name that two patterns match is there twice.
+// A name that two patterns match is there twice. What was found before the search has cost too much is sent.
 std::vector<std::string> FileUploader::_Search(const Order& order) {
     ORVANE_LOG_DEBUG("1. search the match file");
     Patterns patterns(order.pattern);
     std::vector<std::string> files;
+    const auto mayGoOn = [&](long long steps) { return files.size() < kMostMatches && patterns.Spend(steps); };
     for (const std::string& entry : Quern::SplitString(order.path.c_str(), '|')) {
+        if (!mayGoOn(kStepsOfFolder)) break;
         const std::string directory = FindDirectory(ExpandPath(entry));
         if (directory.empty()) continue;
         for (const std::string& name : Quern::GetFilesInDir(directory)) {
+            if (!mayGoOn(kStepsOfEntry)) break;
             const std::string path = directory + "/" + name;
             if (Quern::Sandbox::Current().Resolve(path).empty()) continue;  // not there for a server
-            files.insert(files.end(), static_cast<size_t>(patterns.Match(name)), path);
+            files.insert(files.end(), patterns.Match(name, kMostMatches - files.size()), path);
         }
     }
+    if (patterns.IsSpent() || files.size() == kMostMatches)
+        ORVANE_LOG_ERROR("the search is ended after %zu matches: the order asks for too much", files.size());
     ORVANE_LOG_INFO("total match %d files.", static_cast<int>(files.size()));
     return files;
 }
