@@ -22,13 +22,12 @@ namespace {
 constexpr mode_t kOwnerAlone = 0600;
 constexpr mode_t kModeBits = 07777;
 constexpr mode_t kOthers = 0077;
-constexpr std::string_view kSuffix = ".orvane-new";
 constexpr int kLooks = 16;  // at a name that someone may be changing
 
 using Clock = std::chrono::steady_clock;
 
 std::string NextOf(const std::string& name) {
-    return "." + name + std::string(kSuffix);
+    return "." + name + std::string(FileReplacement::kSuffix);
 }
 
 bool IsSame(const struct stat& a, const struct stat& b) {

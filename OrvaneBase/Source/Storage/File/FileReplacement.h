@@ -30,6 +30,8 @@ public:
     using Duration = std::chrono::milliseconds;
     // How long a writer may hold the lock before others go past it: it may be stopped, or not even be a writer.
     static constexpr Duration kPatience{500};
+    // Behind "." and NAME.
+    static constexpr std::string_view kSuffix = ".orvane-new";
 
     explicit FileReplacement(const std::string& path);
     // Drops what was not put in place, and the lock. What someone else left over stays, unless Prepare took its place.

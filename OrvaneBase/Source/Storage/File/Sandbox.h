@@ -13,8 +13,9 @@ namespace Quern {
 class Sandbox : public Seam<Sandbox> {
 public:
     // The path of what `path` leads to, with all links followed. Empty if that does not exist, lies outside the
-    // application's container, or is one of the library's secrets: the keychain, the user defaults, and what their
-    // writers leave beside them. What is given is a moment's state: whoever opens it follows no further link.
+    // application's container, or is one of the library's secrets: the keychain and the user defaults, under whatever
+    // name, what their writers leave beside them, and whatever bears their names, in any folder. What is given is a
+    // moment's state: whoever opens it follows no further link.
     virtual std::string Resolve(const std::string& path) = 0;
 };
 

@@ -9,6 +9,7 @@
 #include "Storage/Bundle/Linux/KeychainFile.h"
 #include "Storage/Bundle/Linux/KeychainSeal.h"
 #include "Storage/File/FileReplacement.h"
+#include "Storage/File/Linux/SecretFiles.h"
 #include "Storage/File/PathSource.h"
 
 namespace Quern {
@@ -25,7 +26,7 @@ std::string NameOf(const KeychainItem& item) {
 std::string KeychainPath() {
     const std::string folder = PathSource::Current().Home() + "/Library";
     mkdir(folder.c_str(), 0700);
-    return folder + "/OrvaneCore.keychain";
+    return folder + "/" + kKeychainFileName;
 }
 
 class FileKeychain final : public Keychain {
@@ -111,7 +112,7 @@ private:
     int32_t StartAnew() {
         if (_status == errSecIO) return _status;
         if (_status != errSecItemNotFound) {
-            const std::string aside = _path + ".unusable";
+            const std::string aside = _path + kUnusableSuffix;
             remove(aside.c_str());  // an older one may be of a kind that cannot be replaced by this one
             if (rename(_path.c_str(), aside.c_str()) != 0) return _status;
             ORVANE_CONSOLE(kLogError, "keychain %s is set aside as %s", _path.c_str(), aside.c_str());

@@ -14,6 +14,7 @@
 
 #include "Base/XLog.h"
 #include "Storage/File/FileReplacement.h"
+#include "Storage/File/Linux/SecretFiles.h"
 #include "Storage/File/WholeFile.h"
 
 namespace Quern {
@@ -80,7 +81,7 @@ bool ChangeDefaultsFile(const std::string& path, const DefaultsChanges& changes)
     for (const auto& [key, value] : changes)
         changed[key] = value;
     if (content == Content::kWhole && changed == root) return true;
-    if (content == Content::kDamaged) rename(path.c_str(), (path + ".unusable").c_str());
+    if (content == Content::kDamaged) rename(path.c_str(), (path + kUnusableSuffix).c_str());
     Json::StreamWriterBuilder builder;
     builder["indentation"] = " ";
     const std::string text = Json::writeString(builder, changed) + "\n";

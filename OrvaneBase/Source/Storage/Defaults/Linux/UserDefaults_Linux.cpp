@@ -9,6 +9,7 @@
 
 #include "Base/XLog.h"
 #include "Storage/Defaults/Linux/DefaultsFile.h"
+#include "Storage/File/Linux/SecretFiles.h"
 #include "Storage/File/PathSource.h"
 
 namespace Quern {
@@ -20,7 +21,7 @@ constexpr mode_t kPrivate = 0700;
 // writes until nothing is left to write, and ends. Never destroyed: the thread may outlive whoever set a value.
 class DefaultsInMemory final : public UserDefaults {
 public:
-    DefaultsInMemory() : _folder(PathSource::Current().Home() + "/Library"), _path(_folder + "/UserDefaults.json") {}
+    DefaultsInMemory() : _folder(PathSource::Current().Home() + "/Library"), _path(_folder + "/" + kDefaultsFileName) {}
 
     Json::Value Dictionary(const std::string& key) override {
         Load();
