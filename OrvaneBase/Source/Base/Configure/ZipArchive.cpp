@@ -79,7 +79,7 @@ bool ZipArchive::AddFileToZip(const std::string& path, const std::string& nameIn
     bool isAdded = BeginEntry(_zip, nameInZip, status);
     if (isAdded) {
         isAdded = CopyToEntry(_zip, descriptor, status.st_size);
-        zipCloseFileInZip(_zip);
+        isAdded = zipCloseFileInZip(_zip) == ZIP_OK && isAdded;
     }
     close(descriptor);
     return isAdded;
