@@ -37,8 +37,8 @@ public:
     virtual ~SorrelCUploadTask() {}
 
     /// Begins the upload and returns at once; the file is read on other threads. A null text counts as empty. What may
-    /// be wrong with the file or the address shows in the result; a file that is not there is announced all the same,
-    /// as one of 0 bytes with an empty digest.
+    /// be wrong with the file or the address shows in the result; a file that is not there, and a link, is announced
+    /// all the same, as one of 0 bytes with an empty digest.
     /// \param uploadId names the upload to the server; UTF-8, copied
     /// \param filePath of a file that stays as it is until the end; its last component is told to the server; copied
     /// \param partSize bytes a part, of which the low 32 bits count, signed; below 1 every part is empty. Each part is

@@ -1,7 +1,9 @@
 #include "Orvane/SorrelCUploadTask.h"
 
 #include <gmock/gmock.h>
+
 #include <openssl/sha.h>
+#include <filesystem>
 
 #include <algorithm>
 #include <atomic>
@@ -205,9 +207,14 @@ TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
 }
 
 TEST_F(SorrelUploadTaskTest, TellsWhatCannotBeSent) {
-    EXPECT_EQ(Upload(CacheFolder() + "/missing", 4), 0);
-    EXPECT_THAT(server.Requests().front().target, HasSubstr("%22total_size%22:0,%22total_sha1%22:%22%22%7D"));
-    EXPECT_THAT(server.Requests().back().body, HasSubstr("name=\"part_sha1\"\r\n\r\n\r\n"));
+    std::filesystem::create_symlink(MakeFile(3, 4, {}, "target"), CacheFolder() + "/link");
+    for (const char* name : {"/missing", "/link"}) {
+        const size_t before = server.Requests().size();
+        EXPECT_EQ(Upload(CacheFolder() + name, 4), 0);
+        ASSERT_GT(server.Requests().size(), before);
+        EXPECT_THAT(server.Requests()[before].target, HasSubstr("%22total_size%22:0,%22total_sha1%22:%22%22%7D"));
+        EXPECT_THAT(server.Requests().back().body, HasSubstr("name=\"part_sha1\"\r\n\r\n\r\n"));
+    }
 
     EXPECT_EQ(Upload(MakeFile(3, 4, {}, "a\"b\r\nc"), 4), 0);
     EXPECT_EQ(server.Requests().back().body, Body(content, "a%22b%0D%0Ac"));

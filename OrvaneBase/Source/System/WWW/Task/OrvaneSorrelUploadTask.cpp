@@ -32,11 +32,12 @@ namespace {
 constexpr int kRetries = 3;  // of a part, behind its first attempt
 constexpr int kHttpOk = 200;
 
-// A regular file that is open for reading, or none. A pipe or a device would never end.
+// A regular file that is open for reading, or none. A pipe or a device would never end, and a link may lead to what
+// nobody meant to send.
 class InputFile {
 public:
     explicit InputFile(const std::string& path)
-        : _descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
+        : _descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY)) {
         struct stat status;
         if (_descriptor < 0) return;
         if (fstat(_descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
@@ -268,7 +269,7 @@ std::string OrvaneSorrelUploadTask::filePartToSHA1_withStartPos_withPartSize(con
 
 long long OrvaneSorrelUploadTask::fileSizeAtPath(const std::string& path) {
     struct stat status;
-    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : 0;
+    return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : 0;
 }
 
 std::string OrvaneSorrelUploadTask::getPlistString_andKey_withdefault(const char* section, const char* key,
