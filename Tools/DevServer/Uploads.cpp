@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -52,15 +54,17 @@ bool IsSame(const std::string& path, int64_t position, std::string_view bytes) {
            std::string_view(held).substr(0, static_cast<size_t>(file.gcount()));
 }
 
-// What a text of digits becomes on its way through the client.
+// What the text of a number becomes on its way through the client: with a point "%f", and an integer else.
 std::string AsTheClientHasIt(const std::string& id) {
     constexpr size_t kLongestNumber = 18;
-    const bool isNegative = id.starts_with('-');
-    const std::string digits = id.substr(isNegative ? 1 : 0);
-    if (digits.empty() || id.size() > kLongestNumber || digits.find_first_not_of("0123456789") != std::string::npos)
+    const std::string_view digits = std::string_view(id).substr(id.starts_with('-') ? 1 : 0);
+    const auto points = std::count(digits.begin(), digits.end(), '.');
+    if (digits.empty() || id == "." || id.size() > kLongestNumber || points > 1 ||
+        digits.find_first_not_of("0123456789.") != std::string::npos)
         return id;
-    const long long number = std::stoll(digits);
-    return std::to_string(isNegative ? -number : number);
+    if (points == 0) return std::to_string(std::stoll(id));
+    char text[kLongestNumber + 10];
+    return {text, static_cast<size_t>(snprintf(text, sizeof text, "%f", strtod(id.c_str(), nullptr)))};
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ public:
     void Confirm(const std::string& upload);
 
     // Whether the device has sent the file of an order. `uploadId` as it was ordered: a text that is a number reaches
-    // the client as that number.
+    // the client as that number, "007" as "7" and "1.5" as "1.500000".
     bool IsWhole(const std::string& device, const std::string& uploadId) const;
 
 private:

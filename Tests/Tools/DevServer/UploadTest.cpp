@@ -7,6 +7,7 @@
 
 #include <csignal>
 
+#include "Base/Container/Value.h"
 #include "DevServer/Sha1Text.h"
 #include "DevServer/Unpack.h"
 #include "DevServer/Uploads.h"
@@ -110,6 +111,27 @@ TEST(DevServerUploadTest, AnOrderIsGivenUntilItIsCarriedOut) {
     temporary.Write("served/uploads/D1/7/upload.zip", "");
     EXPECT_THAT(server.Handle(ConfigFetch("D1")).body, testing::Not(HasSubstr("\"Upload\"")));
     EXPECT_THAT(server.Handle(ConfigFetch("D2")).body, HasSubstr("\"Upload\""));
+
+    const std::string digits18(18, '1'), digits19(19, '1');
+    const std::pair<std::string, std::string> ids[] = {
+        {"1.5", "1.500000"},
+        {"-07", "-7"},
+        {"0" + digits18, "0" + digits18},
+        {"0" + digits18.substr(1), digits18.substr(1)},
+        {"-.", "0.000000"},
+        {".", "."},
+        {"1.2.3", "1.2.3"},
+        {digits19, digits19},
+        {"-0.00", "-0.000000"},
+        {"-", "-"},
+    };
+    const Uploads uploads(temporary / "ids");
+    for (const auto& [ordered, sent] : ids) {
+        EXPECT_STREQ(Quern::Value(ordered.c_str()).asString().c_str(), sent.c_str());  // as the client has it
+        temporary.Write("ids/D/" + SafeName(sent) + "/upload.zip", "");
+        EXPECT_TRUE(uploads.IsWhole("D", ordered)) << ordered;
+        fs::remove_all(temporary / "ids");
+    }
 }
 
 TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
