@@ -28,8 +28,9 @@ constexpr int kLooks = 3;
 #endif
 
 // Ciphers and codecs copy the key to the stack: clears what the calls of the caller have left there, and the registers,
-// which the dynamic linker saves on the stack while it looks up the function that is called next.
-__attribute__((noinline)) ORVANE_LEAVES_NO_REGISTERS void WipeUsedStack() {
+// which the dynamic linker saves on the stack while it looks up the function that is called next. AddressSanitizer
+// would move the array off the stack.
+__attribute__((noinline, no_sanitize("address"))) ORVANE_LEAVES_NO_REGISTERS void WipeUsedStack() {
     char used[32 * 1024];
     explicit_bzero(used, sizeof used);
 }
