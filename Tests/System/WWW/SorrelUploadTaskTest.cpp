@@ -1,12 +1,11 @@
 #include "Orvane/SorrelCUploadTask.h"
 
 #include <gmock/gmock.h>
-
 #include <openssl/sha.h>
-#include <filesystem>
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <random>
 
 #include "Base/Configure/UtilsHelper.h"
