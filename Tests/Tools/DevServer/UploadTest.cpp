@@ -220,7 +220,7 @@ TEST(DevServerUploadTest, GoesOnWhereAKilledProcessWas) {
     const std::string folder = server.Folder() + "/uploads/D%2F1/id/";
     const size_t before = server.Asked(), held = fs::file_size(folder + "data");
     EXPECT_EQ(Upload(server.Url(), "id", path, 1 << 20), 0);
-    EXPECT_LE(server.Asked() - before, 1 + 4u);
+    EXPECT_LE(server.Asked() - before, 1 + 4u + 1) << "one may be what the dead process had on its way";
     EXPECT_GT(held, 40000u);
     EXPECT_TRUE(ReadFile(folder + "upload.zip") == ReadFile(path));
     EXPECT_EQ(server.Problems(), "");
