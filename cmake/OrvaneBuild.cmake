@@ -33,7 +33,9 @@ if(ORVANE_SANITIZE)
   target_compile_options(orvane_flags INTERFACE -fsanitize=${ORVANE_SANITIZE} -fno-omit-frame-pointer)
   target_link_options(orvane_flags INTERFACE -fsanitize=${ORVANE_SANITIZE})
   # These guesses of GCC misfire on instrumented code (its own <regex> for one); the builds without sanitizers keep them.
-  target_compile_options(orvane_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overflow;-Wno-stringop-overread>)
+  foreach(guess maybe-uninitialized array-bounds stringop-overflow stringop-overread)
+    target_compile_options(orvane_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-${guess}>)
+  endforeach()
   if(ORVANE_SANITIZE MATCHES "undefined")
     # Objects of sibling libraries are reached through interfaces alone: the two sides share no identity of types, which
     # is what the vptr check compares.

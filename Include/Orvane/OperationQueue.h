@@ -16,7 +16,8 @@ class Operation;
 ///
 /// Any thread, an operation's own too, but not from a callback of the log: the queue may log, or wait for a thread that
 /// does. During the take-down, and with the pool queue (the setting "OperationMode" is 2), only the queue's own
-/// operations may queue: another thread would use a queue that is being deleted.
+/// operations may queue: another thread would use a queue that is being deleted. Not before the launch: the queue reads
+/// the library's own settings, and these are then at their defaults for as long as the process lives.
 /// \param function told the operation, which is opaque here, and `data`
 /// \param data the caller's; must stay valid until the last call has returned
 /// \param repeat whether the call is made again and again

@@ -32,7 +32,7 @@ public:
     // Any thread, once start-up is over. Names are compared byte by byte.
     IPluginService* GetServiceByName(const char* serviceName) override;
 
-    // The queued starts. A null operation makes them do nothing but say so.
+    // The queued starts. A null operation makes them start nothing.
 
     // Sends a span that tells of this launch, with every plugin's version, if tracing is on.
     void onStartYarrowClient(Quern::ObjectOperation* operation, void* data);
