@@ -16,13 +16,10 @@
 #include <utility>
 
 #include "Base/ConsoleSink.h"
-#include "Serializer/Codec/KxSymmetry.h"
-#include "Serializer/Codec/Md5.h"
-#include "Serializer/Codec/PeerKey.h"
 #include "Storage/Bundle/BundleImpl.h"
-#include "Storage/Bundle/EncryptedIniFormat.h"
 #include "Storage/Bundle/InfoDictionary.h"
 #include "Storage/Bundle/Keychain.h"
+#include "Support/KeyAndCipher.h"
 #include "Support/Ratio.h"
 
 namespace {
@@ -246,14 +243,7 @@ void UnavoidableWork(const std::string& answer) {
         for (auto key = module->begin(); key != module->end(); ++key)
             text.append(key.name()).append("=").append(key->asString()).append("\n");
     }
-    Quern::EncryptedIni::TeaKey key;
-    Quern::CurvePublicKey publicKey;
-    Quern::EncryptedIni::MakeKey(Quern::PeerPublicKey(), key, publicKey);
-    int length = Orvane::Quern::kx_symmetry_encrypt2_len(static_cast<int>(text.size()));
-    std::string body(static_cast<size_t>(length), '\0');
-    Orvane::Quern::kx_symmetry_encrypt2(text.data(), static_cast<int>(text.size()), key.data(), body.data(), &length);
-    char digest[16];
-    Quern::Md5HashBuffer(digest, body.data(), length);
+    KeyAndCipher(text);
 }
 
 void CompareStores(const fs::path& folder) {

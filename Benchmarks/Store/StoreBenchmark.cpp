@@ -8,18 +8,14 @@
 #include <string>
 
 #include "Base/ConsoleSink.h"
-#include "Serializer/Codec/KxSymmetry.h"
-#include "Serializer/Codec/Md5.h"
-#include "Serializer/Codec/PeerKey.h"
 #include "Storage/Bundle/BundleImpl.h"
-#include "Storage/Bundle/EncryptedIniFormat.h"
+#include "Support/KeyAndCipher.h"
 #include "Support/Ratio.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace Orvane::Bench;
-using Quern::EncryptedIni::TeaKey;
 
 class Silence final : public Quern::ConsoleSink {
     void Write(const char*, size_t) override {}
@@ -47,17 +43,9 @@ void BareReplace(const std::string& path, const std::string& bytes) {
     if (rename(next.c_str(), path.c_str()) != 0) abort();
 }
 
-// One key and agreement, TEA and MD5 over the same text: the bytes of a file.
+// The bytes of a file, by the computing that no save can spare.
 std::string UnavoidableWork(const std::string& text) {
-    TeaKey key;
-    Quern::CurvePublicKey publicKey;
-    Quern::EncryptedIni::MakeKey(Quern::PeerPublicKey(), key, publicKey);
-    int length = Orvane::Quern::kx_symmetry_encrypt2_len(static_cast<int>(text.size()));
-    std::string body(static_cast<size_t>(length), '\0');
-    Orvane::Quern::kx_symmetry_encrypt2(text.data(), static_cast<int>(text.size()), key.data(), body.data(), &length);
-    char digest[16];
-    Quern::Md5HashBuffer(digest, body.data(), length);
-    return std::string(98, '\0') + body;
+    return std::string(98, '\0') + KeyAndCipher(text);
 }
 
 // A set against bare replacements of the same two files, and against those behind the computing that no save can spare.

@@ -1,10 +1,6 @@
 #include "SinkServer.h"
 
-#include <signal.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -52,30 +48,10 @@ void Serve(int connection, int port) {
 
 }  // namespace
 
-SinkServer::SinkServer(long long partSize) : _partSize(partSize) {
-    int out[2];
-    if (pipe(out) != 0) abort();
-    if ((_process = fork()) == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        int port = 0;
-        const OrvaneTest::TcpService service([&port](int connection) { Serve(connection, port); });
-        port = service.Port();
-        if (write(out[1], &port, sizeof port) != sizeof port) abort();
-        for (;;)
-            pause();
-    }
-    if (read(out[0], &_port, sizeof _port) != sizeof _port) abort();
-    close(out[0]);
-    close(out[1]);
-}
-
-SinkServer::~SinkServer() {
-    kill(_process, SIGKILL);
-    waitpid(_process, nullptr, 0);
-}
+SinkServer::SinkServer(long long partSize) : _partSize(partSize), _process(Serve) {}
 
 std::string SinkServer::Url() const {
-    return "http://127.0.0.1:" + std::to_string(_port) + "/0/" + std::to_string(_partSize);
+    return "http://127.0.0.1:" + std::to_string(_process.Port()) + "/0/" + std::to_string(_partSize);
 }
 
 }  // namespace Orvane::Bench

@@ -2,9 +2,9 @@
 #ifndef ORVANE_BENCHMARKS_UPLOAD_SINK_SERVER_H
 #define ORVANE_BENCHMARKS_UPLOAD_SINK_SERVER_H
 
-#include <sys/types.h>
-
 #include <string>
+
+#include "Support/ServerProcess.h"
 
 namespace Orvane::Bench {
 
@@ -13,14 +13,12 @@ namespace Orvane::Bench {
 class SinkServer {
 public:
     explicit SinkServer(long long partSize);
-    ~SinkServer();
     // The address for an upload that begins at 0.
     std::string Url() const;
 
 private:
     const long long _partSize;
-    pid_t _process;
-    int _port = 0;
+    const ServerProcess _process;
 };
 
 }  // namespace Orvane::Bench

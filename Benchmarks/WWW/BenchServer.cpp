@@ -1,10 +1,6 @@
 #include "BenchServer.h"
 
-#include <signal.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -14,7 +10,7 @@
 namespace Orvane::Bench {
 namespace {
 
-void Serve(int connection) {
+void Serve(int connection, int) {
     const std::string piece(1 << 18, 'x');
     char request[8192];
     for (;;) {
@@ -40,25 +36,6 @@ void Serve(int connection) {
 
 }  // namespace
 
-BenchServer::BenchServer() {
-    int out[2];
-    if (pipe(out) != 0) abort();
-    if ((_process = fork()) == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        const OrvaneTest::TcpService service(Serve);
-        const int port = service.Port();
-        if (write(out[1], &port, sizeof port) != sizeof port) abort();
-        for (;;)
-            pause();
-    }
-    if (read(out[0], &_port, sizeof _port) != sizeof _port) abort();
-    close(out[0]);
-    close(out[1]);
-}
-
-BenchServer::~BenchServer() {
-    kill(_process, SIGKILL);
-    waitpid(_process, nullptr, 0);
-}
+BenchServer::BenchServer() : _process(Serve) {}
 
 }  // namespace Orvane::Bench

@@ -2,9 +2,9 @@
 #ifndef ORVANE_BENCHMARKS_WWW_BENCH_SERVER_H
 #define ORVANE_BENCHMARKS_WWW_BENCH_SERVER_H
 
-#include <sys/types.h>
-
 #include <string>
+
+#include "Support/ServerProcess.h"
 
 namespace Orvane::Bench {
 
@@ -12,14 +12,12 @@ namespace Orvane::Bench {
 class BenchServer {
 public:
     BenchServer();
-    ~BenchServer();
     std::string Url(long long size) const {
-        return "http://127.0.0.1:" + std::to_string(_port) + "/" + std::to_string(size);
+        return "http://127.0.0.1:" + std::to_string(_process.Port()) + "/" + std::to_string(size);
     }
 
 private:
-    pid_t _process;
-    int _port = 0;
+    const ServerProcess _process;
 };
 
 }  // namespace Orvane::Bench

@@ -36,7 +36,8 @@ public:
 
     virtual ~SorrelCUploadTask() {}
 
-    /// Begins the upload and returns at once; the file is read on other threads. A null text counts as empty. What may
+    /// Begins the upload and returns at once; the file is read on other threads (but where the system has no thread
+    /// left: then its digest is taken before the call returns). A null text counts as empty. What may
     /// be wrong with the file or the address shows in the result; a file that is not there, and a link, is announced
     /// all the same, as one of 0 bytes with an empty digest.
     /// \param uploadId names the upload to the server; UTF-8, copied

@@ -203,10 +203,12 @@ std::string Uploads::Finish(Upload& upload, Outcome& outcome) {
         upload.held = 0;
         return "the file's digest is " + sha1 + "; " + upload.sha1 + " was announced";
     }
+    // Its name last, as the sign that the order is carried out.
+    fs::remove_all(upload.folder + "/files", error);
+    outcome.notes = Unpack(data, upload.folder + "/files");
     fs::rename(data, zip, error);
     if (error) return zip + ": " + error.message();
     upload.isWhole = true;
-    outcome.notes = Unpack(zip, upload.folder + "/files");
     return "";
 }
 

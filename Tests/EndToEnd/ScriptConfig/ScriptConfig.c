@@ -5,14 +5,7 @@
 #include <string.h>
 
 #include "Orvane/OrvaneCore.h"
-
-#define REQUIRE(condition)                               \
-    do {                                                 \
-        if (!(condition)) {                              \
-            fprintf(stderr, "failed: %s\n", #condition); \
-            exit(1);                                     \
-        }                                                \
-    } while (0)
+#include "Support/Require.h"
 
 static void OnRefreshed(const char* keys) {
     fprintf(stderr, "unexpected: %s\n", keys);

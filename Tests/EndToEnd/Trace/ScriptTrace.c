@@ -9,14 +9,7 @@
 
 #include "Orvane/OrvaneCore.h"
 #include "Orvane/RunTime.h"
-
-#define REQUIRE(condition)                               \
-    do {                                                 \
-        if (!(condition)) {                              \
-            fprintf(stderr, "failed: %s\n", #condition); \
-            exit(1);                                     \
-        }                                                \
-    } while (0)
+#include "Support/Require.h"
 
 int main(int count, char** arguments) {
     char span[64], trace[33], line[4096] = "";

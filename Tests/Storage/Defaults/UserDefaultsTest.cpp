@@ -35,11 +35,12 @@ TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
     EXPECT_TRUE(defaults.Dictionary("list").isObject() && defaults.Dictionary("list").empty());
     EXPECT_EQ(defaults.Dictionary("FennelSDKInfos").size(), 2u);
     defaults.SetDictionary("FennelSDKInfos", defaults.Dictionary("FennelSDKInfos"));
-    OrvaneTest::WriteFile(kPath, R"({"of another program":true})");  // in the same file
+    OrvaneTest::WriteFile(kPath, R"({"of another program":true,"list":{"other":"1"}})");  // in the same file
     defaults.SetDictionary("list", Entry("a", "b"));
     EXPECT_EQ(defaults.Dictionary("list"), Entry("a", "b"));
     // The other's stays, and what was written once is not written again.
-    const std::string kNow = "{\n \"list\" : \n {\n  \"a\" : \"b\"\n },\n \"of another program\" : true\n}\n";
+    const std::string kNow =
+        "{\n \"list\" : \n {\n  \"a\" : \"b\",\n  \"other\" : \"1\"\n },\n \"of another program\" : true\n}\n";
     EXPECT_TRUE(WaitFor([&] { return ReadFile(kPath) == kNow; })) << ReadFile(kPath);
 }
 
@@ -54,6 +55,12 @@ TEST(UserDefaults, NothingIsLostOfAFileThatIsNoGood) {
     fs::remove(kPath);
     const std::string kDeep = "{\"a\":" + std::string(100000, '[');
     OrvaneTest::WriteFile(kPath, kDeep);
+    fs::create_directories(kPath + ".unusable");  // it cannot be set aside, and so stays
+    defaults.SetDictionary("a", Entry("x", "1 "));
+    defaults.SetDictionary("a", Entry("x", "1"));
+    EXPECT_TRUE(WaitFor([&] { return console->Count("UserDefaults.json.unusable cannot be written") >= 1; }));
+    EXPECT_EQ(ReadFile(kPath), kDeep);
+    fs::remove(kPath + ".unusable");
     // The next change brings along what could not be written.
     EXPECT_TRUE(WaitFor([&] {
         defaults.SetDictionary("b", Entry("y", "2"));

@@ -129,7 +129,7 @@ TEST_F(SorrelUploadTaskTest, SendsBothRequestsToTheByte) {
     EXPECT_EQ(requests[0].method, "PUT");
     EXPECT_EQ(requests[0].target,
               "/upload/prepareFile?com_params=%7B%22a%22:%22b&c=d%22%7D%0A&biz_params=%7B%22upload_id%22:%22a/%5C%22b"
-              "%5C%5C%5Cu000a%C3%A4%20&=%22,%22total_size%22:10,%22total_sha1%22:%22" +
+              "%5C%5C%5Cn%C3%A4%20&=%22,%22total_size%22:10,%22total_sha1%22:%22" +
                   HexSha1(content) + "%22%7D");
     EXPECT_EQ(requests[0].body, "");
     for (const char* header : {"Content-Type", "Transfer-Encoding", "Expect"})

@@ -41,7 +41,8 @@ Content Refuse(Content content, const std::string& path, const char* why) {
     return content;
 }
 
-Content Read(const std::string& path, Json::Value& root) {
+// Gives the text of a damaged file too.
+Content Read(const std::string& path, Json::Value& root, std::string& text) {
     root = Json::objectValue;
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) return errno == ENOENT ? Content::kNone : Refuse(Content::kUnreadable, path, strerror(errno));
@@ -54,7 +55,7 @@ Content Read(const std::string& path, Json::Value& root) {
     if (fstat(descriptor, &state) != 0 || !S_ISREG(state.st_mode))
         return Refuse(Content::kUnreadable, path, "is no file");
     bool error = state.st_size > kLargestFile;
-    const std::string text = error ? "" : ReadToEnd(file.get(), &error);
+    text = error ? "" : ReadToEnd(file.get(), &error);
     if (error) return Refuse(Content::kUnreadable, path, "cannot be read, or is far too large");
     if (Parse(text, root)) return Content::kWhole;
     // Where it cannot be replaced, it is written in place while the new file stays beside it.
@@ -63,11 +64,31 @@ Content Read(const std::string& path, Json::Value& root) {
     return Refuse(Content::kDamaged, path, "is damaged");
 }
 
+bool Replace(FileReplacement& file, const std::string& path, const std::string& text) {
+    if (file.Prepare(text) && file.PutInPlace()) return true;
+    ORVANE_LOG_ERROR("user defaults %s cannot be written: %s", path.c_str(), strerror(errno));
+    return false;
+}
+
+void Apply(const DefaultsChanges& changes, Json::Value& root) {
+    for (const auto& [key, members] : changes) {
+        Json::Value& dictionary = root[key];
+        if (!dictionary.isObject()) dictionary = Json::objectValue;
+        for (const auto& [name, value] : members) {
+            if (value.isNull())
+                dictionary.removeMember(name);
+            else
+                dictionary[name] = value;
+        }
+    }
+}
+
 }  // namespace
 
 Json::Value ReadDefaultsFile(const std::string& path) {
     Json::Value root;
-    Read(path, root);
+    std::string unused;
+    Read(path, root, unused);
     return root;
 }
 
@@ -75,19 +96,20 @@ bool ChangeDefaultsFile(const std::string& path, const DefaultsChanges& changes)
     FileReplacement file(path);
     file.Lock();
     Json::Value root;
-    const Content content = Read(path, root);
+    std::string old;
+    const Content content = Read(path, root, old);
     if (content == Content::kUnreadable) return false;
     Json::Value changed = root;
-    for (const auto& [key, value] : changes)
-        changed[key] = value;
+    Apply(changes, changed);
     if (content == Content::kWhole && changed == root) return true;
-    if (content == Content::kDamaged) rename(path.c_str(), (path + kUnusableSuffix).c_str());
+    if (content == Content::kDamaged) {
+        const std::string asidePath = path + kUnusableSuffix;
+        FileReplacement aside(asidePath);
+        if (!Replace(aside, asidePath, old)) return false;
+    }
     Json::StreamWriterBuilder builder;
     builder["indentation"] = " ";
-    const std::string text = Json::writeString(builder, changed) + "\n";
-    if (file.Prepare(text) && file.PutInPlace()) return true;
-    ORVANE_LOG_ERROR("user defaults %s cannot be written: %s", path.c_str(), strerror(errno));
-    return false;
+    return Replace(file, path, Json::writeString(builder, changed) + "\n");
 }
 
 }  // namespace Quern

@@ -35,7 +35,11 @@ public:
         {
             const std::lock_guard<std::mutex> guard(_mutex);
             const Json::Value* const value = Find(key);
-            if (!value || *value != dictionary) _pending[key] = _values[key] = dictionary;
+            const bool isDictionary = value && value->isObject();
+            if (!isDictionary || *value != dictionary) {
+                NoteChanges(isDictionary ? *value : Json::Value(Json::objectValue), dictionary, _pending[key]);
+                _values[key] = dictionary;
+            }
             // What could not be written before is tried again.
             if (_pending.empty() || std::exchange(_isWriting, true)) return;
         }
@@ -44,6 +48,14 @@ public:
 
 private:
     const Json::Value* Find(const std::string& key) const { return _values.find(key.data(), key.data() + key.size()); }
+
+    // By members, so that the file's own others stay.
+    static void NoteChanges(const Json::Value& before, const Json::Value& after, DictionaryChanges& changes) {
+        for (const std::string& name : before.getMemberNames())
+            if (!after.isMember(name)) changes[name] = Json::Value();
+        for (const std::string& name : after.getMemberNames())
+            if (!before.isMember(name) || before[name] != after[name]) changes[name] = after[name];
+    }
 
     // Two threads may both read the file, and the second gives way: no lock is held over that, which may log.
     void Load() {
@@ -69,9 +81,7 @@ private:
         mkdir(_folder.c_str(), kPrivate);
         DefaultsChanges changes;
         while (TakePending(changes)) {
-            if (ChangeDefaultsFile(_path, changes)) continue;
-            PutBack(std::move(changes));
-            return;
+            if (!ChangeDefaultsFile(_path, changes) && !PutBack(std::move(changes))) return;
         }
     }
 
@@ -82,11 +92,13 @@ private:
         return _isWriting = !changes.empty();
     }
 
-    // Behind what was set meanwhile.
-    void PutBack(DefaultsChanges changes) {
+    // Behind what was set meanwhile, which is to be written: else false, and the thread is over.
+    bool PutBack(DefaultsChanges changes) {
         const std::lock_guard<std::mutex> guard(_mutex);
-        _pending.merge(changes);
-        _isWriting = false;
+        _isWriting = !_pending.empty();
+        for (auto& [key, members] : changes)
+            _pending[key].merge(members);
+        return _isWriting;
     }
 
     const std::string _folder, _path;

@@ -1,6 +1,7 @@
 #include "System/WWW/Task/SorrelUploadProtocol.h"
 
-#include <cstdio>
+#include <json/json.h>
+
 #include <cstring>
 #include <utility>
 
@@ -46,19 +47,10 @@ bool IsUtf8(std::string_view text) {
     return true;
 }
 
-std::string QuotedJson(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) < ' ') {
-            char escape[8];
-            snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-            quoted += escape;
-        } else {
-            if (c == '"' || c == '\\') quoted += '\\';
-            quoted += c;
-        }
-    }
-    return quoted + "\"";
+std::string QuotedJson(const std::string& text) {
+    Json::StreamWriterBuilder builder;
+    builder["emitUTF8"] = true;
+    return Json::writeString(builder, text);
 }
 
 // As browsers write it: a name that ends its line or its quotes would make another message.
