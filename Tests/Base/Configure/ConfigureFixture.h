@@ -55,10 +55,10 @@ protected:
                                        [](const std::string& line) { return line.starts_with("Info ANetworkState"); });
         return told == lines.rend() ? -1 : told->back() - '0';
     }
-    // How often the client's file was written.
-    long Saves() const {
-        return std::count_if(keychain->calls.begin(), keychain->calls.end(), [](const std::string& call) {
-            return call.starts_with("add ") && call.find("RemoteConfig.config") != std::string::npos;
+    // How often a store was written.
+    long Saves(const char* file = "RemoteConfig.config") const {
+        return std::count_if(keychain->calls.begin(), keychain->calls.end(), [file](const std::string& call) {
+            return call.starts_with("add ") && call.find(file) != std::string::npos;
         });
     }
     // As its task hands an answer over.

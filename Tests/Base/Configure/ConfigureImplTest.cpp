@@ -82,8 +82,13 @@ TEST_F(ConfigureTest, EachAnswerIsTakenOrLeftAsAWhole) {
     EXPECT_EQ(Read("real"), "-");
     EXPECT_EQ(Quern::BundleFactory::GetInstance()->GetDefaultBundle()->Get("OrvaneCore", "rule_id", 0), 10)
         << "the highest, and not the last";
+    const long idSaves = Saves("Orvane.config");
+    Deliver(R"({"biz_data":{"rule_id":10,"merged_cfg":{"a":{"b":"c"}}}})");
+    EXPECT_EQ(Saves("Orvane.config"), idSaves) << "an id that has not risen";
 
+    lines.clear();
     Deliver(R"({"biz_data":{"merged_cfg":{}}})");
+    EXPECT_THAT(Lines(), Not(Contains("Error Value is not Object type")));
     EXPECT_EQ(Read("text"), "-") << "what the answer does not hold is gone";
     manifest.Set("OrvaneCore", "RemoteConfigUrl", {});
     EXPECT_EQ(Read("RemoteConfigUrl", "OrvaneCore"), proxy.Url(""));
