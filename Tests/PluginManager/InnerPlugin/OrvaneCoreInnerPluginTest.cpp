@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Base/Configure/FileUploader.h"
 #include "Base/QuernCommon.h"
 #include "PluginManager/InnerPlugin/ConfigFileService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
@@ -10,6 +11,7 @@
 #include "PluginManager/ServiceRegister.h"
 #include "Storage/Bundle/BundleFactory.h"
 #include "Support/CapturedConsole.h"
+#include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 #include "System/Application/MainRunLoop.h"
 
@@ -129,6 +131,10 @@ TEST(OrvaneCoreInnerPlugin, AGameWithoutAnIdIsToldOnceTheLaunchIsOver) {
     core->onStartConfigure(nullptr, nullptr);
     EXPECT_THAT(console.Take(), ElementsAre("Info OrvaneCoreInnerPlugin::onStartYarrowClient begin",
                                             "Info OrvaneCoreInnerPlugin::onStartYarrowClient end"));
+    OrvaneTest::FakeConfigure configure;
+    char operation = 0;  // which is not looked into
+    core->onStartConfigure(reinterpret_cast<Quern::ObjectOperation*>(&operation), nullptr);
+    EXPECT_EQ(configure.observers["Upload"], Orvane::FileUploader::GetInstance());
     core->OnStartup(nullptr);
     EXPECT_THAT(shown, ElementsAre());
     Quern::MainRunLoop::Current().RunPending();

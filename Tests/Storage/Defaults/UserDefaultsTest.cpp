@@ -42,6 +42,10 @@ TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
     const std::string kNow =
         "{\n \"list\" : \n {\n  \"a\" : \"b\",\n  \"other\" : \"1\"\n },\n \"of another program\" : true\n}\n";
     EXPECT_TRUE(WaitFor([&] { return ReadFile(kPath) == kNow; })) << ReadFile(kPath);
+
+    defaults.SetDictionary("FennelSDKInfos", Json::objectValue);
+    Orvane::Plugin::registerFennel();
+    EXPECT_TRUE(defaults.Dictionary("FennelSDKInfos").empty()) << "once a process";
 }
 
 // What cannot be read is left alone, and what is damaged is set aside; both read as empty.

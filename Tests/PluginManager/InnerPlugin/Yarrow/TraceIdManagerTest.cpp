@@ -117,6 +117,11 @@ TEST_F(TraceIds, OneIsTakenFromTheStockAndMoreAreAskedForWhenFewAreLeft) {
         EXPECT_EQ(manager.GetTraceId().c_str(), id) << "one for the run";
         EXPECT_FALSE(fs::exists(stock)) << "and nothing touched for it";
     }
+    TraceIdManager asking;
+    console.Take();
+    asking.requestTraceIdList(7);
+    asking.requestTraceIdList(9);
+    EXPECT_THAT(console.Take(), Contains(HasSubstr("requestTraceIdList url:")).Times(1)) << "the task is kept";
     TraceIdManager().GetTraceId();
     EXPECT_TRUE(fs::exists(stock)) << "made where there was none";
     fs::remove(stock);

@@ -45,9 +45,9 @@ public:
     virtual Quern::AString genTraceUrl(int count);
     // Adds the ids of an answer, all or none.
     virtual bool parseTraceIdData(Quern::AArray* ids, const char* data, int length);
-    // Takes the first id out of the file, which is made if it is not there. Empty if there is none; `count` is how many
-    // are left, and stays as it was where that is not known,
-    // nor if the file could not be written: the next run then takes the same id.
+    // Takes the first id out of the file, which is made if it is not there. Empty if there is none. `count` is how many
+    // are left; it stays as it was where that is not known, and where the file could not be written: the next run then
+    // takes the same id.
     virtual Quern::AString pop1TraceIdfromFile(int& count);
     // Writes the file anew, with these ids behind those that the pop left. False, and nothing changed, for null and for
     // more than a stock holds; false if the file could not be written, which then is as it was.
