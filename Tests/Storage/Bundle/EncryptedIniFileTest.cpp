@@ -300,6 +300,7 @@ TEST_F(EncryptedIniFileTest, ABatchIsOneSaveOfWhatTheCallsAloneSave) {
     std::map<std::string, int> asked;
     onDisk = [&asked](const std::string& what) { ++asked[what]; };
     const auto bundle = std::make_unique<BundleImpl>(path.c_str());
+    bundle->SetCache("before", "key", 1);  // which nobody has read yet
     BundleImpl::Batch batch(*bundle);
     {
         const BundleImpl::Batch inner(*bundle);
@@ -307,6 +308,8 @@ TEST_F(EncryptedIniFileTest, ABatchIsOneSaveOfWhatTheCallsAloneSave) {
         EXPECT_EQ(bundle->Get("module3", "key3", 0), 3);
     }
     std::thread([&bundle] {
+        EXPECT_EQ(bundle->Get("before", "key", 0), 1) << "the others read what was before";
+        EXPECT_EQ(bundle->Get("module3", "key3", 0), 0);
         EXPECT_TRUE(bundle->Set("other", "key", 1) && bundle->SaveCacheToFile());
         EXPECT_EQ(bundle->Get("other", "key", 0), 1);
         EXPECT_TRUE(bundle->RemoveSection("other"));
