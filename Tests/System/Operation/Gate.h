@@ -10,6 +10,11 @@ namespace OrvaneTest {
 
 class Gate {
 public:
+    // Opens, and waits for those inside: they still write to it once it is open.
+    ~Gate() {
+        Open();
+        WaitFor([this] { return _left == _entered; });
+    }
     // Waits until the gate is open.
     void Pass() {
         ++_entered;
