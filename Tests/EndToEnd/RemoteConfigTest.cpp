@@ -107,17 +107,21 @@ TEST_F(RemoteConfigTest, AnOrderIsCarriedOutOnce) {
     Command command = Host();
     command.words.insert(command.words.end(), {"--module", "Other", "--log-mode", "0"});
     Process host(command);
-    host.Send("launch\nlog info a line that is asked for\n");
+    std::string text;  // so long that its beginning goes from the block to the file
+    for (int i = 0; i < 5000; ++i)
+        text += "a line that is asked for, " + std::to_string(i) + "\n";
+    WriteWholeFile(_container.Outside() / "text", text);
+    host.Send("launch\nlog-file " + (_container.Outside() / "text").string() + "\n");
     const auto isLogged = [](const fs::path& folder) {
         std::error_code error;
         for (const auto& file : fs::directory_iterator(folder, error))
-            if (ReadWholeFile(file).find("a line that is asked for") != std::string::npos) return true;
+            if (ReadWholeFile(file).find("a line that is asked for, 9\n") != std::string::npos) return true;
         return false;
     };
     ASSERT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= 1 && isLogged(_container.LogFolder("Other")); }));
     WriteWholeFile(_folder + "/modules/Upload.json",
                    R"({"upload_id":"night\u0000/../7","file_path":"/Library/Caches/OrvaneSDKLog/Other|/Documents",)"
-                   R"("file_pattern":"xlog$|rep$","part_size":100})");
+                   R"("file_pattern":"log$|rep$","part_size":4000})");
     host.Send("fetch\n");
     const auto folder = [&] {
         std::error_code error;
