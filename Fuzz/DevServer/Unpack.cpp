@@ -27,7 +27,7 @@ void Require(bool condition) {
 }  // namespace
 
 // Opens what minizip reads, some hundred times an input with a seek before each: in memory that takes no system call.
-extern "C" FILE* fopen64(const char* path, const char* mode) {
+extern "C" __attribute__((visibility("default"))) FILE* fopen64(const char* path, const char* mode) {
     return path == g_path ? fmemopen(const_cast<uint8_t*>(g_zip), g_size, mode) : fopen(path, mode);
 }
 
