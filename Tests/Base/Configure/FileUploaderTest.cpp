@@ -276,6 +276,7 @@ TEST_F(FileUploaderTest, ZipsFilesAloneAndSaysWhenTheDiskIsFull) {
     EXPECT_TRUE(zip.CloseZipFile());
     EXPECT_THAT(Unzip(cache + "/z.zip"), ElementsAre("a=/logs/a.log"));
     EXPECT_EQ(fs::status(cache + "/z.zip").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_FALSE(zip.CreateZipFile(home + "/logs/o.log")) << "a link";
     ASSERT_TRUE(zip.CreateZipFile("/dev/full"));
     zip.AddFileToZip(home + "/logs/a.log", "a");
     EXPECT_FALSE(zip.CloseZipFile());
@@ -330,14 +331,28 @@ TEST_F(FileUploaderTest, ZipsAFileThatGrows) {
 }
 
 TEST_F(FileUploaderTest, EndsASearchThatCostsTooMuch) {
-    const std::string bars(100'000, '|'), ended = "Error the search is ended after ";
-    const std::pair<std::string, std::string> orders[] = {{bars, bars}, {bars, "^none$"}, {"/logs", bars}};
+    const auto repeat = [](const char* text, int count) {
+        std::string all;
+        for (int i = 0; i < count; ++i)
+            all += text;
+        return all;
+    };
+    const std::string bars = repeat("|", 100'000), ended = "Error the search is ended after ";
+    // Each costs too much by one thing alone: folders, what lies in them, lines, matches.
+    const std::pair<std::string, std::string> orders[] = {
+        {repeat("/none|", 6000), "^a"},
+        {repeat("/logs|", 3000), "^a"},
+        {"/logs", repeat("^b$|", 101'000)},
+        {"/logs", bars},
+    };
     for (const auto& [path, pattern] : orders) {
         const Names lines = Order(path, pattern, "bars");
         EXPECT_EQ(std::count_if(lines.begin(), lines.end(), [&](auto& line) { return line.starts_with(ended); }), 1);
         EXPECT_LE(lines.size(), 110'000u);
     }
     EXPECT_THAT(Order("/logs", bars, "bars"), Contains("Info total match 10000 files."));
+    // A pattern that costs its whole share with one name is not tried with the others.
+    EXPECT_THAT(Order(repeat("/logs|", 200), "(((((.*)*)*)*)*)*x|^a", "logs"), Contains("Info total match 200 files."));
 }
 
 }  // namespace

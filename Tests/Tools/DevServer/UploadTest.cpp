@@ -164,6 +164,8 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
     EXPECT_THAT(take(0, "12xx"), HasSubstr("had other bytes"));
     EXPECT_EQ(take(0, "1234"), "4||");
     EXPECT_THAT(take(0, "1234"), HasSubstr("try 5 of the part from 0"));
+    uploads.Confirm(upload);
+    EXPECT_EQ(take(0, "1234"), "4||");
     EXPECT_THAT(take(6, "78"), HasSubstr("only 4 bytes have come"));
     EXPECT_THAT(take(4, "56789"), HasSubstr("longer than what is left"));
     EXPECT_THAT(take(8, "9"), HasSubstr("behind the end"));
@@ -184,11 +186,15 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
     EXPECT_EQ(take(0, "abcd"), "4||");
     EXPECT_TRUE(uploads.IsWhole("../D", ".."));
     EXPECT_EQ(ReadFile(folder + "upload.zip"), "12345678");
+    fs::create_directories(folder + "new-files");  // as a run that was killed leaves it
+    WriteFile(folder + "new-files/left", "");
     WriteFile(folder + "files/old", "");
     EXPECT_EQ(take(4, "efgh"), "8 whole||");
     EXPECT_EQ(ReadFile(folder + "upload.zip"), "abcdefgh");
     EXPECT_THAT(FilesIn(folder), ElementsAre("files", "upload.json", "upload.zip"));
     EXPECT_TRUE(FilesIn(folder + "files").empty());
+    WriteFile(folder + "data", "more than 8");
+    EXPECT_EQ(uploads.Announce(prepare).next, 0);
 
     const auto problems =
         CheckPrepareRequest(Get("/upload/prepareFile?com_params={}&biz_params=%7b%22a%22:1}%0A")).problems;
@@ -252,6 +258,8 @@ TEST(DevServerUploadTest, ADevicesZipNeverLeavesItsFolder) {
     EXPECT_FALSE(fs::exists(OrvaneTest::CacheFolder() + "/up"));
     EXPECT_THAT(Unpack(zip, folder + "2", {50000, 1100, 100}), Contains(HasSubstr("far more than its size")));
     EXPECT_THAT(Unpack(zip, folder + "3", {50000, 1100, 3}), Contains("there are too many entries"));
+    EXPECT_THAT(Unpack(zip, folder + "5", {1 << 30, 10, entries.size()}),
+                Contains(HasSubstr("far more than its size")));
     WriteFile(zip, ReadFile(zip).substr(0, 300));
     EXPECT_THAT(Unpack(zip, folder + "4"), ElementsAre("it is no zip, and kept as it is"));
 }
