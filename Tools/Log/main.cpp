@@ -61,6 +61,13 @@ uint64_t TotalSize(const Arguments& arguments) {
     return total;
 }
 
+// Those of the command line, else the one that the environment names.
+std::vector<std::string> KeyFiles(const Arguments& arguments) {
+    const char* const environment = getenv("ORVANE_LOG_KEY");
+    if (!arguments.keyFiles.empty() || !environment || !*environment) return arguments.keyFiles;
+    return {environment};
+}
+
 int Read(const Arguments& arguments) {
     const bool printsToTerminal = isatty(STDOUT_FILENO) && arguments.action != Action::kVerify;
     const bool bar =
@@ -75,7 +82,8 @@ int Read(const Arguments& arguments) {
     });
 
     KeyRing keys;
-    if (!LoadKeys(arguments.keyFiles, keys, report)) return kExitUnreadable;
+    const std::vector<std::string> keyFiles = KeyFiles(arguments);
+    if (!LoadKeys(keyFiles, keys, report)) return kExitUnreadable;
     if (arguments.action == Action::kFollow)
         Follow(arguments, LookOf(arguments), keys, output, report);
     else
@@ -83,9 +91,15 @@ int Read(const Arguments& arguments) {
     output.Flush();
     if (output.Error() != 0) report.Problem(std::string("standard output: ") + strerror(output.Error()));
     if (arguments.action != Action::kVerify) return report.Status(false);
-    report.SayIdleKeys(arguments.keyFiles);
-    report.Note(report.Summary());
-    return report.Status(arguments.keyFiles.empty());
+    report.SayIdleKeys(keyFiles);
+    const ExitStatus status = report.Status(keyFiles.empty());
+    if (!arguments.json) {
+        report.Note(report.Summary());
+        return status;
+    }
+    output.Write(report.SummaryAsJson(status) + "\n");
+    output.Flush();
+    return output.Error() == 0 ? status : kExitUnreadable;
 }
 
 int Main(const std::vector<std::string>& words) {
@@ -95,8 +109,9 @@ int Main(const std::vector<std::string>& words) {
         SayLine(error);
         return kExitUnreadable;
     }
-    if (arguments.action == Action::kHelp) {
-        DescriptorOutput(STDOUT_FILENO).Write(kHelpText);
+    if (arguments.action == Action::kHelp || arguments.action == Action::kVersion) {
+        const bool isHelp = arguments.action == Action::kHelp;
+        DescriptorOutput(STDOUT_FILENO).Write(isHelp ? kHelpText : "orvane-log " ORVANE_VERSION "\n");
         return kExitSound;
     }
     return arguments.action == Action::kKeygen ? MakeKey(arguments.keygenFile) : Read(arguments);

@@ -117,6 +117,26 @@ int Set(const Arguments& arguments, StoreFile& file) {
     return kWrongUse;
 }
 
+// Takes out the lines that a read of the key would find, in all sections of that name; without a key such sections.
+int Unset(const Arguments& arguments, StoreFile& file) {
+    const bool ofKey = arguments.words.size() == 2;
+    file.text.AddLine(file.unfinished);
+    bool isRemoved = false;
+    if (ofKey)
+        isRemoved = file.text.RemoveKey(arguments.words[0], arguments.words[1]);
+    else
+        while (file.text.RemoveSection(arguments.words[0]))
+            isRemoved = true;
+    if (!isRemoved) {
+        Say("[" + arguments.words[0] + "]" + (ofKey ? " " + arguments.words[1] : "") + " is not there");
+        return kNotThere;
+    }
+    std::string error;
+    if (WriteStoreFile(file, error)) return kDone;
+    Say(error);
+    return kWrongUse;
+}
+
 // What the decryption of a sound file came to, in words.
 std::string DecryptionVerdict(const StoreFile& file) {
     if (file.isOpen) return "ok";
@@ -228,7 +248,7 @@ int Run(const Arguments& arguments) {
     if (arguments.command == "dump") return Dump(arguments, file);
     if (arguments.command == "get") return Get(arguments, file);
     if (arguments.command == "keys") return Keys(arguments, file);
-    return Set(arguments, file);
+    return arguments.command == "set" ? Set(arguments, file) : Unset(arguments, file);
 }
 
 int Main(const std::vector<std::string>& words) {
@@ -238,8 +258,8 @@ int Main(const std::vector<std::string>& words) {
         Say(error);
         return kWrongUse;
     }
-    if (!arguments.help) return Run(arguments);
-    fputs(kHelpText, stdout);
+    if (!arguments.help && !arguments.version) return Run(arguments);
+    fputs(arguments.help ? kHelpText : "orvane-store " ORVANE_VERSION "\n", stdout);
     return kDone;
 }
 
