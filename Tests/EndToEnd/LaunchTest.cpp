@@ -246,8 +246,8 @@ TEST_F(LaunchTest, TakesItsSettingsFromTheManifest) {
     // Two of the runs let the plugin log errors alone.
     EXPECT_THAT(_container.ReadLog("Sample"), testing::Contains(HasSubstr("Sample is ready")).Times(1));
 
-    for (const auto& [file, complaint] : {std::pair("/nowhere", "/nowhere No such file or directory"),
-                                          std::pair(ORVANE_HOST_PROGRAM, "is no property list with a dictionary")}) {
+    for (const auto& [file, complaint] : {std::pair("/nowhere", "/nowhere: No such file or directory"),
+                                          std::pair(ORVANE_HOST_PROGRAM, ": no property list with a dictionary")}) {
         EXPECT_EQ(Run("launch\n", {"--info-plist", file}).exitStatus, 1);
         EXPECT_THAT(_said, HasSubstr(complaint));
     }

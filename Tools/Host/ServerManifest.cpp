@@ -70,8 +70,8 @@ std::string InMemory(plist_t root) {
 bool IsManifest(const std::string& path) {
     if (Read(path)) return true;
     const bool isReadable = access(path.c_str(), R_OK) == 0;
-    orvane_console_log("orvane-host: the manifest %s %s", path.c_str(),
-                       isReadable ? "is no property list with a dictionary" : strerror(errno));
+    orvane_console_log("orvane-host: the manifest %s: %s", path.c_str(),
+                       isReadable ? "no property list with a dictionary" : strerror(errno));
     return false;
 }
 
