@@ -144,7 +144,8 @@ Commands
                                else of $ORVANE_HOME
 
 Of "explain"
-  --default X                  what the caller gives; each read takes of it what is of its type (else 0, false, "")
+  --default X                  what the caller gives; each read takes of it what is of its type (else 0, false, "").
+                               Without it, that of the library for a setting of its own
   --manifest FILE              the application's Info.plist; else $ORVANE_INFO_PLIST; else it is taken for empty
 
 The key of an enciphered file, the first of these that is given

@@ -15,6 +15,7 @@
 #include "Store/Explain.h"
 #include "Store/StoreFile.h"
 #include "Support/PrintableText.h"
+#include "Support/SettingsTable.h"
 
 namespace OrvaneStore {
 namespace {
@@ -208,6 +209,16 @@ bool ReadManifest(const Arguments& arguments, Quern::InfoValue& manifest) {
     return false;
 }
 
+// When the library itself reads the setting, a line for each of its reads; empty for a setting of nobody's but the
+// game's or a plugin's.
+std::string LibraryReads(const std::vector<OrvaneTools::ListedSetting>& reads) {
+    std::string text;
+    for (const auto& read : reads)
+        text += "library   reads it as " + std::string(read.type) + " with the default \"" +
+                std::string(read.defaultValue) + "\", " + std::string(read.read) + "\n";
+    return text;
+}
+
 int ExplainSetting(Arguments arguments) {
     Quern::InfoValue manifest{Quern::InfoValue::Dictionary()};
     if (!ReadManifest(arguments, manifest)) return kWrongUse;
@@ -229,13 +240,15 @@ int ExplainSetting(Arguments arguments) {
         const int status = OpenFile(arguments, file);
         if (status != kDone) return status;
     }
-    const std::string defaultText = arguments.defaultText.value_or("");
+    const auto known = OrvaneTools::FindListedSettings(arguments.words[0], arguments.words[1]);
+    const std::string ownDefault(known.size() == 1 ? known[0].defaultValue : "");
+    const std::string defaultText = arguments.defaultText.value_or(ownDefault);
     const Explanation explanation =
         Explain(isStored ? &file.text : nullptr, manifest, arguments.words[0], arguments.words[1], defaultText);
     if (arguments.json)
         Print(AsJson(explanation, defaultText));
     else
-        Print(AsText(explanation, defaultText));
+        Print(AsText(explanation, defaultText) + LibraryReads(known));
     return kDone;
 }
 
