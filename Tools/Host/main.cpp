@@ -27,8 +27,10 @@ namespace {
 
 // The library speaks while it loads; a text of help is no place for that.
 void BeforeTheLibraryLoads(int count, char** words, char**) {
-    for (const char* asksForText : {"-h", "--help", "--version"})
-        if (OrvaneTools::HasWord(count, words, asksForText)) OrvaneTools::HideLibraryLines();
+    // No array of the words: a sanitizer could not watch it yet.
+    using OrvaneTools::HasWord;
+    if (HasWord(count, words, "-h") || HasWord(count, words, "--help") || HasWord(count, words, "--version"))
+        OrvaneTools::HideLibraryLines();
 }
 ORVANE_BEFORE_LIBRARIES(BeforeTheLibraryLoads);
 
