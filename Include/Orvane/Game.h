@@ -14,8 +14,9 @@
 /// Do not call them in a game that has an application object in the run-time table (Orvane/AppLifecycle.h) and is
 /// hooked by its name: the plugins would be started twice.
 ///
-/// The functions find the library by run-time classes. In a process without it they do nothing and give false. All
-/// belong to the main thread, but for gs_OrvaneGameLogState.
+/// The functions find the library by run-time classes. In a process without it they do nothing and give false: a game
+/// that calls nothing else of it links it with --no-as-needed, or opens it. All belong to the main thread, but for
+/// gs_OrvaneGameLogState.
 #ifndef ORVANE_GAME_H
 #define ORVANE_GAME_H
 

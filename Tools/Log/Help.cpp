@@ -12,8 +12,8 @@ any depth, by module and hour, the blocks last), or "-" for standard input. Dama
 standard error.
 
 Keys
-  --key FILE          a private key, 64 hexadecimal digits; may be given several times. Without it the file that the
-                      environment names in ORVANE_LOG_KEY
+  --key FILE          a private key, 64 hexadecimal digits; may be given several times. Without it the
+                      environment's ORVANE_LOG_KEY: the name of such a file, or the digits
   --keygen [FILE]     makes a key pair: the private half goes to FILE ("orvane-log.key"), which must not exist; the
                       public half, which a deployment sets, is printed
 

@@ -61,11 +61,26 @@ uint64_t TotalSize(const Arguments& arguments) {
     return total;
 }
 
-// Those of the command line, else the one that the environment names.
-std::vector<std::string> KeyFiles(const Arguments& arguments) {
-    const char* const environment = getenv("ORVANE_LOG_KEY");
-    if (!arguments.keyFiles.empty() || !environment || !*environment) return arguments.keyFiles;
-    return {environment};
+// Takes the keys of the command line, else that of the environment: a file's name, or the digits themselves, which then
+// go into no message. Gives the names of all in `names`. False, and told, if one is not in order.
+bool TakeKeys(const Arguments& arguments, KeyRing& keys, std::vector<std::string>& names, Report& report) {
+    constexpr char kVariable[] = "ORVANE_LOG_KEY";
+    const char* const value = getenv(kVariable);
+    const std::string environment = arguments.keyFiles.empty() && value ? value : "";
+    names = environment.empty() ? arguments.keyFiles : std::vector<std::string>{environment};
+    const bool isDigits = environment.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
+    if (environment.empty() || !isDigits) return LoadKeys(names, keys, report);
+
+    names = {kVariable};
+    Quern::CurvePrivateKey key;
+    std::string error;
+    const bool isKey = ParseKey(environment, key, error);
+    if (isKey)
+        keys.Add(key, kVariable);
+    else
+        report.Problem(std::string(kVariable) + ": " + error);
+    explicit_bzero(key.data(), key.size());
+    return isKey;
 }
 
 int Read(const Arguments& arguments) {
@@ -82,8 +97,8 @@ int Read(const Arguments& arguments) {
     });
 
     KeyRing keys;
-    const std::vector<std::string> keyFiles = KeyFiles(arguments);
-    if (!LoadKeys(keyFiles, keys, report)) return kExitUnreadable;
+    std::vector<std::string> keyNames;
+    if (!TakeKeys(arguments, keys, keyNames, report)) return kExitUnreadable;
     if (arguments.action == Action::kFollow)
         Follow(arguments, LookOf(arguments), keys, output, report);
     else
@@ -91,8 +106,8 @@ int Read(const Arguments& arguments) {
     output.Flush();
     if (output.Error() != 0) report.Problem(std::string("standard output: ") + strerror(output.Error()));
     if (arguments.action != Action::kVerify) return report.Status(false);
-    report.SayIdleKeys(keyFiles);
-    const ExitStatus status = report.Status(keyFiles.empty());
+    report.SayIdleKeys(keyNames);
+    const ExitStatus status = report.Status(keyNames.empty());
     if (!arguments.json) {
         report.Note(report.Summary());
         return status;

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <chrono>
+#include <fstream>
 #include <sstream>
 #include <thread>
 
@@ -82,6 +83,12 @@ TEST(LogTool, AKeyPairOpensWhatItsPublicHalfClosed) {
     EXPECT_THAT(both.error, HasSubstr(other + ": this key opens none"));
     EXPECT_THAT(both.error, testing::EndsWith("2 records: sound\n"));
     EXPECT_EQ(RunReader({log}, {{"ORVANE_LOG_KEY", key}}).output, Joined(lines) + Joined(lines));
+    std::string digits;
+    std::ifstream(key) >> digits;
+    EXPECT_EQ(RunReader({log}, {{"ORVANE_LOG_KEY", digits}}).output, Joined(lines) + Joined(lines));
+    const Result cut = RunReader({log}, {{"ORVANE_LOG_KEY", digits.substr(1)}});
+    EXPECT_EQ(cut.status, 2);
+    EXPECT_EQ(cut.error.find(digits.substr(1, 20)), std::string::npos) << "a secret goes into no message";
     EXPECT_EQ(RunReader({"--key", other, log}, {{"ORVANE_LOG_KEY", key}}).status, 3) << "the option goes before it";
     EXPECT_EQ(RunReader({"--verify", log}, {{"ORVANE_LOG_KEY", other}}).status, 3);
     EXPECT_EQ(RunReader({"--key", log, log}).status, 2) << "no key";
