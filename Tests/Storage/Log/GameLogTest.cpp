@@ -23,9 +23,10 @@ protected:
     }
 
     static void Say() { orvane_log_logx(kLogInfo, "a line", __FILE__, __LINE__, __func__, nullptr); }
-    static void Open(int mode) {
+    void Open(int mode) {
         orvane_log_set_option_int("LogMode", mode);
         orvane_log_init();
+        AwaitFlushThreads();
     }
 
     FakeInfoDictionary manifest;
