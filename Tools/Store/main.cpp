@@ -214,8 +214,8 @@ bool ReadManifest(const Arguments& arguments, Quern::InfoValue& manifest) {
 std::string LibraryReads(const std::vector<OrvaneTools::ListedSetting>& reads) {
     std::string text;
     for (const auto& read : reads)
-        text += "library   reads it as " + std::string(read.type) + " with the default \"" +
-                std::string(read.defaultValue) + "\", " + std::string(read.read) + "\n";
+        text += "library   " + std::string(read.type) + ", default \"" + std::string(read.defaultValue) + "\", read " +
+                std::string(read.read) + "\n";
     return text;
 }
 

@@ -207,7 +207,7 @@ TEST_F(StoreTool, ExplainsWhoAnswersARead) {
     EXPECT_THAT(none.error, testing::AllOf(HasSubstr("no answer of the server is kept"), HasSubstr("no --manifest")));
     const Result own = RunStore({"explain", "Pell", "LogHoursLimit", "--home", home});
     EXPECT_THAT(own.output, testing::AllOf(HasSubstr("int: 240, from the default"),
-                                           HasSubstr("library   reads it as int with the default \"240\", once, at")));
+                                           HasSubstr("library   int, default \"240\", read once, at the launch\n")));
     EXPECT_EQ(RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", "/nowhere"}).status, 2);
     EXPECT_EQ(RunStore({"explain", path, "Demo", "seven", "--home", "/nowhere"}).status, 3);
     EXPECT_EQ(RunStore({"dump", path, "--default", "1"}).status, 2);
