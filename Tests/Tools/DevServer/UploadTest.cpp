@@ -181,7 +181,10 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
 
     // What is whole stays until the next one is.
     const std::string folder = temporary / "uploads/%2E.%2FD/%2E./";
-    prepare.totalSha1 = Sha1Text("abcdefgh");
+    prepare.totalSha1 = Sha1Text("ABCDEFGH");
+    upload = uploads.Announce(prepare).upload;
+    EXPECT_EQ(take(0, "ABCD"), "4||");
+    prepare.totalSha1 = Sha1Text("abcdefgh");  // another file
     upload = uploads.Announce(prepare).upload;
     EXPECT_EQ(take(0, "abcd"), "4||");
     EXPECT_TRUE(uploads.IsWhole("../D", ".."));
