@@ -1,10 +1,7 @@
 #include "Storage/File/Sandbox.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "Storage/File/CPath.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {
