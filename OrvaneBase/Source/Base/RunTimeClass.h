@@ -22,6 +22,7 @@ orvane_class* RegisterRunTimeClass(const char* name, const std::vector<RunTimeMe
 // while the library loads: LibraryLoad.cpp does it before any other work.
 void RegisterMainRunLoopClass();         // "OrvaneMainRunLoop", for Orvane/MainRunLoop.h
 void RegisterInfoDictionaryClass();      // "OrvaneInfoDictionary", for Orvane/InfoPlist.h
+void RegisterGameLogClass();             // "OrvaneGameLog", for Orvane/Game.h
 void RegisterPlatformBridgeClass();      // "OrvanePlatformBridge", for Orvane/PlatformObject.h
 void RegisterOperationQueueClass();      // "OrvaneOperationQueue", for Orvane/OperationQueue.h
 void RegisterNotificationCenterClass();  // "OrvaneNotificationCenter", for Orvane/NotificationCenter.h

@@ -16,6 +16,7 @@ struct RunTimeClassesLoad {
     RunTimeClassesLoad() {
         Quern::RegisterMainRunLoopClass();
         Quern::RegisterInfoDictionaryClass();
+        Quern::RegisterGameLogClass();
         Quern::RegisterPlatformBridgeClass();
         Quern::RegisterOperationQueueClass();
         Quern::RegisterNotificationCenterClass();
