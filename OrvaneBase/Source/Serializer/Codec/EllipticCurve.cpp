@@ -15,7 +15,7 @@ constexpr uint8_t kUncompressedPoint = 0x04;
 // One context for the process, blinded once; the operations used here only read it.
 const secp256k1_context* Context() {
     static const secp256k1_context* context = [] {
-        secp256k1_context* made = secp256k1_context_create(SECP256K1_CONTEXT_SIGN | SECP256K1_CONTEXT_VERIFY);
+        secp256k1_context* made = secp256k1_context_create(SECP256K1_CONTEXT_NONE);
         uint8_t seed[32];
         if (ReadRandom(seed, sizeof seed)) (void)!secp256k1_context_randomize(made, seed);
         return made;
