@@ -14,6 +14,7 @@
 #include "Base/Configure/Configure.h"
 #include "Base/ConsoleSink.h"
 #include "Base/XLog.h"
+#include "Storage/Log/CoreLog.h"
 #include "Storage/Log/Logger.h"
 #include "Support/Ratio.h"
 #include "System/Application/OrvaneAppLifecycle.h"

@@ -18,6 +18,7 @@
 #include "Orvane/RavelAccount.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "PluginManager/InnerPlugin/Yarrow/TraceService.h"
+#include "Storage/Log/CoreLog.h"
 #include "Storage/Log/Logger.h"
 #include "Support/Ratio.h"
 #include "System/Thread/Time.h"

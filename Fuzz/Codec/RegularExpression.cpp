@@ -1,7 +1,7 @@
 // slre_match: the first byte holds the flags, then the pattern up to a NUL, then the subject.
 //
-// slre_match_bounded takes them all. For the other, patterns are left out that are stated never to return, and those
-// whose stated cost would hold up the fuzzer; where the budget was enough the two must agree.
+// slre_match_bounded takes them all. slre_match has no budget, so it gets no pattern that never returns or takes too
+// long (IsEndless, IsCheap). Where the budget was enough the two must agree.
 #include "Serializer/Codec/RegularExpression.h"
 
 #include <cstddef>

@@ -1,10 +1,3 @@
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include "Base/COrvaneCore.h"
 #include "Base/QuernCommon.h"
 #include "Base/XLog.h"
@@ -16,15 +9,13 @@
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakeKeychain.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 #include "System/Application/PerformSelector.h"
 
 namespace {
 
 using OrvaneTest::CapturedConsole;
-using testing::ElementsAre;
-using testing::IsSupersetOf;
-using testing::MatchesRegex;
 
 TEST(Facade, TellsItsVersion) {
     EXPECT_STREQ(orvanecore_get_version(), "1.5.11.2664");

@@ -1,12 +1,11 @@
 #include "Base/QuernCommon.h"
 
-#include <gtest/gtest.h>
-
 #include "Storage/Bundle/BundleFactory.h"
 #include "Support/FakeDevice.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {

@@ -1,11 +1,5 @@
-#include <gmock/gmock.h>
-
-#include <atomic>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include "Orvane/OrvaneCore.h"
+#include "Support/Test.h"
 
 namespace {
 

@@ -2,13 +2,10 @@
 #include <getopt.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <map>
-#include <memory>
-#include <random>
 
 #include "CrashCycle.h"
 #include "CrashVerdict.h"
+#include "Support/Test.h"
 
 using namespace EndToEnd;
 

@@ -1,17 +1,15 @@
 // The host on links that really come and go: what a game sees of its network, and of its way through the background.
-#include <gmock/gmock.h>
 
 #include "Support/Container.h"
 #include "Support/NetworkNamespace.h"
 #include "Support/Process.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 
 namespace EndToEnd {
 namespace {
 
-using OrvaneTest::Cable;
-using OrvaneTest::DefaultRoute;
-using OrvaneTest::RunIp;
+using namespace OrvaneTest;
 
 TEST(NetworkTest, AGameHearsOfItsNetwork) {
     if (!OrvaneTest::EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";

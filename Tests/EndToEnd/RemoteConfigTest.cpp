@@ -1,17 +1,12 @@
 // The host and the server on the desk, each a process of its own.
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <filesystem>
 
 #include "Support/Container.h"
 #include "Support/Process.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 
 namespace EndToEnd {
 namespace {
-
-using testing::HasSubstr;
 
 class RemoteConfigTest : public testing::Test {
 protected:
@@ -41,10 +36,6 @@ protected:
             return event.find("PullConfigResult") != std::string::npos;
         }));
     }
-    bool WaitForRequests(size_t count) const {
-        return OrvaneTest::WaitFor([&] { return Requests().size() >= count; });
-    }
-
     Container _container;
     const std::string _folder = _container.Outside() / "served";
     std::unique_ptr<Process> _server;
@@ -73,30 +64,6 @@ TEST_F(RemoteConfigTest, AnAnswerHoldsForTheNextLaunchUntilItIsCleared) {
     ASSERT_EQ(Requests().size(), 3u);
     for (const std::string& request : Requests())
         EXPECT_THAT(request, testing::AllOf(HasSubstr("\"problems\":[]"), HasSubstr("will replace the file")));
-}
-
-TEST_F(RemoteConfigTest, AReleaseEndsWhatIsInFlightAndALaunchBeginsAnew) {
-    StartServer({"--fault", "config:*:delay:150"});
-    Process host(Host());
-    int round = 0;
-    for (const int milliseconds : {0, 5, 20, 60, 120, 200, 300}) {
-        host.Send("launch\nfetch\nsleep " + std::to_string(milliseconds) +
-                  "\nrelease\nopen-url round:" + std::to_string(++round) + "\n");
-        ASSERT_TRUE(host.WaitForError("round:" + std::to_string(round))) << host.Error();
-    }
-    const auto noTimer = [&] {
-        for (const auto& task : std::filesystem::directory_iterator("/proc/" + std::to_string(host.Id()) + "/task"))
-            if (ReadWholeFile(task.path() / "comm").starts_with("CThreadBase")) return false;
-        return true;
-    };
-    EXPECT_TRUE(OrvaneTest::WaitFor(noTimer));
-    EXPECT_FALSE(OrvaneTest::WaitFor([&, all = Requests().size()] { return Requests().size() > all; },
-                                     std::chrono::milliseconds(1500)));
-    const size_t before = Requests().size();
-    host.Send("launch\nfetch\n");
-    EXPECT_TRUE(WaitForRequests(before + 1));
-    host.CloseInput();
-    EXPECT_EQ(host.Wait().exitStatus, 0) << host.Error();
 }
 
 // For the library the id ends at its NUL.

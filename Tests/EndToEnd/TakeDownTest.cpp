@@ -1,33 +1,11 @@
 // The host takes the base library down under load, on either queue, and goes on.
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <filesystem>
-#include <regex>
 
 #include "Support/Container.h"
 #include "Support/Process.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-// What the host says of its operations on an occasion.
-struct Tally {
-    int ran = -1;
-    int queued = -1;
-    int repetitions = -1;
-};
-
-Tally ReadTally(const std::string& said, const std::string& occasion) {
-    const std::regex line(occasion + ": ([0-9]+) of ([0-9]+) operations ran, ([0-9]+) repetitions");
-    Tally tally;
-    for (std::sregex_iterator at(said.begin(), said.end(), line), end; at != end; ++at)
-        tally = {std::stoi((*at)[1]), std::stoi((*at)[2]), std::stoi((*at)[3])};
-    return tally;
-}
 
 // The stages that the host's observer heard.
 std::vector<std::string> StagesIn(const std::string& said) {
@@ -67,31 +45,6 @@ protected:
     Container _container;
 };
 
-TEST_P(TakeDownTest, EndsTheQueueUnderLoad) {
-    Process host(Host());
-    host.Send("launch\noperations 20\n");
-    ASSERT_TRUE(host.WaitForError("all of 20 operations ran")) << host.Error();
-    host.Send("operations 600\nsleep 100\nrelease\n");
-    ASSERT_TRUE(host.WaitForError("released: ")) << host.Error();
-    if (IsPool()) {
-        EXPECT_EQ(CountQueueThreads(host), 0);
-    }
-    host.Send("sleep 500\nquit\n");
-    EXPECT_EQ(host.Wait().exitStatus, 0) << host.Error();
-
-    const Tally released = ReadTally(host.Error(), "released"), end = ReadTally(host.Error(), "at the end");
-    EXPECT_EQ(released.queued, 620) << host.Error();
-    EXPECT_GT(released.repetitions, 0);
-    if (IsPool()) {
-        EXPECT_EQ(released.ran, 620) << "the queue runs what it holds before it goes";
-        EXPECT_EQ(end.ran, 620);
-        EXPECT_EQ(end.repetitions, released.repetitions);
-    } else {
-        EXPECT_LT(released.ran, 620) << "the queue drops what it holds";
-        EXPECT_LE(end.ran + end.repetitions, released.ran + released.repetitions + 3) << "each worker ends its run";
-    }
-}
-
 TEST_P(TakeDownTest, LoadsAndLaunchesAgain) {
     Process host(Host({"--module", "Game", "--log-mode", "0"}));
     int queued = 0;
@@ -115,17 +68,6 @@ TEST_P(TakeDownTest, LoadsAndLaunchesAgain) {
     for (const std::string& line : _container.ReadLog("Game"))
         texts.push_back(TextOfLogLine(line));
     EXPECT_THAT(texts, ElementsAre("round 21", "round 22", "round 23"));
-}
-
-TEST(StagesTest, ReachNativeObserversAndNoEventOfTheDelegateDoes) {
-    const Container container;
-    Process host(container.Host({}));
-    host.Send("background\nforeground\ncreate\nstart\npause\nresume\nstop\ndestroy\noperations none\n");
-    host.CloseInput();
-    EXPECT_EQ(host.Wait().exitStatus, 1) << "for the number that is none";
-    EXPECT_THAT(StagesIn(host.Error()),
-                ElementsAre("OnCreate", "OnStart", "OnPause", "OnResume", "OnStop", "OnDestroy"));
-    EXPECT_THAT(host.Error(), HasSubstr("cannot queue none operations"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, TakeDownTest, testing::Values("1", "2"),

@@ -1,45 +1,16 @@
 #include "PluginManager/PluginManager.h"
 
-#include <gmock/gmock.h>
-
-#include <atomic>
-#include <memory>
 #include <stdexcept>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "PluginManager/ServiceRegister.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 
 namespace {
 
 using Orvane::Plugin::PluginManager;
-using OrvaneTest::CapturedConsole;
-using OrvaneTest::FakePlugin;
-using OrvaneTest::Format;
-using OrvaneTest::Journal;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::MatchesRegex;
-
-class HalfNamed final : public Orvane::Plugin::PluginBase {
-public:
-    HalfNamed(const char* name, const char* version) : _name(name), _version(version) {}
-    const char* GetName() const override { return _name; }
-    const char* GetVersion() const override { return _version; }
-    void OnStartup(Orvane::Plugin::IServiceRegister*) override {}
-    void OnPostStartup() override {}
-    void OnPreShutdown() override {}
-    void OnShutdown() override {}
-    Orvane::Plugin::IPluginService* GetServiceByName(const char*) override { return nullptr; }
-
-private:
-    const char* _name;
-    const char* _version;
-};
+using namespace OrvaneTest;
 
 class PluginManagerTest : public testing::Test {
 protected:
@@ -75,7 +46,7 @@ TEST_F(PluginManagerTest, IsMadeOnceAndToldItsVersion) {
 }
 
 TEST_F(PluginManagerTest, RefusesWhatHasNoNameOrVersion) {
-    HalfNamed nameless(nullptr, "1"), versionless("V", nullptr);
+    OrvaneTest::IdlePlugin nameless(nullptr, "1"), versionless("V", nullptr);
     EXPECT_FALSE(manager->Install(nullptr));
     EXPECT_FALSE(manager->Install(&nameless));
     EXPECT_FALSE(manager->Install(&versionless));

@@ -1,44 +1,19 @@
 #include "PluginManager/PluginUtils.h"
 
-#include <gmock/gmock.h>
-
-#include <stdexcept>
-
 #include "Orvane/PluginBase.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 
 namespace {
 
 using Orvane::Plugin::IPluginManager;
 using Orvane::Plugin::PluginManager;
-using OrvaneTest::FakePlugin;
-using OrvaneTest::Journal;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace OrvaneTest;
 
 orvane_object* Shared() {
     return static_cast<orvane_object*>(
         orvane_class_perform(orvane_class_lookup("PluginUtils"), "sharedInstance", nullptr));
-}
-
-TEST(PluginUtils, IsReachedByNameAndDrivesTheWalks) {
-    ASSERT_NE(Shared(), nullptr);
-    EXPECT_EQ(Shared(), Shared());
-    EXPECT_EQ(orvane_object_perform(Shared(), "getNativePluginManager", nullptr),
-              static_cast<IPluginManager*>(PluginManager::GetInstance()));
-
-    Journal journal;
-    FakePlugin plugin("P", "1", &journal);
-    for (const char* stage : {"nativeStartup", "nativePostStartup", "nativePreShutdown", "nativeShutdown"})
-        orvane_object_perform(Shared(), stage, nullptr);
-    EXPECT_THAT(journal, ElementsAre("P OnStartup", "P OnPostStartup", "P OnPreShutdown", "P OnShutdown"));
-}
-
-TEST(PluginUtils, WhatAPluginThrowsPassesThroughTheRunTime) {
-    FakePlugin plugin("P");
-    plugin.actions["OnStartup"] = [] { throw std::runtime_error("broken"); };
-    EXPECT_THROW(orvane_object_perform(Shared(), "nativeStartup", nullptr), std::runtime_error);
 }
 
 TEST(PluginUtils, AManagerThatIsSetIsGivenOutAndNotDriven) {

@@ -1,16 +1,13 @@
 #include "PluginManager/ServiceManager.h"
 
-#include <gmock/gmock.h>
-
 #include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 
 namespace {
 
 using Orvane::Plugin::ServiceManager;
-using OrvaneTest::FakePlugin;
-using OrvaneTest::Format;
-using testing::ElementsAre;
+using namespace OrvaneTest;
 
 TEST(ServiceManager, FindsAServiceThroughThePluginThatOffersIt) {
     ServiceManager* services = ServiceManager::GetInstance();
@@ -30,15 +27,6 @@ TEST(ServiceManager, FindsAServiceThroughThePluginThatOffersIt) {
     EXPECT_TRUE(services->loadEnabledService());
     EXPECT_TRUE(services->loadDefaultEnabledService());
     EXPECT_EQ(services->GetServiceByName("Report"), &pell);
-}
-
-TEST(ServiceManager, TellsOfItsMakingAndItsEnd) {
-    OrvaneTest::CapturedConsole console;
-    void* services = ServiceManager::GetInstance();
-    ServiceManager::ReleaseInstance();
-    ServiceManager::ReleaseInstance();
-    EXPECT_THAT(console.Take(), ElementsAre(Format("Info ServiceManager::ServiceManager():%p", services),
-                                            Format("Info ServiceManager::~ServiceManager():%p", services)));
 }
 
 }  // namespace

@@ -1,11 +1,5 @@
-#include <gmock/gmock.h>
-
-#include <atomic>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include "Orvane/RunTime.h"
+#include "Support/Test.h"
 
 namespace {
 
@@ -113,26 +107,17 @@ TEST(ClassTable, InstancesBeginWithInitAndEndWithDealloc) {
 TEST(ClassTable, NullGivesTheNeutralValue) {
     orvane_class* cls = orvane_class_allocate("Class");
     orvane_object object = {cls, nullptr};
-    EXPECT_FALSE(orvane_class_register(nullptr));
-    EXPECT_EQ(orvane_class_lookup(nullptr), nullptr);
-    EXPECT_EQ(orvane_class_name(nullptr), nullptr);
-    EXPECT_FALSE(orvane_class_add_method(nullptr, "s", One));
-    EXPECT_FALSE(orvane_class_add_method(cls, nullptr, One));
-    EXPECT_FALSE(orvane_class_add_class_method(nullptr, "s", One));
-    EXPECT_EQ(orvane_class_get_method(nullptr, "s"), nullptr);
-    EXPECT_EQ(orvane_class_get_method(cls, nullptr), nullptr);
-    EXPECT_EQ(orvane_class_get_class_method(nullptr, "s"), nullptr);
-    EXPECT_FALSE(orvane_class_exchange_methods(nullptr, "s", "t"));
-    EXPECT_FALSE(orvane_class_exchange_methods(cls, nullptr, "t"));
-    EXPECT_FALSE(orvane_class_add_protocol(cls, nullptr));
-    EXPECT_FALSE(orvane_class_conforms(nullptr, "P"));
-    EXPECT_EQ(orvane_class_perform(nullptr, "s", nullptr), nullptr);
-    EXPECT_EQ(orvane_object_create(nullptr), nullptr);
+    EXPECT_FALSE(orvane_class_register(nullptr) || orvane_class_lookup(nullptr) || orvane_class_name(nullptr));
+    EXPECT_FALSE(orvane_class_add_method(nullptr, "s", One) || orvane_class_add_method(cls, nullptr, One) ||
+                 orvane_class_add_class_method(nullptr, "s", One));
+    EXPECT_FALSE(orvane_class_get_method(nullptr, "s") || orvane_class_get_method(cls, nullptr) ||
+                 orvane_class_get_class_method(nullptr, "s"));
+    EXPECT_FALSE(orvane_class_exchange_methods(nullptr, "s", "t") || orvane_class_exchange_methods(cls, nullptr, "t"));
+    EXPECT_FALSE(orvane_class_add_protocol(cls, nullptr) || orvane_class_conforms(nullptr, "P"));
+    EXPECT_FALSE(orvane_class_perform(nullptr, "s", nullptr) || orvane_object_create(nullptr));
     orvane_object_release(nullptr);
-    EXPECT_FALSE(orvane_object_responds(nullptr, "s"));
-    EXPECT_FALSE(orvane_object_responds(&object, nullptr));
-    EXPECT_EQ(orvane_object_perform(nullptr, "s", nullptr), nullptr);
-    EXPECT_EQ(orvane_object_perform(&object, nullptr, nullptr), nullptr);
+    EXPECT_FALSE(orvane_object_responds(nullptr, "s") || orvane_object_responds(&object, nullptr));
+    EXPECT_FALSE(orvane_object_perform(nullptr, "s", nullptr) || orvane_object_perform(&object, nullptr, nullptr));
 }
 
 // Of several threads that bring the same class and methods, one succeeds with each.

@@ -1,17 +1,12 @@
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
-#include <string>
-#include <thread>
 
 #include "Orvane/RunTime.h"
+#include "Support/Test.h"
 
 namespace {
-
-using testing::MatchesRegex;
 
 constexpr char kHead[] = "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} \\[[0-9]+\\] ";
 

@@ -81,7 +81,7 @@ private:
                           answer.body + std::string(answer.fillerLength, 'x') + answer.tail, headers);
     }
 
-    const OrvaneLog::TemporaryFolder _folder;
+    const OrvaneTest::TemporaryFolder _folder;
     OrvaneDevServer::DevServer _server{Options()};
     HttpServer _http{[this](const HttpRequest& request) { return Answer(request); }};
 };

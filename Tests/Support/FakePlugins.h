@@ -18,11 +18,28 @@ namespace OrvaneTest {
 
 using Journal = std::vector<std::string>;
 
+// Does nothing. Its texts may be null, and are read anew at each question.
+struct IdlePlugin : Orvane::Plugin::PluginBase {
+    IdlePlugin(const char* ofName, const char* ofVersion) : name(ofName), version(ofVersion) {}
+    const char* GetName() const override { return name; }
+    const char* GetVersion() const override { return version; }
+    void OnStartup(Orvane::Plugin::IServiceRegister*) override {}
+    void OnPostStartup() override {}
+    void OnPreShutdown() override {}
+    void OnShutdown() override {}
+    Orvane::Plugin::IPluginService* GetServiceByName(const char*) override { return nullptr; }
+
+    const char* name;
+    const char* version;
+};
+
 // Installs itself for its lifetime. Stages are written down as "<name> <stage>"; a test may hang an action on one.
-class FakePlugin : public Orvane::Plugin::PluginBase {
+class FakePlugin : public IdlePlugin {
 public:
     explicit FakePlugin(std::string name, std::string version = "1.0", Journal* journal = nullptr)
-        : _name(std::move(name)), _version(std::move(version)), _journal(journal) {
+        : IdlePlugin(nullptr, nullptr), _name(std::move(name)), _version(std::move(version)), _journal(journal) {
+        this->name = _name.c_str();
+        this->version = _version.c_str();
         Orvane::Plugin::PluginManager::GetInstance()->Install(this);
     }
     ~FakePlugin() override {
@@ -32,8 +49,6 @@ public:
             Orvane::Plugin::PluginManager::GetInstance()->Uninstall(this);
     }
 
-    const char* GetName() const override { return _name.c_str(); }
-    const char* GetVersion() const override { return _version.c_str(); }
     void OnStartup(Orvane::Plugin::IServiceRegister* services) override {
         for (const auto& service : declared)
             services->Register(service);

@@ -104,7 +104,7 @@ std::string PlainRecord(const std::string& text, int magic) {
 }
 
 WriterKey AgreeWith(const std::string& readerPublicKey, unsigned number) {
-    secp256k1_context* context = secp256k1_context_create(SECP256K1_CONTEXT_SIGN);
+    secp256k1_context* context = secp256k1_context_create(SECP256K1_CONTEXT_NONE);
     unsigned char privateKey[32] = {1, 2, 3};
     privateKey[31] = static_cast<unsigned char>(number);
     secp256k1_pubkey own, reader;

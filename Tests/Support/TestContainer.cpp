@@ -1,32 +1,24 @@
 #include "Support/TestContainer.h"
 
 #include <stdlib.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "Support/TemporaryFolder.h"
+
 namespace OrvaneTest {
 namespace fs = std::filesystem;
 namespace {
 
 struct Container {
-    Container() : owner(getpid()) {
-        std::string pattern = (fs::temp_directory_path() / "orvane-test-XXXXXX").string();
-        home = mkdtemp(pattern.data());
-        setenv("ORVANE_HOME", home.c_str(), 1);
-        cache = home + "/Library/Caches";
+    Container() : cache(folder / "Library/Caches") {
+        setenv("ORVANE_HOME", folder.Path().c_str(), 1);
         fs::create_directories(cache);
     }
-    ~Container() {
-        if (getpid() != owner) return;  // a forked child must not take the folder away
-        std::error_code ignored;
-        fs::remove_all(home, ignored);
-    }
-    pid_t owner;
-    std::string home;
+    TemporaryFolder folder;
     std::string cache;
 };
 

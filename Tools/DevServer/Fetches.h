@@ -16,6 +16,7 @@ public:
     // One fetch, while it lives. The request must outlive it.
     class Entry {
     public:
+        // Enters the fetch; the destructor takes it out again.
         Entry(Fetches& fetches, const std::string& device, const Request& request);
         ~Entry();
         Entry(const Entry&) = delete;

@@ -31,6 +31,7 @@ struct Request {
 
 // The value of the first header of that name, in any case of letters; null if there is none.
 const std::string* FindHeader(const Request& request, std::string_view name);
+// Ignores the case of ASCII letters only, as header names do.
 bool EqualIgnoringCase(std::string_view left, std::string_view right);
 
 struct Answer {

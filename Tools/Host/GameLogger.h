@@ -27,6 +27,7 @@ private:
     std::string _name;
 };
 
+// The name and the options come from the command line. The logger itself belongs to the library, and lives as long.
 class GameLogger {
 public:
     explicit GameLogger(const Options& options);

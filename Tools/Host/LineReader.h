@@ -6,6 +6,7 @@
 
 namespace OrvaneHost {
 
+// Blocks nowhere, so that the main thread can wait for other things too. One thread; the descriptor is borrowed.
 class LineReader {
 public:
     explicit LineReader(int descriptor) : _descriptor(descriptor) {}

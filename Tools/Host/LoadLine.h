@@ -10,6 +10,7 @@ namespace OrvaneHost {
 
 // A line of the length and variety of a game's log (70 to 280 bytes), the same for the same thread and number.
 inline std::string LoadLine(unsigned thread, uint64_t sequence) {
+    // The numbers are mixed here, not drawn from the standard library, whose sequences differ between vendors.
     uint64_t mixed = (sequence + 1) * 0x9E3779B97F4A7C15u + thread * 0xD1B54A32D192ED03u;
     const auto draw = [&mixed](unsigned bound) {
         mixed ^= mixed >> 29;

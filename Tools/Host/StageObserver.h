@@ -6,6 +6,8 @@
 
 namespace OrvaneHost {
 
+// Registered by the host for as long as it runs. The lines are for whoever compares the coarse stages with the events
+// that the host sent. Main thread.
 class StageObserver final : public Quern::IApplicationObserver {
 public:
     void OnCreate() override { orvane_console_log("HostStages OnCreate"); }

@@ -9,6 +9,7 @@
 
 #include <vector>
 
+#include "Serializer/Codec/Hex.h"
 #include "Storage/File/WholeFile.h"
 
 namespace OrvaneLog {

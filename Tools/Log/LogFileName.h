@@ -5,13 +5,14 @@
 #include <string>
 #include <string_view>
 
+#include "Storage/Log/LogFolder.h"
+
 namespace OrvaneLog {
 
 inline constexpr std::string_view kBlockExtension = ".mmap3";
 // The companion of a block, which keeps it whole across a kill.
 inline constexpr std::string_view kJournalExtension = ".journal3";
-// The folder, in the library's cache folder, that holds a folder for each module.
-inline constexpr std::string_view kLogFolder = "OrvaneSDKLog";
+using Quern::kLogFolder;
 // Stands in a file name for a module name that is too long for one.
 inline constexpr std::string_view kLongModule = "Quern";
 

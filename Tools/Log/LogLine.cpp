@@ -1,4 +1,5 @@
 #include "Log/LogLine.h"
+#include "Base/LogLevelWords.h"
 
 #include <strings.h>
 
@@ -11,7 +12,7 @@
 namespace OrvaneLog {
 namespace {
 
-constexpr const char* kLevelWords[] = {"Debug", "Info", "Warning", "Event", "Error"};
+constexpr size_t kLevels = std::size(Quern::kLogLevelWords) - 1;  // of lines
 constexpr std::string_view kLossNotice = "[F][ sg_buffer_async.Length() >= ";
 // How much of a text is looked at to tell text from noise.
 constexpr size_t kTextSample = 256;
@@ -104,8 +105,8 @@ bool ParseLine(std::string_view text, LogLine& line) {
 }
 
 int LevelOfWord(std::string_view word) {
-    for (size_t i = 0; i < std::size(kLevelWords); ++i) {
-        const std::string_view known = kLevelWords[i];
+    for (size_t i = 0; i < kLevels; ++i) {
+        const std::string_view known = Quern::kLogLevelWords[i];
         if (word.size() == known.size() && strncasecmp(word.data(), known.data(), known.size()) == 0)
             return static_cast<int>(i);
     }

@@ -15,6 +15,8 @@
 
 namespace OrvaneLog {
 
+// Files grow by whole records; the live block is shown ahead of the record that it becomes, and then not again. One
+// thread.
 class ModuleFollower {
 public:
     // `first`: the file to begin with; empty for the newest at the first poll. `block`: the mapped file, which need not
@@ -29,14 +31,18 @@ public:
 private:
     class FileEvents;
 
+    // Reads the file on to its end, and goes to the next one once the module writes there.
     void FollowFiles();
     // The module's files after the one being read, by hour.
     std::vector<std::string> LaterFiles() const;
     void Open(const std::string& path);
     void Finish();
+    // Whether another file stands under the name, or the file is shorter than what was read.
     bool WasReplaced();
     std::vector<uint8_t> TakeBlock();
+    // Only what of the block has not been shown, neither from the block nor from a file.
     void ShowBlock(const std::vector<uint8_t>& block);
+    // Once: that the file is encrypted for a key that is not at hand.
     void TellOfKey(const std::string& path);
 
     const std::string _folder, _module, _first, _blockPath;

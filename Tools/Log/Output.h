@@ -8,10 +8,13 @@
 
 namespace OrvaneLog {
 
+// One thread writes.
 class Output {
 public:
     virtual ~Output() = default;
+    // Takes the text to the byte; may hold it back until Flush.
     virtual void Write(std::string_view text) = 0;
+    // Hands on what is held back: at the end, and before anything else writes to the same place.
     virtual void Flush() {}
 };
 
@@ -38,6 +41,7 @@ private:
     int _error = 0;
 };
 
+// Keeps what it is given, for a text that is needed whole.
 class StringOutput : public Output {
 public:
     void Write(std::string_view text) override { _text += text; }

@@ -7,6 +7,7 @@
 
 namespace OrvaneLog {
 
+// Drawn at most a few times a second, so that it costs the work nothing. One thread.
 class Progress {
 public:
     // Does nothing unless `shown`. `total` bytes are expected; 0 if that is not known.

@@ -13,11 +13,11 @@ namespace OrvaneLog {
 namespace LogRecord = Quern::LogRecord;
 
 constexpr size_t kSmallestRecord = LogRecord::kHeaderLength + LogRecord::kTailLength;
-// The logger's block: the size of the mapped file.
-constexpr size_t kBlockSize = 153600;
+constexpr size_t kBlockSize = LogRecord::kBlockLength;
 // A record is put together in a buffer that holds no more than this: a larger length is no length.
 constexpr uint32_t kLargestPayload = 20 * 1024 * 1024 - kSmallestRecord;
 
+// The fields as they stand, unchecked: the file is not trusted, and each reader decides what it can bear.
 struct RecordHeader {
     uint8_t magic = 0;
     uint16_t seq = 0;
@@ -26,7 +26,7 @@ struct RecordHeader {
     uint32_t length = 0;
     Quern::CurvePublicKey publicKey{};
 
-    // Reads kHeaderLength bytes.
+    // Reads kHeaderLength bytes, which need no alignment.
     static RecordHeader Parse(const uint8_t* bytes) {
         RecordHeader header;
         header.magic = bytes[LogRecord::kMagicAt];

@@ -9,11 +9,14 @@
 
 namespace OrvaneLog {
 
+// For whoever asks what a file holds rather than what it says: offsets, keys and verdicts. The text is counted, not
+// kept.
 class RecordTable : public ReadEvents {
 public:
     // Of one source, whose rows bear `path`. `json`: an object a row. The output is borrowed.
     RecordTable(Output& output, std::string path, bool json) : _output(output), _path(std::move(path)), _json(json) {}
 
+    // The names of the columns, once before the first source. JSON has none.
     static void WriteHeading(Output& output);
 
     void OnText(std::string_view piece) override;

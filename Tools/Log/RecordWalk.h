@@ -7,6 +7,8 @@
 
 namespace OrvaneLog {
 
+// No length is trusted: unless all of a record is well, the search goes on inside it, within an allowance for its work.
+// One thread; all references are borrowed.
 class RecordWalk : public LogWalk {
 public:
     RecordWalk(ByteSource& source, KeyRing& keys, ReadEvents& events)

@@ -9,6 +9,8 @@
 
 namespace OrvaneLog {
 
+// A log is read from its beginning even if its end alone is asked for: its records have no index. Holds copies, because
+// an entry's text lives during Print only.
 class TailPrinter : public Printer {
 public:
     // `next` is borrowed.

@@ -12,6 +12,8 @@
 
 namespace OrvaneLog {
 
+// One source's text; the next source gets an object of its own, since a line may not continue across files. Main
+// thread.
 class TextEvents : public ReadEvents {
 public:
     // Text goes on untouched.

@@ -7,6 +7,7 @@
 
 namespace OrvaneLog {
 
+// Zero bytes alone are withheld and reported as a gap.
 class TextWalk : public LogWalk {
 public:
     TextWalk(ByteSource& source, ReadEvents& events) : _window(source), _events(events) {}

@@ -10,6 +10,7 @@
 
 namespace OrvaneNet {
 
+// Takes one report. The callback's object dies when it returns, so the report is a copy. Main thread.
 template <typename Report>
 using TakeReport = std::function<void(const Report& report)>;
 
@@ -39,6 +40,7 @@ void OnResult(Result& result) {
     Expected<Report>().erase(found);
     take(report);
 }
+// What the checker is given as its callback, one for each kind of question.
 inline constexpr auto OnPing = OnResult<Quern::PingReport, Quern::PingResult, gs_OrvanePingReport>;
 inline constexpr auto OnTraceRoute =
     OnResult<Quern::TraceRouteReport, Quern::TraceRouteResult, gs_OrvaneTraceRouteReport>;

@@ -25,6 +25,7 @@ public:
     virtual ExitStatus Status() const = 0;
 };
 
+// One for each command. Nothing is sent before Start; `arguments` must outlive the inquiry.
 std::unique_ptr<Inquiry> AskState();
 std::unique_ptr<Inquiry> AskPing(const Arguments& arguments, const std::string& host);
 std::unique_ptr<Inquiry> AskTraceroute(const Arguments& arguments, const std::string& host);

@@ -6,6 +6,8 @@
 
 namespace OrvaneNet {
 
+// In English, without a full stop, to stand behind "URL: ". The last words cover the one code that the library gives
+// for several causes.
 inline const char* WordsOf(Quern::WWWErrorCode error) {
     switch (error) {
         case Quern::kWWWErrorNone:

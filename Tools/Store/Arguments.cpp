@@ -1,4 +1,5 @@
 #include "Store/Arguments.h"
+#include "Serializer/Codec/Hex.h"
 
 #include <getopt.h>
 

@@ -1,6 +1,7 @@
 #include "Base/QuernCommon.h"
 
 #include "Base/Container/AString.h"
+#include "Base/CoreModule.h"
 #include "Base/MakeOnce.h"
 #include "Base/ProjectName.h"
 #include "Storage/Bundle/BundleFactory.h"
@@ -10,13 +11,12 @@
 namespace Quern {
 namespace {
 
-constexpr char kUserSection[] = "OrvaneCore";
 constexpr char kChannelKey[] = "channelid";
 constexpr char kOpenIdKey[] = "openid";
 
 const char* FromBundle(KeptText& field, const char* key) {
     if (*field.Get() == '\0')
-        field.SetIfEmpty(AString(BundleFactory::GetInstance()->GetDefaultBundle()->Get(kUserSection, key, "")).c_str());
+        field.SetIfEmpty(AString(BundleFactory::GetInstance()->GetDefaultBundle()->Get(kCoreModule, key, "")).c_str());
     return field.Get();
 }
 
@@ -54,8 +54,8 @@ bool QuernCommon::SetUserInfo(const char* channelId, const char* openId) {
     _openId.Set(openId);
     BundleImpl& bundle = *BundleFactory::GetInstance()->GetDefaultBundle();
     BundleImpl::Batch batch(bundle);
-    bundle.SetIfDifferent(kUserSection, kChannelKey, channelId);
-    const bool isWritten = bundle.SetIfDifferent(kUserSection, kOpenIdKey, openId);
+    bundle.SetIfDifferent(kCoreModule, kChannelKey, channelId);
+    const bool isWritten = bundle.SetIfDifferent(kCoreModule, kOpenIdKey, openId);
     return batch.Commit() && isWritten;
 }
 
@@ -73,7 +73,7 @@ const char* QuernCommon::GetGameID() {
 
 const char* QuernCommon::GetTransceiverUrl() {
     if (*_transceiverUrl.Get() == '\0')
-        _transceiverUrl.SetIfEmpty(SolidConfigReader::GetStringWithoutBlanks("OrvaneCore", "TransceiverUrl").c_str());
+        _transceiverUrl.SetIfEmpty(SolidConfigReader::GetStringWithoutBlanks(kCoreModule, "TransceiverUrl").c_str());
     return _transceiverUrl.Get();
 }
 

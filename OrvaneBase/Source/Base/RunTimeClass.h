@@ -18,6 +18,23 @@ struct RunTimeMethod {
 orvane_class* RegisterRunTimeClass(const char* name, const std::vector<RunTimeMethod>& instanceMethods,
                                    const std::vector<RunTimeMethod>& classMethods = {});
 
+// Each enters the classes of one subject, and is defined beside what they stand for. Called once each, in this order,
+// while the library loads: LibraryLoad.cpp does it before any other work.
+void RegisterMainRunLoopClass();         // "OrvaneMainRunLoop", for Orvane/MainRunLoop.h
+void RegisterInfoDictionaryClass();      // "OrvaneInfoDictionary", for Orvane/InfoPlist.h
+void RegisterGameLogClass();             // "OrvaneGameLog", for Orvane/Game.h
+void RegisterPlatformBridgeClass();      // "OrvanePlatformBridge", for Orvane/PlatformObject.h
+void RegisterOperationQueueClass();      // "OrvaneOperationQueue", for Orvane/OperationQueue.h
+void RegisterNotificationCenterClass();  // "OrvaneNotificationCenter", for Orvane/NotificationCenter.h
+void RegisterNetworkClass();             // "OrvaneNetwork", for Orvane/INetwork.h
+void RegisterNetworkCheckerClass();      // "OrvaneNetworkChecker", for Orvane/INetworkChecker.h
+void RegisterWWWClass();                 // "OrvaneWWW", for Orvane/WWW.h
+void RegisterApplicationClass();         // "CApplication", for Orvane/IApplicationObserver.h
+void RegisterQuernApplicationClass();    // "QuernApplication", for Orvane/QuernApplicationObserver.h
+void RegisterPluginUtilsClasses();       // "PluginUtils", and "PluginUtilsWrapper" for Orvane/IPluginManager.h
+void RegisterAppLifecycleClasses();      // "OrvaneAppLifecycle" and its wrapper, for Orvane/AppLifecycle.h
+void RegisterLifecycleHookClass();       // "OrvaneAppLifecycleDispatcher", whose methods the hook exchanges
+
 }  // namespace Quern
 
 #endif

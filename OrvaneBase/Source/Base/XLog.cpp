@@ -11,14 +11,14 @@
 #include <cstring>
 
 #include "Base/ConsoleSink.h"
+#include "Base/CoreModule.h"
 #include "Base/LocalClock.h"
+#include "Base/LogLevelWords.h"
 #include "Orvane/ILogger.h"
 #include "Orvane/OrvaneCore.h"
 
 namespace Quern {
 namespace {
-
-constexpr char kCoreModule[] = "OrvaneCore";
 
 const std::atomic<int32_t> g_everythingPasses{INT_MIN};
 std::atomic<int32_t> g_defaultLevel{kLogInfo};
@@ -93,8 +93,7 @@ void LogFinishedText(ALogPriority level, const char* file, unsigned int line, co
 std::atomic<const std::atomic<int32_t>*> g_coreLogThreshold{&g_everythingPasses};
 
 const char* GetQuernLogLevelString(int level) {
-    static const char* const kWords[] = {"Debug", "Info", "Warning", "Event", "Error", "None"};
-    return level >= kLogDebug && level < kLogNone ? kWords[level] : "Unkonwn";
+    return level >= kLogDebug && level < kLogNone ? kLogLevelWords[level] : "Unkonwn";
 }
 
 void XLog(ALogPriority level, const char* file, unsigned int line, const char* function, const char* format, ...) {

@@ -20,7 +20,8 @@ namespace Quern {
 // A formatted line holds at most this many bytes, its terminator among them.
 constexpr size_t kLogLineCapacity = 4096;
 
-// "Debug", "Info", "Warning", "Event", "Error", "None"; "Unkonwn" for any other value.
+// The word that a line of that level has: "Debug", "Info", "Warning", "Event" or "Error"; "Unkonwn" for any other
+// value.
 const char* GetQuernLogLevelString(int level);
 
 // Formats and logs through the library's own logger, with an empty tag. A null format does nothing.

@@ -1,21 +1,12 @@
 // All that happens while the library loads, before main. The one file with objects of static lifetime that do work;
 // none of them has a destructor that does.
-#include "Base/Bridge/PlatformBridge.h"
 #include "Base/QuernCommon.h"
+#include "Base/RunTimeClass.h"
 #include "PluginManager/PluginUtils.h"
-#include "Storage/Bundle/InfoDictionaryClass.h"
-#include "Storage/Log/GameLog.h"
-#include "System/Application/CApplication.h"
-#include "System/Application/MainRunLoopClass.h"
-#include "System/Application/NotificationCenter.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/OrvaneAppLifecycleDispatcher.h"
 #include "System/Application/QuernApplication.h"
 #include "System/Network/ANetworkApplicationObserver.h"
-#include "System/Network/NetworkClass.h"
-#include "System/NetworkChecker/NetworkCheckerClass.h"
-#include "System/Operation/OperationQueueClass.h"
-#include "System/WWW/Task/WWWClass.h"
 
 namespace {
 
@@ -28,15 +19,15 @@ struct RunTimeClassesLoad {
         Quern::RegisterGameLogClass();
         Quern::RegisterPlatformBridgeClass();
         Quern::RegisterOperationQueueClass();
-        Quern::NotificationCenter::RegisterRunTimeClass();
+        Quern::RegisterNotificationCenterClass();
         Quern::RegisterNetworkClass();
         Quern::RegisterNetworkCheckerClass();
         Quern::RegisterWWWClass();
-        Quern::CApplication::RegisterRunTimeClass();
-        Quern::QuernApplication::RegisterRunTimeClass();
-        PluginUtils::RegisterRunTimeClasses();
-        Orvane::OrvaneAppLifecycle::RegisterRunTimeClasses();
-        Orvane::OrvaneAppLifecycleDispatcher::RegisterRunTimeClass();
+        Quern::RegisterApplicationClass();
+        Quern::RegisterQuernApplicationClass();
+        Quern::RegisterPluginUtilsClasses();
+        Quern::RegisterAppLifecycleClasses();
+        Quern::RegisterLifecycleHookClass();
         Orvane::OrvaneAppLifecycleDispatcher::load();
     }
 };

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Base/CoreModule.h"
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/ServiceRegister.h"
@@ -90,7 +91,7 @@ IPlugin* PluginManager::GetPluginByName(const char* pluginName) {
     }
     if (strcmp(pluginName, "ORVANECORE") == 0) {
         ORVANE_LOG_WARNING("format PluginName ORVANECORE");
-        pluginName = "OrvaneCore";
+        pluginName = Quern::kCoreModule;
     }
     {
         const std::lock_guard<std::mutex> guard(_mutex);

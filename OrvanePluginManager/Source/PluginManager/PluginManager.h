@@ -18,9 +18,13 @@ public:
     static PluginManager* GetInstance();
     static void ReleaseInstance();
 
+    // The host borrows the plugin until it is uninstalled or replaced by another one of its name. Returns false, with a
+    // line in the log, without a plugin, a name or a version.
     bool Install(IPlugin* plugin) override;
+    // Takes the name off the registry, whoever has it there. Returns false for null alone.
     bool Uninstall(IPlugin* plugin) override;
     bool UninstallByName(const char* pluginName) override;
+    // The names as the last PostStartup found them, sorted, and null behind them. Never freed.
     const char* const* GetAllPluginNames() override;
     IPlugin* GetPluginByName(const char* pluginName) override;
     PluginCollection* GetPluginCollection() override;

@@ -58,15 +58,15 @@ void* SharedInstance(orvane_object*, const char*, void* const*) {
 
 }  // namespace
 
-void PluginUtils::RegisterRunTimeClasses() {
-    Quern::RegisterRunTimeClass("PluginUtils",
-                                {{"setNativePluginManager:", SetNativePluginManager},
-                                 {"getNativePluginManager", GetNativePluginManager},
-                                 {"nativeStartup", Call<&PluginUtils::nativeStartup>},
-                                 {"nativePostStartup", Call<&PluginUtils::nativePostStartup>},
-                                 {"nativePreShutdown", Call<&PluginUtils::nativePreShutdown>},
-                                 {"nativeShutdown", Call<&PluginUtils::nativeShutdown>}},
-                                {{"sharedInstance", SharedInstance}});
-    Quern::RegisterRunTimeClass("PluginUtilsWrapper", {{"setNativePluginManager:", SetNativePluginManager},
-                                                       {"getNativePluginManager", GetNativePluginManager}});
+void Quern::RegisterPluginUtilsClasses() {
+    RegisterRunTimeClass("PluginUtils",
+                         {{"setNativePluginManager:", SetNativePluginManager},
+                          {"getNativePluginManager", GetNativePluginManager},
+                          {"nativeStartup", Call<&PluginUtils::nativeStartup>},
+                          {"nativePostStartup", Call<&PluginUtils::nativePostStartup>},
+                          {"nativePreShutdown", Call<&PluginUtils::nativePreShutdown>},
+                          {"nativeShutdown", Call<&PluginUtils::nativeShutdown>}},
+                         {{"sharedInstance", SharedInstance}});
+    RegisterRunTimeClass("PluginUtilsWrapper", {{"setNativePluginManager:", SetNativePluginManager},
+                                                {"getNativePluginManager", GetNativePluginManager}});
 }

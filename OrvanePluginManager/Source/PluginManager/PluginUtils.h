@@ -9,13 +9,13 @@
 // getNativePluginManager gives and nothing else. Main thread.
 class PluginUtils {
 public:
+    // Made at the first call, and never destroyed: siblings keep the pointer.
     static PluginUtils* sharedInstance();
-    // Enters both classes in the run time's table.
-    static void RegisterRunTimeClasses();
 
     void setNativePluginManager(Orvane::Plugin::IPluginManager* manager) { _pluginManager = manager; }
     Orvane::Plugin::IPluginManager* getNativePluginManager() const { return _pluginManager; }
 
+    // The four steps of the plugins' life, in this order, each for all plugins.
     void nativeStartup();
     void nativePostStartup();
     void nativePreShutdown();

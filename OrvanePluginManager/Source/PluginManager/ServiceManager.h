@@ -9,13 +9,18 @@
 
 namespace Orvane::Plugin {
 
+// The table is fixed when the object is made: which plugin offers which service. A look-up asks the host for that
+// plugin, and the plugin for the service, so the plugin owns what is found. Any thread, except that the first call, and
+// ReleaseInstance, belong on the main thread.
 class ServiceManager final : public IServiceManager {
 public:
     // Made at the first call, without a lock.
     static ServiceManager* GetInstance();
     static void ReleaseInstance();
 
+    // Returns null for an unknown name, a plugin that is not installed, and a service that the plugin does not have.
     IPluginService* GetServiceByName(const char* serviceName) override;
+    // Both return true: the first adds nothing, the second fills the table, which the constructor does by it.
     bool loadEnabledService() override;
     bool loadDefaultEnabledService() override;
 

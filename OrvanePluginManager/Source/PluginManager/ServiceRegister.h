@@ -9,8 +9,11 @@
 
 namespace Orvane::Plugin {
 
+// The host makes one for each plugin, hands it to that plugin's OnStartup, and copies the names into the registry when
+// the call returns. A plugin may not keep it. Main thread.
 class ServiceRegister final : public IServiceRegister {
 public:
+    // Copies the name. Returns false, with a line in the log, for null.
     bool Register(const char* serviceName) override;
     // In order of registration; duplicates stay.
     const std::vector<std::string>& GetServiceNames() const { return _serviceNames; }

@@ -1,13 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "Base/Bridge/CPlatformObjectClass.h"
 #include "Orvane/OrvaneCore.h"
 #include "Orvane/PlatformObject.h"
+#include "Support/Test.h"
 
 namespace {
 
@@ -157,44 +151,6 @@ TEST(PlatformObject, MaySendLookUpAndRemoveWhileItDies) {
     EXPECT_EQ(g_senders, (std::vector<uint64_t>{1, 2, 3, 4}));
     EXPECT_EQ(g_destroyed.size(), 4u);
     CPlatformObject::ClearEnvironment();
-}
-
-// The slots themselves are shown from outside, by the program of the script layer; here that each of them can be null.
-TEST(PlatformObject, SendsNothingWithoutCallbacks) {
-    Half half;
-    half.SetObjectId(5);
-    const auto sendAll = [&half] {
-        half.SendUnityMessage("m", "t");
-        half.SendUnityStruct("m", nullptr);
-        half.SendUnityResult("m", 1);
-        half.SendUnityResult("m", "r", 1);
-        half.SendUnityBuffer("m", "b", 1);
-        half.SendUnityBuffer("m", 1, "b", 1);
-        half.SendUnityBuffer("m", "r", 1, "b", 1);
-        half.SendUnityMethod(1);
-        half.SendUnityMethod(1, "p");
-        half.SendUnityMethod(1, "b", 1);
-    };
-    sendAll();
-    const auto count = [](uint64_t id, auto...) { g_senders.push_back(id); };
-    setArborSendMessageCallback(count);
-    setArborSendStructCallback(count);
-    setArborSendResultCallback(count);
-    setArborSendResultStructCallback(count);
-    setArborSendBufferCallback(count);
-    setArborSendResultBufferCallback(count);
-    setArborSendResultStructBufferCallback(count);
-    setArborSendVoidMethodCallback(count);
-    setArborSendVoidMethodParamCallback(count);
-    setArborSendVoidMethodBufferCallback(count);
-    sendAll();
-    EXPECT_EQ(g_senders, std::vector<uint64_t>(10, 5));
-    setArborSendBufferCallback(nullptr);
-    sendAll();
-    EXPECT_EQ(g_senders.size(), 19u);
-    CPlatformObject::ClearEnvironment();
-    sendAll();
-    EXPECT_EQ(g_senders.size(), 19u);
 }
 
 }  // namespace

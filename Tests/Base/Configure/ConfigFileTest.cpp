@@ -1,27 +1,21 @@
 // What each operation does to the file: ConfigContractTest, through the interface's slots.
 #include "Base/Configure/ConfigFile.h"
 
-#include <gmock/gmock.h>
-
-#include <algorithm>
 #include <barrier>
-#include <thread>
-#include <vector>
 
 #include "Base/Configure/RemoteConfig.h"
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/ConfigFileService.h"
 #include "Storage/Bundle/BundleFactory.h"
-#include "Storage/File/PathSource.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {
 
 using Orvane::ConfigFile;
 using Orvane::IConfigFile;
-using testing::ElementsAre;
 
 class ConfigFileTest : public testing::Test {
 protected:
@@ -126,16 +120,6 @@ TEST(FirstUse, ByManyThreadsGivesAllTheSameObjects) {
     for (const auto& mine : given)
         EXPECT_TRUE(std::equal(mine, mine + 3, given[0]) && mine[0] && mine[1] && mine[2]);
     EXPECT_TRUE(ConfigFile::GetDefaultInstance()->SetAndSave("s", "k", 1)) << "the losers took no bundle along";
-}
-
-TEST(ConfigFileDeathTest, WantsACacheFolder) {
-    class NoPaths final : public Quern::PathSource {
-        std::string Home() override { return {}; }
-        std::string Documents() override { return {}; }
-        std::string Caches() override { return {}; }
-    };
-    Quern::PathSource::Use(std::make_shared<NoPaths>());
-    EXPECT_DEATH(ConfigFile("game"), "CachePath is empty, do not use bundle in JNI_ONLoad!!!\n.*false");
 }
 
 }  // namespace

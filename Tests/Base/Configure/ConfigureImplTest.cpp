@@ -11,6 +11,7 @@
 #include "DevServer/HostileJson.h"
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Bundle/BundleFactory.h"
+#include "Storage/Log/CoreLog.h"
 #include "Storage/Log/Logger.h"
 #include "System/Network/CNetwork.h"
 
@@ -313,66 +314,6 @@ TEST_F(ConfigureTest, DoublesAreTextsWhateverTheLocale) {
         EXPECT_EQ(Client().GetDouble("Game", "double", 1e-20), value) << text;
     }
     EXPECT_EQ(Client().GetDouble("Game", "missing", 0.1), 0.1);
-}
-
-// What another library would declare of the interface.
-struct Slots {
-    virtual void Slot0() = 0;
-    virtual int Slot1(const char*, const char*, int) = 0;
-    virtual long long Slot2(const char*, const char*, long long) = 0;
-    virtual double Slot3(const char*, const char*, double) = 0;
-    virtual bool Slot4(const char*, const char*, bool) = 0;
-    virtual Quern::AString Slot5(const char*, const char*, const char*) = 0;
-    virtual void Slot6(const char*, void*) = 0;
-    virtual void Slot7(const char*) = 0;
-    virtual void Slot8() = 0;
-    virtual void Slot9(const char*) = 0;
-    virtual void Slot10() = 0;
-    virtual ~Slots() = default;
-};
-struct ObserverSlots {
-    virtual void Slot0(Orvane::IStringIterator* keys) { key = keys->Next(); }
-    std::string key;
-};
-
-class ConfigureContractTest : public ConfigureFixture {
-protected:
-    // The objects are of types that this does not name.
-    __attribute__((no_sanitize("undefined"))) void CallEverySlot();
-};
-
-void ConfigureContractTest::CallEverySlot() {
-    manifest.Set("Game", "n", FakeInfoDictionary::Integer(7));
-    manifest.Set("Game", "half", FakeInfoDictionary::Text("0.5"));
-    manifest.Set("Game", "yes", FakeInfoDictionary::Text("true"));
-    server.Serve("Game", R"({"only":1})");
-    auto* const slots = reinterpret_cast<Slots*>(Orvane::Configure::GetInstance());
-    EXPECT_EQ(slots->Slot1("Game", "n", 1), 7);
-    EXPECT_EQ(slots->Slot2("Game", "n", 1), 7);
-    EXPECT_EQ(slots->Slot3("Game", "half", 1), 0.5);
-    EXPECT_TRUE(slots->Slot4("Game", "yes", false));
-    EXPECT_STREQ(slots->Slot5("Game", "yes", "").c_str(), "true");
-    server.Serve("Gone", R"({"key":1})");
-    ObserverSlots observer, gone;
-    slots->Slot6("Game", &observer);
-    slots->Slot6("Gone", &gone);
-    slots->Slot7("Gone");
-    slots->Slot0();
-    ASSERT_TRUE(WaitForState(kFinished));
-    EXPECT_EQ(observer.key, "only");
-    EXPECT_EQ(gone.key, "");
-    slots->Slot8();
-    ASSERT_TRUE(WaitForAsked(2));
-    ASSERT_TRUE(WaitForState(kFinished));
-    slots->Slot10();
-    EXPECT_EQ(Read("only"), "-");
-    slots->Slot9(proxy.Url("").c_str());
-    ASSERT_TRUE(WaitForState(kFinished));
-    EXPECT_EQ(Read("only"), "1");
-}
-
-TEST_F(ConfigureContractTest, SlotsAreInTheirPlaces) {
-    CallEverySlot();
 }
 
 TEST_F(ConfigureTest, NothingFollowsARelease) {

@@ -1,23 +1,16 @@
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 
-#include <gmock/gmock.h>
-
-#include <cstring>
-
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "Support/CapturedConsole.h"
 #include "Support/CoreSettings.h"
-#include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 
 namespace {
 
 using Orvane::OrvaneCoreRemoteConfig;
 using OrvaneTest::FakePlugin;
-using testing::Contains;
-using testing::ElementsAre;
 using testing::EndsWith;
-using testing::IsEmpty;
 
 // Every read gives the default, and the broken link is told at construction alone.
 void ExpectDefaults(OrvaneTest::CapturedConsole& console, const char* line) {
@@ -95,18 +88,6 @@ TEST(OrvaneCoreRemoteConfig, ReadsThroughTheService) {
     EXPECT_EQ(config->GetString("x", "default"), service.text);
     service.text += "t";
     EXPECT_EQ(config->GetString("x", "default"), "default");
-}
-
-TEST(OrvaneCoreRemoteConfig, ReadsItsModuleThroughTheLibrarysOwnService) {
-    OrvaneTest::FakeConfigure configure;
-    configure.Set("OrvaneCore", "n", "7");
-    configure.Set("OrvaneCore", "text", std::string(1024, 't'));
-    CorePlugin()->GetCachePluginManager();
-    CorePlugin()->RegisterPlugin(CorePlugin());
-    OrvaneCoreRemoteConfig* config = OrvaneCoreRemoteConfig::GetInstance();
-    EXPECT_EQ(config->GetInt("n", 1), 7);
-    EXPECT_EQ(config->GetString("n", "default"), "7");
-    EXPECT_EQ(config->GetString("text", "default"), "default");
 }
 
 }  // namespace

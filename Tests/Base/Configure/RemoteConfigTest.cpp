@@ -1,23 +1,19 @@
 // What is read from where: TypedReadsTest. The same through the interface's slots, with a server: ConfigContractTest.
 #include "Base/Configure/RemoteConfig.h"
 
-#include <gmock/gmock.h>
-
 #include "Base/Configure/StringIterator.h"
 #include "Base/QuernCommon.h"
 #include "Orvane/OrvaneCore.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakeInfoDictionary.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {
 
 using Orvane::IRemoteConfig;
 using Orvane::RemoteConfig;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 struct Heard final : Orvane::RemoteConfigObserver {
     void OnRemoteConfigRefreshed(IRemoteConfig* config, Orvane::IStringIterator* keys) override {

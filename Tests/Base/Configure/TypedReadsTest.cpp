@@ -1,11 +1,11 @@
 // From what the server sends to what each read gives, through the client and its store: the table of
 // Docs/RemoteConfig.md.
-#include <gmock/gmock.h>
 
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Configure/RemoteConfig.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {

@@ -1,8 +1,7 @@
 #include "Base/Container/AArray.h"
 
-#include <gtest/gtest.h>
-
 #include "Base/Container/Witness.h"
+#include "Support/Test.h"
 
 namespace {
 

@@ -1,10 +1,6 @@
 #include "Base/Container/AData.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <cstring>
-#include <string>
+#include "Support/Test.h"
 
 namespace {
 

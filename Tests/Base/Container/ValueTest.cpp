@@ -1,14 +1,7 @@
 #include "Base/Container/Value.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 
 namespace {
 
@@ -252,30 +245,6 @@ TEST(ValueDeathTest, MisuseAsContainerEndsTheProcess) {
     Value number(1);
     EXPECT_DEATH(number[0], "\\(_type == ArrayValue \\|\\| _type == NullValue\\)");
     EXPECT_DEATH((void)text[0], "\\(_type == NullValue \\|\\| _type == ArrayValue\\)");
-}
-
-TEST(ValueString, OwnsItsTextByPolicy) {
-    using Quern::ValueString;
-    char text[] = "name";
-    const ValueString borrowed(text, Quern::kNoDuplication);
-    const ValueString onCopy(text, Quern::kDuplicateOnCopy);
-    const ValueString owned(text, Quern::kDuplicate);
-    EXPECT_EQ(ValueString(borrowed).c_str(), text);
-    const ValueString copy(onCopy);
-    EXPECT_EQ(copy.index(), Quern::kDuplicate);
-    EXPECT_FALSE(copy.isStaticString());
-    text[0] = 'g';
-    EXPECT_STREQ(copy.c_str(), "name");
-    EXPECT_TRUE(copy == owned);
-    EXPECT_TRUE(onCopy < owned);
-    EXPECT_TRUE(ValueString(-1) < ValueString(0));
-
-    EXPECT_EQ(Quern::duplicateStringValue(nullptr, 3), nullptr);
-    for (const unsigned int measured : {0xFFFFFFFFU, 0xFFFFFFFEU, 4U}) {
-        char* duplicate = Quern::duplicateStringValue(text, measured);
-        EXPECT_STREQ(duplicate, "game");
-        Quern::releaseStringValue(duplicate);
-    }
 }
 
 }  // namespace

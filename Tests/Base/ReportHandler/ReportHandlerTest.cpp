@@ -1,24 +1,17 @@
 #include "Base/ReportHandler/ReportHandler.h"
 
-#include <gmock/gmock.h>
-
-#include <thread>
-
 #include "Base/ReportHandler/ConfigureReport.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 
 namespace {
 
 using Orvane::Plugin::PluginManager;
 using OrvaneTest::Journal;
 using Quern::ReportHandler;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 void InstallCorePlugin() {
     auto* core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
@@ -82,22 +75,6 @@ TEST_F(ReportHandlerTest, IsInertWhereTheSettingSwitchesItOff) {
     configure.Set("OrvaneCore", "PellReportAvailable", "-1");
     { ReportHandler handler("Event", 2, 7); }
     EXPECT_THAT(journal, Not(IsEmpty())) << "read anew at each construction; only 0 switches off";
-}
-
-TEST_F(ReportHandlerTest, PostStartupSendsTheVersionOfEveryPlugin) {
-    OrvaneTest::FakePell pell(&journal);
-    OrvaneTest::FakePlugin later("Zed", "3.1", &journal);
-    PluginManager::GetInstance()->PostStartup();
-    EXPECT_THAT(journal, ElementsAre("create 2000 OrvaneSDK_Versions", "add 100001=3", "add 100002=0",
-                                     "add 'OrvaneCore'='1.5.11.2664'", "add 'PELL'='1.0'", "Zed OnPostStartup",
-                                     "add 'Zed'='3.1'", "report", "destroy"));
-}
-
-TEST_F(ReportHandlerTest, PostStartupNeedsNoDataPlugin) {
-    OrvaneTest::FakePlugin plugin("P", "1", &journal);
-    PluginManager::GetInstance()->PostStartup();
-    EXPECT_THAT(journal, ElementsAre("P OnPostStartup"));
-    EXPECT_THAT(console.Take(), Contains("Warning createEvent failed"));
 }
 
 TEST_F(ReportHandlerTest, ConfigureReportSendsItsRecordsByKindAndForgetsThem) {

@@ -1,15 +1,10 @@
 // Loads the product and a sibling that share no symbol and no header, and drives them as an application does.
 #include <dlfcn.h>
-#include <gmock/gmock.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <string>
 
 #include "Contract.h"
 #include "Orvane/RunTime.h"
 #include "Product.h"
+#include "Support/Test.h"
 
 namespace {
 
@@ -19,8 +14,6 @@ using Contract::Load;
 using Contract::Perform;
 using Contract::Symbol;
 using testing::ContainsRegex;
-using testing::HasSubstr;
-using testing::Not;
 
 std::string g_heard;
 

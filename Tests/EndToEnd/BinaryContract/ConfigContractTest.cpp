@@ -1,30 +1,18 @@
 // Calls every slot of the settings and of the files of settings, from declarations that share nothing with the product,
 // with a server behind them.
-#include <gmock/gmock.h>
-
-#include <atomic>
-#include <fstream>
-#include <sstream>
-#include <string>
 
 #include "Product.h"
 #include "Support/HttpServer.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 
 namespace {
 
 using OrvaneTest::WaitFor;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
-struct Mine final : Contract::ModuleBase {
+struct Mine final : Contract::IdleModule {
     const char* Name() const override { return "Mine"; }
     const char* Version() const override { return "1"; }
-    void First(Contract::Registrar*) override {}
-    void Second() override {}
-    void Third() override {}
-    void Fourth() override {}
-    Contract::ServiceRoot* Service(const char*) override { return nullptr; }
 };
 
 struct Listener final : Contract::SettingsListener {

@@ -55,6 +55,15 @@ struct ModuleBase : Module {
     Host* host = nullptr;
 };
 
+// One that does nothing at any stage.
+struct IdleModule : ModuleBase {
+    void First(Registrar*) override {}
+    void Second() override {}
+    void Third() override {}
+    void Fourth() override {}
+    ServiceRoot* Service(const char*) override { return nullptr; }
+};
+
 struct Event {
     virtual ~Event() {}
     virtual void PutNamed(const char* key, const char* value, int length) = 0;

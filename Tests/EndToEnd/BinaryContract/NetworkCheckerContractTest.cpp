@@ -1,13 +1,9 @@
 // The network checker, driven through its slots by one who knows them, the run-time class and the bytes of the results
 // from a second declaration alone.
 #include <dlfcn.h>
-#include <gmock/gmock.h>
-
-#include <chrono>
-#include <string>
-#include <thread>
 
 #include "Orvane/RunTime.h"
+#include "Support/Test.h"
 
 // In a namespace with a name: of a class that no other unit can know, the compiler sees that nothing implements it.
 namespace NetworkCheckerContract {

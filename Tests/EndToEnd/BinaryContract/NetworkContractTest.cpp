@@ -1,13 +1,11 @@
 // Calls every slot of the network, from declarations that share nothing with the product, on a cable that is plugged in
 // and pulled out.
 #include <dlfcn.h>
-#include <gmock/gmock.h>
-
-#include <string>
 
 #include "NetworkContract.h"
 #include "Orvane/RunTime.h"
 #include "Support/NetworkNamespace.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 
 namespace {

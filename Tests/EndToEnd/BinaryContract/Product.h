@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 
 #include "Contract.h"
 #include "Orvane/RunTime.h"
+#include "Support/TemporaryFolder.h"
 
 namespace Contract {
 
@@ -48,18 +48,13 @@ inline void Launch() {
 class Container {
 public:
     Container() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "orvane-contract-XXXXXX").string();
-        home = mkdtemp(pattern.data());
         setenv("ORVANE_HOME", home.c_str(), 1);
         // Without this, the C library reads the zone anew at each conversion, under a lock that the thread sanitizer
         // does not see.
         setenv("TZ", "UTC", 1);
     }
-    ~Container() {
-        std::error_code ignored;
-        std::filesystem::remove_all(home, ignored);
-    }
-    std::string home;
+    const OrvaneTest::TemporaryFolder folder;
+    const std::string& home = folder.Path();
 };
 
 }  // namespace Contract

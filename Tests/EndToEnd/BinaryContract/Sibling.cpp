@@ -51,15 +51,12 @@ public:
     void Send() override { Note(" send"); }
 };
 
-class Data final : public ModuleBase, public DataService {
+class Data final : public IdleModule, public DataService {
 public:
     const char* Name() const override { return "PELL"; }
     const char* PluginName() const override { return "PELL"; }
     const char* Version() const override { return "0.9"; }
     void First(Registrar* registrar) override { registrar->Declare("REPORT"); }
-    void Second() override {}
-    void Third() override {}
-    void Fourth() override {}
     ServiceRoot* Service(const char* name) override { return strcmp(name, "REPORT") == 0 ? this : nullptr; }
 
     Event* Make(int source, const char* name) override {
@@ -77,15 +74,11 @@ public:
     }
 };
 
-class Login final : public ModuleBase, public AccountService {
+class Login final : public IdleModule, public AccountService {
 public:
     const char* Name() const override { return "RAVEL"; }
     const char* PluginName() const override { return "RAVEL"; }
     const char* Version() const override { return "0.8"; }
-    void First(Registrar*) override {}
-    void Second() override {}
-    void Third() override {}
-    void Fourth() override {}
     ServiceRoot* Service(const char* name) override { return strcmp(name, "ACCOUNT") == 0 ? this : nullptr; }
 
     bool Fill(Account* account) override {
@@ -99,7 +92,7 @@ public:
     }
 };
 
-class Sibling final : public ModuleBase {
+class Sibling final : public IdleModule {
 public:
     const char* Name() const override { return "Sibling"; }
     const char* Version() const override { return "2.5"; }
@@ -118,7 +111,6 @@ public:
     }
     void Third() override { Note("third"); }
     void Fourth() override { Note("fourth"); }
-    ServiceRoot* Service(const char*) override { return nullptr; }
 
 private:
     void ReadRegistry() {

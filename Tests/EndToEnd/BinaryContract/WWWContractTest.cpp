@@ -1,14 +1,11 @@
 // Loads the product and uses its HTTP tasks from declarations of the test's own: every slot is called, and its effect
 // seen on a real server.
 #include <dlfcn.h>
-#include <gmock/gmock.h>
-
-#include <atomic>
-#include <filesystem>
-#include <string>
 
 #include "Orvane/RunTime.h"
 #include "Support/HttpServer.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 #include "WWWContract.h"
 
@@ -53,11 +50,8 @@ struct Moves final : Contract::Download::Listener {
 
 class WWWContract : public testing::Test {
 protected:
-    ~WWWContract() override { fs::remove_all(folder); }
-    const std::string folder = [] {
-        std::string pattern = (fs::temp_directory_path() / "orvane-contract-XXXXXX").string();
-        return std::string(mkdtemp(pattern.data()));
-    }();
+    const TemporaryFolder temporary;
+    const std::string& folder = temporary.Path();
     std::atomic<bool> isHeld{false};
     HttpServer server{[this](const HttpRequest& request) {
         WaitFor([this] { return !isHeld; });

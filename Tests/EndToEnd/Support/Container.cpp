@@ -1,25 +1,11 @@
 #include "Support/Container.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
 
 namespace EndToEnd {
 namespace fs = std::filesystem;
-
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (fs::temp_directory_path() / "orvane-test-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
-    _path = pattern;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code error;
-    fs::remove_all(_path, error);
-}
 
 std::string TextOfLogLine(const std::string& line) {
     // [time] | level | [module] |thread| file:line|function| text

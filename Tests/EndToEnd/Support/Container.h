@@ -7,22 +7,9 @@
 #include <vector>
 
 #include "Support/Process.h"
+#include "Support/TemporaryFolder.h"
 
 namespace EndToEnd {
-
-// A fresh folder, removed with all that is in it at the end.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& Path() const { return _path; }
-
-private:
-    std::filesystem::path _path;
-};
 
 // The text of the place in a line of the log behind the head that the logger puts in front; the whole line if it has
 // no such head.
@@ -31,9 +18,9 @@ std::string TextOfLogLine(const std::string& line);
 class Container {
 public:
     // ORVANE_HOME of the hosts that are started here.
-    std::filesystem::path Home() const { return _folder.Path() / "home"; }
+    std::filesystem::path Home() const { return _folder / "home"; }
     // A place outside of it for a test's own files.
-    const std::filesystem::path& Outside() const { return _folder.Path(); }
+    std::filesystem::path Outside() const { return _folder.Path(); }
     std::filesystem::path Caches() const { return Home() / "Library" / "Caches"; }
     std::filesystem::path LogFolder(const std::string& module) const { return Caches() / "OrvaneSDKLog" / module; }
     std::filesystem::path MappedFile(const std::string& module) const { return Caches() / (module + ".mmap3"); }
@@ -45,10 +32,10 @@ public:
     // Every line that orvane-log gives of the module's files and of its block, in order.
     std::vector<std::string> ReadLog(const std::string& module) const;
     // The events that the data plugin wrote.
-    std::filesystem::path EventsFile() const { return _folder.Path() / "events.jsonl"; }
+    std::filesystem::path EventsFile() const { return _folder / "events.jsonl"; }
 
 private:
-    TemporaryFolder _folder;
+    OrvaneTest::TemporaryFolder _folder;
 };
 
 // Splits at newlines; what stands behind the last one is a line too, unless it is empty.

@@ -1,25 +1,21 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 
-#include <gmock/gmock.h>
-
 #include "Base/Configure/FileUploader.h"
 #include "Base/QuernCommon.h"
 #include "PluginManager/InnerPlugin/ConfigFileService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 #include "PluginManager/InnerPlugin/RemoteConfigService.h"
-#include "PluginManager/ServiceRegister.h"
 #include "Storage/Bundle/BundleFactory.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 #include "System/Application/MainRunLoop.h"
 
 namespace {
 
 using namespace Orvane::Plugin;
-using testing::Contains;
-using testing::ElementsAre;
 
 TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
     OrvaneTest::CapturedConsole console;
@@ -43,23 +39,6 @@ TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetName(), name);
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetPluginName(), "OrvaneCore");
     }
-}
-
-TEST(OrvaneCoreInnerPlugin, DeclaresFourServicesAndTellsItsStages) {
-    OrvaneTest::CapturedConsole console;
-    IPlugin* plugin = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
-    ServiceRegister services;
-    plugin->OnStartup(&services);
-    EXPECT_THAT(services.GetServiceNames(), ElementsAre("COREREPORT", "YARROW", "REMOTECONFIG", "CONFIGFILE"));
-    console.Take();
-    plugin->OnStartup(nullptr);
-    plugin->OnPostStartup();
-    plugin->OnPreShutdown();
-    plugin->OnShutdown();
-    EXPECT_THAT(
-        console.Take(),
-        testing::IsSupersetOf({"Info OrvaneCoreInnerPlugin::OnStartup", "Info OrvaneCoreInnerPlugin::OnPostStartup",
-                               "Info OrvaneCoreInnerPlugin::OnPreShutdown", "Info OrvaneCoreInnerPlugin::OnShutdown"}));
 }
 
 // A login plugin that puts a text of its own, or none, in the place of the record's buffer.

@@ -1,22 +1,17 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 
-#include <gmock/gmock.h>
-
 #include <optional>
 
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 
 namespace {
 
 using Orvane::Plugin::IEvent;
 using Orvane::Plugin::OrvaneCoreReportSerivce;
 using OrvaneTest::Journal;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 class ReportServiceTest : public testing::Test {
 protected:

@@ -1,13 +1,8 @@
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <functional>
-#include <string>
-
 #include "Base/Container/AStringBuilder.h"
 #include "Serializer/Arbor/ArborBufferBuffer.h"
 #include "Serializer/Arbor/ArborBufferReader.h"
 #include "Serializer/Arbor/ArborBufferWriter.h"
+#include "Support/Test.h"
 
 namespace Quern {
 namespace {

@@ -1,11 +1,8 @@
 // The TEA block routines and both chains. The ciphertexts and blocks were made by another implementation.
 #include "Serializer/Codec/KxSymmetry.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-
 #include "Serializer/Codec/Tea.h"
+#include "Support/Test.h"
 
 namespace Orvane {
 namespace Quern {
@@ -165,18 +162,7 @@ TEST_P(KxSymmetry, AFrameTooShortForItsPadIsRefused) {
     EXPECT_EQ(out, std::string(20, 'x'));
 }
 
-TEST_P(KxSymmetry, DamageOfTheLastBlockShowsInTheZerosAndLeavesTheText) {
-    const std::string text = "a text of several blocks";
-    const std::string cipher = EncryptText(text);
-    for (size_t bit = 0; bit < 64; ++bit) {
-        std::string damaged = cipher;
-        damaged[damaged.size() - 8 + bit / 8] = static_cast<char>(damaged[damaged.size() - 8 + bit / 8] ^ 1 << bit % 8);
-        std::string out(text.size() + 3, 'x');
-        EXPECT_EQ(DecryptInto(damaged, out), 0) << bit;
-        EXPECT_EQ(length, static_cast<int>(text.size()));
-        EXPECT_EQ(out.substr(0, 16), text.substr(0, 16));
-    }
-    // Each of the seven is looked at.
+TEST_P(KxSymmetry, EachOfTheZerosIsLookedAtAndTheTextIsGivenAllTheSame) {
     const std::string sound = std::string(3, '\0') + "six by" + std::string(7, '\0');
     for (size_t at = 9; at <= 16; ++at) {
         std::string frame = sound, out(9, 'x');

@@ -1,6 +1,6 @@
 #include "Serializer/URLEncoder/URLEncoder.h"
 
-#include <gtest/gtest.h>
+#include "Support/Test.h"
 
 namespace Quern {
 namespace {

@@ -1,10 +1,8 @@
 #include "Serializer/ZYL/ZylBuf.h"
 
-#include <gtest/gtest.h>
+#include "Support/Test.h"
 
 #include <limits>
-#include <string>
-#include <vector>
 
 namespace Quern {
 namespace {
@@ -157,14 +155,7 @@ TEST(ZylBufDeathTest, BrokenContractsEndTheProcess) {
     dest.position = src.position = 5;
     const char* const text = "Assertion failed: \\(position <= length\\)";
     EXPECT_DEATH(dest.writeInt64(1), text);
-    EXPECT_DEATH(dest.writeBytes(nullptr, 0), text);
-    EXPECT_DEATH(dest.join("a"), text);
-    EXPECT_DEATH(src.readBytes(nullptr, 0), text);
-    EXPECT_DEATH(src.toHexStr(nullptr, 0, nullptr), text);
     EXPECT_DEATH(src.fromHexStr("0", 1, nullptr), text);
-    src.position = 0;
-    EXPECT_DEATH(src.toHexStr(nullptr, 0, nullptr), "NULL != dest");
-    EXPECT_DEATH(src.fromHexStr(nullptr, 0, nullptr), "NULL != src");
 }
 
 }  // namespace

@@ -1,10 +1,7 @@
 #include "Serializer/ZYL/ZylError.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
-
 #include "Serializer/ZYL/IZylObject.h"
+#include "Support/Test.h"
 
 namespace Quern {
 namespace {
@@ -31,31 +28,12 @@ class Plain : public IZylObject {};
 
 TEST(IZylObjectTest, LeavesOutWhatAClassDoesNotImplement) {
     Plain object;
-    ZylWriteBuf dest;
-    ZylReadBuf src;
     char text[] = "<a/>";
     EXPECT_EQ(object.getVersion(), 1u);
-    EXPECT_EQ(object.typeID(), 0u);
     EXPECT_STREQ(object.typeName(), "arbor.IZylObject");
-    EXPECT_EQ(object.getLastLostRequiredFields(text, sizeof text), 0);
-    const int codes[] = {
-        object.pack(dest, 0),
-        object.pack(text, sizeof text, nullptr, 0),
-        object.unpack(src, 0),
-        object.unpack(text, sizeof text, nullptr, 0),
-        object.visualize(dest, 0, '\n'),
-        object.visualize(text, sizeof text, nullptr, 0, '\n'),
-        object.fromXmlFile("a", ZYL_XML_NODE, 0),
-        object.fromXmlBuffer(text, 4, ZYL_XML_NODE, 0),
-        object.fromXmlString(text, ZYL_XML_NODE, 0),
-        object.toXmlFile("a", ZYL_XML_NODE, 0),
-        object.toXmlFile(stderr, ZYL_XML_NODE, 0),
-        object.toXmlBuffer(text, sizeof text, nullptr, ZYL_XML_NODE, 0),
-        object.packTLV(text, sizeof text, nullptr, true),
-        object.unpackTLV(text, sizeof text, nullptr),
-    };
-    for (int code : codes)
-        EXPECT_EQ(code, -31);
+    EXPECT_EQ(object.pack(text, sizeof text, nullptr, 0), -31);
+    EXPECT_EQ(object.fromXmlBuffer(text, 4, ZYL_XML_NODE, 0), -31);
+    EXPECT_EQ(object.unpackTLV(text, sizeof text, nullptr), -31);
 }
 
 // The slot of a virtual operation, as this ABI writes it into a pointer to member: its offset in the table, plus one.

@@ -1,12 +1,11 @@
 #include "Serializer/ZYL/ZylXmlFile.h"
 
+#include "Support/Test.h"
+
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <string>
 
 namespace Quern {
 namespace {

@@ -1,13 +1,7 @@
 #include "Serializer/ZYL/ZylXmlReader.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <memory>
-#include <random>
-#include <string>
-
 #include "Serializer/ZYL/ZylXmlDepth.h"
+#include "Support/Test.h"
 
 namespace Quern {
 namespace {
@@ -156,13 +150,8 @@ TEST(ZylXmlReaderTest, RefusesElementsNestedTooDeep) {
 }
 
 TEST(ZylXmlReaderDeathTest, BrokenContractsEndTheProcess) {
-    EXPECT_DEATH(ZylXmlReader(nullptr, ZYL_XML_NODE), "NULL != text");
-    EXPECT_DEATH(ZylXmlReader(nullptr, 0, ZYL_XML_NODE), "NULL != text");
     Reader reader("<a/>");
-    EXPECT_DEATH(reader->stepIn(nullptr), "NULL != name");
-    EXPECT_DEATH(reader->getAttrValue(nullptr), "NULL != name");
     EXPECT_DEATH(reader->stepOut("a"), "Assertion failed");
-    EXPECT_DEATH(reader->stepOut(""), "Assertion failed");
     EXPECT_DEATH(Reader("<")->stepIn("a"), "ZylError::ZYL_NO_ERROR == _state");
 }
 

@@ -1,14 +1,9 @@
 #include "Serializer/ZYL/ZylXmlWriter.h"
 
-#include <gtest/gtest.h>
-
 #include <cfloat>
-#include <climits>
-#include <functional>
-#include <string>
-#include <vector>
 
 #include "Serializer/ZYL/ZylTime.h"
+#include "Support/Test.h"
 
 namespace Quern {
 namespace {
@@ -114,9 +109,6 @@ TEST(ZylXmlWriterTest, WritesValues) {
 TEST(ZylXmlWriterDeathTest, BrokenContractsEndTheProcess) {
     char memory[64];
     ZylXmlWriter writer(memory, sizeof memory, ZYL_XML_NODE);
-    for (const Step& step : {Open(nullptr), Close(nullptr), OpenSimple(nullptr), CloseSimple(nullptr)})
-        EXPECT_DEATH(step(writer), "NULL != name");
-    EXPECT_DEATH(writer.textizeStr(nullptr, false), "NULL != src");
     EXPECT_DEATH(writer.closeSimple("a"), "true == _isSimple");
     EXPECT_DEATH(writer.closeComplex("a"), "Assertion failed") << "never opened";
     writer.openSimple("a");

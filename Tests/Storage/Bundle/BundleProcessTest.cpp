@@ -1,5 +1,4 @@
 // Bundles under processes that die, and under processes and threads that write at once.
-#include <gmock/gmock.h>
 #include <sched.h>
 #include <signal.h>
 #include <sys/mount.h>
@@ -9,26 +8,17 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
-#include <map>
-#include <random>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "Storage/Bundle/BundleImpl.h"
-#include "Storage/Bundle/Keychain.h"
 #include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::CapturedConsole;
+using namespace OrvaneTest;
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool kIsSanitized = true;  // a process takes its time to start
@@ -205,47 +195,6 @@ TEST(BundleProcessTest, ReadersWaitForNobodyAndSeeWholeConfigurations) {
         reader.join();
     EXPECT_EQ(faults, 0);
     EXPECT_TRUE(kIsSanitized || waits == 0) << waits << " of " << reads << " reads";
-}
-
-// The built-in keychain, in a process that stops right after it has stored a password.
-class StoppingKeychain final : public Keychain {
-public:
-    int32_t SecItemAdd(const KeychainItem& item) override { return _real.SecItemAdd(item); }
-    int32_t SecItemCopyMatching(const KeychainQuery& query, KeychainLimit limit, bool wantsData,
-                                std::vector<KeychainItem>& found) override {
-        return _real.SecItemCopyMatching(query, limit, wantsData, found);
-    }
-    int32_t SecItemDelete(const KeychainQuery& query) override { return _real.SecItemDelete(query); }
-    void Begin() override { _real.Begin(); }
-    int32_t Commit() override {
-        const int32_t status = _real.Commit();
-        raise(SIGSTOP);
-        return status;
-    }
-
-private:
-    Keychain& _real = Keychain::Current();
-};
-
-TEST(BundleProcessTest, AProcessStoppedInsideASaveHangsNobodyAndSpoilsNothing) {
-    const std::string path = CacheFolder() + "/game.config";
-    CapturedConsole console;
-    BundleImpl& bundle = OpenAnother(path);
-    ASSERT_TRUE(bundle.Set("s", "number", 1));
-    const pid_t stopped = Fork([&] {
-        Keychain::Use(std::make_shared<StoppingKeychain>());
-        OpenAnother(path).Set("s", "number", 2);
-    });
-    int status = 0;
-    ASSERT_EQ(waitpid(stopped, &status, WUNTRACED), stopped);
-    ASSERT_TRUE(WIFSTOPPED(status));
-    alarm(kPatience);
-    ASSERT_TRUE(bundle.Set("s", "number", 3));
-    EXPECT_EQ(OpenAnother(path).Get("s", "number", 0), 3);
-    for (; WIFSTOPPED(status); waitpid(stopped, &status, WUNTRACED))
-        kill(stopped, SIGCONT);
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(OpenAnother(path).Get("s", "number", 0), 3);  // its key is no longer the one that is kept
 }
 
 TEST(BundleProcessTest, TwoProcessesOfEightThreadsShareAFile) {

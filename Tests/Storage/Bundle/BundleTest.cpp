@@ -1,11 +1,5 @@
 #include "Storage/Bundle/Bundle.h"
 
-#include <gmock/gmock.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "Base/QuernCommon.h"
 #include "Storage/Bundle/BundleFactory.h"
 #include "Storage/Bundle/BundleImpl.h"
@@ -13,18 +7,13 @@
 #include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::CapturedConsole;
-using OrvaneTest::FakeInfoDictionary;
-using OrvaneTest::ReadFile;
-using OrvaneTest::WriteFile;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using namespace OrvaneTest;
 
 std::vector<std::string> Names(const AArray& array) {
     std::vector<std::string> names;
@@ -94,16 +83,6 @@ TEST_F(BundleTest, TheGamesSectionHasAnotherNameInTheManifest) {
     EXPECT_STREQ(bundle.Get(nullptr, "key", "default").c_str(), "");
     QuernCommon::GetInstance()->SetProjectName("1007");
     EXPECT_STREQ(bundle.Get("key", "").c_str(), "never read");  // no such change for the project's name
-}
-
-TEST_F(BundleTest, BoolsReadTrueFromTheWordAlone) {
-    manifest.Set("a", "stored", FakeInfoDictionary::Integer(1));
-    BundleImpl& bundle = Open("[a]\nword=True\nother=yes\n");
-    EXPECT_TRUE(bundle.Get("a", "word", false));
-    EXPECT_FALSE(bundle.Get("a", "other", true));
-    EXPECT_TRUE(bundle.Set("a", "stored", true));
-    EXPECT_FALSE(bundle.Get("a", "stored", true));
-    EXPECT_STREQ(bundle.Get("a", "stored", "").c_str(), "1");
 }
 
 TEST_F(BundleTest, ValuesAreFlattenedToTexts) {

@@ -1,21 +1,13 @@
-#include <gmock/gmock.h>
 #include <pthread.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <functional>
-#include <map>
-#include <memory>
 #include <optional>
-#include <random>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "Serializer/Codec/Base64.h"
 #include "Serializer/Codec/EllipticCurve.h"
+#include "Serializer/Codec/Hex.h"
 #include "Serializer/Codec/KxSymmetry.h"
 #include "Serializer/Codec/Md5.h"
 #include "Serializer/Codec/PeerKey.h"
@@ -27,6 +19,7 @@
 #include "Support/CapturedConsole.h"
 #include "Support/FakeKeychain.h"
 #include "Support/OwnMounts.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {
@@ -49,14 +42,7 @@ int renameat(int from, const char* name, int to, const char* newName) noexcept {
 namespace Quern {
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::CapturedConsole;
-using OrvaneTest::FakeKeychain;
-using OrvaneTest::Format;
-using OrvaneTest::ReadFile;
-using OrvaneTest::WriteFile;
-using ::testing::Contains;
-using ::testing::ElementsAre;
+using namespace OrvaneTest;
 
 std::string FromHex(const std::string& digits) {
     std::string bytes(digits.size() / 2, '\0');
@@ -329,15 +315,6 @@ TEST_F(EncryptedIniFileTest, ABatchIsOneSaveOfWhatTheCallsAloneSave) {
     EXPECT_EQ(asked["sync"], 4);
     EXPECT_TRUE(bundle->RemoveValueForKey("OrvaneCore", "none"));
     onDisk = nullptr;
-
-    // What a start finds, as a deleted object leaves it.
-    std::make_unique<BundleImpl>(path.c_str()).reset();
-    const std::string batched = ReadFile(path), single = CacheFolder() + "/single.config";
-    Keychain::Use(keychain);
-    const auto literal = std::make_unique<BundleImpl>(single.c_str());
-    store(*literal);
-    std::make_unique<BundleImpl>(single.c_str()).reset();
-    EXPECT_EQ(ReadFile(single), batched);
 }
 
 TEST_F(EncryptedIniFileTest, ABatchOfAnyDocumentIsWhatTheCallsAloneSave) {
@@ -480,13 +457,6 @@ TEST_F(EncryptedIniFileTest, WithoutASoundPeerNothingIsMade) {
     }
     EXPECT_TRUE(EncryptedIni::MakeKey(peer.c_str(), key, publicKey));
     EXPECT_NE(key, EncryptedIni::TeaKey{});
-}
-
-TEST_F(EncryptedIniFileTest, AnEmptyTextIsAFileToo) {
-    const auto file = Open();
-    file->Save();
-    EXPECT_EQ(ReadFile(path).size(), 98u + 16u);
-    EXPECT_TRUE(file->Load());
 }
 
 }  // namespace

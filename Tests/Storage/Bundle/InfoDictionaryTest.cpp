@@ -1,31 +1,24 @@
 // The manifest as it is found and read from real files. A process reads it once, so each case shows one file.
 #include "Storage/Bundle/InfoDictionary.h"
 
-#include <gmock/gmock.h>
 #include <plist/plist.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "Orvane/InfoPlist.h"
 #include "Storage/Bundle/Linux/PropertyList.h"
 #include "Storage/Bundle/Linux/PropertyListShape.h"
 #include "Storage/File/PathSource.h"
 #include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::WriteFile;
+using namespace OrvaneTest;
 using Quern::InfoDictionary;
 using Quern::InfoValue;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 std::string Xml(const std::string& content) {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "

@@ -1,28 +1,18 @@
 #include "Storage/Bundle/IniFile.h"
 
-#include <gmock/gmock.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <memory>
 #include <numeric>
 #include <optional>
-#include <random>
-#include <string>
-#include <vector>
 
 #include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::CapturedConsole;
-using OrvaneTest::ReadFile;
-using OrvaneTest::WriteFile;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using namespace OrvaneTest;
 
 class IniFileTest : public testing::Test {
 protected:

@@ -1,33 +1,23 @@
 #include "Storage/Bundle/Keychain.h"
 
-#include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <set>
-#include <string>
-
 #include "Storage/Bundle/OrvaneCoreKC.h"
 #include "Storage/Bundle/SecurityStore.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeKeychain.h"
 #include "Support/OwnMounts.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::CapturedConsole;
-using OrvaneTest::Format;
-using OrvaneTest::ReadFile;
-using OrvaneTest::WriteFile;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
+using namespace OrvaneTest;
 
 // The keychain of the container, outside the cache folder.
 std::string KeychainFile() {

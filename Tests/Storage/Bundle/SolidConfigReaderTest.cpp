@@ -1,14 +1,10 @@
 #include "Storage/Bundle/SolidConfigReader.h"
 
-#include <gmock/gmock.h>
-
-#include <climits>
-#include <functional>
 #include <limits>
-#include <string>
 
 #include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
+#include "Support/Test.h"
 
 namespace {
 
@@ -16,8 +12,6 @@ using OrvaneTest::FakeInfoDictionary;
 using Quern::AArray;
 using Quern::InfoValue;
 using Reader = Quern::SolidConfigReader;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(SolidConfigReader, SaysWhyItCannotReadASection) {
     FakeInfoDictionary manifest;
@@ -28,42 +22,31 @@ TEST(SolidConfigReader, SaysWhyItCannotReadASection) {
     AArray keys;
     const struct {
         std::function<bool(const char*, const char*)> givesDefault;
-        const char* missing;
-        const char* notDictionary;
+        const char *missing, *flat, *end;  // the operation of either line, and what both end in
     } kOperations[] = {
-        {[](auto section, auto key) { return Reader::GetInt(section, key, 7) == 7; },
-         "Debug SolidConfigReader::GetInt section:None not exist, return defaultvalue",
-         "Error SolidConfigReader::GetString section:Flat is not a Dictionary, return defaultvalue, please Check "
-         "info.plist!"},
-        {[](auto section, auto key) { return Reader::GetString(section, key, "d") == "d"; },
-         "Debug SolidConfigReader::GetString section:None not exist, return defaultvalue",
-         "Error SolidConfigReader::GetString section:Flat is not a Dictionary, return defaultvalue, please Check "
-         "info.plist!"},
-        {[](auto section, auto key) { return Reader::GetMetaString(section, key, "d") == "d"; },
-         "Debug SolidConfigReader::GetString section:None not exist, return defaultvalue",
-         "Error SolidConfigReader::GetString section:Flat is not a Dictionary, return defaultvalue, please Check "
-         "info.plist!"},
-        {[](auto section, auto key) { return Reader::GetBool(section, key, true); },
-         "Debug SolidConfigReader::GetBool section:None not exist, return defaultvalue",
-         "Error SolidConfigReader::GetString section:Flat is not a Dictionary, return defaultvalue, please Check "
-         "info.plist!"},
-        {[](auto section, auto key) { return Reader::GetInt64(section, key, 7) == 7; },
-         "Debug SolidConfigReader::GetBool section:None not exist, return defaultvalue",
-         "Error SolidConfigReader::GetString section:Flat is not a Dictionary, return defaultvalue, please Check "
-         "info.plist!"},
-        {[&](auto section, auto) { return Reader::GetAllKeys(section, &keys), keys.Count() == 0; },
-         "Debug SolidConfigReader::GetAllKeys section:None not exist",
-         "Error SolidConfigReader::GetAllKeys section:Flat is not a Dictionary, please Check info.plist!"},
-        {[](auto section, auto key) { return !Reader::IsContainKey(section, key); },
-         "Debug SolidConfigReader::IsContainKey section:None not exist, return false",
-         "Error SolidConfigReader::IsContainKey section:Flat is not a Dictionary, return false, please Check "
-         "info.plist!"},
+        {[](auto section, auto key) { return Reader::GetInt(section, key, 7) == 7; }, "GetInt", "GetString",
+         ", return defaultvalue"},
+        {[](auto section, auto key) { return Reader::GetString(section, key, "d") == "d"; }, "GetString", "GetString",
+         ", return defaultvalue"},
+        {[](auto section, auto key) { return Reader::GetMetaString(section, key, "d") == "d"; }, "GetString",
+         "GetString", ", return defaultvalue"},
+        {[](auto section, auto key) { return Reader::GetBool(section, key, true); }, "GetBool", "GetString",
+         ", return defaultvalue"},
+        {[](auto section, auto key) { return Reader::GetInt64(section, key, 7) == 7; }, "GetBool", "GetString",
+         ", return defaultvalue"},
+        {[&](auto section, auto) { return Reader::GetAllKeys(section, &keys), keys.Count() == 0; }, "GetAllKeys",
+         "GetAllKeys", ""},
+        {[](auto section, auto key) { return !Reader::IsContainKey(section, key); }, "IsContainKey", "IsContainKey",
+         ", return false"},
     };
-    for (const auto& operation : kOperations) {
-        EXPECT_TRUE(operation.givesDefault("None", "key"));
-        EXPECT_THAT(console.Take(), ElementsAre(operation.missing));
-        EXPECT_TRUE(operation.givesDefault("Flat", "key"));
-        EXPECT_THAT(console.Take(), ElementsAre(operation.notDictionary));
+    for (const auto& [givesDefault, missing, flat, end] : kOperations) {
+        EXPECT_TRUE(givesDefault("None", "key") && givesDefault("Flat", "key"));
+        EXPECT_THAT(
+            console.Take(),
+            ElementsAre(OrvaneTest::Format("Debug SolidConfigReader::%s section:None not exist%s", missing, end),
+                        OrvaneTest::Format("Error SolidConfigReader::%s section:Flat is not a Dictionary%s, "
+                                           "please Check info.plist!",
+                                           flat, end)));
     }
     for (const auto& operation : {kOperations[0], kOperations[3], kOperations[4], kOperations[6]}) {
         EXPECT_TRUE(operation.givesDefault(nullptr, "key"));

@@ -1,19 +1,17 @@
 #include "Storage/Defaults/UserDefaults.h"
 
-#include <gmock/gmock.h>
 #include <json/value.h>
 
 #include "PluginManager/InnerPlugin/CrashReportEntry.h"
+#include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
-#include "Support/ThreadedConsole.h"
 #include "Support/WaitFor.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using OrvaneTest::ReadFile;
-using OrvaneTest::WaitFor;
-using testing::HasSubstr;
+using namespace OrvaneTest;
 
 const std::string kPath = fs::path(OrvaneTest::CacheFolder()).parent_path() / "UserDefaults.json";
 
@@ -50,19 +48,19 @@ TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
 
 // What cannot be read is left alone, and what is damaged is set aside; both read as empty.
 TEST(UserDefaults, NothingIsLostOfAFileThatIsNoGood) {
-    const auto console = OrvaneTest::ThreadedConsole::Install();
+    const OrvaneTest::CapturedConsole console;
     fs::create_directories(kPath);
     Quern::UserDefaults& defaults = Quern::UserDefaults::Current();
     EXPECT_TRUE(defaults.Dictionary("a").empty());
     defaults.SetDictionary("a", Entry("x", "1"));
-    EXPECT_TRUE(WaitFor([&] { return console->Count("UserDefaults.json is no file") == 2; }));  // read, then written
+    EXPECT_TRUE(WaitFor([&] { return console.Count("UserDefaults.json is no file") == 2; }));  // read, then written
     fs::remove(kPath);
     const std::string kDeep = "{\"a\":" + std::string(100000, '[');
     OrvaneTest::WriteFile(kPath, kDeep);
     fs::create_directories(kPath + ".unusable");  // it cannot be set aside, and so stays
     defaults.SetDictionary("a", Entry("x", "1 "));
     defaults.SetDictionary("a", Entry("x", "1"));
-    EXPECT_TRUE(WaitFor([&] { return console->Count("UserDefaults.json.unusable cannot be written") >= 1; }));
+    EXPECT_TRUE(WaitFor([&] { return console.Count("UserDefaults.json.unusable cannot be written") >= 1; }));
     EXPECT_EQ(ReadFile(kPath), kDeep);
     fs::remove(kPath + ".unusable");
     // The next change brings along what could not be written.

@@ -1,20 +1,15 @@
 #include "Storage/File/CFile.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <climits>
-#include <string>
-
-#include "Storage/File/LineReader.h"
+#include "Storage/File/GetLine.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::ReadFile;
-using OrvaneTest::WriteFile;
+using namespace OrvaneTest;
 using Quern::AString;
 using Quern::CFile;
 
@@ -174,7 +169,7 @@ TEST(CFile, HandlesFilesBeyond32Bits) {
     EXPECT_EQ(file.Seek(0, Quern::kFromEnd), size + 3);
 }
 
-TEST(LineReader, EndsLinesAtEitherCharacter) {
+TEST(GetLine, EndsLinesAtEitherCharacter) {
     const std::string path = PathOf("lines");
     const std::string longLine(5000, 'l');
     WriteFile(path, "one\r\n\ntwo\rthree" + std::string(1, '\0') + "x\n" + longLine + "\nlast without an end");

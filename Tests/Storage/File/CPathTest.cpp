@@ -1,24 +1,19 @@
 #include "Storage/File/CPath.h"
 
-#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <set>
-#include <string>
-#include <vector>
 
 #include "Base/QuernCommon.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/PathSource.h"
 #include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::WriteFile;
+using namespace OrvaneTest;
 using Quern::AArray;
 using Quern::AString;
 using Quern::CFile;

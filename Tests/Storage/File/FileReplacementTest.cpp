@@ -1,7 +1,6 @@
 #include "Storage/File/FileReplacement.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <linux/capability.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -10,21 +9,16 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
-#include <string>
 
 #include "Support/OwnMounts.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
 
 namespace fs = std::filesystem;
-using OrvaneTest::CacheFolder;
-using OrvaneTest::FilesIn;
-using OrvaneTest::ReadFile;
-using OrvaneTest::WriteFile;
-using testing::ElementsAre;
+using namespace OrvaneTest;
 
 bool Replace(const std::string& path, const std::string& content) {
     FileReplacement file(path);
@@ -183,29 +177,6 @@ TEST_F(FileReplacementTest, GoesPastAWriterWhoIsStopped) {
     ASSERT_TRUE(file.PutLeftOverInPlace());
     EXPECT_EQ(ReadFile(path), "left over");
     ASSERT_TRUE(file.Prepare("next") && file.PutInPlace());
-    EXPECT_THAT(FilesIn(folder), ElementsAre("file"));
-}
-
-TEST_F(FileReplacementTest, ProcessesThatWriteAtOnceMixNothing) {
-    constexpr int kProcesses = 4;
-    constexpr size_t kSize = 20000;
-    ASSERT_TRUE(Replace(path, std::string(kSize, '.')));
-    for (int process = 0; process < kProcesses; ++process) {
-        if (fork() != 0) continue;
-        int written = 0;
-        bool isWhole = true;
-        for (int round = 0; round < 50; ++round) {
-            written += Replace(path, std::string(kSize + static_cast<size_t>(round), static_cast<char>('a' + process)));
-            const std::string read = ReadFile(path);
-            isWhole &= read.size() >= kSize && read.find_first_not_of(read[0]) == std::string::npos;
-        }
-        _exit(written == 0 ? 2 : isWhole ? 0 : 1);  // where all is slow, one is gone past
-    }
-    for (int process = 0; process < kProcesses; ++process) {
-        int status = -1;
-        wait(&status);
-        EXPECT_EQ(status, 0);
-    }
     EXPECT_THAT(FilesIn(folder), ElementsAre("file"));
 }
 

@@ -1,15 +1,11 @@
 #include "Storage/File/Sandbox.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <filesystem>
-#include <thread>
-
 #include "Storage/File/CPath.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace {

@@ -3,7 +3,6 @@
 #include "Storage/Log/BlockJournal.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/ptrace.h>
@@ -12,15 +11,10 @@
 #include <unistd.h>
 #include <zlib.h>
 
-#include <algorithm>
-#include <cstring>
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "Storage/Log/LogBuffer.h"
 #include "Storage/Log/LogRecord.h"
-#include "Support/RecordDecoder.h"
+#include "Support/LogRecords.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -30,8 +24,7 @@
 namespace Quern {
 namespace {
 
-using OrvaneTest::DecodeText;
-using OrvaneTest::TestPublicKeyDigits;
+using namespace OrvaneTest;
 
 constexpr size_t kBlock = 153600;
 constexpr size_t kJournal = sizeof(BlockJournalLayout);

@@ -1,10 +1,6 @@
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <string>
-
 #include "Storage/Log/AutoBuffer.h"
 #include "Storage/Log/PtrBuffer.h"
+#include "Support/Test.h"
 
 namespace Quern {
 namespace {
@@ -44,12 +40,9 @@ TEST(PtrBufferDeathTest, BrokenContractsEndTheProcessInTheirOwnWords) {
     PtrBuffer buffer(memory, 2, 4);
     char out[4];
     EXPECT_DEATH(PtrBuffer(memory, 5, 4), "length_ <= max_length_");
-    EXPECT_DEATH(buffer.Write(nullptr, 1), "NULL != _pBuffer");
-    EXPECT_DEATH(buffer.Write("x", 1, -1), "0 <= _nPos");
     EXPECT_DEATH(buffer.Write("x", 1, 3), "\\(unsigned int\\)_nPos <= Length\\(\\)");
     EXPECT_DEATH(buffer.Read(out, 1, 2), "\\(unsigned int\\)_nPos < Length\\(\\)");
     EXPECT_DEATH(buffer.Length(3, 2), "\\(size_t\\)_nPos <= _nLenght");
-    EXPECT_DEATH(buffer.Length(0, 5), "_nLenght <= MaxLength\\(\\)");
 }
 
 TEST(AutoBuffer, GrowsInUnitsAndZeroesWhatIsNew) {
@@ -103,10 +96,7 @@ TEST(AutoBufferDeathTest, HoldsTwentyMebibytesAndNotOneByteMore) {
     EXPECT_DEATH(full.Write(20971520, "x", 1), "_len <= 20 \\* 1024 \\* 1024");
 
     AutoBuffer buffer("abc", 3);
-    EXPECT_DEATH(buffer.Write(0, nullptr, 1), "NULL != _pbuffer \\|\\| 0 == _len");
-    EXPECT_DEATH(buffer.Write(-1, "x", 1), "0 <= _pos");
     EXPECT_DEATH(buffer.Write(4, "x", 1), "\\(size_t\\)_pos <= Length\\(\\)");
-    EXPECT_DEATH(buffer.Read(0, nullptr, 1), "NULL != _pbuffer");
     EXPECT_DEATH(buffer.Length(4, 3), "\\(size_t\\)_pos <= _lenght");
     EXPECT_DEATH(buffer.Length(0, 129), "_lenght <= Capacity\\(\\)");
 }

@@ -1,33 +1,23 @@
 #include "Storage/Log/FileLogger.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <thread>
-#include <vector>
-
 #include "Storage/Log/BlockJournal.h"
+#include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
-#include "Support/ThreadedConsole.h"
+#include "Support/WaitFor.h"
 
 namespace Quern {
 namespace {
 
 using namespace OrvaneTest;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::MatchesRegex;
 namespace fs = std::filesystem;
 
 class FileLoggerTest : public ::testing::Test {
 protected:
-    FileLoggerTest() : console(ThreadedConsole::Install()) { CacheFolder(); }
-    ~FileLoggerTest() override { ConsoleSink::Use(nullptr); }
+    FileLoggerTest() { CacheFolder(); }
     static void Append(AFileLogger& logger, const std::string& data) { logger.Log2File(data.data(), data.size()); }
 
-    std::shared_ptr<ThreadedConsole> console;
+    CapturedConsole console;
 };
 
 TEST_F(FileLoggerTest, NamesFilesByModuleAndHour) {
@@ -73,7 +63,7 @@ TEST_F(FileLoggerTest, AFolderOrFileThatIsTakenAwayComesBack) {
         }
         EXPECT_EQ(ReadLogFiles("Back"), "three");
     }
-    EXPECT_THAT(console->Lines(), IsEmpty());
+    EXPECT_EQ(console.Count(), 0);
 }
 
 // The open file does not tell that a folder above it has been renamed.
@@ -105,13 +95,13 @@ TEST_F(FileLoggerTest, SaysOnTheConsoleWhatItCannotMakeAndTriesAgain) {
     WriteFile(CacheFolder() + "/OrvaneSDKLog", "a file in the folder's place");
     AFileLogger logger("Blocked", kAppendAsync, 0, kLogStartOver);
     Append(logger, "lost");
-    EXPECT_EQ(console->Count("CreatePath " + LogFolder("Blocked") + " failed!"), 1);
+    EXPECT_EQ(console.Count("CreatePath " + LogFolder("Blocked") + " failed!"), 1);
     fs::remove(CacheFolder() + "/OrvaneSDKLog");
     fs::create_directories(CacheFolder() + "/OrvaneSDKLog");
     WriteFile(LogFolder("Blocked"), "and here");
     Append(logger, "lost");
-    EXPECT_EQ(console->Count("Failed to Open log files"), 1);
-    EXPECT_EQ(console->Count("| OpenLogFile failed!"), 1);
+    EXPECT_EQ(console.Count("Failed to Open log files"), 1);
+    EXPECT_EQ(console.Count("| OpenLogFile failed!"), 1);
     fs::remove(LogFolder("Blocked"));
     Append(logger, "kept");
     EXPECT_EQ(ReadLogFiles("Blocked"), "kept");
@@ -125,8 +115,8 @@ TEST_F(FileLoggerTest, SizeLimitsWithBothExceedOps) {
     EXPECT_EQ(ReadLogFiles("Drops").size(), mebibyte.size() + 1);
     Append(drops, "c");
     EXPECT_EQ(ReadLogFiles("Drops").size(), mebibyte.size() + 1);
-    EXPECT_EQ(console->Count("| Info | [OrvaneCore] |"), 1);
-    EXPECT_EQ(console->Count("| _logFile size exceed return"), 1);
+    EXPECT_EQ(console.Count("| Info | [OrvaneCore] |"), 1);
+    EXPECT_EQ(console.Count("| _logFile size exceed return"), 1);
 
     AFileLogger startsOver("StartsOver", kAppendAsync, 1, kLogStartOver);
     Append(startsOver, mebibyte);
@@ -165,8 +155,8 @@ TEST_F(FileLoggerTest, WithinAnHourASyncFileThatStartsOverCostsTheLineThatFindsI
     AFileLogger logger("Rare", kAppendSync, 1, kLogStartOver);
     Append(logger, std::string((1 << 20) + 1, 'a'));
     Append(logger, "lost\n");
-    EXPECT_EQ(console->Count("Failed to Open log files"), 1);
-    EXPECT_EQ(console->Count("| OpenLogFile failed!"), 1);
+    EXPECT_EQ(console.Count("Failed to Open log files"), 1);
+    EXPECT_EQ(console.Count("| OpenLogFile failed!"), 1);
     EXPECT_THAT(FilesIn(LogFolder("Rare")), IsEmpty());
     Append(logger, "kept\n");
     EXPECT_EQ(FilesIn(LogFolder("Rare")).size(), 1u);
@@ -179,7 +169,7 @@ TEST_F(FileLoggerTest, AFileThatIsTooLongAndCannotBeRemovedCostsTheDataOfThatCal
     fs::remove(path);
     WriteFile(path + "/in the way", "a folder in the file's place");
     Append(logger, "lost\n");
-    EXPECT_EQ(console->Count("| _logFile is null or file not exist"), 1);
+    EXPECT_EQ(console.Count("| _logFile is null or file not exist"), 1);
     fs::remove_all(path);
     Append(logger, "kept\n");
     EXPECT_EQ(FilesIn(LogFolder("Stuck")).size(), 1u);
@@ -206,9 +196,9 @@ TEST_F(FileLoggerTest, StampsAreReadFromNamesAndNothingElse) {
           "M_202603040.log", "M_20260304055.log", "M_2026o30405.log", "M_.log", "_", ""})
         EXPECT_EQ(GetLogFileTimeStamp(invalid), 0) << invalid;
     EXPECT_EQ(GetLogFileTimeStamp(nullptr), 0);
-    EXPECT_EQ(console->Count("logFile is invalid "), 6);
-    EXPECT_EQ(console->Count("logFile Ext is invalid M_2026030405.txt , ext txt"), 1);
-    EXPECT_EQ(console->Count("logTime is invalid "), 4);
+    EXPECT_EQ(console.Count("logFile is invalid "), 6);
+    EXPECT_EQ(console.Count("logFile Ext is invalid M_2026030405.txt , ext txt"), 1);
+    EXPECT_EQ(console.Count("logTime is invalid "), 4);
     EXPECT_TRUE(isDigits("0123456789"));
     EXPECT_FALSE(isDigits("12a"));
 }
@@ -223,12 +213,12 @@ TEST_F(FileLoggerTest, TheSweepTakesTheCountFirstAndThenTheAge) {
     fill("Aged");
     AFileLogger::RemoveOldLogFiles("Aged", 10, -1);
     EXPECT_THAT(FilesIn(LogFolder("Aged")), ElementsAre(NameOf("Aged", 5, "log"), NameOf("Aged", 1, "xlog")));
-    EXPECT_EQ(console->Count("RemoveOldLog log fileName "), 4);
+    EXPECT_EQ(console.Count("RemoveOldLog log fileName "), 4);
 
     fill("Counted");
     AFileLogger::RemoveOldLogFiles("Counted", 10, 3);
     EXPECT_THAT(FilesIn(LogFolder("Counted")), ElementsAre(NameOf("Counted", 5, "log"), NameOf("Counted", 1, "xlog")));
-    EXPECT_EQ(console->Count("RemoveOldLog log fileName "), 5) << "three went by count, silently, and one by age";
+    EXPECT_EQ(console.Count("RemoveOldLog log fileName "), 5) << "three went by count, silently, and one by age";
 
     AFileLogger::RemoveOldLogFiles("Counted", 10000, 0);
     EXPECT_THAT(FilesIn(LogFolder("Counted")), IsEmpty());

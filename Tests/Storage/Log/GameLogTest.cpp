@@ -37,13 +37,13 @@ TEST_F(GameLogState, OfABlockFollowsTheApplication) {
     EXPECT_EQ(gs_OrvaneGameLogState(), kOrvaneLogNotKept);
     Say();
     Say();
-    EXPECT_EQ(console->Count(kInitMissing), 1) << "said once";
+    EXPECT_EQ(console.Count(kInitMissing), 1) << "said once";
     Open(1);
     EXPECT_EQ(gs_OrvaneGameLogState(), kOrvaneLogWaits);
-    EXPECT_EQ(console->Count(kLaunchMissing), 0) << "nothing has been logged";
+    EXPECT_EQ(console.Count(kLaunchMissing), 0) << "nothing has been logged";
     Say();
     Say();
-    EXPECT_EQ(console->Count(kLaunchMissing), 1);
+    EXPECT_EQ(console.Count(kLaunchMissing), 1);
     Foreground();
     EXPECT_EQ(gs_OrvaneGameLogState(), kOrvaneLogDurable);
     Background();
@@ -61,7 +61,7 @@ TEST_F(GameLogState, OfAPlainFileTellsWhetherItCanBeWritten) {
     std::filesystem::remove(CacheFolder() + "/OrvaneSDKLog");
     Say();
     EXPECT_EQ(gs_OrvaneGameLogState(), kOrvaneLogBuffered);
-    EXPECT_EQ(console->Count(kInitMissing) + console->Count(kLaunchMissing), 0);
+    EXPECT_EQ(console.Count(kInitMissing) + console.Count(kLaunchMissing), 0);
 }
 
 TEST_F(GameLogState, OfABlockThatCannotBeMappedIsNotDurable) {

@@ -1,22 +1,14 @@
 #include "Storage/Log/LogBuffer.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
 #include <ctime>
-#include <random>
-#include <string>
-#include <vector>
 
-#include "Support/RecordDecoder.h"
+#include "Support/LogRecords.h"
+#include "Support/Test.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::DecodedRecord;
-using OrvaneTest::DecodeRecords;
-using OrvaneTest::DecodeText;
-using OrvaneTest::TestPublicKeyDigits;
+using namespace OrvaneTest;
 
 constexpr size_t kBlock = 153600;
 

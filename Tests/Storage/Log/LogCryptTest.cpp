@@ -1,12 +1,7 @@
 #include "Storage/Log/LogCrypt.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <string>
-
-#include "Support/RecordDecoder.h"
+#include "Support/LogRecords.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 
 namespace Quern {

@@ -10,11 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "Serializer/Codec/Hex.h"
 #include "Storage/Log/Logger.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
-#include "Support/RecordDecoder.h"
+#include "Support/LogRecords.h"
 #include "Support/TestContainer.h"
-#include "Support/ThreadedConsole.h"
 #include "Support/WaitFor.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 
@@ -30,11 +31,10 @@ inline Quern::CurvePrivateKey DevelopmentKey() {
 
 class LoggerTest : public ::testing::Test {
 protected:
-    LoggerTest() : console(ThreadedConsole::Install()) {
+    LoggerTest() {
         CacheFolder();
         Foreground();
     }
-    ~LoggerTest() override { Quern::ConsoleSink::Use(nullptr); }
 
     static void Foreground() { Orvane::OrvaneAppLifecycle::sharedInstance()->applicationDidBecomeActive(nullptr); }
     static void Background() { Orvane::OrvaneAppLifecycle::sharedInstance()->applicationDidEnterBackground(nullptr); }
@@ -50,7 +50,7 @@ protected:
         return logger;
     }
     // A flush thread looks at the block as soon as it runs, and then waits to be woken.
-    void AwaitFlushThreads() { EXPECT_TRUE(WaitUntilAllAsleep("XLogThread", console->Count(", sync:0, use mmap:"))); }
+    void AwaitFlushThreads() { EXPECT_TRUE(WaitUntilAllAsleep("XLogThread", console.Count(", sync:0, use mmap:"))); }
     static void Say(Quern::Logger* logger, const std::string& text, ALogPriority level = kLogInfo) {
         logger->Log(level, "some/where/File.cpp", 12, "Function", nullptr, text.c_str());
     }
@@ -62,7 +62,7 @@ protected:
         return DecodeText(ReadLogFiles(module), DevelopmentKey());
     }
 
-    std::shared_ptr<ThreadedConsole> console;
+    CapturedConsole console;
     FakeConfigure configure;
     std::vector<std::unique_ptr<Quern::Logger>> loggers;
 };

@@ -1,30 +1,27 @@
+#include "Storage/Log/CoreLog.h"
+#include "Storage/Log/DorselVersion.h"
 #include "Storage/Log/Logger.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <map>
 #include <regex>
-#include <thread>
 
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
-#include "PluginManager/PluginManager.h"
 #include "Storage/Log/GameLog.h"
 #include "Storage/Log/LoggerFixture.h"
 #include "Storage/Log/SDKLog.h"
 #include "Storage/Log/StageLog.h"
 #include "Support/FakeInfoDictionary.h"
+#include "Support/FakePlugins.h"
+#include "Support/Test.h"
 
 namespace Quern {
 namespace {
 
 using namespace OrvaneTest;
-using ::testing::ElementsAre;
 
 TEST_F(LoggerTest, ModeZeroWritesPlainLines) {
     Logger* logger = Make("Plain", 0);
@@ -77,8 +74,8 @@ TEST_F(LoggerTest, FiltersByLevelAndNeverPassesFive) {
     logger->SetLogLevel(kLogNone);
     Say(logger, "never", kLogError);
     logger->Log(kLogError, nullptr, 0, nullptr, nullptr, nullptr);
-    EXPECT_TRUE(console->Count("Levels SetLogLevel:5") == 1);
-    EXPECT_TRUE(console->Count("Levels SetLogLevel finished, final LogLevel:5") == 1);
+    EXPECT_TRUE(console.Count("Levels SetLogLevel:5") == 1);
+    EXPECT_TRUE(console.Count("Levels SetLogLevel finished, final LogLevel:5") == 1);
     EXPECT_THAT(Texts(Reopen("Levels", 1)), ElementsAre(kBegin, "Debug shown", kEnd));
 }
 
@@ -98,7 +95,7 @@ TEST_F(LoggerTest, ConfigurationGoesBeforeTheCaller) {
     configure.Set("Configured", "LogLevel", "none");
     logger->OnConfigureRefreshed(nullptr);
     EXPECT_EQ(logger->GetLogLevel(), kLogNone);
-    EXPECT_EQ(console->Count("log init module Configured, logMode 1, sync:0, use mmap:1, mmap cost "), 1);
+    EXPECT_EQ(console.Count("log init module Configured, logMode 1, sync:0, use mmap:1, mmap cost "), 1);
     loggers.clear();
     Make("Configured", 0);
     EXPECT_EQ(DecodeRecords(ReadLogFiles("Configured")).at(1).magic, 9);
@@ -106,7 +103,7 @@ TEST_F(LoggerTest, ConfigurationGoesBeforeTheCaller) {
     configure.Set("Orvane", "LogMode", "1");
     configure.Set("OrvaneCore", "LogMode", "0");
     Make("Orvane", 2);
-    EXPECT_EQ(console->Count("log init module Orvane, logMode 0, sync:1, use mmap:1"), 1)
+    EXPECT_EQ(console.Count("log init module Orvane, logMode 0, sync:1, use mmap:1"), 1)
         << "the project's module reads the core's section too, and that one last";
 }
 
@@ -120,8 +117,8 @@ TEST_F(LoggerTest, UnknownModesAndOptionsLeaveThingsAsTheyAre) {
     fresh.SetOption(nullptr, 1);
     fresh.SetOption("LogThreadTimeWait", 1);
     fresh.SetOption("LogMode", "2");
-    EXPECT_EQ(console->Count("| Logger SetOption key is NULL"), 1);
-    EXPECT_EQ(console->Count("| Logger invalid key LogThreadTimeWait"), 1);
+    EXPECT_EQ(console.Count("| Logger SetOption key is NULL"), 1);
+    EXPECT_EQ(console.Count("| Logger invalid key LogThreadTimeWait"), 1);
 }
 
 std::vector<std::string> g_called;
@@ -140,7 +137,7 @@ TEST_F(LoggerTest, BeforeInitALineReachesConsoleAndCallbackOnly) {
     logger.SetCallback(Callback);
     Say(&logger, "early", kLogError);
     EXPECT_THAT(g_called, ElementsAre("4 early", "2 from inside"));
-    EXPECT_EQ(console->Count("| early"), 1);
+    EXPECT_EQ(console.Count("| early"), 1);
     EXPECT_EQ(FilesIn(LogFolder("Early")).size(), 0u);
 
     logger.SetOption("LogMode", 0);
@@ -150,7 +147,7 @@ TEST_F(LoggerTest, BeforeInitALineReachesConsoleAndCallbackOnly) {
     errno = ENOENT;
     Say(&logger, "later");
     EXPECT_THAT(g_called, ElementsAre("", "1 later"));
-    EXPECT_EQ(console->Count("| later"), 0);
+    EXPECT_EQ(console.Count("| later"), 0);
     logger.SetCallback(nullptr);
     errno = ENOENT;
     Say(&logger, "errno is the caller's");
@@ -170,16 +167,7 @@ TEST_F(LoggerTest, DorselMustBeOfAnAge) {
     EXPECT_EQ(compareVersion((std::string(30, '0') + "9.1").c_str()), 1);
     EXPECT_EQ(compareVersion((std::string(31, '0') + "9.1").c_str()), -1) << "a field is cut behind 31 digits";
 
-    struct DorselPlugin final : Orvane::Plugin::PluginBase {
-        const char* GetName() const override { return "Dorsel"; }
-        const char* GetVersion() const override { return version; }
-        void OnStartup(Orvane::Plugin::IServiceRegister*) override {}
-        void OnPostStartup() override {}
-        void OnPreShutdown() override {}
-        void OnShutdown() override {}
-        Orvane::Plugin::IPluginService* GetServiceByName(const char*) override { return nullptr; }
-        const char* version = "4.2.026.99999";
-    } dorsel;
+    OrvaneTest::IdlePlugin dorsel("Dorsel", "4.2.026.99999");
     Logger ours("Dorsel"), other("Other");
     EXPECT_EQ(ours.GetVersion(), 1) << "no such plugin";
     Orvane::Plugin::PluginManager* manager = Orvane::Plugin::PluginManager::GetInstance();
@@ -205,7 +193,7 @@ TEST_F(LoggerTest, DorselMustBeOfAnAge) {
 
 TEST_F(LoggerTest, TheCoreLoggerStartsOnceAndTakesTheLogCallOver) {
     XLog(kLogDebug, "a/b.cpp", 1, "F", "before %d", 1);
-    EXPECT_EQ(console->Count("| Debug | [OrvaneCore] |"), 1) << "every level reaches the console";
+    EXPECT_EQ(console.Count("| Debug | [OrvaneCore] |"), 1) << "every level reaches the console";
     EXPECT_TRUE(ACheckLogLevel(kLogDebug));
     SetQuernLogCallback(Callback);  // lost: there is no core logger yet
     g_called.assign(1, "");
@@ -226,7 +214,7 @@ TEST_F(LoggerTest, TheCoreLoggerStartsOnceAndTakesTheLogCallOver) {
     EXPECT_THAT(g_called, ElementsAre("", "2 passes", "4 too %d"));
     SetConsoleOutput(false);
     XLog2(kLogError, "f", 1, "F", "quiet");
-    EXPECT_EQ(console->Count("| quiet"), 0);
+    EXPECT_EQ(console.Count("| quiet"), 0);
     SetQuernLogCallback(nullptr);
 }
 
@@ -234,14 +222,14 @@ TEST_F(LoggerTest, TheStageLogNeedsAllItsTextsAndItsSwitch) {
     const auto stage = static_cast<IntelliDevStage>(3);
     const auto status = static_cast<IntelliDevStatus>(4);
     XLogDetail(kLogInfo, "f", 1, "F", "M", "S", stage, status, 5, 6, "E", "U", "R", "text %d", 7);
-    EXPECT_EQ(console->Count("|IntelliDevLog|  Module:M Session:S Stage:3 Status:4 ErrCode:5 ErrCode2:6 ErrorMsg:E "
-                             "UserInfo:U Resv:R text 7"),
+    EXPECT_EQ(console.Count("|IntelliDevLog|  Module:M Session:S Stage:3 Status:4 ErrCode:5 ErrCode2:6 ErrorMsg:E "
+                            "UserInfo:U Resv:R text 7"),
               1);
     XLogDetail(kLogInfo, "f", 1, "F", "M", "S", stage, status, 5, 6, nullptr, "U", "R", "text");
-    EXPECT_EQ(console->Count("Error, Parameter is NULL."), 1);
+    EXPECT_EQ(console.Count("Error, Parameter is NULL."), 1);
     Logger* logger = Make("Stages", 0);
     logger->XLogDetail(kLogInfo, "f", 1, "F", "M", "S", stage, status, 5, 6, "E", "U", nullptr, "text");
-    EXPECT_EQ(console->Count("Error, Parameter is NULL."), 2);
+    EXPECT_EQ(console.Count("Error, Parameter is NULL."), 2);
     logger->XLogDetail(kLogInfo, "f", 1, "F", "M", "S", stage, status, 5, 6, "E", "U", "R", "switched off");
     loggers.clear();
     EXPECT_EQ(ReadLogFiles("Stages"), "");
@@ -264,16 +252,6 @@ TEST_F(LoggerTest, ACallbackMayLogAStageAboutTheLookForItsSwitch) {
 }
 
 TEST_F(LoggerTest, ThresholdsMayBeSetFromTheFirstMomentOnAnyThread) {
-    struct AnyPlugin final : Orvane::Plugin::PluginBase {
-        const char* GetName() const override { return name.c_str(); }
-        const char* GetVersion() const override { return "1.0"; }
-        void OnStartup(Orvane::Plugin::IServiceRegister*) override {}
-        void OnPostStartup() override {}
-        void OnPreShutdown() override {}
-        void OnShutdown() override {}
-        Orvane::Plugin::IPluginService* GetServiceByName(const char*) override { return nullptr; }
-        std::string name;
-    };
     constexpr int kNames = 50;
     std::vector<std::thread> threads;
     for (int t = 0; t < 2; ++t)
@@ -283,10 +261,11 @@ TEST_F(LoggerTest, ThresholdsMayBeSetFromTheFirstMomentOnAnyThread) {
                 Orvane::OrvaneSDKLog::GetInstance()->SetLogLevel(std::to_string(i).c_str(), kLogError);
             }
         });
-    AnyPlugin plugin;
+    OrvaneTest::IdlePlugin plugin("", "1.0");
     auto* service = Orvane::Plugin::OrvaneCoreLogSerivce::GetInstance();
     for (int i = 0; i < kNames; ++i) {
-        plugin.name = std::to_string(i);
+        const std::string name = std::to_string(i);
+        plugin.name = name.c_str();
         EXPECT_NE(service->GetLogger(&plugin), nullptr);
     }
     for (std::thread& thread : threads)

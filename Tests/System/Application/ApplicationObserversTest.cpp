@@ -1,11 +1,9 @@
 // The two observer sets that the layer on top tells: QuernApplication's events and CApplication's stages.
-#include <gmock/gmock.h>
-
-#include <memory>
 
 #include "Orvane/IApplicationObserver.h"
 #include "Orvane/QuernApplicationObserver.h"
 #include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 #include "System/Application/CApplication.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/QuernApplication.h"
@@ -13,10 +11,7 @@
 namespace Quern {
 namespace {
 
-using OrvaneTest::CapturedConsole;
-using OrvaneTest::Format;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace OrvaneTest;
 
 std::vector<std::string> g_heard;
 

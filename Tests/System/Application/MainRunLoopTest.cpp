@@ -1,23 +1,15 @@
 #include "System/Application/MainRunLoop.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <chrono>
-#include <thread>
-#include <vector>
-
-#include "Orvane/MainRunLoop.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 
 namespace Quern {
 namespace {
 
-using testing::ElementsAre;
 using Clock = std::chrono::steady_clock;
 
 class MainRunLoopTest : public testing::Test {
@@ -194,18 +186,6 @@ TEST_F(MainRunLoopTest, OneDescriptorTellsAnEmbeddingHostOfEverything) {
     loop.Post(Add(3));
     Settle();
     EXPECT_THAT(calls, ElementsAre(1, 2, 3)) << "a stop is nothing to a host with a loop of its own";
-}
-
-TEST_F(MainRunLoopTest, IsReachedByItsRunTimeClass) {
-    EXPECT_EQ(gs_OrvaneMainRunLoopDescriptor(), loop.Descriptor());
-    loop.Post(Add(1));
-    gs_OrvaneMainRunLoopRunPending();
-    EXPECT_THAT(calls, ElementsAre(1));
-    OnAnotherThread([&] {
-        EXPECT_FALSE(gs_OrvaneMainRunLoopRun());
-        gs_OrvaneMainRunLoopStop();
-    });
-    EXPECT_TRUE(gs_OrvaneMainRunLoopRun());
 }
 
 }  // namespace

@@ -1,21 +1,13 @@
 #include "System/Application/PerformSelector.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <thread>
-#include <vector>
-
 #include "Orvane/OrvaneCore.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/Thread/TargetBase.h"
 
 namespace Quern {
 namespace {
-
-using testing::ElementsAre;
 
 class Target : public CTargetBase {
 public:

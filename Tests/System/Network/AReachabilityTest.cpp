@@ -1,13 +1,10 @@
 #include "System/Network/AReachability.h"
 
-#include <gmock/gmock.h>
-
-#include <map>
-
 #include "Orvane/RunTime.h"
 #include "Orvane/TelephonyNetworkInfo.h"
 #include "Support/FakeDevice.h"
 #include "Support/FakeReachability.h"
+#include "Support/Test.h"
 #include "System/Network/SystemVersion.h"
 #include "System/Network/Telephony.h"
 
@@ -15,7 +12,6 @@ namespace Quern {
 namespace {
 
 using OrvaneTest::FakeReachability;
-using testing::ElementsAre;
 
 TEST(AReachability, TellsTheStateOfEverySetOfFlags) {
     FakeReachability::Install();

@@ -1,10 +1,6 @@
 #include "System/Network/CNetwork.h"
 
-#include <gmock/gmock.h>
-
 #include <array>
-#include <functional>
-#include <thread>
 
 #include "Orvane/AppLifecycle.h"
 #include "Orvane/IApplicationObserver.h"
@@ -14,6 +10,7 @@
 #include "Support/CapturedConsole.h"
 #include "Support/FakeDevice.h"
 #include "Support/FakeReachability.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 #include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
@@ -24,9 +21,6 @@ namespace Quern {
 namespace {
 
 using OrvaneTest::FakeReachability;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // What was told since the last look, each behind the other.
 std::string g_heard;

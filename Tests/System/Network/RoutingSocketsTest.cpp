@@ -1,5 +1,4 @@
 // The built-in sources, on links that really come and go and on messages of the kernel's making.
-#include <gmock/gmock.h>
 #include <linux/nl80211.h>
 #include <netlink/genl/genl.h>
 #include <sys/resource.h>
@@ -7,6 +6,7 @@
 
 #include "Support/FakeReachability.h"
 #include "Support/NetworkNamespace.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/Network/AReachability.h"
@@ -18,9 +18,7 @@
 namespace Quern {
 namespace {
 
-using OrvaneTest::Cable;
-using OrvaneTest::DefaultRoute;
-using OrvaneTest::RunIp;
+using namespace OrvaneTest;
 
 struct Told : CNetworkObserver {
     void OnNetworkStateChanged(ANetworkState state) override { states += std::to_string(state); }

@@ -1,7 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "Base/Container/AString.h"
 #include "Orvane/OrvaneCore.h"
+#include "Support/Test.h"
 
 namespace {
 

@@ -1,11 +1,10 @@
 #include "System/NetworkChecker/ANetworkChecker.h"
 
-#include <gmock/gmock.h>
-
 #include "Orvane/NetworkReports.h"
 #include "Orvane/OrvaneCore.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeIcmp.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/NetworkChecker/PingDelegate.h"
@@ -14,11 +13,7 @@
 namespace Quern {
 namespace {
 
-using OrvaneTest::Address;
-using OrvaneTest::FakeIcmp;
-using OrvaneTest::FakeResolver;
-using OrvaneTest::WaitFor;
-using testing::ElementsAre;
+using namespace OrvaneTest;
 
 std::vector<std::string> g_heard;
 

@@ -1,8 +1,7 @@
 #include "System/NetworkChecker/Linux/IcmpRepair.h"
 
-#include <gtest/gtest.h>
-
 #include "Support/FakeIcmp.h"
+#include "Support/Test.h"
 #include "System/NetworkChecker/InternetChecksum.h"
 #include "System/NetworkChecker/PingPackets.h"
 

@@ -1,10 +1,10 @@
 // Diagnostics over a real path of three hops, compared with the system's own ping and traceroute.
-#include <gmock/gmock.h>
 
 #include <regex>
 
 #include "Orvane/OrvaneCore.h"
 #include "Support/NetworkPath.h"
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/NetworkChecker/ANetworkChecker.h"
@@ -14,7 +14,6 @@ namespace Quern {
 namespace {
 
 using OrvaneTest::NetworkPath;
-using testing::ElementsAre;
 
 constexpr const char* kNeed = "needs the right to make network namespaces (CAP_SYS_ADMIN)";
 

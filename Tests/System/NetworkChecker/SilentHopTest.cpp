@@ -1,9 +1,7 @@
 // Traceroutes that wait: each silent hop takes nine seconds, so these run in one lane alone.
-#include <gmock/gmock.h>
-
-#include <thread>
 
 #include "Support/NetworkPath.h"
+#include "Support/Test.h"
 #include "System/NetworkChecker/Traceroute.h"
 
 namespace Quern {

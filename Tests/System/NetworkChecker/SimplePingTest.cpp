@@ -1,17 +1,13 @@
 #include "System/NetworkChecker/SimplePing.h"
 
-#include <gmock/gmock.h>
-
 #include "Support/FakeIcmp.h"
+#include "Support/Test.h"
 #include "System/NetworkChecker/InternetChecksum.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::Address;
-using OrvaneTest::FakeIcmp;
-using OrvaneTest::FakeResolver;
-using testing::ElementsAre;
+using namespace OrvaneTest;
 
 // The reply to a request, as an IPv4 socket gives it.
 PingPackets::Data ReplyTo(PingPackets::Data packet) {

@@ -1,17 +1,11 @@
 #include "System/Operation/OperationQueueImp.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <chrono>
-#include <fstream>
-#include <string>
-#include <vector>
-
+#include "Base/ConsoleSink.h"
 #include "Orvane/OrvaneCore.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakeCoreSettings.h"
-#include "Support/ThreadedConsole.h"
+#include "Support/Test.h"
+#include "Support/WaitFor.h"
 #include "System/Operation/Gate.h"
 #include "System/Thread/Sleep.h"
 #include "System/Thread/ThreadName.h"
@@ -19,22 +13,17 @@
 namespace Quern {
 namespace {
 
-using OrvaneTest::Gate;
-using OrvaneTest::ThreadedConsole;
-using OrvaneTest::WaitFor;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::StartsWith;
+using namespace OrvaneTest;
 using Clock = std::chrono::steady_clock;
 
 class OperationQueueImpTest : public testing::Test {
 protected:
     OperationQueueImp* Queue() { return OperationQueueImp::GetInstance(); }
-    bool WaitForLine(const std::string& text) { return console->WaitForWriter(text) != 0; }
+    bool WaitForLine(const std::string& text) { return console.WaitForWriter(text) != 0; }
     static void PassGate(Operation*, void* gate) { static_cast<Gate*>(gate)->Pass(); }
     static void Count(Operation*, void* count) { ++*static_cast<std::atomic<int>*>(count); }
 
-    std::shared_ptr<ThreadedConsole> console = ThreadedConsole::Install();
+    CapturedConsole console;
     OrvaneTest::FakeCoreSettings settings;
 };
 
@@ -54,11 +43,11 @@ TEST_F(OperationQueueImpTest, ReadsItsSettingsAndRunsWork) {
     Queue()->AddOperation(Seen::Look, &seen, false);
     EXPECT_THAT(settings.reads, ElementsAre("OperationQueueStretch=1", "OperationQueueMaxThreadNum=3",
                                             "OperationQueueMinThreadNum=2", "OperationIntervalPerLoop=10"));
-    EXPECT_THAT(console->Messages(gettid()),
+    EXPECT_THAT(console.Messages(gettid()),
                 testing::IsSupersetOf({StartsWith("OperationQueueImp(0x"), StartsWith("check _intervalPerLoop 10"),
                                        StartsWith("pthread_create onThreadProc:0x"),
                                        StartsWith("pthread_create onThreadManageProc:0x")}));
-    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 2);
+    EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 2);
     ASSERT_TRUE(WaitFor([&] { return seen.done.load(); }));
     EXPECT_EQ(seen.threadName, "OperationQueue.ThreadProcess");
     EXPECT_EQ(Queue(), Queue());
@@ -96,10 +85,10 @@ TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
         Queue()->AddOperation(PassGate, &gate, false);
     ASSERT_TRUE(gate.WaitForEntered(3));
     EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(1001));
-    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 3);
-    EXPECT_EQ(console->Count("thread num is max"), 0);
+    EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 3);
+    EXPECT_EQ(console.Count("thread num is max"), 0);
     ASSERT_TRUE(WaitForLine("thread num is max"));
-    EXPECT_TRUE(console->Has("Debug", "thread num is max"));
+    EXPECT_TRUE(console.Has("Debug", "thread num is max"));
     EXPECT_EQ(gate.Entered(), 3);
     gate.Open();
     ASSERT_TRUE(gate.WaitForLeft(4));
@@ -112,9 +101,9 @@ TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
                 Queue()->AddOperation(Count, &ran, false);
             next += std::chrono::milliseconds(100);
         }
-        return console->Count("Destroy thread") == 1;
+        return console.Count("Destroy thread") == 1;
     }));
-    EXPECT_TRUE(console->Has("Info", "Destroy thread"));
+    EXPECT_TRUE(console.Has("Info", "Destroy thread"));
 
     // What it left in the count of idle workers keeps further ones away.
     Gate again;
@@ -123,8 +112,8 @@ TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
     ASSERT_TRUE(again.WaitForEntered(2));
     SleepMS(1500);  // longer than the backlog that would bring a worker
     EXPECT_EQ(again.Entered(), 2);
-    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 3);
-    EXPECT_EQ(console->Count("Destroy thread"), 1) << "the minimum stays";
+    EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 3);
+    EXPECT_EQ(console.Count("Destroy thread"), 1) << "the minimum stays";
     again.Open();
     EXPECT_TRUE(again.WaitForLeft(3));
 }
@@ -137,7 +126,7 @@ TEST_F(OperationQueueImpTest, AddsNoWorkerWithoutStretch) {
     ASSERT_TRUE(gate.WaitForEntered(2));
     SleepMS(1500);  // longer than the backlog that would bring a worker
     EXPECT_EQ(gate.Entered(), 2);
-    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 2);
+    EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 2);
     gate.Open();
     EXPECT_TRUE(gate.WaitForLeft(3));
 }
@@ -146,8 +135,8 @@ TEST_F(OperationQueueImpTest, AMinimumAboveTheMaximumMakesTheMaximum) {
     settings.values["OperationQueueMinThreadNum"] = 4;
     settings.values["OperationQueueMaxThreadNum"] = 1;
     Queue();
-    EXPECT_EQ(console->Count("pthread_create onThreadProc:"), 1);
-    EXPECT_EQ(console->Count("thread num is max"), 3);
+    EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 1);
+    EXPECT_EQ(console.Count("thread num is max"), 3);
 }
 
 TEST_F(OperationQueueImpTest, ReleaseEndsRepetitionDropsTheRestAndDeletesTheQueue) {
@@ -163,18 +152,18 @@ TEST_F(OperationQueueImpTest, ReleaseEndsRepetitionDropsTheRestAndDeletesTheQueu
     sleeper->Cancel(true);
     queue->AddOperation(Count, &count, false);
     OnApplicationQuit();
-    EXPECT_EQ(console->Count("OperationQueueImp::ReleaseInstance"), 1);
+    EXPECT_EQ(console.Count("OperationQueueImp::ReleaseInstance"), 1);
     queue->AddOperation(Count, &count, false);
     queue->AddOperation(StaticOperation(Count, &count, false));
-    EXPECT_TRUE(console->Has("Info", "AddOperation _running has been false"));
+    EXPECT_TRUE(console.Has("Info", "AddOperation _running has been false"));
     EXPECT_EQ(Sleeper::deleted, 0);
 
     gate.Open();
     ASSERT_TRUE(WaitForLine("~OperationQueueImp("));
     ASSERT_TRUE(WaitFor([] { return Sleeper::deleted == 1; })) << "operations are destroyed without a run";
     EXPECT_THAT(runs, ElementsAre());
-    EXPECT_TRUE(console->Has("Event", "onThreadManageProc threads have been destroyed, starting delete queue"));
-    EXPECT_TRUE(console->Has("Debug", "Destroy Thread"));
+    EXPECT_TRUE(console.Has("Event", "onThreadManageProc threads have been destroyed, starting delete queue"));
+    EXPECT_TRUE(console.Has("Debug", "Destroy Thread"));
     EXPECT_EQ(gate.Entered(), 2) << "nothing runs again after the release";
     EXPECT_EQ(count, 0);
 
@@ -224,8 +213,8 @@ TEST_F(OperationQueueImpTest, ReleaseWakesNobodyAndLeavesTheQueueToItsSleepers) 
     Queue()->AddOperation(Count, &count, false);
     ASSERT_TRUE(WaitFor([&] { return count == 1; }));  // many looks of the old manager later
     EXPECT_EQ(OrvaneTest::ThreadState(workers[0].thread), 'S');
-    EXPECT_EQ(console->Count("Destroy Thread"), 1);
-    EXPECT_EQ(console->Count("~OperationQueueImp("), 0);
+    EXPECT_EQ(console.Count("Destroy Thread"), 1);
+    EXPECT_EQ(console.Count("~OperationQueueImp("), 0);
 }
 
 // Counts its live copies.
@@ -268,18 +257,21 @@ TEST_F(OperationQueueImpTest, AQueueThatComesBackDuringTheTakeDownIsEndedToo) {
     OnApplicationQuit();
     ASSERT_TRUE(cameBack != nullptr && cameBack != first);
     cameBack->AddOperation(nullptr, nullptr, false);
-    EXPECT_EQ(console->Count("AddOperation _running has been false"), 1);
+    EXPECT_EQ(console.Count("AddOperation _running has been false"), 1);
 }
 
 // A console that queues work, as a log callback does.
-class QueueingConsole : public ThreadedConsole {
+class QueueingConsole : public ConsoleSink {
 public:
     void Write(const char* text, size_t length) override {
         const std::lock_guard guard(logLock);
-        ThreadedConsole::Write(text, length);
-        if (std::string_view(text, length).find("~ObjectOperation") != std::string_view::npos)
+        const std::string_view line(text, length);
+        madeWorker = madeWorker || line.find("pthread_create onThreadProc:") != line.npos;
+        hasAllWorkers = hasAllWorkers || line.find("thread num is max") != line.npos;
+        if (line.find("~ObjectOperation") != line.npos)
             OperationQueueImp::GetInstance()->AddOperation(nullptr, nullptr, false);
     }
+    std::atomic<bool> madeWorker{false}, hasAllWorkers{false};
     std::recursive_mutex logLock;
 };
 
@@ -295,8 +287,7 @@ TEST_F(OperationQueueImpTest, LogsNothingUnderItsLock) {
         while (!stop)
             ObjectOperation(nullptr, nullptr, nullptr, false);
     });
-    EXPECT_NE(queueing->WaitForWriter("pthread_create onThreadProc:"), 0);
-    EXPECT_NE(queueing->WaitForWriter("thread num is max"), 0);
+    EXPECT_TRUE(WaitFor([&] { return queueing->madeWorker && queueing->hasAllWorkers; }));
     gate.Open();
     stop = true;
     logging.join();

@@ -1,30 +1,22 @@
 #include "System/Operation/OperationQueuePool.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <chrono>
-#include <vector>
-
 #include "Orvane/OrvaneCore.h"
+#include "Support/CapturedConsole.h"
 #include "Support/FakeCoreSettings.h"
-#include "Support/ThreadedConsole.h"
+#include "Support/Test.h"
+#include "Support/WaitFor.h"
 #include "System/Operation/Gate.h"
 #include "System/Operation/OperationQueueImp.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::Gate;
-using OrvaneTest::ThreadedConsole;
-using OrvaneTest::WaitFor;
-using testing::ElementsAre;
+using namespace OrvaneTest;
 using Clock = std::chrono::steady_clock;
 
 class OperationQueuePoolTest : public testing::Test {
 protected:
-    std::shared_ptr<ThreadedConsole> console = ThreadedConsole::Install();
+    CapturedConsole console;
     OrvaneTest::FakeCoreSettings settings;
 };
 
@@ -34,10 +26,10 @@ TEST_F(OperationQueuePoolTest, IsChosenByTheMode) {
     settings.values["OperationMode"] = 2;
     OperationQueue* const pool = OperationQueue::GetInstance();
     EXPECT_EQ(pool, OperationQueuePool::GetInstance()) << "a mode of 0 is no choice and read again";
-    EXPECT_TRUE(console->Has("Info", "Operation mode is 2"));
+    EXPECT_TRUE(console.Has("Info", "Operation mode is 2"));
     settings.values["OperationMode"] = 1;
     EXPECT_EQ(OperationQueue::GetInstance(), pool) << "a choice stays";
-    EXPECT_EQ(console->Count("Operation mode is"), 2);
+    EXPECT_EQ(console.Count("Operation mode is"), 2);
     OperationQueuePool::ReleaseInstance();
 }
 
@@ -45,7 +37,7 @@ TEST_F(OperationQueuePoolTest, TheThreadedQueueIsTheDefault) {
     OperationQueue* const queue = OperationQueue::GetInstance();
     EXPECT_EQ(queue, OperationQueueImp::GetInstance());
     EXPECT_EQ(settings.reads[0], "OperationMode=1");
-    EXPECT_TRUE(console->Has("Info", "Operation mode is 1"));
+    EXPECT_TRUE(console.Has("Info", "Operation mode is 1"));
 }
 
 TEST_F(OperationQueuePoolTest, ReadsItsSettings) {
@@ -54,9 +46,9 @@ TEST_F(OperationQueuePoolTest, ReadsItsSettings) {
     EXPECT_THAT(settings.reads, ElementsAre("OperationQueueMinThreadNum=3", "OperationQueueMaxThreadNum=6",
                                             "OperationQueueShrinkInterval=5", "OperaionQueueShrinkStep=2",
                                             "OperationQueueStrechStep=1"));
-    EXPECT_TRUE(console->Has("Info",
-                             "OperationQueuePool minThreadNum 3, maxThreadNum 8, shrinkInterval 5, shrinkStep 2, "
-                             "stretchStep 1"));
+    EXPECT_TRUE(console.Has("Info",
+                            "OperationQueuePool minThreadNum 3, maxThreadNum 8, shrinkInterval 5, shrinkStep 2, "
+                            "stretchStep 1"));
     OperationQueuePool::ReleaseInstance();
     OperationQueuePool::ReleaseInstance();
 }
@@ -76,7 +68,7 @@ TEST_F(OperationQueuePoolTest, ARepeatingOperationSleepsOnItsWorkerAsOftenAsItAs
     std::vector<Clock::time_point> runs;
     OperationQueuePool::GetInstance()->AddOperation(new Napper(&runs),
                                                     static_cast<ObjectOperation::Member>(&Napper::Work), nullptr, true);
-    ASSERT_NE(console->WaitForWriter("ObjectOperation::~ObjectOperation()"), 0);
+    ASSERT_NE(console.WaitForWriter("ObjectOperation::~ObjectOperation()"), 0);
     OperationQueuePool::ReleaseInstance();
     ASSERT_EQ(runs.size(), 4u);
     EXPECT_GE(runs[1] - runs[0], std::chrono::milliseconds(199));
@@ -114,7 +106,7 @@ TEST_F(OperationQueuePoolTest, ReleaseWaitsForEveryOperation) {
     OperationQueuePool::GetInstance()->AddOperation(count, nullptr, false);
     OnApplicationQuit();
     EXPECT_EQ(runs, 4) << "a new queue serves, and is ended with the next take-down";
-    EXPECT_EQ(console->Count("OperationQueuePool minThreadNum 1"), 2);
+    EXPECT_EQ(console.Count("OperationQueuePool minThreadNum 1"), 2);
 }
 
 }  // namespace

@@ -1,18 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
+#include "Support/Test.h"
 #include "System/Operation/ObjectOperation.h"
 #include "System/Operation/StaticOperation.h"
 #include "System/Thread/Time.h"
 
 namespace Quern {
 namespace {
-
-using testing::ElementsAre;
 
 class Target : public OperationTargetBase {
 public:

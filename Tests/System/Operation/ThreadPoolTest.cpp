@@ -1,27 +1,15 @@
 #include "System/Operation/ThreadPool.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <memory>
-#include <mutex>
-#include <set>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
-
-#include "Support/ThreadedConsole.h"
+#include "Support/CapturedConsole.h"
+#include "Support/Test.h"
+#include "Support/WaitFor.h"
 #include "System/Operation/Gate.h"
 #include "System/Thread/ThreadName.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::Gate;
-using OrvaneTest::ThreadedConsole;
-using OrvaneTest::WaitFor;
+using namespace OrvaneTest;
 
 class ThreadPoolTest : public testing::Test {
 protected:
@@ -44,7 +32,7 @@ protected:
         ASSERT_TRUE(WaitFor([&] { return ran->load(); }));
     }
 
-    std::shared_ptr<ThreadedConsole> console = ThreadedConsole::Install();
+    CapturedConsole console;
 };
 
 TEST_F(ThreadPoolTest, RaisesItsMaximumToItsMinimum) {
@@ -72,8 +60,8 @@ TEST_F(ThreadPoolTest, RaisesItsMaximumToItsMinimum) {
     EXPECT_EQ(workers, expected);
     pool.joinThread(5);
     pool.joinThread(-1);
-    EXPECT_EQ(console->Count("Invalid thread id 5"), 1);
-    EXPECT_EQ(console->Count("Invalid thread id -1"), 1);
+    EXPECT_EQ(console.Count("Invalid thread id 5"), 1);
+    EXPECT_EQ(console.Count("Invalid thread id -1"), 1);
     gate.Open();
 }
 
@@ -85,13 +73,13 @@ TEST_F(ThreadPoolTest, StretchesWhenNobodyIsIdle) {
     EXPECT_EQ(pool->getCurrentSize(), 1) << "somebody was idle";
     Occupy(*pool, gate, 1);
     EXPECT_EQ(pool->getCurrentSize(), 2);
-    EXPECT_EQ(console->Count("stretch pool from 1 to 2, waste "), 1);
+    EXPECT_EQ(console.Count("stretch pool from 1 to 2, waste "), 1);
     Occupy(*pool, gate, 1);
-    const int lines = static_cast<int>(console->Lines().size());
+    const int lines = console.Count();
     pool->pushTask([&](int) { gate.Pass(); }, 0);
     EXPECT_EQ(pool->getCurrentSize(), 3);
     EXPECT_EQ(pool->getTaskNum(), 1);
-    EXPECT_EQ(static_cast<int>(console->Lines().size()), lines) << "with no free slot the task merely waits";
+    EXPECT_EQ(console.Count(), lines) << "with no free slot the task merely waits";
     gate.Open();
     EXPECT_TRUE(gate.WaitForEntered(4));
 }
@@ -116,8 +104,8 @@ TEST_F(ThreadPoolTest, ShrinksAtAPushByItsStepDownToItsMinimum) {
     pool.setShrinkInterval(0);
     RunOne(pool);
     EXPECT_EQ(pool.getCurrentSize(), 4) << "the shrink step stays at 2";
-    EXPECT_EQ(console->Count("shrink pool, _idleThreadNum = 6"), 1);
-    EXPECT_EQ(console->Count("shrink 2 threads, waste: "), 1);
+    EXPECT_EQ(console.Count("shrink pool, _idleThreadNum = 6"), 1);
+    EXPECT_EQ(console.Count("shrink 2 threads, waste: "), 1);
     ASSERT_TRUE(WaitForIdle(pool, 4));
     RunOne(pool);
     EXPECT_EQ(pool.getCurrentSize(), 3);
@@ -167,7 +155,7 @@ TEST_F(ThreadPoolTest, StopRunsWhatIsQueuedAndDropsOnRequest) {
     EXPECT_EQ(kept.use_count(), 1);
     pool.stop();
     pool.joinThread(0);
-    EXPECT_EQ(console->Count("Invalid thread id 0"), 1);
+    EXPECT_EQ(console.Count("Invalid thread id 0"), 1);
 
     push(5, 0);
     EXPECT_EQ(pool.getTaskNum(), 1) << "nothing runs it";
@@ -229,8 +217,8 @@ TEST_F(ThreadPoolTest, TakesAMillionTasksFromManyThreads) {
         EXPECT_LE(pool.getCurrentSize(), 6);
     }
     EXPECT_EQ(ran, kThreads * kEach);
-    EXPECT_GT(console->Count("shrink pool"), 0);
-    EXPECT_GT(console->Count("stretch pool"), 0);
+    EXPECT_GT(console.Count("shrink pool"), 0);
+    EXPECT_GT(console.Count("stretch pool"), 0);
 }
 
 // A task that pushes sends idle workers away while the end of the pool waits for all of them.
@@ -253,7 +241,7 @@ TEST_F(ThreadPoolTest, EndsWhileItsTasksPush) {
             0);
     }
     EXPECT_EQ(ran, kPools * 3);
-    EXPECT_GT(console->Count("shrink pool"), kPools) << "not by the first push alone";
+    EXPECT_GT(console.Count("shrink pool"), kPools) << "not by the first push alone";
 }
 
 }  // namespace

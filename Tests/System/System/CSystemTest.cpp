@@ -1,14 +1,8 @@
 #include "System/System/CSystem.h"
 
 #include <dlfcn.h>
-#include <gmock/gmock.h>
 #include <stdlib.h>
 #include <unistd.h>
-
-#include <cstring>
-#include <string>
-#include <thread>
-#include <utility>
 
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Bundle/BundleFactory.h"
@@ -18,18 +12,15 @@
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
 #include "Support/FakePlugins.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 #include "System/System/CSystemUnify.h"
 
 namespace {
 
-using OrvaneTest::FakeDevice;
-using OrvaneTest::FakeInfoDictionary;
+using namespace OrvaneTest;
 using Quern::CSystem;
 using Quern::CSystemUnify;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::MatchesRegex;
 
 constexpr char kUdid[] = "320FC9484F9D0C0B45733192A5341E68";
 

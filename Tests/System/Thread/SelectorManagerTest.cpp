@@ -1,19 +1,10 @@
 #include "System/Thread/SelectorManager.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <memory>
-#include <thread>
-#include <vector>
-
+#include "Support/Test.h"
 #include "System/Thread/TargetBase.h"
 
 namespace Quern {
 namespace {
-
-using testing::ElementsAre;
 
 std::vector<intptr_t>* g_called;
 
@@ -139,31 +130,6 @@ TEST_F(SelectorTest, WhatASelectorAddsCountsAgainstTheLimit) {
     EXPECT_EQ(called.size(), 21u);
     manager.Update();
     EXPECT_EQ(called.back(), 40);
-}
-
-TEST_F(SelectorTest, IgnoreTargetKeepsTheOrderOfTheRest) {
-    CSelectorManager manager;
-    Target other;
-    for (int i = 0; i < 6; ++i) {
-        CAFunctionSelector selector = Number(i);
-        if (i % 2) selector.target = &other;
-        manager.AddSelector(selector);
-    }
-    manager.IgnoreTarget(&other);
-    manager.Update();
-    EXPECT_THAT(called, ElementsAre(0, 2, 4));
-}
-
-TEST_F(SelectorTest, ASelectorMayDestroyTheManagerThatPerformsIt) {
-    target.EnableManualUpdate(true);
-    CAFunctionSelector selector;
-    selector.arguments[0] = &target;
-    selector.function1 = [](void* object) { static_cast<Target*>(object)->EnableManualUpdate(false); };
-    target.GetSelectorCollection()->AddSelector(selector);
-    target.GetSelectorCollection()->AddSelector(Number(1));
-    target.UpdateByManual();
-    EXPECT_FALSE(target.IsManualUpdateEnable());
-    EXPECT_THAT(called, ElementsAre()) << "what waits goes with the manager";
 }
 
 TEST_F(SelectorTest, ASelectorMayDestroyTheManagerInsideAnUpdateWithinAnother) {

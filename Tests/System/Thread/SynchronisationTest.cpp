@@ -1,10 +1,6 @@
-#include <gtest/gtest.h>
 #include <pthread.h>
 
-#include <atomic>
-#include <thread>
-#include <vector>
-
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 #include "System/Thread/Atomic.h"
 #include "System/Thread/Condition.h"
@@ -13,8 +9,7 @@
 namespace Quern {
 namespace {
 
-using OrvaneTest::WaitFor;
-using OrvaneTest::WaitUntilAsleep;
+using namespace OrvaneTest;
 
 // Threads that each do one thing and count when they have done it.
 class Waiters {

@@ -1,25 +1,15 @@
 #include "System/Thread/ThreadBase.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <mutex>
-#include <string>
-#include <vector>
-
-#include "Support/ThreadedConsole.h"
+#include "Base/ConsoleSink.h"
+#include "Support/CapturedConsole.h"
+#include "Support/Test.h"
+#include "Support/WaitFor.h"
 #include "System/Thread/ThreadName.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::ThreadedConsole;
-using OrvaneTest::ThreadState;
-using OrvaneTest::WaitFor;
-using OrvaneTest::WaitUntilAsleep;
-using OrvaneTest::WaitUntilGone;
-using testing::ElementsAre;
+using namespace OrvaneTest;
 
 // What the threads of a test did, in order; outlives them.
 class Record {
@@ -97,13 +87,13 @@ protected:
     }
     // Waits until the thread has written a line and rests in the wait that follows it.
     void WaitUntilAsleepAfter(const char* line) {
-        id = console->WaitForWriter(line);
+        id = console.WaitForWriter(line);
         ASSERT_TRUE(WaitUntilAsleep(id));
     }
     void Begin() {
         thread->Start();
         ASSERT_TRUE(record.WaitForLast("pass"));
-        id = console->WaitForWriter("before Running");
+        id = console.WaitForWriter("before Running");
     }
     void PauseAndWait() {
         thread->Pause();
@@ -111,7 +101,7 @@ protected:
         EXPECT_EQ(thread->GetThreadState(), CThreadBase::kPaused);
     }
 
-    std::shared_ptr<ThreadedConsole> console = ThreadedConsole::Install();
+    CapturedConsole console;
     Record record;
     Recorder* thread = new Recorder(&record);
     pid_t id = 0;
@@ -125,22 +115,22 @@ TEST_F(ThreadBaseTest, WholeLifeWhenStartedAtOnce) {
     const std::string object = pointer;
     End();
     EXPECT_THAT(record.Entries(), ElementsAre("start as CThreadBase", "resume", "pass", "exit", "deleted"));
-    EXPECT_THAT(console->Messages(id), ElementsAre("Thread: CThreadBase: OnThreadProc, " + object,
-                                                   "Thread: CThreadBase: OnThreadProc before Running",
-                                                   "Thread: CThreadBase: OnThreadProc(" + object + ") final Exit..."));
-    EXPECT_THAT(console->Messages(gettid()),
+    EXPECT_THAT(console.Messages(id), ElementsAre("Thread: CThreadBase: OnThreadProc, " + object,
+                                                  "Thread: CThreadBase: OnThreadProc before Running",
+                                                  "Thread: CThreadBase: OnThreadProc(" + object + ") final Exit..."));
+    EXPECT_THAT(console.Messages(gettid()),
                 ElementsAre("Thread: CThreadBase: Start:" + object, "CThreadBase::Resume",
                             "CThreadBase::Destroy begin:" + object, "CThreadBase::Destroy m_bThreadExit:0",
                             "CThreadBase::Destroy end"));
-    EXPECT_TRUE(console->Has("Event", "Thread: CThreadBase: OnThreadProc(" + object + ") final Exit..."));
-    EXPECT_TRUE(console->Has("Info", "Thread: CThreadBase: OnThreadProc before Running"));
+    EXPECT_TRUE(console.Has("Event", "Thread: CThreadBase: OnThreadProc(" + object + ") final Exit..."));
+    EXPECT_TRUE(console.Has("Info", "Thread: CThreadBase: OnThreadProc before Running"));
 }
 
 TEST_F(ThreadBaseTest, StartWhileItPolls) {
-    ASSERT_NE(console->WaitForWriter("m_bThreadRun is false"), 0);
+    ASSERT_NE(console.WaitForWriter("m_bThreadRun is false"), 0);
     Begin();
-    EXPECT_EQ(console->Count("before start wait"), 0);
-    EXPECT_EQ(console->Count("OnThreadProc after start"), 1);
+    EXPECT_EQ(console.Count("before start wait"), 0);
+    EXPECT_EQ(console.Count("OnThreadProc after start"), 1);
     End();
 }
 
@@ -149,10 +139,10 @@ TEST_F(ThreadBaseTest, NothingButStartEndsTheWaitForIt) {
     thread->Stop();
     thread->Pause();
     thread->Resume(true);
-    EXPECT_TRUE(console->Has("Error", "Thread is not running.."));
+    EXPECT_TRUE(console.Has("Error", "Thread is not running.."));
     ASSERT_TRUE(WaitUntilAsleep(id));
     EXPECT_EQ(thread->GetThreadState(), CThreadBase::kStarting);
-    EXPECT_EQ(console->Count("OnThreadProc after start"), 0);
+    EXPECT_EQ(console.Count("OnThreadProc after start"), 0);
     Begin();
     End();
     EXPECT_THAT(record.Entries(), ElementsAre("start as CThreadBase", "resume", "pass", "exit", "deleted"));
@@ -177,13 +167,13 @@ TEST_F(ThreadBaseTest, StopEndsAPauseWithoutResume) {
     thread->Stop();
     ASSERT_TRUE(WaitUntilGone(id));
     EXPECT_EQ(thread->GetThreadState(), CThreadBase::kExited);
-    EXPECT_TRUE(console->Has("Info", "Thread: CThreadBase: OnThreadProc after  pause wait"));
+    EXPECT_TRUE(console.Has("Info", "Thread: CThreadBase: OnThreadProc after  pause wait"));
     EXPECT_THAT(record.Entries(), ElementsAre("start as CThreadBase", "resume", "pass", "pause", "exit"));
 
     CThreadBase* base = thread;
     CThreadBase::Destroy(&base, true);
     EXPECT_EQ(base, nullptr);
-    EXPECT_TRUE(console->Has("Info", "CThreadBase::Destroy m_bThreadExit:1"));
+    EXPECT_TRUE(console.Has("Info", "CThreadBase::Destroy m_bThreadExit:1"));
     EXPECT_EQ(record.Entries().back(), "deleted") << "an ended thread's object is deleted by the caller";
 }
 
@@ -196,13 +186,13 @@ TEST_F(ThreadBaseTest, SelectorsRunAfterTheNextPass) {
     thread->AddSelector(member, first);
     thread->AddSelector(member, second);
     ASSERT_TRUE(WaitUntilAsleep(id));
-    EXPECT_EQ(console->Count("runSelectors has selector"), 0);
+    EXPECT_EQ(console.Count("runSelectors has selector"), 0);
     thread->Resume(true);
     ASSERT_TRUE(record.WaitForLast("pass"));
     ASSERT_TRUE(WaitFor([&] { return record.Entries().size() == 11; }));
     EXPECT_THAT(record.Entries(), ElementsAre("start as CThreadBase", "resume", "pass", "pause", "resume", "pass",
                                               "first", "second", "selector", "selector", "pass"));
-    EXPECT_EQ(console->Count("runSelectors has selector"), 4);
+    EXPECT_EQ(console.Count("runSelectors has selector"), 4);
     End();
 }
 
@@ -222,8 +212,8 @@ TEST_F(ThreadBaseTest, AStopRightBehindTheStartEndsTheThread) {
     thread->Start();
     End();
     EXPECT_THAT(record.Entries(), ElementsAre("exit", "deleted"));
-    EXPECT_TRUE(console->Has("Event", "Thread: CThreadBase: OnThreadProc not run while starting.."));
-    EXPECT_EQ(console->Count("before start wait"), 0);
+    EXPECT_TRUE(console.Has("Event", "Thread: CThreadBase: OnThreadProc not run while starting.."));
+    EXPECT_EQ(console.Count("before start wait"), 0);
 }
 
 // Between the thread's look at the flag and its wait, where an event without memory is lost.
@@ -263,8 +253,8 @@ TEST_F(ThreadBaseTest, DestroyTakesNull) {
     CThreadBase::Destroy(nullptr, true);
     CThreadBase* none = nullptr;
     CThreadBase::Destroy(&none, false);
-    EXPECT_EQ(console->Count("CThreadBase::Destroy begin"), 0);
-    EXPECT_EQ(console->Count("CThreadBase::Destroy end"), 2);
+    EXPECT_EQ(console.Count("CThreadBase::Destroy begin"), 0);
+    EXPECT_EQ(console.Count("CThreadBase::Destroy end"), 2);
     Begin();
     End();
 }

@@ -1,21 +1,15 @@
 #include "System/Thread/Timer.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <mutex>
-#include <vector>
-
+#include "Support/Test.h"
 #include "Support/WaitFor.h"
 #include "System/Thread/Sleep.h"
 
 namespace Quern {
 namespace {
 
-using OrvaneTest::ThreadState;
-using OrvaneTest::WaitFor;
-using OrvaneTest::WaitUntilGone;
+using namespace OrvaneTest;
 using Clock = std::chrono::steady_clock;
 
 // The firings of a timer.

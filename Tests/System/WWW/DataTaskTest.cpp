@@ -2,15 +2,13 @@
 
 #include <arpa/inet.h>
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <zlib.h>
-
-#include <atomic>
 
 #include "HeardAnswers.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FaultProxy.h"
 #include "Support/HttpServer.h"
+#include "Support/Test.h"
 #include "System/WWW/Linux/DataTransfer.h"
 #include "System/WWW/Task/WWW.h"
 
@@ -18,9 +16,6 @@ namespace {
 
 using namespace OrvaneTest;
 using namespace Quern;
-using testing::Contains;
-using testing::HasSubstr;
-using testing::Not;
 
 std::string Gzip(const std::string& text) {
     z_stream stream{};

@@ -1,18 +1,14 @@
 #include "Orvane/DownloadFileTask.h"
 
-#include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-
-#include <atomic>
-#include <cstring>
-#include <filesystem>
 
 #include "HeardAnswers.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FaultProxy.h"
 #include "Support/HttpServer.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 #include "System/WWW/Task/WWW.h"
 

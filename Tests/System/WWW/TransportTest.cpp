@@ -1,7 +1,6 @@
 // What the transport does with certificates, with name servers that are silent, and at the process's end.
 #include <arpa/inet.h>
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <net/if.h>
 #include <sched.h>
 #include <sys/ioctl.h>
@@ -9,14 +8,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <cstring>
-
 #include "HeardAnswers.h"
 #include "Orvane/IBase.h"
 #include "Orvane/INetworkChecker.h"
 #include "Support/FaultProxy.h"
 #include "Support/HttpServer.h"
+#include "Support/Test.h"
 #include "Support/TestContainer.h"
 #include "System/WWW/Task/WWW.h"
 

@@ -1,8 +1,7 @@
 // What is read of addresses, headers and error codes without a network.
-#include <gtest/gtest.h>
 
+#include "Support/Test.h"
 #include "System/WWW/ContentRange.h"
-#include "System/WWW/Task/WWWErrorCode.h"
 #include "System/WWW/UrlReference.h"
 
 namespace {
@@ -35,16 +34,6 @@ TEST(ContentRange, TakesWholeHeadersAlone) {
                             "bytes 0-99999999999999999999/*", "bytes 1 -2/3", "bytes +1-2/3"})
         EXPECT_FALSE(ParseContentRange(bad, range)) << bad;
     EXPECT_EQ(range.total, -1);
-}
-
-TEST(WWWErrorCode, EachPlatformCodeHasItsOwn) {
-    const std::pair<int, WWWErrorCode> codes[] = {
-        {0, kWWWErrorNone},      {-1001, kWWWErrorTimedOut},       {-1003, kWWWErrorCannotFindHost},
-        {-1004, kWWWErrorOther}, {-1002, kWWWErrorUnsupportedURL}, {-1005, kWWWErrorConnectionLost},
-        {-3007, kWWWErrorFile},  {-3000, kWWWErrorFile},           {-3008, kWWWErrorOther},
-        {-2999, kWWWErrorOther}, {-999, kWWWErrorOther},           {1, kWWWErrorOther}};
-    for (const auto& [platform, own] : codes)
-        EXPECT_EQ(ConvertToWWWErrorCode(platform), own) << platform;
 }
 
 }  // namespace

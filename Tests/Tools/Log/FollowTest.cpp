@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "Support/LogWriter.h"
+#include "Support/TemporaryFolder.h"
 #include "Tools/Log/Collected.h"
-#include "Tools/Log/TemporaryFolder.h"
 
 namespace OrvaneLog {
 namespace {

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "Tools/Log/TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 namespace OrvaneLog {
 namespace {
+
+using OrvaneTest::TemporaryFolder;
 
 TEST(KeyFile, TakesExactlyOneKey) {
     Quern::CurvePrivateKey key;

@@ -5,8 +5,8 @@
 
 #include "Log/Reading.h"
 #include "Support/LogWriter.h"
+#include "Support/TemporaryFolder.h"
 #include "Tools/Log/Collected.h"
-#include "Tools/Log/TemporaryFolder.h"
 
 namespace OrvaneLog {
 namespace {

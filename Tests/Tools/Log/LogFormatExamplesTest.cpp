@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "Serializer/Codec/Hex.h"
 #include "Support/LogWriter.h"
 #include "Tools/Log/Collected.h"
 

@@ -135,20 +135,6 @@ TEST(RecordWalk, ALineForEachFlush) {
     EXPECT_EQ(WalkRecords(cut).Verdicts(), "damaged sound");
 }
 
-TEST(RecordWalk, StepsOverWhatLiesBetweenRecords) {
-    const auto lines = NumberedLines(0, 30);
-    const std::string record = CompressedRecord(1, lines);
-    for (const std::string& noise : {std::string(1, '\x09'), std::string(200, '\0'), Garbage(5000), record.substr(1),
-                                     record.substr(0, 73), std::string(100, '\x08')}) {
-        const std::string file = noise + record + noise + record + noise;
-        const Collected read = WalkRecords(file);
-        EXPECT_EQ(read.text, Joined(lines) + Joined(lines));
-        ASSERT_EQ(read.gaps.size(), 3u) << read.Told();
-        EXPECT_EQ(read.gaps[1].offset, noise.size() + record.size());
-        EXPECT_EQ(read.gaps[1].size, noise.size());
-    }
-}
-
 // Whatever is cut off, all before it is read, and of the record that was hit the lines that are whole.
 TEST(RecordWalk, TruncationAtEveryByte) {
     const ReaderKey reader;
@@ -175,27 +161,6 @@ TEST(RecordWalk, TruncationAtEveryByte) {
         EXPECT_EQ(WalkRecords(before + last.substr(0, last.size() - 1), keys).text, whole);
         for (size_t length = 0; length < before.size(); ++length)
             WalkRecords(before.substr(0, length), keys);
-    }
-}
-
-TEST(RecordWalk, ATornRecordHidesNoneBehindIt) {
-    const ReaderKey reader;
-    KeyRing keys;
-    keys.Add(reader.privateKey, "test");
-    const WriterKey writer = AgreeWith(reader.publicKey);
-    const auto lines = NumberedLines(0, 50), more = NumberedLines(50, 20);
-    for (const std::string& torn : {CompressedRecord(1, lines), EncryptedRecord(1, lines, writer)}) {
-        const std::string follow = CompressedRecord(2, more) + CompressedRecord(3, more);
-        for (size_t length = 1; length < torn.size(); length += 7) {
-            const Collected read = WalkRecords(torn.substr(0, length) + follow, keys);
-            const std::string all = Joined(more) + Joined(more);
-            ASSERT_TRUE(read.text.ends_with(all)) << length << ": " << read.Told();
-            // What was saved of the torn one are its first lines, each of them whole.
-            const std::string saved = read.text.substr(0, read.text.size() - all.size());
-            EXPECT_TRUE(Joined(lines).starts_with(saved)) << length;
-            EXPECT_TRUE(saved.empty() || saved.ends_with('\n')) << length;
-            EXPECT_TRUE(length <= torn.size() / 2 || saved.size() > Joined(lines).size() / 4) << length;
-        }
     }
 }
 

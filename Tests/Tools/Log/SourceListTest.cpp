@@ -5,11 +5,13 @@
 #include "Log/LogFileName.h"
 #include "Log/LogWalk.h"
 #include "Support/LogWriter.h"
+#include "Support/TemporaryFolder.h"
 #include "Tools/Log/Collected.h"
-#include "Tools/Log/TemporaryFolder.h"
 
 namespace OrvaneLog {
 namespace {
+
+using OrvaneTest::TemporaryFolder;
 
 std::vector<std::string> Names(const SourceList& list) {
     std::vector<std::string> names;

@@ -9,8 +9,9 @@ using Quern::IPlatformObjectManager;
 
 namespace {
 
-// False for what is no CPlatformObject, which stays with who registered its maker.
-bool Adopt(IPlatformObject* made, uint64_t objectId, IPlatformObjectManager* (*manager)()) {
+// Gives the object its id, and keeps it under that in a manager. Returns false, and leaves ownership with the factory,
+// if `made` is not a CPlatformObject.
+bool KeepUnderId(IPlatformObject* made, uint64_t objectId, IPlatformObjectManager* (*manager)()) {
     auto* const object = dynamic_cast<CPlatformObject*>(made);
     if (!object) return false;
     object->SetObjectId(objectId);
@@ -23,10 +24,11 @@ bool Adopt(IPlatformObject* made, uint64_t objectId, IPlatformObjectManager* (*m
 bool CreatePlatformObject(const char* className, uint64_t objectId) {
     if (!className || !*className) return false;
     CPlatformObjectClass& classes = *CPlatformObjectClass::GetInstance();
-    Adopt(classes.Instance(className), objectId, IPlatformObjectManager::GetInstance);
+    KeepUnderId(classes.Instance(className), objectId, IPlatformObjectManager::GetInstance);
     const bool takesRequests =
-        Adopt(classes.Instance(className, ".REQ"), objectId, IPlatformObjectManager::GetReqInstance);
-    const bool answers = Adopt(classes.Instance(className, ".RESP"), objectId, IPlatformObjectManager::GetRespInstance);
+        KeepUnderId(classes.Instance(className, ".REQ"), objectId, IPlatformObjectManager::GetReqInstance);
+    const bool answers =
+        KeepUnderId(classes.Instance(className, ".RESP"), objectId, IPlatformObjectManager::GetRespInstance);
     return takesRequests || answers;
 }
 

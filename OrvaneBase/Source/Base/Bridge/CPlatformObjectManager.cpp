@@ -12,7 +12,7 @@ IPlatformObjectManager* g_plain = nullptr;
 IPlatformObjectManager* g_requests = nullptr;
 IPlatformObjectManager* g_responses = nullptr;
 
-IPlatformObjectManager* Made(IPlatformObjectManager*& manager) {
+IPlatformObjectManager* MakeIfMissing(IPlatformObjectManager*& manager) {
     if (!manager) manager = new CPlatformObjectManager;
     return manager;
 }
@@ -20,15 +20,15 @@ IPlatformObjectManager* Made(IPlatformObjectManager*& manager) {
 }  // namespace
 
 IPlatformObjectManager* IPlatformObjectManager::GetInstance() {
-    return Made(g_plain);
+    return MakeIfMissing(g_plain);
 }
 
 IPlatformObjectManager* IPlatformObjectManager::GetReqInstance() {
-    return Made(g_requests);
+    return MakeIfMissing(g_requests);
 }
 
 IPlatformObjectManager* IPlatformObjectManager::GetRespInstance() {
-    return Made(g_responses);
+    return MakeIfMissing(g_responses);
 }
 
 void IPlatformObjectManager::DestroyAll() {

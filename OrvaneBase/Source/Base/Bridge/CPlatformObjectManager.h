@@ -1,3 +1,4 @@
+// The native halves of script objects, by the id that the script layer gave them.
 #ifndef ORVANE_BASE_BRIDGE_C_PLATFORM_OBJECT_MANAGER_H
 #define ORVANE_BASE_BRIDGE_C_PLATFORM_OBJECT_MANAGER_H
 
@@ -7,7 +8,8 @@
 
 namespace Quern {
 
-// A destructor of an object may look up, remove and send; what it finds under its own id is no longer itself.
+// The manager deletes the objects that are removed. It forgets an object before it deletes it, so a destructor may call
+// the manager: under its own id it finds nothing. Nothing is locked: every call comes on the script layer's thread.
 class CPlatformObjectManager : public IPlatformObjectManager {
 public:
     ~CPlatformObjectManager() override;

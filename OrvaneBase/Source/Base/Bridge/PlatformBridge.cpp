@@ -1,5 +1,4 @@
-#include "Base/Bridge/PlatformBridge.h"
-
+// The bridge as libraries of native halves reach it: by the name of a run-time class.
 #include "Base/Bridge/CPlatformObjectClass.h"
 #include "Base/Bridge/PlatformCallbacks.h"
 #include "Base/RunTimeClass.h"

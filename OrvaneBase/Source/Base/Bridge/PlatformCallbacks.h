@@ -9,12 +9,15 @@
 
 namespace Quern {
 
+// One callback. The script layer owns the function and keeps it callable until it clears the slot. Any thread; relaxed
+// order is enough, because the function is all that is handed over.
 template <typename Callback>
 class CallbackSlot {
 public:
     // Null clears the slot.
     void Set(Callback callback) { _callback.store(callback, std::memory_order_relaxed); }
 
+    // Calls what is set, on the caller's thread, with no lock held. Does nothing for an empty slot.
     template <typename... Arguments>
     void Call(Arguments... arguments) const {
         if (const Callback callback = _callback.load(std::memory_order_relaxed)) callback(arguments...);
@@ -24,6 +27,7 @@ private:
     std::atomic<Callback> _callback = nullptr;
 };
 
+// One slot for each kind of message: its name says what the script layer gets, and "result" what it gives back.
 struct PlatformCallbacks {
     CallbackSlot<ArborSendMessageCallback> message;
     CallbackSlot<ArborSendStructCallback> structure;
@@ -36,6 +40,7 @@ struct PlatformCallbacks {
     CallbackSlot<ArborSendVoidMethodParamCallback> voidMethodParam;
     CallbackSlot<ArborSendVoidMethodBufferCallback> voidMethodBuffer;
 
+    // Those of the process; never destroyed, since native halves may send until it ends.
     static PlatformCallbacks& Shared();
 };
 

@@ -1,3 +1,5 @@
+// The callback takes a JSON text, since the script layer knows no iterators. It is an atomic, because any thread may
+// set it while a refresh is told.
 #include "Base/Configure/CSRemoteConfigObserver.h"
 
 #include <json/json.h>

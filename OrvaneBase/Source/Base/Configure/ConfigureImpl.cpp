@@ -11,6 +11,7 @@
 #include "Base/Configure/AnswerReader.h"
 #include "Base/Configure/StringIterator.h"
 #include "Base/Container/StringConversion.h"
+#include "Base/CoreModule.h"
 #include "Base/QuernCommon.h"
 #include "Base/ReportHandler/ConfigureReport.h"
 #include "Base/XLog.h"
@@ -27,7 +28,6 @@ namespace {
 
 using namespace Quern;
 
-constexpr char kSection[] = "OrvaneCore";
 constexpr char kUrlKey[] = "RemoteConfigUrl";
 constexpr char kGapKey[] = "RemoteConfigNextGap";
 constexpr char kMaxRetryCountKey[] = "RemoteConfigMaxRetryCount";
@@ -141,7 +141,7 @@ void ConfigureImpl::Start() {
         staleTimer = std::exchange(_startTimerId, 0u);
     }
     if (staleTimer) _startTimer.StopTimer(staleTimer);
-    const int gap = _bundle->Get(kSection, kGapKey, kDefaultGap);
+    const int gap = _bundle->Get(Quern::kCoreModule, kGapKey, kDefaultGap);
     StartOnce();
     _StartTimer(_startTimer, &ConfigureImpl::_startTimerId, 1000ULL * static_cast<unsigned int>(std::max(gap, 0)), true,
                 ConfigureInnerStart);
@@ -169,7 +169,7 @@ void ConfigureImpl::ConfigureRetryRequest(unsigned int, void* configure) {
 
 void ConfigureImpl::_Init() {
     _ruleID = 0;
-    if (_url.empty()) _url = AString(_bundle->Get(kSection, kUrlKey, "")).c_str();
+    if (_url.empty()) _url = AString(_bundle->Get(Quern::kCoreModule, kUrlKey, "")).c_str();
     _channelID = QuernCommon::GetInstance()->GetChannelID();
     _openID = QuernCommon::GetInstance()->GetOpenID();
 }
@@ -195,7 +195,7 @@ void ConfigureImpl::StartOnce() {
         }
         hasUrl = !_url.empty();
         if (hasUrl)
-            _maxRetryCount = _retryCount = _bundle->Get(kSection, kMaxRetryCountKey, kDefaultMaxRetryCount);
+            _maxRetryCount = _retryCount = _bundle->Get(Quern::kCoreModule, kMaxRetryCountKey, kDefaultMaxRetryCount);
         else
             ORVANE_LOG_WARNING("Configure will not request remote config because of empty url!");
     }
@@ -342,7 +342,8 @@ Value ConfigureImpl::_TakeAnswer(const char* data, size_t length, int costTime) 
     } else {
         if (ruleID > _ruleID) {
             _ruleID = ruleID;
-            BundleFactory::GetInstance()->GetDefaultBundle()->Set(kSection, kRuleIdKey, static_cast<int>(ruleID));
+            BundleFactory::GetInstance()->GetDefaultBundle()->Set(Quern::kCoreModule, kRuleIdKey,
+                                                                  static_cast<int>(ruleID));
         }
         _Store(modules);
     }
@@ -354,7 +355,7 @@ Value ConfigureImpl::_TakeAnswer(const char* data, size_t length, int costTime) 
 void ConfigureImpl::_Store(const Value& modules) {
     BundleImpl::Batch batch(*_bundle);
     _bundle->RemoveAll();
-    _bundle->Set(kSection, kUrlKey, _url.c_str());
+    _bundle->Set(Quern::kCoreModule, kUrlKey, _url.c_str());
     if (!modules.isNull()) _bundle->Set(modules);
 }
 

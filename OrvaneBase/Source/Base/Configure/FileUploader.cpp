@@ -8,6 +8,7 @@
 
 #include "Base/Configure/UtilsHelper.h"
 #include "Base/Configure/ZipArchive.h"
+#include "Base/CoreModule.h"
 #include "Base/MakeOnce.h"
 #include "Base/QuernCommon.h"
 #include "Base/ReportHandler/ConfigureReport.h"
@@ -16,6 +17,7 @@
 #include "Storage/File/CFile.h"
 #include "Storage/File/CPath.h"
 #include "Storage/File/Sandbox.h"
+#include "Storage/Log/LogFolder.h"
 #include "System/Network/CNetwork.h"
 #include "System/WWW/Task/WWW.h"
 
@@ -45,14 +47,14 @@ constexpr long long kMostZippedBytes = 1LL << 30;
 
 std::string LogFolder(const char* module) {
     AString path(CPath::GetCachePath());
-    CPath::AppendSubPath(path, "OrvaneSDKLog");
+    CPath::AppendSubPath(path, Quern::kLogFolder);
     return CPath::AppendSubPath(path, module).c_str();
 }
 
 // The directory that an entry of "file_path" stands for.
 std::string ExpandPath(const std::string& entry) {
     if (entry.starts_with("ORVANE_LOG_DIR")) return LogFolder("Orvane");
-    if (entry.starts_with("ORVANE_CORE_LOG_DIR")) return LogFolder("OrvaneCore");
+    if (entry.starts_with("ORVANE_CORE_LOG_DIR")) return LogFolder(Quern::kCoreModule);
     return CPath::GetAppPath() + entry;
 }
 
@@ -229,7 +231,7 @@ void FileUploader::_Upload(const char* uploadId, const char* zipPath, int partSi
     SorrelCUploadTask* const task = Quern::WWW::GetSorrelUploadTask();
     task->SetCredentialInfo(Quern::QuernCommon::GetInstance()->GetComParams());
     task->SetListener(this);
-    const AString url = Configure::GetInstance()->GetString("OrvaneCore", "RemoteConfigUrl", "");
+    const AString url = Configure::GetInstance()->GetString(Quern::kCoreModule, "RemoteConfigUrl", "");
     task->Upload(uploadId, zipPath, partSize, url.c_str());  // may have ended, and the task be gone, when it returns
     _uploadTimes[uploadId] = attempts + 1;
 }

@@ -1,5 +1,6 @@
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 
+#include "Base/CoreModule.h"
 #include "Base/XLog.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"  // upward: the shortcut finds the core plugin's service
 
@@ -18,7 +19,7 @@ IRemoteConfig* FindRemoteConfig(const char*& broken) {
         broken = "pluginManager is NULL";
         return nullptr;
     }
-    Plugin::IPlugin* plugin = manager->GetPluginByName("OrvaneCore");
+    Plugin::IPlugin* plugin = manager->GetPluginByName(Quern::kCoreModule);
     if (!plugin) {
         broken = "PLUGIN_NAME_ORVANECORE is NULL";
         return nullptr;

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <fstream>
 
-#include "Serializer/Codec/EllipticCurve.h"
+#include "Serializer/Codec/Hex.h"
 
 namespace Quern {
 

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "Base/Configure/Configure.h"
+#include "Base/CoreModule.h"
 #include "Base/XLog.h"
 #include "Orvane/ICoreReportService.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"  // upward: events come from the core plugin's service
@@ -18,7 +19,7 @@ Orvane::Plugin::PluginBase* CorePlugin() {
 
 ReportHandler::ReportHandler(const char* eventName, int dataType, int srcId)
     : _available(true), _srcId(srcId), _dataType(dataType), _event(nullptr) {
-    if (Orvane::Configure::GetInstance()->GetInt("OrvaneCore", "PellReportAvailable", 1) == 0) {
+    if (Orvane::Configure::GetInstance()->GetInt(kCoreModule, "PellReportAvailable", 1) == 0) {
         _available = false;
         return;
     }

@@ -1,11 +1,10 @@
 #include "Serializer/Codec/EllipticCurve.h"
 
-#include <errno.h>
-#include <fcntl.h>
 #include <secp256k1.h>
 #include <secp256k1_ecdh.h>
 #include <string.h>
-#include <unistd.h>
+
+#include "Serializer/Codec/RandomBytes.h"
 
 namespace Quern {
 namespace {
@@ -16,7 +15,7 @@ constexpr uint8_t kUncompressedPoint = 0x04;
 // One context for the process, blinded once; the operations used here only read it.
 const secp256k1_context* Context() {
     static const secp256k1_context* context = [] {
-        secp256k1_context* made = secp256k1_context_create(SECP256K1_CONTEXT_SIGN | SECP256K1_CONTEXT_VERIFY);
+        secp256k1_context* made = secp256k1_context_create(SECP256K1_CONTEXT_NONE);
         uint8_t seed[32];
         if (ReadRandom(seed, sizeof seed)) (void)!secp256k1_context_randomize(made, seed);
         return made;
@@ -27,13 +26,6 @@ const secp256k1_context* Context() {
 int CopyX(unsigned char* output, const unsigned char* x, const unsigned char*, void*) {
     memcpy(output, x, 32);
     return 1;
-}
-
-int HexDigit(char digit) {
-    if (digit >= '0' && digit <= '9') return digit - '0';
-    if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-    if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-    return -1;
 }
 
 }  // namespace
@@ -62,33 +54,6 @@ bool CurveSharedSecret(const CurvePublicKey& publicKey, const CurvePrivateKey& p
     secp256k1_pubkey point;
     if (!secp256k1_ec_pubkey_parse(Context(), &point, serialized, sizeof serialized)) return false;
     return secp256k1_ecdh(Context(), secret.data(), &point, privateKey.data(), CopyX, nullptr) == 1;
-}
-
-bool ReadRandom(void* out, size_t length) {
-    int device = open("/dev/urandom", O_RDONLY | O_CLOEXEC);
-    if (device < 0) device = open("/dev/random", O_RDONLY | O_CLOEXEC);
-    if (device < 0) return false;
-    uint8_t* at = static_cast<uint8_t*>(out);
-    while (length > 0) {
-        const ssize_t count = read(device, at, length);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) break;
-        at += count;
-        length -= static_cast<size_t>(count);
-    }
-    close(device);
-    return length == 0;
-}
-
-bool HexToBuffer(const char* digits, uint8_t* out, size_t length) {
-    for (size_t i = 0; i < length; ++i) {
-        const int high = HexDigit(digits[2 * i]);
-        if (high < 0) return false;
-        const int low = HexDigit(digits[2 * i + 1]);
-        if (low < 0) return false;
-        out[i] = static_cast<uint8_t>(high << 4 | low);
-    }
-    return true;
 }
 
 }  // namespace Quern

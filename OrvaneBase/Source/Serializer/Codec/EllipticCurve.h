@@ -3,7 +3,6 @@
 #define ORVANE_SERIALIZER_CODEC_ELLIPTIC_CURVE_H
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 
 namespace Quern {
@@ -21,12 +20,6 @@ bool MakeCurveKey(CurvePublicKey& publicKey, CurvePrivateKey& privateKey);
 bool CurvePublicFromPrivate(const CurvePrivateKey& privateKey, CurvePublicKey& publicKey);
 // The ECDH secret. False for a point that is not on the curve or a private key that is not valid.
 bool CurveSharedSecret(const CurvePublicKey& publicKey, const CurvePrivateKey& privateKey, CurveSecret& secret);
-
-// Reads exactly `length` bytes from the system's random device. False, and no promise about `out`, if it cannot.
-bool ReadRandom(void* out, size_t length);
-
-// Turns exactly 2 * length hexadecimal digits, either case, into bytes. False at any other character.
-bool HexToBuffer(const char* digits, uint8_t* out, size_t length);
 
 }  // namespace Quern
 

@@ -130,7 +130,8 @@ public:
     // and makes the end of these bytes the end of the data. The position stays.
     // REQUIRES: src is not null; the memory behind beginPtr is writable.
     // -17 for an odd size, nothing changed. -18 at a character that is no digit: the bytes before it stay written.
-    // `usedSize` may be null. It receives the characters taken; on -18, by a settled peculiarity, twice as many.
+    // `usedSize` may be null. It receives the characters taken; on -18 twice as many, which callers have come to rely
+    // on.
     int fromHexStr(const char* src, unsigned long size, unsigned long* usedSize);
 
 private:

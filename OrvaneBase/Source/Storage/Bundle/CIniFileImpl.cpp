@@ -15,7 +15,7 @@
 #include "Base/XLog.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/FileReplacement.h"
-#include "Storage/File/LineReader.h"
+#include "Storage/File/GetLine.h"
 #include "System/Thread/Time.h"
 
 namespace Quern {

@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstring>
 
+#include "Serializer/Codec/Hex.h"
 #include "Serializer/Codec/KxSymmetry.h"
 #include "Serializer/Codec/Md5.h"
 #include "Storage/Bundle/IniText.h"

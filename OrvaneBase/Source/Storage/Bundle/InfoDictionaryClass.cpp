@@ -1,5 +1,4 @@
-#include "Storage/Bundle/InfoDictionaryClass.h"
-
+// The manifest as a host names its file before the library reads one: by the name of a run-time class.
 #include <cstdint>
 
 #include "Base/RunTimeClass.h"

@@ -27,7 +27,7 @@ namespace Quern {
 struct BlockJournalLayout {
     static constexpr char kSignature[8] = {'O', 'R', 'V', 'J', 'R', 'N', 'L', '3'};
     static constexpr size_t kNameCapacity = 128;
-    static constexpr size_t kRecordCapacity = 153600;
+    static constexpr size_t kRecordCapacity = LogRecord::kBlockLength;
     static constexpr int64_t kNotBegun = -1;
 
     char signature[8];
@@ -41,7 +41,8 @@ struct BlockJournalLayout {
     uint8_t padding[24];
     uint8_t record[kRecordCapacity];
 };
-static_assert(offsetof(BlockJournalLayout, record) == 256 && sizeof(BlockJournalLayout) == 256 + 153600);
+static_assert(offsetof(BlockJournalLayout, record) == 256 &&
+              sizeof(BlockJournalLayout) == 256 + LogRecord::kBlockLength);
 
 class BlockJournal {
 public:

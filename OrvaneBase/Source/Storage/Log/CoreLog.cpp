@@ -1,16 +1,12 @@
-// The library's own logger: its start, and the settings that reach it.
+// The first caller makes the logger, on the main thread, so nothing is locked.
+#include "Storage/Log/CoreLog.h"
 
+#include "Base/CoreModule.h"
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Log/Logger.h"
 
 namespace Quern {
-namespace {
-
-constexpr char kCoreModule[] = "OrvaneCore";
-
-}  // namespace
-
 void OrvaneLogInit() {
     if (CoreLogger()) return;
     auto* core = new Logger(kCoreModule);  // never destroyed: any thread may log until the process ends

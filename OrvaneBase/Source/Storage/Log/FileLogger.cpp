@@ -10,11 +10,11 @@
 #include "Base/XLog.h"
 #include "Storage/File/CPath.h"
 #include "Storage/Log/BlockJournal.h"
+#include "Storage/Log/LogFolder.h"
 
 namespace Quern {
 namespace {
 
-constexpr char kLogFolder[] = "OrvaneSDKLog";
 constexpr char kLongNameStandIn[] = "Quern";
 constexpr size_t kLongestName = 109;  // with the rest of a file's name it fits the buffer below
 constexpr size_t kFileNameCapacity = 128;

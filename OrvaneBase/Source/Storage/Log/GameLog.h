@@ -9,10 +9,6 @@ class Logger;
 // Makes it at the first call, without initialising it: its caller does that. Never null, never destroyed. Any thread.
 Logger* GetOrvaneGameLog();
 
-// Registers the class "OrvaneGameLog" with the class method "state", which Orvane/Game.h asks. Called once, while the
-// library loads.
-void RegisterGameLogClass();
-
 }  // namespace Quern
 
 #endif

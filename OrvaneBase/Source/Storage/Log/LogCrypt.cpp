@@ -6,6 +6,7 @@
 #include <ctime>
 
 #include "Base/LocalClock.h"
+#include "Serializer/Codec/Hex.h"
 #include "Storage/Log/LogRecord.h"
 
 namespace Quern {
@@ -15,8 +16,6 @@ using namespace LogRecord;
 
 constexpr size_t kKeyDigits = 2 * kPublicKeyLength;
 constexpr size_t kKeyTextBound = 256;
-
-static_assert(LogCrypt::GetHeaderLen() == kHeaderLength && LogCrypt::GetTailerLen() == kTailLength);
 
 uint8_t CurrentHour() {
     return static_cast<uint8_t>(LocalTime(time(nullptr)).tm_hour);

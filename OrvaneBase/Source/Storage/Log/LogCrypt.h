@@ -8,6 +8,7 @@
 
 #include "Serializer/Codec/EllipticCurve.h"
 #include "Storage/Log/AutoBuffer.h"
+#include "Storage/Log/LogRecord.h"
 #include "Storage/Log/LogTea.h"
 
 namespace Quern {
@@ -19,8 +20,8 @@ public:
     // agreement fails, the object has no key and its records are not encrypted.
     explicit LogCrypt(const char* publicKey);
 
-    static constexpr uint32_t GetHeaderLen() { return 73; }
-    static constexpr uint32_t GetTailerLen() { return 1; }
+    static constexpr uint32_t GetHeaderLen() { return LogRecord::kHeaderLength; }
+    static constexpr uint32_t GetTailerLen() { return LogRecord::kTailLength; }
 
     bool HasKey() const { return _hasKey; }
 

@@ -25,39 +25,42 @@ std::string Format(const char* format, ...) {
     return text;
 }
 
-enum class Walk { kRecord, kNoRecord, kStop };
+enum class Found { kRecord, kNoRecord, kStop };
 
 // Walks the records of one file, from each to the next, a byte at a time where there is none.
-class RecordWalk {
+class PeriodScan {
 public:
-    RecordWalk(FILE* file, long size) : _file(file), _size(size) {}
+    PeriodScan(FILE* file, long size) : _file(file), _size(size) {}
 
     uint8_t* Header() { return _header; }
     long Begin() const { return _begin; }
     long End() const { return _end; }
-    const std::string& Problem() const { return _problem; }
-    void Problem(std::string text) { _problem = std::move(text); }
+    const std::string& WhyStopped() const { return _whyStopped; }
+    Found Stop(std::string why) {
+        _whyStopped = std::move(why);
+        return Found::kStop;
+    }
 
-    // Tries for a record at the present place.
-    Walk Try() {
+    // Looks for a record at the present place, and moves on: behind it, or by one byte.
+    Found Next() {
         _begin = ftell(_file);
         if (_begin + static_cast<long>(kHeaderLength + sizeof kMagicEnd) > _size)
             return Stop("ftell(file) + __GetHeaderLen() + sizeof(kMagicEnd)) > file_size error");
         if (fread(_header, 1, kHeaderLength, _file) != kHeaderLength)
             return Stop(Format("fread(buff.Ptr(), 1, __GetHeaderLen(), file) error:%s, before_len:%ld.",
                                strerror(ferror(_file)), _begin));
-        const Walk end = IsMagic(_header[kMagicAt]) ? TryEnd() : Walk::kNoRecord;
-        if (end != Walk::kNoRecord) return end;
+        const Found end = IsMagic(_header[kMagicAt]) ? LookForItsEnd() : Found::kNoRecord;
+        if (end != Found::kNoRecord) return end;
         if (fseek(_file, _begin + 1, SEEK_SET) != 0)
             return Stop(Format("fseek(file, before_len+1, SEEK_SET) err:%s, before_len:%ld.", strerror(errno), _begin));
-        return Walk::kNoRecord;
+        return Found::kNoRecord;
     }
 
 private:
-    Walk TryEnd() {
+    Found LookForItsEnd() {
         const uint32_t length = LoadU32(_header + kLenAt);
         _end = _begin + static_cast<long>(kHeaderLength) + static_cast<long>(length) + static_cast<long>(kTailLength);
-        if (_end > _size) return Walk::kNoRecord;
+        if (_end > _size) return Found::kNoRecord;
         if (fseek(_file, static_cast<long>(length), SEEK_CUR) != 0)
             return Stop(
                 Format("fseek(file, len, SEEK_CUR):%s, before_len:%ld, len:%u.", strerror(errno), _begin, length));
@@ -65,12 +68,7 @@ private:
         if (fread(&end, 1, 1, _file) != 1)
             return Stop(Format("fread(&end, 1, 1, file) err:%s, before_len:%ld, len:%u.", strerror(ferror(_file)),
                                _begin, length));
-        return end == kMagicEnd ? Walk::kRecord : Walk::kNoRecord;
-    }
-
-    Walk Stop(std::string problem) {
-        _problem = std::move(problem);
-        return Walk::kStop;
+        return end == kMagicEnd ? Found::kRecord : Found::kNoRecord;
     }
 
     FILE* _file;
@@ -78,10 +76,10 @@ private:
     long _begin = 0;
     long _end = 0;
     uint8_t _header[kHeaderLength];
-    std::string _problem;
+    std::string _whyStopped;
 };
 
-// Where a bound of the period lies in the walk.
+// Where a bound of the period lies in the scan.
 bool Straddles(int hour, int begin, int end) {
     return begin < hour && end >= hour;
 }
@@ -110,35 +108,35 @@ bool LogCrypt::GetPeriodLogs(const char* path, int beginHour, int endHour, unsig
         return false;
     }
 
-    RecordWalk walk(file.get(), size);
+    PeriodScan scan(file.get(), size);
     bool beginFound = false;
     int previousEnd = -1;
     long behindPrevious = 0;
-    for (Walk step; (step = walk.Try()) != Walk::kStop;) {
-        if (step == Walk::kNoRecord) continue;
+    for (Found found; (found = scan.Next()) != Found::kStop;) {
+        if (found == Found::kNoRecord) continue;
         int begin, end;
-        if (!GetLogHour(walk.Header(), kHeaderLength, begin, end)) {
-            walk.Problem(Format("__GetLogHour(buff.Ptr(), buff.Length(), beginHour, endHour) err, before_len:%ld.",
-                                walk.Begin()));
+        if (!GetLogHour(scan.Header(), kHeaderLength, begin, end)) {
+            scan.Stop(Format("__GetLogHour(buff.Ptr(), buff.Length(), beginHour, endHour) err, before_len:%ld.",
+                             scan.Begin()));
             break;
         }
         if (begin > end) begin = end;
         if (!beginFound && (Straddles(beginHour, begin, end) || StartsAfter(beginHour, previousEnd, begin))) {
-            beginPos = static_cast<unsigned long>(walk.Begin());
+            beginPos = static_cast<unsigned long>(scan.Begin());
             beginFound = true;
         }
         if (beginFound) {
             if (Straddles(endHour, begin, end))
-                endPos = static_cast<unsigned long>(walk.End());
+                endPos = static_cast<unsigned long>(scan.End());
             else if (StartsAfter(endHour, previousEnd, begin))
                 endPos = static_cast<unsigned long>(behindPrevious);
         }
         previousEnd = end;
-        behindPrevious = walk.End();
+        behindPrevious = scan.End();
     }
     if (beginFound && previousEnd < endHour) endPos = static_cast<unsigned long>(size);
     if (endPos > beginPos) return true;
-    error += walk.Problem();
+    error += scan.WhyStopped();
     error += Format("begintpos:%lu, endpos:%lu, filesize:%ld.", beginPos, endPos, size);
     return false;
 }

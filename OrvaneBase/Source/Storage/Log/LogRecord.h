@@ -18,7 +18,8 @@ constexpr size_t kPublicKeyAt = 9;
 constexpr size_t kPublicKeyLength = 64;
 constexpr size_t kHeaderLength = 73;
 constexpr size_t kTailLength = 1;
-constexpr uint8_t kMagicEnd = 0;  // the byte behind the payload
+constexpr size_t kBlockLength = 153600;  // of a logger's block, its mapped file, and so of the longest record of it
+constexpr uint8_t kMagicEnd = 0;         // the byte behind the payload
 
 // A "key" in these names means that the writer had one; payloads of the plain magics are never encrypted.
 constexpr uint8_t kMagicPlainWithKey = 6;

@@ -10,6 +10,7 @@
 #include "Base/XLog.h"
 #include "Storage/File/CPath.h"
 #include "Storage/Log/FileLogger.h"
+#include "Storage/Log/LogFolder.h"
 
 namespace Quern {
 namespace {
@@ -50,7 +51,7 @@ bool ModuleDirectory(const char* name, AString& path) {
     const char* cache = CPath::GetCachePath();
     if (!cache || !*cache || !name) return false;
     path = cache;
-    CPath::AppendSubPath(path, "OrvaneSDKLog");
+    CPath::AppendSubPath(path, kLogFolder);
     CPath::AppendSubPath(path, name);
     return CFile::Exist(path.c_str());
 }

@@ -10,6 +10,7 @@
 #include "Serializer/Codec/PeerKey.h"
 #include "Storage/File/CPath.h"
 #include "Storage/Log/LogRecord.h"
+#include "Storage/Log/LogThread.h"
 #include "Storage/Log/Logger.h"
 #include "Storage/Log/MappedFile.h"
 #include "System/Application/BackgroundState.h"
@@ -98,12 +99,13 @@ void LogStore::CloseBlock() {
     _logBuffer.reset();
 }
 
-// What a dead process staged goes first: its lines are older than those of the block. Under the log mutex, as far as
-// into the file: the block cannot be taken before, since the journal holds one record, and nobody's line may enter the
-// block before it is taken. Returns whether the first tip has been written.
+// Appends the record that a dead process had staged. It goes before the block, whose lines are younger. The caller
+// holds the log mutex until the record is in the file, for two reasons: the journal has room for one record, so the
+// block cannot be closed before; and no new line may enter the block before the old one is out of it. Returns whether
+// the first tip has been written.
 //
-// A torn record is taken for the begin of what is appended behind it. If this process is killed in the first tip, that
-// is the first tip of the next one, which finds everything still to be restored.
+// A kill may tear a tip. The reader takes the torn bytes for the beginning of what is appended behind them, so nothing
+// is lost: the next process writes the tip again, since it finds everything still to be restored.
 bool LogStore::RestoreStaged() {
     size_t length = 0;
     const uint8_t* const record = _journal ? _journal->Staged(length) : nullptr;
@@ -154,7 +156,7 @@ LogKeeping LogStore::Keeping() const {
     return _isMapped.load(std::memory_order_relaxed) ? LogKeeping::kDurable : LogKeeping::kBuffered;
 }
 
-void LogStore::Append(LogLine& line) {
+void LogStore::Append(FormattedLine& line) {
     if (_options.mode == kAppendSync) {
         SyncAppend(line);
         return;
@@ -166,14 +168,14 @@ void LogStore::Append(LogLine& line) {
     }
 }
 
-void LogStore::SyncAppend(LogLine& line) {
+void LogStore::SyncAppend(FormattedLine& line) {
     // The line and its newline share the capacity of a line: the longest one goes without.
     if (line.length < kLogLineCapacity - 1) line.text[line.length++] = '\n';
     line.text[line.length] = '\0';
     _fileLogger.Log2File(line.text, line.length);
 }
 
-void LogStore::AsyncAppendAdapter(LogLine& line) {
+void LogStore::AsyncAppendAdapter(FormattedLine& line) {
     if (line.length == 0 || line.text[line.length - 1] != '\n') line.text[line.length++] = '\n';
     if (isIosBackground()) {
         HoldBack(line);
@@ -183,7 +185,7 @@ void LogStore::AsyncAppendAdapter(LogLine& line) {
     AsyncAppend(line.text, line.length);
 }
 
-void LogStore::HoldBack(const LogLine& line) {
+void LogStore::HoldBack(const FormattedLine& line) {
     const CCritical guard(&_pendingMutex);
     if (_pendingLines.Count() >= kMaxPendingLines) return;
     _pendingLines.Add(new AString(line.text, static_cast<int>(line.length)), true);

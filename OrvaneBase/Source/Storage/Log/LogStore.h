@@ -17,11 +17,11 @@
 
 namespace Quern {
 
-// Printed in the place of lines that find the block all but full; the misspelling is what is printed.
-constexpr size_t BUFFER_BLOCK_LENTH = 153600;
+// The block's length under the name that the markers of a full block print, misspelling and all.
+constexpr size_t BUFFER_BLOCK_LENTH = LogRecord::kBlockLength;
 
 // One line on its way, with room behind it for the newline that the store adds.
-struct LogLine {
+struct FormattedLine {
     char text[kLogLineCapacity + 1];
     size_t length = 0;
 };
@@ -52,7 +52,7 @@ public:
 
     // Any thread. Appends the line, in the form of the mode. `line` has room for the newline. In modes 1 and 2 it waits
     // for nothing but the log mutex: a block that fills faster than it is flushed loses lines to the markers.
-    void Append(LogLine& line);
+    void Append(FormattedLine& line);
 
     // What becomes of a line that is appended now. Any thread, without a lock.
     LogKeeping Keeping() const;
@@ -61,10 +61,10 @@ public:
     CMutex& Mutex() { return _mutex; }
 
 private:
-    void SyncAppend(LogLine& line);
-    void AsyncAppendAdapter(LogLine& line);
+    void SyncAppend(FormattedLine& line);
+    void AsyncAppendAdapter(FormattedLine& line);
     void AsyncAppend(const char* line, size_t length);
-    void HoldBack(const LogLine& line);
+    void HoldBack(const FormattedLine& line);
     void TakeHeldBack();
 
     void* MapBesideTheLogs(const char* extension, size_t size) const;

@@ -1,6 +1,5 @@
 #include "Storage/Log/Logger.h"
 
-#include <pthread.h>
 #include <strings.h>
 
 #include <algorithm>
@@ -9,33 +8,17 @@
 #include <cstring>
 
 #include "Base/ConsoleSink.h"
+#include "Base/CoreModule.h"
 #include "Base/LogCallback.h"
+#include "Base/LogLevelWords.h"
 #include "PluginManager/PluginManager.h"  // upward: the version of a plugin decides whether its logger is compatible
+#include "Storage/Log/DorselVersion.h"
 #include "System/Thread/Time.h"
 
 namespace Quern {
 namespace {
 
-constexpr char kCoreModule[] = "OrvaneCore";
 constexpr char kProjectModule[] = "Orvane";
-constexpr char kDorsel[] = "Dorsel";
-constexpr char kOldestDorsel[] = "4.2.027.27094";
-constexpr size_t kVersionFieldCapacity = 32;
-
-int Sign(double difference) {
-    return difference < 0 ? -1 : difference > 0 ? 1 : 0;
-}
-
-// Takes the digits up to the next dot off the front of a version. False, and nothing taken, if there is no dot.
-bool TakeField(const char*& version, int& value) {
-    const char* dot = strchr(version, '.');
-    if (!dot) return false;
-    char field[kVersionFieldCapacity] = {};
-    memcpy(field, version, std::min(static_cast<size_t>(dot - version), sizeof field - 1));
-    value = atoi(field);
-    version = dot + 1;
-    return true;
-}
 
 }  // namespace
 
@@ -75,11 +58,10 @@ void Logger::SetLogLevel(ALogPriority level) {
 }
 
 void Logger::_loadDefaultLevel() {
-    static constexpr const char* kWords[] = {"Debug", "Info", "Warning", "Event", "Error", "None"};
     const AString word = Orvane::Configure::GetInstance()->GetString(_moduleName.c_str(), "LogLevel", "");
     if (word.empty()) return;
     for (int32_t level = kLogDebug; level <= kLogNone; ++level) {
-        if (strcasecmp(word.c_str(), kWords[level]) != 0) continue;
+        if (strcasecmp(word.c_str(), kLogLevelWords[level]) != 0) continue;
         _level.store(level, std::memory_order_relaxed);
         return;
     }
@@ -132,7 +114,7 @@ void Logger::Log(ALogPriority priority, const char* file, unsigned int line, con
     if (!text || static_cast<uint32_t>(priority) >= kLogNone || priority < _level.load(std::memory_order_relaxed))
         return;
     const int savedErrno = errno;
-    LogLine formatted;
+    FormattedLine formatted;
     formatted.length = XLogFormat(formatted.text, priority, file, line, function, _moduleName.c_str(), text);
     if (_consoleOutput.load(std::memory_order_relaxed) >= 1)
         PrintLogToConsole(priority, _moduleName.c_str(), formatted.text);
@@ -168,32 +150,10 @@ void Logger::OnConfigureRefreshed(Orvane::IStringIterator*) {
 }
 
 int Logger::_IsCompatible() const {
-    if (_moduleName != kDorsel) return 1;
+    if (_moduleName != kDorselModule) return 1;
     const Orvane::Plugin::PluginCollection plugins = Orvane::Plugin::PluginManager::GetInstance()->CopyPlugins();
-    const auto found = plugins.find(kDorsel);
+    const auto found = plugins.find(kDorselModule);
     return found != plugins.end() && compareVersion(found->second.pluginVersion.c_str()) < 0 ? 0 : 1;
-}
-
-int compareVersion(const char* version) {
-    const char* oldest = kOldestDorsel;
-    while (strchr(version, '.') && strchr(oldest, '.')) {
-        int field = 0, oldestField = 0;
-        TakeField(version, field);
-        TakeField(oldest, oldestField);
-        if (field != oldestField) return field < oldestField ? -1 : 1;
-    }
-    return Sign(atof(version) - atof(oldest));
-}
-
-bool LogCreateThread(void* (*routine)(void*), const char* name, void* argument) {
-    pthread_t thread;
-    const int error = pthread_create(&thread, nullptr, routine, argument);
-    if (error != 0) {
-        ORVANE_CONSOLE(kLogError, "pthread_create %s failed:%d", name, error);
-        return false;
-    }
-    ORVANE_CONSOLE(kLogInfo, "pthread_create %s:%p", name, reinterpret_cast<void*>(thread));
-    return true;
 }
 
 }  // namespace Quern

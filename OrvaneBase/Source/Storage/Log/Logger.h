@@ -82,19 +82,6 @@ private:
     std::atomic<LogStore*> _store{nullptr};
 };
 
-// Makes and starts the library's own logger, "OrvaneCore", unless it exists. Main thread.
-void OrvaneLogInit();
-// Sets the callback of the library's own logger; lost before that exists.
-void SetQuernLogCallback(void (*callback)(ALogPriority, const char*));
-// Sets "LogConsoleOutput" of the library's own logger, if it exists.
-void SetConsoleOutput(bool isOn);
-
-// The sign of the comparison of a version with the oldest one that the module "Dorsel" may have.
-int compareVersion(const char* version);
-
-// Makes a detached-to-be thread, with a line on the console about how that went. There is no retry.
-bool LogCreateThread(void* (*routine)(void*), const char* name, void* argument);
-
 }  // namespace Quern
 
 #endif

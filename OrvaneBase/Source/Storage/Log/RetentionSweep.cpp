@@ -8,6 +8,7 @@
 
 #include "PluginManager/PluginManager.h"  // upward: the sweep covers the modules that are plugins
 #include "Storage/Log/FileLogger.h"
+#include "Storage/Log/LogThread.h"
 #include "Storage/Log/Logger.h"
 #include "System/Thread/ThreadName.h"
 

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Base/CoreModule.h"
 #include "Base/MakeOnce.h"
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
@@ -10,8 +11,6 @@
 
 namespace Orvane {
 namespace {
-
-constexpr char kCoreModule[] = "OrvaneCore";
 
 Plugin::LoggerCollection CopyOfCollection() {
     return Plugin::OrvaneCoreLogSerivce::GetInstance()->CopyOfCollection();
@@ -31,7 +30,7 @@ void OrvaneSDKLog::ReleaseInstance() {
 
 void OrvaneSDKLog::SetLogLevel(const char* module, ALogPriority level) {
     if (!module) return;
-    if (strcmp(module, kCoreModule) == 0) {
+    if (strcmp(module, Quern::kCoreModule) == 0) {
         Quern::SetQuernLogLevel(level);
         return;
     }
@@ -42,7 +41,7 @@ void OrvaneSDKLog::SetLogLevel(const char* module, ALogPriority level) {
 
 void OrvaneSDKLog::SetAllLogLevel(ALogPriority level) {
     for (const auto& [name, logger] : CopyOfCollection())
-        if (name != kCoreModule) logger->SetLogLevel(level);
+        if (name != Quern::kCoreModule) logger->SetLogLevel(level);
     Quern::SetQuernLogLevel(level);
 }
 

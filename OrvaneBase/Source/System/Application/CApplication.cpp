@@ -99,16 +99,16 @@ void* PerformChange(orvane_object*, const char*, void* const* arguments) {
 
 }  // namespace
 
-void CApplication::RegisterRunTimeClass() {
-    Quern::RegisterRunTimeClass("CApplication", {},
-                                {{"addObserver:", PerformChange<&CApplication::AddObserver>},
-                                 {"removeObserver:", PerformChange<&CApplication::RemoveObserver>},
-                                 {"OnCreate", PerformStage<&CApplication::OnCreate>},
-                                 {"OnStart", PerformStage<&CApplication::OnStart>},
-                                 {"OnPause", PerformStage<&CApplication::OnPause>},
-                                 {"OnResume", PerformStage<&CApplication::OnResume>},
-                                 {"OnStop", PerformStage<&CApplication::OnStop>},
-                                 {"OnDestroy", PerformStage<&CApplication::OnDestroy>}});
+void RegisterApplicationClass() {
+    RegisterRunTimeClass("CApplication", {},
+                         {{"addObserver:", PerformChange<&CApplication::AddObserver>},
+                          {"removeObserver:", PerformChange<&CApplication::RemoveObserver>},
+                          {"OnCreate", PerformStage<&CApplication::OnCreate>},
+                          {"OnStart", PerformStage<&CApplication::OnStart>},
+                          {"OnPause", PerformStage<&CApplication::OnPause>},
+                          {"OnResume", PerformStage<&CApplication::OnResume>},
+                          {"OnStop", PerformStage<&CApplication::OnStop>},
+                          {"OnDestroy", PerformStage<&CApplication::OnDestroy>}});
 }
 
 }  // namespace Quern

@@ -17,8 +17,6 @@ public:
     // may be inside it, and is the next instance too.
     static CApplication* GetInstance();
     static void ReleaseInstance();
-    // Enters the class "CApplication" in the run time's table. Called once, while the library loads.
-    static void RegisterRunTimeClass();
 
     // Observers are not owned and stand once. Null is ignored.
     void AddObserver(IApplicationObserver* observer);

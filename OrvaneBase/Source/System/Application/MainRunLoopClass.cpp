@@ -1,5 +1,4 @@
-#include "System/Application/MainRunLoopClass.h"
-
+// The main run loop as a host drives it: by the name of a run-time class, so that nothing more is exported.
 #include <cstdint>
 
 #include "Base/RunTimeClass.h"

@@ -81,9 +81,9 @@ std::shared_ptr<NotificationCenter> Seam<NotificationCenter>::MakeBuiltIn() {
     return std::make_shared<ProcessNotificationCenter>();
 }
 
-void NotificationCenter::RegisterRunTimeClass() {
-    Quern::RegisterRunTimeClass("OrvaneNotificationCenter", {},
-                                {{"addObserver:function:name:", PerformAdd}, {"removeObserver:name:", PerformRemove}});
+void RegisterNotificationCenterClass() {
+    RegisterRunTimeClass("OrvaneNotificationCenter", {},
+                         {{"addObserver:function:name:", PerformAdd}, {"removeObserver:name:", PerformRemove}});
 }
 
 }  // namespace Quern

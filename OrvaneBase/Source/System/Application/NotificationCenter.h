@@ -18,9 +18,6 @@ public:
     // Tells every observer of the name, in the order of their entry, before it returns. An observer that is removed
     // meanwhile is not told any more, one that is entered meanwhile not yet.
     virtual void Post(const char* name, void* object) = 0;
-
-    // Enters the class "OrvaneNotificationCenter" in the run time's table. Called once, while the library loads.
-    static void RegisterRunTimeClass();
 };
 
 template <>

@@ -7,6 +7,7 @@
 // Launch starts the whole library, and so reaches up to the log and the plugin host.
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "PluginManager/PluginManager.h"
+#include "Storage/Log/CoreLog.h"
 #include "Storage/Log/Logger.h"
 #include "System/Application/BackgroundState.h"
 

@@ -25,8 +25,6 @@ public:
     static constexpr unsigned long kAllOrientations = 30;
 
     static OrvaneAppLifecycle* sharedInstance();
-    // Enters the classes "OrvaneAppLifecycle" and "OrvaneAppLifecycleWrapper" in the run time's table.
-    static void RegisterRunTimeClasses();
 
     // Observers are not retained, hear events in the order of their addition, and stand once. Null, and an object
     // whose class does not declare the protocol, is ignored. Also while libraries load; never from inside an event.

@@ -32,17 +32,18 @@ void* SharedInstance(orvane_object*, const char*, void* const*) {
 
 }  // namespace
 
-void OrvaneAppLifecycle::RegisterRunTimeClasses() {
-    std::vector<Quern::RunTimeMethod> methods = {
+}  // namespace Orvane
+
+void Quern::RegisterAppLifecycleClasses() {
+    using namespace Orvane;
+    std::vector<RunTimeMethod> methods = {
         {"addObserver:", AddObserver},
         {"removeObserver:", RemoveObserver},
         {"hasExtraSupportWindowImplementation", HasExtraSupportWindowImplementation},
     };
     for (const AppEventDescription& description : kAppEvents)
         methods.push_back({description.selector, DeliverEvent});
-    Quern::RegisterRunTimeClass("OrvaneAppLifecycle", methods, {{"sharedInstance", SharedInstance}});
-    Quern::RegisterRunTimeClass("OrvaneAppLifecycleWrapper",
-                                {{"addObserver:", AddObserver}, {"removeObserver:", RemoveObserver}});
+    RegisterRunTimeClass("OrvaneAppLifecycle", methods, {{"sharedInstance", SharedInstance}});
+    RegisterRunTimeClass("OrvaneAppLifecycleWrapper",
+                         {{"addObserver:", AddObserver}, {"removeObserver:", RemoveObserver}});
 }
-
-}  // namespace Orvane

@@ -39,8 +39,8 @@ void* PerformOriginal(orvane_object* delegate, const char* selector, void* const
 // The code of every hooked event but the orientations. The delegate's answer is what the caller sees.
 void* OnEvent(orvane_object* delegate, const char* selector, void* const* arguments) {
     const AppEventDescription* description = FindAppEvent(selector);
-    if (!description)
-        return nullptr;  // sent to its own name: nothing was exchanged, so no code of the delegate's waits
+    // A delegate without the event's method has this code under the hook's own selector, and nothing to pass on to.
+    if (!description) return nullptr;
     WriteHookLine(*description, arguments);
     OrvaneAppLifecycle::sharedInstance()->Deliver(description->event, arguments);
     return PerformOriginal(delegate, selector, arguments);
@@ -86,16 +86,6 @@ orvane_class* GetDerivedUIApplicationDelegate() {
     return nullptr;
 }
 
-void OrvaneAppLifecycleDispatcher::RegisterRunTimeClass() {
-    orvane_class* cls = Quern::RegisterRunTimeClass(
-        kDispatcherClass, {{DescribeAppEvent(AppEvent::ContinueUserActivity).selector, ContinueUserActivity}});
-    for (const AppEventDescription& description : kAppEvents) {
-        const bool isOrientations = description.event == AppEvent::SupportedInterfaceOrientations;
-        orvane_class_add_method(cls, HookSelector(description.selector).c_str(),
-                                isOrientations ? OnOrientations : OnEvent);
-    }
-}
-
 void OrvaneAppLifecycleDispatcher::load() {
     static std::atomic<bool> tried{false};
     if (!tried.exchange(true)) manualSwizzle(GetDerivedUIApplicationDelegate());
@@ -120,6 +110,19 @@ void OrvaneAppLifecycleDispatcher::manualSwizzle(orvane_class* delegate) {
 }
 
 }  // namespace Orvane
+
+// Its instance methods are the code that the hook exchanges: one for each event, named by putting "orvane_" in front of
+// its selector.
+void Quern::RegisterLifecycleHookClass() {
+    using namespace Orvane;
+    orvane_class* cls = RegisterRunTimeClass(
+        kDispatcherClass, {{DescribeAppEvent(AppEvent::ContinueUserActivity).selector, ContinueUserActivity}});
+    for (const AppEventDescription& description : kAppEvents) {
+        const bool isOrientations = description.event == AppEvent::SupportedInterfaceOrientations;
+        orvane_class_add_method(cls, HookSelector(description.selector).c_str(),
+                                isOrientations ? OnOrientations : OnEvent);
+    }
+}
 
 void g_OrvaneCoreManualHook(const char* className) {
     orvane_class* delegate = orvane_class_lookup(className);

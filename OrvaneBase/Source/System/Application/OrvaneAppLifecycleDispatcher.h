@@ -14,10 +14,6 @@ orvane_class* GetDerivedUIApplicationDelegate();
 // Main thread. There is no unhook.
 class OrvaneAppLifecycleDispatcher {
 public:
-    // Enters the class "OrvaneAppLifecycleDispatcher", whose instance methods are the code that the hook exchanges: one
-    // for each event, named by putting "orvane_" in front of its selector.
-    static void RegisterRunTimeClass();
-
     // Tries the hook once, while the library loads.
     static void load();
     // Hooks the delegate's class, once in the process; a null class hooks nothing and leaves the hook open.

@@ -1,4 +1,4 @@
-// Carries a selector to the main run loop.
+// The object that the main run loop is asked to perform.
 #ifndef ORVANE_SYSTEM_APPLICATION_PERFORM_OBJECT_H
 #define ORVANE_SYSTEM_APPLICATION_PERFORM_OBJECT_H
 
@@ -6,10 +6,12 @@
 
 namespace Quern {
 
+// The caller owns the selector and keeps it until the call is over.
 struct PerformObject {
-    CAFunctionSelector* sel = nullptr;  // not owned; null stands for whatever waits in the main manager
+    CAFunctionSelector* sel = nullptr;
 
-    // Main thread.
+    // Performs the selector. Without one it performs the first calls that wait in the main selector manager. Main
+    // thread.
     void perform() const;
 };
 

@@ -15,8 +15,6 @@ namespace Quern {
 class QuernApplication {
 public:
     static QuernApplication* sharedInstance();
-    // Enters the class "QuernApplication" in the run time's table. Called once, while the library loads.
-    static void RegisterRunTimeClass();
 
     // Observers are not retained and stand once. Null is ignored. Never from inside an event.
     void addObserver(QuernApplicationObserver* observer);

@@ -43,9 +43,9 @@ void* SharedInstance(orvane_object*, const char*, void* const*) {
 
 }  // namespace
 
-void QuernApplication::RegisterRunTimeClass() {
+void RegisterQuernApplicationClass() {
     using Application = QuernApplication;
-    Quern::RegisterRunTimeClass(
+    RegisterRunTimeClass(
         "QuernApplication",
         {
             {"addObserver:", Method<&Application::addObserver>::Perform},

@@ -1,5 +1,4 @@
-#include "System/Network/NetworkClass.h"
-
+// The network as games and siblings reach it: by the name of a run-time class.
 #include "Base/RunTimeClass.h"
 #include "System/Network/CNetwork.h"
 

@@ -1,3 +1,4 @@
+// The network for the script layer, which takes records as bytes: it has a decoder of its own, and no layout of ours.
 #include <cstring>
 
 #include "Base/XLog.h"

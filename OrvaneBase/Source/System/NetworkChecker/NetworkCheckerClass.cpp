@@ -1,5 +1,4 @@
-#include "System/NetworkChecker/NetworkCheckerClass.h"
-
+// The network checker as games and siblings reach it: by the name of a run-time class. Its results cross as bytes.
 #include <cerrno>
 
 #include "Base/RunTimeClass.h"

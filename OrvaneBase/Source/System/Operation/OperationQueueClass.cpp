@@ -1,5 +1,4 @@
-#include "System/Operation/OperationQueueClass.h"
-
+// The shared queue as games and siblings reach it: by the name of a run-time class.
 #include "Base/RunTimeClass.h"
 #include "System/Operation/OperationQueue.h"
 

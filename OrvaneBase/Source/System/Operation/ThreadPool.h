@@ -116,11 +116,11 @@ private:
     bool tryShrinkPool();
 
     std::mutex _slotMutex;  // whoever starts or sends away workers
-    // One entry a slot. A thread is null where the worker has gone, or is being waited for by whoever took it out.
+    // One entry a slot. A thread is null once somebody has taken it out to wait for its worker.
     std::vector<std::unique_ptr<std::thread>> _threads;
     std::vector<Flag> _abort;  // the worker is to leave after its task; shared with it, so that it outlives the slot
     std::vector<Flag> _idle;   // the worker sleeps
-    std::vector<Flag> _alive;  // the slot holds a started worker; false last of all that its end changes
+    std::vector<Flag> _alive;  // the slot holds a started worker; its end sets this last of all
 
     ThreadSafeQueue<Task> _tasks;
     std::atomic<bool> _stopped{false};

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cctype>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -14,27 +13,22 @@
 #include "Storage/Bundle/InfoDictionary.h"
 #include "System/System/CSystemUnify.h"
 #include "System/System/DeviceFacts.h"
+#include "System/System/KeptText.h"
 
 namespace Quern {
 namespace {
 
-using Cell = std::atomic<const char*>;
+constinit KeptText g_udid, g_bundleId, g_model, g_sysVersion, g_appVersion;
 
-Cell g_Udid, g_BundleId, g_Model, g_SysVersion, g_appVersion;
-
-// The data plugin's answer, else the cell's, else what `find` gets from the platform; a text that was found is kept.
-// Of two threads that fill a cell at a time the second gives way.
+// The data plugin's answer, else what is kept, else what `find` gets from the platform.
 template <typename Find>
-const char* Answer(const char* (*unified)(), Cell& cell, Find find, const char* fallback) {
+const char* Answer(const char* (*unified)(), KeptText& kept, Find find, const char* fallback) {
     if (const char* answer = unified()) return answer;
-    if (const char* kept = cell.load(std::memory_order_acquire)) return kept;
-    const std::string found = find();
-    if (found.empty()) return fallback;
-    char* const copy = strdup(found.c_str());
-    const char* kept = nullptr;
-    if (cell.compare_exchange_strong(kept, copy, std::memory_order_acq_rel)) return copy;
-    free(copy);
-    return kept;
+    const char* const text = kept.Get([&find]() -> const char* {
+        const std::string found = find();
+        return found.empty() ? nullptr : strdup(found.c_str());
+    });
+    return text ? text : fallback;
 }
 
 // A text at the top of the manifest; null if there is none.
@@ -75,7 +69,7 @@ const char* CSystem::GetUdid() {
         const std::string id = DeviceFacts::Current().VendorId();
         return id.empty() ? id : md5WithString(id);
     };
-    return Answer(CSystemUnify::GetUdid, g_Udid, find, "F");
+    return Answer(CSystemUnify::GetUdid, g_udid, find, "F");
 }
 
 const char* CSystem::GetBundleId() {
@@ -83,17 +77,17 @@ const char* CSystem::GetBundleId() {
         const std::string* id = ManifestText("CFBundleIdentifier");
         return id ? *id : std::string();
     };
-    return Answer(CSystemUnify::GetBundleId, g_BundleId, find, "UNKNOWN");
+    return Answer(CSystemUnify::GetBundleId, g_bundleId, find, "UNKNOWN");
 }
 
 const char* CSystem::GetModel() {
     return Answer(
-        CSystemUnify::GetModel, g_Model, [] { return DeviceFacts::Current().Model(); }, "");
+        CSystemUnify::GetModel, g_model, [] { return DeviceFacts::Current().Model(); }, "");
 }
 
 const char* CSystem::GetSysVersion() {
     return Answer(
-        CSystemUnify::GetSysVersion, g_SysVersion, [] { return DeviceFacts::Current().SystemVersion(); }, "N");
+        CSystemUnify::GetSysVersion, g_sysVersion, [] { return DeviceFacts::Current().SystemVersion(); }, "N");
 }
 
 const char* CSystem::GetAppVersion() {

@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
-#include "Orvane/IEvent.h"
-#include "PluginManager/PluginManager.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
+#include "System/System/KeptText.h"
 
 namespace Quern {
 namespace {
@@ -25,17 +25,11 @@ bool IsUnified() {
     return g_unified.load(std::memory_order_relaxed) == Unified::kYes;
 }
 
-Orvane::Plugin::IReportService* FindReportService() {
-    Orvane::Plugin::PluginManager* manager = Orvane::Plugin::PluginManager::GetInstance();
-    Orvane::Plugin::IPlugin* plugin = manager ? manager->GetPluginByName("PELL") : nullptr;
-    return plugin ? static_cast<Orvane::Plugin::IReportService*>(plugin->GetServiceByName("REPORT")) : nullptr;
-}
-
 }  // namespace
 
 const char* CSystemUnify::getDeviceInfo(const char* key) {
     if (!IsUnified()) return nullptr;
-    Orvane::Plugin::IReportService* service = FindReportService();
+    Orvane::Plugin::IReportService* service = Orvane::Plugin::FindReportService();
     if (!service) return nullptr;
     // One byte more than the plugin may fill: an answer that fills its buffer is a text all the same.
     char* buffer = static_cast<char*>(calloc(1, kAnswerSize + 1));
@@ -44,14 +38,10 @@ const char* CSystemUnify::getDeviceInfo(const char* key) {
     return nullptr;
 }
 
-// Each getter has a cell of its own. Two threads that fill one at a time cost a copy, which stays with its reader.
-#define ORVANE_UNIFIED(Getter, key)                                               \
-    const char* CSystemUnify::Getter() {                                          \
-        static std::atomic<const char*> cell{nullptr};                            \
-        if (const char* kept = cell.load(std::memory_order_acquire)) return kept; \
-        const char* answer = getDeviceInfo(key);                                  \
-        if (answer) cell.store(answer, std::memory_order_release);                \
-        return answer;                                                            \
+#define ORVANE_UNIFIED(Getter, key)                         \
+    const char* CSystemUnify::Getter() {                    \
+        static constinit KeptText kept;                     \
+        return kept.Get([] { return getDeviceInfo(key); }); \
     }
 ORVANE_UNIFIED(GetUdid, "UUID")
 ORVANE_UNIFIED(GetBundleId, "BundleId")

@@ -1,6 +1,7 @@
 #include "PluginManager/InnerPlugin/ConfigFileService.h"
 
 #include "Base/Configure/ConfigFile.h"
+#include "Base/CoreModule.h"
 #include "Base/MakeOnce.h"
 
 namespace Orvane {
@@ -16,7 +17,7 @@ const char* ConfigFileSerivce::GetName() const {
 }
 
 const char* ConfigFileSerivce::GetPluginName() const {
-    return "OrvaneCore";
+    return Quern::kCoreModule;
 }
 
 IConfigFile* ConfigFileSerivce::NewConfigFile(const char* name) {

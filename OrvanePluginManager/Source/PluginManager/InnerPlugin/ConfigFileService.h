@@ -8,6 +8,8 @@
 
 namespace Orvane {
 
+// A caller owns the files that it has made, and gives them back by DeleteConfigFile; the default one belongs to the
+// library. Two files of one name share one store, which goes with the first that is deleted. Any thread.
 class ConfigFileSerivce final : public IConfigFileService {
 public:
     // Made at the first call, by whichever thread.

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Base/CoreModule.h"
 #include "Base/XLog.h"
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/ConfigFileService.h"
@@ -13,7 +14,7 @@
 namespace Orvane::Plugin {
 
 const char* OrvaneCoreInnerPlugin::GetName() const {
-    return "OrvaneCore";
+    return Quern::kCoreModule;
 }
 
 const char* OrvaneCoreInnerPlugin::GetVersion() const {

@@ -1,6 +1,7 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
 
 #include "Base/Configure/Configure.h"
+#include "Base/CoreModule.h"
 #include "Base/MakeOnce.h"
 #include "Storage/Log/Logger.h"
 
@@ -21,7 +22,7 @@ const char* OrvaneCoreLogSerivce::GetName() const {
 }
 
 const char* OrvaneCoreLogSerivce::GetPluginName() const {
-    return "OrvaneCore";
+    return Quern::kCoreModule;
 }
 
 int OrvaneCoreLogSerivce::GetVersion() {

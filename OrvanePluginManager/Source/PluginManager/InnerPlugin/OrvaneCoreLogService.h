@@ -17,6 +17,8 @@ namespace Orvane::Plugin {
 
 using LoggerCollection = std::map<std::string, Quern::Logger*>;
 
+// A logger belongs to the service and is never deleted, so plugins may keep it. It is made at the first question for
+// its name, with the client of the configuration as its source of settings. Any thread.
 class OrvaneCoreLogSerivce final : public ILogService {
 public:
     // Made at the first call, by whichever thread.

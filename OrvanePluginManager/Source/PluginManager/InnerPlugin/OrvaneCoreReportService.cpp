@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "Base/Configure/Configure.h"
+#include "Base/CoreModule.h"
 #include "Base/MakeOnce.h"
 #include "Base/XLog.h"
 #include "Orvane/RavelAccount.h"
@@ -38,19 +39,18 @@ bool ReadLogin(Ravel::RavelAccount& account) {
     return true;
 }
 
-// The data plugin's service, or null with a line that names what is missing.
+}  // namespace
+
 IReportService* FindReportService(const char* missingPluginLine) {
     IPlugin* plugin = PluginManager::GetInstance()->GetPluginByName("PELL");
     if (!plugin) {
-        ORVANE_LOG_ERROR("%s", missingPluginLine);
+        if (missingPluginLine) ORVANE_LOG_ERROR("%s", missingPluginLine);
         return nullptr;
     }
     auto* service = static_cast<IReportService*>(plugin->GetServiceByName("REPORT"));
-    if (!service) ORVANE_LOG_ERROR("pReportService is null");
+    if (!service && missingPluginLine) ORVANE_LOG_ERROR("pReportService is null");
     return service;
 }
-
-}  // namespace
 
 std::atomic<OrvaneCoreReportSerivce*> OrvaneCoreReportSerivce::s_pInstance{nullptr};
 
@@ -67,7 +67,7 @@ const char* OrvaneCoreReportSerivce::GetName() const {
 }
 
 const char* OrvaneCoreReportSerivce::GetPluginName() const {
-    return "OrvaneCore";
+    return Quern::kCoreModule;
 }
 
 int OrvaneCoreReportSerivce::ReportDataType() {

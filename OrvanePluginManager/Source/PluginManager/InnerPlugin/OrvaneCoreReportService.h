@@ -9,6 +9,8 @@
 
 namespace Orvane::Plugin {
 
+// An event belongs to the data plugin. The caller fills it, reports it, and gives it back by DestroyEvent, whether or
+// not it was reported. Every call looks the data plugin up anew, since siblings come and go. Any thread.
 class OrvaneCoreReportSerivce final : public ICoreReportService {
 public:
     // Made at the first call, by whichever thread.
@@ -29,6 +31,10 @@ private:
 
     std::atomic<int> _reportDataType{-1};
 };
+
+// The data plugin's service "REPORT". Null if the plugin or the service is missing, and then says which one in the log:
+// the plugin by this line. Without a line it says nothing.
+IReportService* FindReportService(const char* missingPluginLine = nullptr);
 
 }  // namespace Orvane::Plugin
 

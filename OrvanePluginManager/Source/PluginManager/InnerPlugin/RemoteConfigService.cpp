@@ -1,6 +1,7 @@
 #include "PluginManager/InnerPlugin/RemoteConfigService.h"
 
 #include "Base/Configure/RemoteConfig.h"
+#include "Base/CoreModule.h"
 #include "Base/MakeOnce.h"
 #include "Base/XLog.h"
 
@@ -27,7 +28,7 @@ const char* RemoteConfigSerivce::GetName() const {
 }
 
 const char* RemoteConfigSerivce::GetPluginName() const {
-    return "OrvaneCore";
+    return Quern::kCoreModule;
 }
 
 IRemoteConfig* RemoteConfigSerivce::GetRemoteConfig(PluginBase* plugin) {
@@ -52,7 +53,7 @@ const char* RemoteConfigExSerivce::GetName() const {
 }
 
 const char* RemoteConfigExSerivce::GetPluginName() const {
-    return "OrvaneCore";
+    return Quern::kCoreModule;
 }
 
 int RemoteConfigExSerivce::GetVersion() {

@@ -15,6 +15,8 @@ class RemoteConfig;
 
 namespace Orvane::Plugin {
 
+// A view belongs to the service and is never deleted, so plugins may keep it. A null plugin gets none, with a line in
+// the log; plugins without a name share the view of the empty name. Any thread.
 class RemoteConfigSerivce final : public IRemoteConfigService {
 public:
     // Made at the first call, by whichever thread.
@@ -34,6 +36,7 @@ private:
     Quern::CMutex _mutex{true};  // a plugin's GetName is called under it
 };
 
+// The same views under a service that also tells its version: siblings look for this one first. Any thread.
 class RemoteConfigExSerivce final : public IRemoteConfigExService {
 public:
     // Made at the first call, by whichever thread.

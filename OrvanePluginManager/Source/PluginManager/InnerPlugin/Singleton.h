@@ -8,6 +8,8 @@
 
 namespace Orvane::Plugin {
 
+// The object is never deleted, so whoever holds it may call it until the process ends, quit callbacks included. T says
+// which of its own operations may be called on which thread.
 template <typename T>
 class Singleton {
 public:

@@ -10,6 +10,7 @@
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/Yarrow/SpanContext.h"
 #include "PluginManager/InnerPlugin/Yarrow/TraceFixture.h"
+#include "Storage/Log/CoreLog.h"
 #include "Storage/Log/Logger.h"
 #include "Support/WaitFor.h"
 #include "System/Thread/Time.h"

@@ -13,7 +13,7 @@
 #include "Base/Linux/CryptoAtExit.h"
 #include "Base/Linux/MachineId.h"
 #include "Base/XLog.h"
-#include "Serializer/Codec/EllipticCurve.h"
+#include "Serializer/Codec/RandomBytes.h"
 
 namespace Quern {
 namespace {

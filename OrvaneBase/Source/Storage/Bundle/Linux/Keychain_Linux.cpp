@@ -4,7 +4,7 @@
 #include <mutex>
 
 #include "Base/XLog.h"
-#include "Serializer/Codec/EllipticCurve.h"
+#include "Serializer/Codec/RandomBytes.h"
 #include "Storage/Bundle/Keychain.h"
 #include "Storage/Bundle/Linux/KeychainFile.h"
 #include "Storage/Bundle/Linux/KeychainSeal.h"

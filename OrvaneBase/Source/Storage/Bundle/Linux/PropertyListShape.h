@@ -1,7 +1,8 @@
-// How deep and how large a property list unfolds, told without unfolding it.
+// Measures how deep and how large a property list would be in memory, without building it.
 //
-// A tree recurses once a level when it is freed, and a binary list may name one object in many places, each of which
-// becomes a copy: a file of a hundred bytes can ask for more memory than there is. So the shape is looked at first.
+// The parser's tree recurses once a level when it is freed, and a binary list may name one object in many places, each
+// of which becomes a copy: a file of a hundred bytes can ask for more memory than there is. So the shape is measured
+// first.
 #ifndef ORVANE_STORAGE_BUNDLE_LINUX_PROPERTY_LIST_SHAPE_H
 #define ORVANE_STORAGE_BUNDLE_LINUX_PROPERTY_LIST_SHAPE_H
 
@@ -10,7 +11,8 @@
 
 namespace Quern {
 
-// So many bytes of a binary list's texts and data, which are copied with their objects, weigh as much as a node.
+// Each copy of an object copies its text or data too. So that large ones count, this many of their bytes are taken for
+// one more node.
 constexpr uint64_t kPropertyListBytesPerNode = 64;
 
 struct PropertyListLimits {
@@ -18,8 +20,9 @@ struct PropertyListLimits {
     uint64_t nodes;  // objects and keys once unfolded, with the weight of their bytes
 };
 
-// False for what exceeds a limit, for a binary list whose tables lead outside its bytes, and for keys that are no texts
-// or hold a zero: the parser ends the process at one. What holds says nothing about the rest of the syntax.
+// Tells whether the list stays within both limits. Also returns false where the parser would fail badly: for a binary
+// list whose tables lead outside its bytes, and for a key that is no text or holds a zero byte, at which the parser
+// ends the process. A list that passes may still have any other fault of syntax. Any thread.
 bool IsPropertyListWithin(const std::string& bytes, const PropertyListLimits& limits);
 
 }  // namespace Quern

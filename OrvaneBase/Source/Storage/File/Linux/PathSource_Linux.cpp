@@ -69,16 +69,16 @@ void MakeDirectory(const std::string& path) {
     mkdir(path.c_str(), kPrivate);
 }
 
-std::string Made(std::string path) {
+std::string MakeFolder(std::string path) {
     MakeDirectory(path);
     return path;
 }
 
 class ContainerPaths final : public PathSource {
 public:
-    std::string Home() override { return Made(ContainerPath()); }
-    std::string Documents() override { return Made(ContainerPath() + "/Documents"); }
-    std::string Caches() override { return Made(ContainerPath() + "/Library/Caches"); }
+    std::string Home() override { return MakeFolder(ContainerPath()); }
+    std::string Documents() override { return MakeFolder(ContainerPath() + "/Documents"); }
+    std::string Caches() override { return MakeFolder(ContainerPath() + "/Library/Caches"); }
 };
 
 }  // namespace

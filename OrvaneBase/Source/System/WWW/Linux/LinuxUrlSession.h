@@ -33,19 +33,19 @@ public:
     std::shared_ptr<UrlResumeData> CancelProducingResumeData(TransferId transfer) override;
 
 private:
-    // A transfer that was made and is not with the transport thread yet.
-    struct Made {
+    // A transfer that the transport thread does not have yet.
+    struct Unstarted {
         std::function<void(Transport& transport)> start;  // on the transport thread
         std::shared_ptr<PartialDownload> partial;         // of a download
         bool isCancelled = false;
     };
 
-    void Keep(TransferId transfer, Made made);
+    void Keep(TransferId transfer, Unstarted made);
 
     const std::shared_ptr<TransportThread> _thread;  // shared with the threads
 
     CMutex _mutex;  // a leaf
-    std::map<TransferId, Made> _made ORVANE_GUARDED_BY(_mutex);
+    std::map<TransferId, Unstarted> _unstarted ORVANE_GUARDED_BY(_mutex);
     std::map<TransferId, std::weak_ptr<PartialDownload>> _downloads ORVANE_GUARDED_BY(_mutex);
 };
 

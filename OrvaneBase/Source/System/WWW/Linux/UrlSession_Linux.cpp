@@ -68,19 +68,19 @@ UrlSession::TransferId LinuxUrlSession::MakeDownload(UrlRequest request, const s
     return transfer;
 }
 
-void LinuxUrlSession::Keep(TransferId transfer, Made made) {
+void LinuxUrlSession::Keep(TransferId transfer, Unstarted made) {
     const CCritical guard(&_mutex);
     std::erase_if(_downloads, [](const auto& entry) { return entry.second.expired(); });
     if (made.partial) _downloads[transfer] = made.partial;
-    _made.emplace(transfer, std::move(made));
+    _unstarted.emplace(transfer, std::move(made));
 }
 
 void LinuxUrlSession::Resume(TransferId transfer) {
     TransportThread::Work start;
     {
         const CCritical guard(&_mutex);
-        const auto made = _made.find(transfer);
-        if (made != _made.end()) start.swap(made->second.start);
+        const auto made = _unstarted.find(transfer);
+        if (made != _unstarted.end()) start.swap(made->second.start);
         if (start && made->second.isCancelled)  // in one step, or a quick answer would come first
             start = [begin = std::move(start), transfer](Transport& transport) {
                 begin(transport);
@@ -93,7 +93,7 @@ void LinuxUrlSession::Resume(TransferId transfer) {
     {
         // Not before: a cancel from another thread would overtake the start, and be of an unknown number.
         const CCritical guard(&_mutex);
-        isCancelled = _made.extract(transfer).mapped().isCancelled;
+        isCancelled = _unstarted.extract(transfer).mapped().isCancelled;
     }
     if (isCancelled) Cancel(transfer);
 }
@@ -101,8 +101,8 @@ void LinuxUrlSession::Resume(TransferId transfer) {
 void LinuxUrlSession::Cancel(TransferId transfer) {
     {
         const CCritical guard(&_mutex);
-        const auto made = _made.find(transfer);
-        if (made != _made.end()) {
+        const auto made = _unstarted.find(transfer);
+        if (made != _unstarted.end()) {
             made->second.isCancelled = true;  // as soon as it has started
             return;
         }

@@ -1,3 +1,5 @@
+// Two languages met here on the home platform: the task on one side, the worker and its delegate on the other. Texts
+// are copied on the way, since the caller may free his own as soon as the call returns.
 #include "System/WWW/Task/SorrelUploadTaskBridge.h"
 
 #include "Base/ConsoleSink.h"

@@ -1,3 +1,4 @@
+// The task keeps the texts for its getters; all work is behind the bridge.
 #include "System/WWW/Task/SorrelUploadTaskImpl.h"
 
 #include "System/WWW/Task/SorrelUploadTaskBridge.h"

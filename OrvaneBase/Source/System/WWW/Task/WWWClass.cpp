@@ -1,5 +1,4 @@
-#include "System/WWW/Task/WWWClass.h"
-
+// The factory of HTTP tasks as games and siblings reach it: by the name of a run-time class.
 #include <cstdint>
 
 #include "Base/RunTimeClass.h"

@@ -7,6 +7,7 @@
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 #include "Base/Container/AArray.h"
 #include "Base/Container/TrimBlanks.h"
+#include "Base/CoreModule.h"
 #include "Base/MakeOnce.h"
 #include "Base/QuernCommon.h"
 #include "Base/ReportHandler/ReportHandler.h"
@@ -89,7 +90,7 @@ const char* TraceService::GetName() const {
 }
 
 const char* TraceService::GetPluginName() const {
-    return "OrvaneCore";
+    return Quern::kCoreModule;
 }
 
 bool TraceService::IsEnabled() const {

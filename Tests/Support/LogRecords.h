@@ -1,6 +1,6 @@
 // Decodes sound log records the plain way, for tests that look at what the log wrote.
-#ifndef ORVANE_TESTS_SUPPORT_RECORD_DECODER_H
-#define ORVANE_TESTS_SUPPORT_RECORD_DECODER_H
+#ifndef ORVANE_TESTS_SUPPORT_LOG_RECORDS_H
+#define ORVANE_TESTS_SUPPORT_LOG_RECORDS_H
 
 #include <cstdint>
 #include <string>
@@ -29,11 +29,6 @@ std::vector<DecodedRecord> DecodeRecords(const std::string& bytes,
                                          const Quern::CurvePrivateKey& privateKey = TestPrivateKey());
 // The texts of all records, one behind the other.
 std::string DecodeText(const std::string& bytes, const Quern::CurvePrivateKey& privateKey = TestPrivateKey());
-// Raw inflate of a stream without an end.
-std::string Inflate(const std::string& stream);
-// 16-round TEA of one payload's whole groups, undone.
-std::string Decrypt(std::string payload, const std::string& publicKey, const Quern::CurvePrivateKey& privateKey);
-
 }  // namespace OrvaneTest
 
 #endif

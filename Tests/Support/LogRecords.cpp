@@ -1,9 +1,12 @@
-#include "Support/RecordDecoder.h"
+#include "Support/LogRecords.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstring>
+
+#include "Storage/Log/LogTea.h"
 
 namespace OrvaneTest {
 namespace {
@@ -14,8 +17,35 @@ uint32_t Word(const std::string& bytes, size_t at) {
     return word;
 }
 
-void SetWord(std::string& bytes, size_t at, uint32_t word) {
-    memcpy(bytes.data() + at, &word, 4);
+// 16-round TEA of one payload's whole groups, undone.
+void Decrypt(std::string& payload, const std::string& publicKey, const Quern::CurvePrivateKey& privateKey) {
+    Quern::CurvePublicKey point;
+    std::copy(publicKey.begin(), publicKey.end(), point.begin());
+    Quern::CurveSecret secret;
+    EXPECT_TRUE(Quern::CurveSharedSecret(point, privateKey, secret));
+    Quern::LogTeaKey key;
+    std::copy_n(secret.begin(), key.size(), key.begin());
+    Quern::LogTeaDecrypt(reinterpret_cast<uint8_t*>(payload.data()), payload.size(), key);
+}
+
+// Raw inflate of a stream without an end.
+std::string Inflate(const std::string& stream) {
+    z_stream inflater{};
+    EXPECT_EQ(inflateInit2(&inflater, -15), Z_OK);
+    inflater.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(stream.data()));
+    inflater.avail_in = static_cast<uInt>(stream.size());
+    std::string text;
+    int result;
+    do {
+        char chunk[4096];
+        inflater.next_out = reinterpret_cast<Bytef*>(chunk);
+        inflater.avail_out = sizeof chunk;
+        result = inflate(&inflater, Z_SYNC_FLUSH);
+        text.append(chunk, sizeof chunk - inflater.avail_out);
+    } while (result == Z_OK && (inflater.avail_in > 0 || inflater.avail_out == 0));
+    EXPECT_TRUE(result == Z_OK || result == Z_BUF_ERROR) << "inflate gave " << result;
+    inflateEnd(&inflater);
+    return text;
 }
 
 }  // namespace
@@ -45,45 +75,6 @@ const std::string& TestPublicKeyDigits() {
     return digits;
 }
 
-std::string Decrypt(std::string payload, const std::string& publicKey, const Quern::CurvePrivateKey& privateKey) {
-    Quern::CurvePublicKey point;
-    memcpy(point.data(), publicKey.data(), point.size());
-    Quern::CurveSecret secret;
-    EXPECT_TRUE(Quern::CurveSharedSecret(point, privateKey, secret));
-    uint32_t key[4];
-    memcpy(key, secret.data(), sizeof key);
-    for (size_t at = 0; at + 8 <= payload.size(); at += 8) {
-        uint32_t first = Word(payload, at), second = Word(payload, at + 4), sum = 0x9E3779B9u * 16;
-        for (int round = 0; round < 16; ++round) {
-            second -= ((first << 4) + key[2]) ^ (first + sum) ^ ((first >> 5) + key[3]);
-            first -= ((second << 4) + key[0]) ^ (second + sum) ^ ((second >> 5) + key[1]);
-            sum -= 0x9E3779B9u;
-        }
-        SetWord(payload, at, first);
-        SetWord(payload, at + 4, second);
-    }
-    return payload;
-}
-
-std::string Inflate(const std::string& stream) {
-    z_stream inflater{};
-    EXPECT_EQ(inflateInit2(&inflater, -15), Z_OK);
-    inflater.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(stream.data()));
-    inflater.avail_in = static_cast<uInt>(stream.size());
-    std::string text;
-    int result;
-    do {
-        char chunk[4096];
-        inflater.next_out = reinterpret_cast<Bytef*>(chunk);
-        inflater.avail_out = sizeof chunk;
-        result = inflate(&inflater, Z_SYNC_FLUSH);
-        text.append(chunk, sizeof chunk - inflater.avail_out);
-    } while (result == Z_OK && (inflater.avail_in > 0 || inflater.avail_out == 0));
-    EXPECT_TRUE(result == Z_OK || result == Z_BUF_ERROR) << "inflate gave " << result;
-    inflateEnd(&inflater);
-    return text;
-}
-
 std::vector<DecodedRecord> DecodeRecords(const std::string& bytes, const Quern::CurvePrivateKey& privateKey) {
     std::vector<DecodedRecord> records;
     for (size_t at = 0; at < bytes.size();) {
@@ -107,7 +98,7 @@ std::vector<DecodedRecord> DecodeRecords(const std::string& bytes, const Quern::
         record.tail = static_cast<uint8_t>(bytes[at + 73 + length]);
         EXPECT_EQ(record.tail, 0);
         record.text = record.payload;
-        if (record.magic == 7) record.text = Decrypt(record.payload, record.publicKey, privateKey);
+        if (record.magic == 7) Decrypt(record.text, record.publicKey, privateKey);
         if (record.magic == 7 || record.magic == 9) record.text = Inflate(record.text);
         at += 74 + length;
         records.push_back(std::move(record));

@@ -1,4 +1,4 @@
-#include "Storage/File/LineReader.h"
+#include "Storage/File/GetLine.h"
 
 #include <string>
 

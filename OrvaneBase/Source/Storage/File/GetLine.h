@@ -1,6 +1,6 @@
 // Reading a text file by lines.
-#ifndef ORVANE_STORAGE_FILE_LINE_READER_H
-#define ORVANE_STORAGE_FILE_LINE_READER_H
+#ifndef ORVANE_STORAGE_FILE_GET_LINE_H
+#define ORVANE_STORAGE_FILE_GET_LINE_H
 
 #include <cstdio>
 
