@@ -107,7 +107,7 @@ std::string WithStatus(const Answer& answer, const std::string& verdict) {
     return verdict + " (the status " + std::to_string(answer.status) + " is not looked at)";
 }
 
-constexpr size_t kLargestStock = 4 << 20;  // the ids, with 4 bytes for each and for their count
+constexpr size_t kLargestStock = 4 << 20;  // the ids, with 4 bytes for each and for their count; and the whole answer
 
 // Why the client refuses the text; empty if it takes it. `odd` is the first of the ids that no server issues.
 std::string ReadStock(const std::string& text, size_t& count, std::string& odd) {
@@ -166,6 +166,8 @@ std::string TraceIdVerdict(const Answer& answer) {
     if (const std::string* address = Redirect(answer)) return "will ask " + *address + " instead";
     size_t count = 0;
     std::string refusal, odd;
+    if (answer.body.size() + answer.fillerLength + answer.tail.size() > kLargestStock)
+        return WithStatus(answer, kKeepsStock + std::string("the answer is longer than 4 MiB"));
     try {
         refusal = ReadStock(TextOf(answer), count, odd);
     } catch (const std::exception& problem) {
