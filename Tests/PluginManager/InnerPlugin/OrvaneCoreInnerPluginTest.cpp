@@ -63,16 +63,6 @@ TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
     }
 }
 
-// A login plugin that puts a text of its own, or none, in the place of the record's buffer.
-struct OwnText : OrvaneTest::FakeRavel {
-    bool GetLoginRet(Ravel::RavelAccount& account) override {
-        delete[] account.openID;
-        account.openID = text;
-        return true;
-    }
-    char* text = nullptr;
-};
-
 // Whom OnPostStartup takes for the user, as "channel openid", after a line if there is one.
 std::string SettleUser() {
     OrvaneTest::CapturedConsole console;
