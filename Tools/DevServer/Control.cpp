@@ -4,6 +4,7 @@
 //     POST   /_orvane/faults     orders faults, one a line of the body
 //     DELETE /_orvane/faults     takes all faults back
 //     POST   /_orvane/release    lets the requests that are held go on
+//     *      /_orvane/console    the page in the browser: Console/Console.h
 #include <sstream>
 
 #include "DevServer/DevServer.h"
@@ -43,13 +44,18 @@ Answer DevServer::HandleControl(Exchange& exchange) {
         Note(exchange, answer, "");
         return answer;
     }
-    const Answer answer = Control(exchange.request, exchange.target.path.substr(sizeof kControlPath - 1));
-    if (exchange.request.method != "GET") Note(exchange, answer, "");  // a look changes nothing
+    const Answer answer = Control(exchange, exchange.target.path.substr(sizeof kControlPath - 1));
+    // A look changes nothing, and the lint looks at what somebody types.
+    if (exchange.request.method != "GET" && !exchange.target.path.ends_with("/data/lint")) Note(exchange, answer, "");
     return answer;
 }
 
-Answer DevServer::Control(const Request& request, const std::string& path) {
+Answer DevServer::Control(const Exchange& exchange, const std::string& path) {
+    const Request& request = exchange.request;
     const bool isGet = request.method == "GET", isPost = request.method == "POST";
+    constexpr std::string_view kConsole = "console";
+    if (path == kConsole || path.starts_with("console/"))
+        return _console.Handle(request, exchange.target, path.substr(kConsole.size()));
     Json::Value value(Json::objectValue);
     if (path == "status" && isGet) {
         value["config"] = static_cast<Json::UInt64>(_configRequests);
@@ -69,7 +75,7 @@ Answer DevServer::Control(const Request& request, const std::string& path) {
     } else if (path == "status" || path == "faults" || path == "release") {
         return ReplyWhy(405, "not by " + request.method);
     } else {
-        return ReplyWhy(404, "there are \"status\", \"faults\" and \"release\"");
+        return ReplyWhy(404, "there are \"status\", \"faults\", \"release\" and \"console\"");
     }
     return Reply(200, value);
 }

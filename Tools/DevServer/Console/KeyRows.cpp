@@ -1,0 +1,78 @@
+#include "DevServer/Console/KeyRows.h"
+
+#include "DevServer/JsonText.h"
+#include "DevServer/Lint/KnownKeys.h"
+#include "DevServer/Lint/Lint.h"
+#include "DevServer/Lint/StoredValue.h"
+
+namespace OrvaneDevServer {
+namespace {
+
+std::string TextOf(const ReadResult& read) {
+    switch (read.answerer) {
+        case Answerer::kServer:
+            return read.text;
+        case Answerer::kManifest:
+            return "(manifest)";
+        case Answerer::kDefault:
+            break;
+    }
+    return "(default)";
+}
+
+std::string Effective(const KnownKey& known, const Reads& reads) {
+    constexpr size_t kRoom = 1024;  // for the texts of the library's own module
+    switch (known.type) {
+        case KeyType::kInt:
+            return reads.asInt.text == known.defaultText ? "(manifest, else " + std::string(known.defaultText) + ")"
+                                                         : TextOf(reads.asInt);
+        case KeyType::kBool:
+            return TextOf(reads.asBool);
+        case KeyType::kText:
+            break;
+    }
+    const bool isTooLong = reads.asString.text.size() >= kRoom && std::string(known.module) == "OrvaneCore";
+    return isTooLong ? "(default)" : TextOf(reads.asString);
+}
+
+const char* TypeWord(KeyType type) {
+    return type == KeyType::kInt ? "int" : type == KeyType::kBool ? "bool" : "text";
+}
+
+}  // namespace
+
+void AddKeyRows(const std::string& module, const Json::Value& keys, Json::Value& rows) {
+    if (!keys.isObject()) return;
+    const Findings findings = LintModule(module, keys);
+    for (const std::string& key : keys.getMemberNames()) {
+        const StoredValue stored = StoreValue(keys[key]);
+        const Reads reads = ReadsOf(stored);
+        Json::Value row(Json::objectValue);
+        row["module"] = module;
+        row["key"] = key;
+        row["sent"] = keys[key];
+        row["kind"] = KindOf(keys[key]);
+        row["stored"] = stored.isKept ? Json::Value(stored.text) : Json::Value();
+        row["reads"]["int"] = TextOf(reads.asInt);
+        row["reads"]["long"] = TextOf(reads.asLong);
+        row["reads"]["double"] = TextOf(reads.asDouble);
+        row["reads"]["bool"] = TextOf(reads.asBool);
+        row["reads"]["string"] = TextOf(reads.asString);
+        if (const KnownKey* known = FindKnownKey(module, key)) {
+            row["type"] = TypeWord(known->type);
+            row["effective"] = Effective(*known, reads);
+        }
+        row["findings"] = Json::Value(Json::arrayValue);
+        for (const Finding& finding : findings)
+            if (finding.key == key) {
+                Json::Value entry(Json::objectValue);
+                entry["severity"] = SeverityWord(finding.severity);
+                entry["rule"] = finding.rule;
+                entry["text"] = finding.text;
+                row["findings"].append(entry);
+            }
+        rows.append(row);
+    }
+}
+
+}  // namespace OrvaneDevServer
