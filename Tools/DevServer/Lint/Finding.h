@@ -18,7 +18,7 @@ const char* SeverityWord(Severity severity);
 
 struct Finding {
     Severity severity = Severity::kNote;
-    const char* rule = "";  // its short name, which stays
+    std::string rule;  // its short name, which stays
     std::string module;
     std::string key;  // empty where it is about the whole
     std::string text;

@@ -1,6 +1,7 @@
 // Names are compared to the letter, and some of the library's own are misspelt for good.
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -34,7 +35,9 @@ void FindMisspeltKey(const LintedKey& key, Findings& findings) {
     for (const KnownKey& known : KnownKeys()) {
         // In a module that may have keys of its own the names of the log's keys alone are told apart.
         if (known.module != key.module && known.module[0] != '*') continue;
-        if (Distance(key.key, known.name) > kNear) continue;
+        const size_t longer = std::max(key.key.size(), strlen(known.name)),
+                     shorter = std::min(key.key.size(), strlen(known.name));
+        if (longer - shorter > kNear || Distance(key.key, known.name) > kNear) continue;
         findings.push_back(key.Found(Severity::kWarning, "misspelt-key",
                                      std::string("nobody reads it; the library reads \"") + known.name + "\""));
         return;

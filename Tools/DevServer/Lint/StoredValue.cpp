@@ -43,7 +43,7 @@ std::string PrintedDouble(double number) {
 }  // namespace
 
 bool IsNumberText(const std::string& text) {
-    if (text.empty() || text == "-" || text.size() > kLongestNumber) return false;
+    if (text.empty() || text == "-" || text == "." || text.size() > kLongestNumber) return false;
     const std::string digits = text.substr(text.starts_with('-') ? 1 : 0);
     return digits.find_first_not_of("0123456789.") == std::string::npos &&
            std::count(digits.begin(), digits.end(), '.') <= 1;

@@ -69,7 +69,7 @@ export async function device(place, [did]) {
     const own = uploads.filter((at) => at.device === did);
     show(body,
       el("dl", {class: "facts"}, facts.filter(([, value]) => value && String(value).trim()).map(([name, value]) =>
-        el("div", {}, el("dt", {}, name), el("dd", {}, String(value))))),
+        el("div", {class: name === "Last answer" && "wide"}, el("dt", {}, name), el("dd", {}, String(value))))),
       el("p", {class: "actions"},
         el("a", {class: "button", href: link("order", did), "data-key": "order"}, "Order an upload"),
         el("a", {class: "button", href: link("modules"), "data-key": "modules"}, "Edit modules")),

@@ -7,11 +7,17 @@ export const noEvents = () => nothing("No events. A game on this machine that lo
 
 const valueOf = (field) => field.text !== undefined ? String(field.text) : String(field.int);
 
+const few = 8;  // fields that are shown at once
+
 function event(line) {
+  const fields = el("dl", {class: "fields"}, line.fields.map((at) =>
+    el("div", {}, el("dt", {}, String(at.key)), el("dd", {}, valueOf(at) === "" ? "–" : valueOf(at)))));
+  const name = line.fields.find((at) => at.key === "name");
   return el("li", {class: "event"},
-    el("b", {}, line.event), chip("plain", `source ${line.source}`), el("small", {}, `${line.file}:${line.number}`),
-    el("dl", {class: "fields"}, line.fields.map((at) =>
-      el("div", {}, el("dt", {}, String(at.key)), el("dd", {}, valueOf(at))))));
+    el("b", {}, line.event), name && el("span", {}, valueOf(name)),
+    chip("plain", `source ${line.source}`), el("small", {}, `${line.file}:${line.number}`),
+    line.fields.length <= few ? fields
+      : el("details", {"data-key": `${line.file}:${line.number}`}, el("summary", {}, `${line.fields.length} fields`), fields));
 }
 
 export async function events(place) {
