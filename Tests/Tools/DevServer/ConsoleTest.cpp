@@ -11,6 +11,8 @@
 #include "DevServer/DevServer.h"
 #include "DevServer/JsonText.h"
 #include "DevServer/Sha1Text.h"
+#include "Log/KeyFile.h"
+#include "Support/LogWriter.h"
 #include "Support/WaitFor.h"
 #include "Tools/DevServer/Requests.h"
 #include "Tools/Log/TemporaryFolder.h"
@@ -26,9 +28,10 @@ class ConsoleTest : public testing::Test {
 protected:
     ConsoleTest() { Start(); }
 
-    void Start() {
+    void Start(const std::vector<std::string>& keyFiles = {}) {
         server.reset();
         ServerOptions options;
+        options.keyFiles = keyFiles;
         options.folder = folder / "served";
         options.now = [] { return kNow; };
         server = std::make_unique<DevServer>(options);
@@ -173,6 +176,25 @@ TEST_F(ConsoleTest, ReadsEventsAndTheLinesOfUploadsAsData) {
     EXPECT_EQ(Read(lines + "&from=2&most=1")["lines"][0]["text"], "Two\nstray");
     for (const char* name : {"device=..&folder=42", "device=D1&folder=..", "device=D1&folder=42&file=..%2Fupload.json"})
         EXPECT_EQ(Ask("GET", std::string("lines?") + name).status, 400) << name;
+}
+
+TEST_F(ConsoleTest, DecodesTheLogsThatDevicesSend) {
+    const std::string keyFile = folder / "reader.key";
+    Quern::CurvePublicKey key;
+    std::string error;
+    ASSERT_TRUE(OrvaneLog::MakeKeyFile(keyFile, key, error)) << error;
+    const OrvaneTest::WriterKey writer = OrvaneTest::AgreeWith(std::string(key.begin(), key.end()));
+    const std::vector<std::string> open = OrvaneTest::NumberedLines(0, 3), closed = OrvaneTest::NumberedLines(3, 4);
+    folder.Write("served/uploads/D1/42/files/Sample_2026112421.xlog",
+                 OrvaneTest::CompressedRecord(1, open) + OrvaneTest::EncryptedRecord(2, closed, writer));
+    Json::Value read = Read("lines?device=D1&folder=42");
+    EXPECT_EQ(read["total"], 3);
+    EXPECT_EQ(read["notes"].size(), 1u);  // that a key is missing
+    Start({keyFile});
+    read = Read("lines?device=D1&folder=42");
+    EXPECT_EQ(read["total"], 7);
+    EXPECT_EQ(read["notes"].size(), 0u);
+    EXPECT_THAT(closed[3], testing::EndsWith(read["lines"][6]["text"].asString()));
 }
 
 TEST_F(ConsoleTest, APageWaitsForTheNextChange) {
