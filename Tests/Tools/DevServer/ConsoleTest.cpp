@@ -108,9 +108,11 @@ TEST_F(ConsoleTest, ShowsWhatADeviceTookAcrossARestart) {
         for (const Json::Value& row : device["keys"])
             rows[row["module"].asString() + "." + row["key"].asString()] = row;
         ASSERT_EQ(rows.size(), 5u);
-        EXPECT_EQ(rows["Sample.version"]["sent"], "1.10");
+        EXPECT_EQ(rows["Sample.version"]["sent"], "\"1.10\"");
         EXPECT_EQ(rows["Sample.version"]["stored"], "1.100000");
         EXPECT_EQ(rows["Sample.version"]["findings"][0]["rule"], "changed-number");
+        EXPECT_TRUE(rows["Sample.version"]["changed"].asBool());
+        EXPECT_FALSE(rows["Sample.LogHoursLimit"]["changed"].asBool());
         EXPECT_TRUE(rows["Sample.flag"]["stored"].isNull());
         EXPECT_EQ(rows["Sample.flag"]["reads"]["bool"], "(manifest)");
         EXPECT_EQ(rows["Sample.LogMode"]["effective"], "(manifest, else 0)");

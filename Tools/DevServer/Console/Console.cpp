@@ -6,7 +6,7 @@
 #include "DevServer/Console/EventFiles.h"
 #include "DevServer/Console/KeyRows.h"
 #include "DevServer/Console/UploadShelf.h"
-#include "DevServer/JsonText.h"
+#include "DevServer/JsonAnswer.h"
 #include "DevServer/Lint/Lint.h"
 
 namespace OrvaneDevServer {
@@ -29,19 +29,6 @@ Answer Guarded(Answer answer) {
                                                  {"Cross-Origin-Opener-Policy", "same-origin"},
                                                  {"Cache-Control", "no-store"}});
     return answer;
-}
-
-Answer Reply(const Json::Value& value, int status = 200) {
-    Answer answer;
-    answer.status = status;
-    answer.body = WriteCompact(value);
-    return answer;
-}
-
-Answer ReplyWhy(int status, const std::string& why) {
-    Json::Value value(Json::objectValue);
-    value["error"] = why;
-    return Reply(value, status);
 }
 
 // A value of the query, decoded; empty if there is none.
@@ -71,21 +58,7 @@ Answer File(const std::string& name) {
         answer.body = file.content;
         return answer;
     }
-    return ReplyWhy(404, "there is no such file of the console");
-}
-
-Json::Value ListOf(const Findings& findings) {
-    Json::Value list(Json::arrayValue);
-    for (const Finding& finding : findings) {
-        Json::Value entry(Json::objectValue);
-        entry["severity"] = SeverityWord(finding.severity);
-        entry["rule"] = finding.rule;
-        entry["module"] = finding.module;
-        entry["key"] = finding.key;
-        entry["text"] = finding.text;
-        list.append(entry);
-    }
-    return list;
+    return ErrorAnswer(404, "there is no such file of the console");
 }
 
 int StatusOf(ModuleEditor::Result result) {
@@ -123,7 +96,7 @@ void Console::Take(const Json::Value& line, const Json::Value* taken) {
 
 Answer Console::Handle(const Request& request, const Target& target, const std::string& path) {
     if (path.starts_with(kData)) return Guarded(Data(request, target, path.substr(sizeof kData - 1)));
-    if (request.method != "GET") return Guarded(ReplyWhy(405, "not by " + request.method));
+    if (request.method != "GET") return Guarded(ErrorAnswer(405, "not by " + request.method));
     if (!path.empty()) return Guarded(File(path == "/" ? kIndex : path.substr(1)));
     Answer answer;  // the page's own addresses count from the slash
     answer.status = 302;
@@ -134,19 +107,19 @@ Answer Console::Handle(const Request& request, const Target& target, const std::
 Answer Console::Data(const Request& request, const Target& target, const std::string& what) {
     if (what == "module") return Module(request, target);
     if (what == "lint" && request.method == "POST") return Lint(request, target);
-    if (request.method != "GET") return ReplyWhy(405, "not by " + request.method);
+    if (request.method != "GET") return ErrorAnswer(405, "not by " + request.method);
     if (what == "changes") return WaitForChange(request, target);
-    if (what == "devices") return Reply(_book.Devices());
+    if (what == "devices") return JsonAnswer(200, _book.Devices());
     if (what == "device") {
         const Json::Value device = Device(ValueOf(target, "did"));
-        return device.isNull() ? ReplyWhy(404, "no such device has asked") : Reply(device);
+        return device.isNull() ? ErrorAnswer(404, "no such device has asked") : JsonAnswer(200, device);
     }
-    if (what == "requests") return Reply(_book.Requests(ValueOf(target, "did")));
-    if (what == "events") return Reply(ReadEvents(_folder + "/events", ValueOf(target, "name")));
-    if (what == "uploads") return Reply(ListUploads(_folder + "/uploads"));
+    if (what == "requests") return JsonAnswer(200, _book.Requests(ValueOf(target, "did")));
+    if (what == "events") return JsonAnswer(200, ReadEvents(_folder + "/events", ValueOf(target, "name")));
+    if (what == "uploads") return JsonAnswer(200, ListUploads(_folder + "/uploads"));
     if (what == "lines") return Lines(target);
-    if (what == "modules") return Reply(Modules());
-    return ReplyWhy(404, "there is no such data");
+    if (what == "modules") return JsonAnswer(200, Modules());
+    return ErrorAnswer(404, "there is no such data");
 }
 
 Answer Console::WaitForChange(const Request& request, const Target& target) {
@@ -154,7 +127,7 @@ Answer Console::WaitForChange(const Request& request, const Target& target) {
     Json::Value value(Json::objectValue);
     value["now"] = static_cast<Json::UInt64>(look.now);
     value["full"] = look.isFull;
-    return Reply(value);
+    return JsonAnswer(200, value);
 }
 
 Json::Value Console::Device(const std::string& did) const {
@@ -189,7 +162,7 @@ Json::Value Console::Modules() const {
             findings = LintModuleText(name.module, text, Inherited(name));
         else
             findings.push_back({Severity::kError, "no-module", name.module, "", why});
-        entry["findings"] = ListOf(findings);
+        entry["findings"] = FindingList(findings);
         entry["bytes"] = static_cast<Json::UInt64>(text.size());
         list.append(entry);
     }
@@ -206,20 +179,21 @@ Json::Value Console::Inherited(const ModuleName& name) const {
 Answer Console::Lint(const Request& request, const Target& target) const {
     const ModuleName name = NameOf(target);
     Json::Value value(Json::objectValue);
-    value["findings"] = ListOf(LintModuleText(name.module, request.body, Inherited(name)));
-    return Reply(value);
+    value["findings"] = FindingList(LintModuleText(name.module, request.body, Inherited(name)));
+    return JsonAnswer(200, value);
 }
 
 Answer Console::Module(const Request& request, const Target& target) {
     const ModuleName name = NameOf(target);
     std::string text, digest, why;
     if (request.method == "GET") {
-        if (!_editor.Read(name, text, digest, why)) return ReplyWhy(400, why);
+        if (!_editor.Read(name, text, digest, why)) return ErrorAnswer(400, why);
         Json::Value value(Json::objectValue);
         value["text"] = text;
         value["digest"] = digest;
-        value["findings"] = ListOf(digest.empty() ? Findings{} : LintModuleText(name.module, text, Inherited(name)));
-        return Reply(value);
+        value["findings"] =
+            FindingList(digest.empty() ? Findings{} : LintModuleText(name.module, text, Inherited(name)));
+        return JsonAnswer(200, value);
     }
     ModuleEditor::Result result = ModuleEditor::Result::kNoName;
     if (request.method == "PUT")
@@ -227,13 +201,13 @@ Answer Console::Module(const Request& request, const Target& target) {
     else if (request.method == "DELETE")
         result = _editor.Remove(name, ValueOf(target, "was"), why);
     else
-        return ReplyWhy(405, "not by " + request.method);
-    if (result != ModuleEditor::Result::kDone) return ReplyWhy(StatusOf(result), why);
+        return ErrorAnswer(405, "not by " + request.method);
+    if (result != ModuleEditor::Result::kDone) return ErrorAnswer(StatusOf(result), why);
     Json::Value value(Json::objectValue);
     value["rule_id"] = _servedTo("").ruleId;  // which also takes the file
     if (_editor.Read(name, text, digest, why)) value["digest"] = digest;
     _changes.Tell();
-    return Reply(value);
+    return JsonAnswer(200, value);
 }
 
 Answer Console::Lines(const Target& target) const {
@@ -242,7 +216,7 @@ Answer Console::Lines(const Target& target) const {
     LineQuery query;
     query.file = ValueOf(target, "file");
     if (!IsPlainFileName(device) || !IsPlainFileName(folder) || (!query.file.empty() && !IsPlainFileName(query.file)))
-        return ReplyWhy(400, "an upload is named by two folders");
+        return ErrorAnswer(400, "an upload is named by two folders");
     query.folder = _folder + "/uploads/" + device + "/" + folder + "/files";
     query.minimumLevel = static_cast<int>(std::min<uint64_t>(NumberOf(target, "level"), 5));
     query.module = ValueOf(target, "module");
@@ -250,7 +224,7 @@ Answer Console::Lines(const Target& target) const {
     query.from = NumberOf(target, "from");
     if (const uint64_t most = NumberOf(target, "most"); most > 0) query.most = std::min<uint64_t>(most, kMostLines);
     query.keyFiles = _keyFiles;
-    return Reply(ReadUploadedLines(query));
+    return JsonAnswer(200, ReadUploadedLines(query));
 }
 
 }  // namespace OrvaneDevServer

@@ -1,5 +1,8 @@
 #include "DevServer/Console/KeyRows.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "DevServer/JsonText.h"
 #include "DevServer/Lint/KnownKeys.h"
 #include "DevServer/Lint/Lint.h"
@@ -39,7 +42,28 @@ const char* TypeWord(KeyType type) {
     return type == KeyType::kInt ? "int" : type == KeyType::kBool ? "bool" : "text";
 }
 
+std::string JsonOf(const Json::Value& value) {
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "";
+    builder["emitUTF8"] = true;
+    return Json::writeString(builder, value);
+}
+
 }  // namespace
+
+Json::Value FindingList(const Findings& findings) {
+    Json::Value list(Json::arrayValue);
+    for (const Finding& finding : findings) {
+        Json::Value entry(Json::objectValue);
+        entry["severity"] = SeverityWord(finding.severity);
+        entry["rule"] = finding.rule;
+        entry["module"] = finding.module;
+        entry["key"] = finding.key;
+        entry["text"] = finding.text;
+        list.append(entry);
+    }
+    return list;
+}
 
 void AddKeyRows(const std::string& module, const Json::Value& keys, Json::Value& rows) {
     if (!keys.isObject()) return;
@@ -50,9 +74,10 @@ void AddKeyRows(const std::string& module, const Json::Value& keys, Json::Value&
         Json::Value row(Json::objectValue);
         row["module"] = module;
         row["key"] = key;
-        row["sent"] = keys[key];
+        row["sent"] = JsonOf(keys[key]);
         row["kind"] = KindOf(keys[key]);
         row["stored"] = stored.isKept ? Json::Value(stored.text) : Json::Value();
+        row["changed"] = !stored.isKept || keys[key].asString() != stored.text;
         row["reads"]["int"] = TextOf(reads.asInt);
         row["reads"]["long"] = TextOf(reads.asLong);
         row["reads"]["double"] = TextOf(reads.asDouble);
@@ -62,15 +87,10 @@ void AddKeyRows(const std::string& module, const Json::Value& keys, Json::Value&
             row["type"] = TypeWord(known->type);
             row["effective"] = Effective(*known, reads);
         }
-        row["findings"] = Json::Value(Json::arrayValue);
-        for (const Finding& finding : findings)
-            if (finding.key == key) {
-                Json::Value entry(Json::objectValue);
-                entry["severity"] = SeverityWord(finding.severity);
-                entry["rule"] = finding.rule;
-                entry["text"] = finding.text;
-                row["findings"].append(entry);
-            }
+        Findings ofKey;
+        std::copy_if(findings.begin(), findings.end(), std::back_inserter(ofKey),
+                     [&key](const Finding& finding) { return finding.key == key; });
+        row["findings"] = FindingList(ofKey);
         rows.append(row);
     }
 }

@@ -38,7 +38,6 @@ export async function devices(place) {
 // "1.10" beside 1.100000: what was sent as JSON, and what the game gets.
 function keyRow(row) {
   const reads = row.reads;
-  const isOther = row.stored === null || (typeof row.sent === "string" && row.sent !== row.stored);
   const all = el("dl", {class: "reads"}, Object.entries(reads).map(([type, text]) =>
     [el("dt", {}, type), el("dd", {class: text.startsWith("(") ? "absent" : ""}, text === "" ? "(empty)" : text)]));
   const effective = row.effective !== undefined
@@ -46,8 +45,8 @@ function keyRow(row) {
     : row.stored === null ? el("em", {}, "dropped") : mono(row.stored === "" ? "(empty)" : row.stored);
   return [
     mono(row.key),
-    mono(JSON.stringify(row.sent)),
-    el("div", {class: isOther ? "effective other" : "effective"}, effective,
+    mono(row.sent),
+    el("div", {class: row.changed ? "effective other" : "effective"}, effective,
       el("details", {"data-key": `${row.module} ${row.key}`}, el("summary", {}, "by type"), all)),
     row.findings.length > 0 && findingList(row.findings),
   ];

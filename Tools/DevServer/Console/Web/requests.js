@@ -17,7 +17,7 @@ function request(line) {
     line.upload_id && mono(line.upload_id),
     line.client && el("span", {}, line.client),
     faults.map((fault) => chip("note", fault)),
-    more.map((text) => el("span", {}, text)),
+    more.map((text) => el("span", {class: "more"}, text)),
     problems.length > 0 && el("ul", {class: "problems"}, problems.map((problem) => el("li", {}, problem))),
     line.target && el("code", {class: "target"}, `${line.method || ""} ${line.target}`));
 }
