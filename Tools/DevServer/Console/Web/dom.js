@@ -35,13 +35,14 @@ export function show(region, ...children) {
     if (element.dataset.key === focused) element.focus({preventScroll: true});
 }
 
-// A table whose rows become cards on a narrow screen. A cell is a child, or a list of them.
-export function table(headings, rows, caption) {
-  return el("table", {class: "stack"},
-    caption && el("caption", {}, caption),
-    el("thead", {}, el("tr", {}, headings.map((heading) => el("th", {scope: "col"}, heading)))),
-    el("tbody", {}, rows.map((cells) =>
-      el("tr", {}, cells.map((cell, i) => el("td", {"data-label": headings[i]}, el("div", {}, cell)))))));
+// A table whose rows become cards on a narrow screen; the roles keep it a table for who hears it. A cell is a child, or a
+// list of them.
+export function table(headings, rows) {
+  return el("table", {class: "stack", role: "table"},
+    el("thead", {role: "rowgroup"}, el("tr", {role: "row"},
+      headings.map((heading) => el("th", {role: "columnheader", scope: "col"}, heading)))),
+    el("tbody", {role: "rowgroup"}, rows.map((cells) => el("tr", {role: "row"}, cells.map((cell, i) =>
+      el("td", {role: "cell", "data-label": headings[i]}, el("div", {}, cell)))))));
 }
 
 export const chip = (kind, text) => el("span", {class: `chip ${kind}`}, text);

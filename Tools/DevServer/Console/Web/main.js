@@ -87,13 +87,9 @@ async function showState() {
 addEventListener("hashchange", () => open(true));
 await open(false);
 follow(
-  () => {
-    showState().catch(() => {});
-    if (refresh) Promise.resolve(refresh()).catch(() => {});
-  },
+  () => Promise.allSettled([showState(), refresh && refresh()]),
   (reached) => {
     if (reached === isReached) return;
     isReached = reached;
     showState().catch(() => {});
-    if (reached && refresh) Promise.resolve(refresh()).catch(() => {});
   });

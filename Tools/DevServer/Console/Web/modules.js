@@ -43,13 +43,18 @@ function select(text, key) {
   text.scrollTop = text.scrollHeight * (text.value.slice(0, at).split("\n").length - 3) / text.value.split("\n").length;
 }
 
+// What was typed and not saved, while the page lives: by the module, with the digest of the file that it began from.
+const drafts = new Map();
+
 export async function module(place, [device, name]) {
-  const query = {device, name};
+  const query = {device, name}, draftOf = JSON.stringify(query);
   let {text: saved, digest} = await get("module", query);
-  const isNew = digest === "";
+  const isNew = digest === "", draft = drafts.get(draftOf);
   if (isNew) saved = "{\n    \n}\n";
+  if (draft) digest = draft.digest;
   const said = el("p", {class: "said", role: "status"}), lint = el("div", {class: "lint", "aria-live": "polite"});
-  const text = el("textarea", {class: "editor", spellcheck: "false", autocapitalize: "off", "aria-label": `${name}.json`, value: saved});
+  const text = el("textarea", {class: "editor", spellcheck: "false", autocapitalize: "off", "aria-label": `${name}.json`,
+    value: draft ? draft.text : saved});
 
   let wait = 0, asked = 0;
   const check = async () => {
@@ -64,7 +69,9 @@ export async function module(place, [device, name]) {
   const typed = () => {
     clearTimeout(wait);
     wait = setTimeout(() => check().catch(() => {}), 200);
-    if (text.value !== saved) say("", "Not saved yet.");
+    if (text.value === saved) return void drafts.delete(draftOf);
+    drafts.set(draftOf, {text: text.value, digest});
+    say("", "Not saved yet.");
   };
   const save = async () => {
     const sent = text.value;
@@ -72,6 +79,7 @@ export async function module(place, [device, name]) {
       const done = await put("module", {...query, was: digest}, sent);
       digest = done.digest;
       saved = sent;
+      drafts.delete(draftOf);
       say("good", `Saved. Rule id ${done.rule_id} from the next fetch on.`);
     } catch (problem) {
       if (problem.status !== 409) return say("problem", problem.message);
@@ -104,6 +112,7 @@ export async function module(place, [device, name]) {
         !isNew && el("button", {type: "button", onclick: ask}, "Delete…"),
         el("small", {}, "Ctrl+S saves.")), said),
       el("div", {}, el("h2", {}, "Lint"), lint)));
+  if (draft) say("", "Not saved yet.");
   await check();
   return async () => {  // somebody else may have changed the file
     const now = await get("module", query);
