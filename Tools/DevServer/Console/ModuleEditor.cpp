@@ -81,7 +81,8 @@ ModuleEditor::Result ModuleEditor::Check(const ModuleName& name, const std::stri
 }
 
 ModuleEditor::Result ModuleEditor::Write(const ModuleName& name, const std::string& text, const std::string& digest,
-                                         std::string& why) const {
+                                         std::string& why) {
+    const std::lock_guard<std::mutex> guard(_mutex);
     if (const Result checked = Check(name, digest, why); checked != Result::kDone) return checked;
     Json::Value keys;
     if (!ReadStrictly(text, keys, why)) return Result::kRefused;
@@ -98,7 +99,8 @@ ModuleEditor::Result ModuleEditor::Write(const ModuleName& name, const std::stri
     return Result::kFailed;
 }
 
-ModuleEditor::Result ModuleEditor::Remove(const ModuleName& name, const std::string& digest, std::string& why) const {
+ModuleEditor::Result ModuleEditor::Remove(const ModuleName& name, const std::string& digest, std::string& why) {
+    const std::lock_guard<std::mutex> guard(_mutex);
     if (const Result checked = Check(name, digest, why); checked != Result::kDone) return checked;
     std::error_code error;
     if (fs::remove(PathOf(name), error)) return Result::kDone;

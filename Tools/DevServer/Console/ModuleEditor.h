@@ -2,6 +2,7 @@
 #ifndef ORVANE_TOOLS_DEVSERVER_CONSOLE_MODULE_EDITOR_H
 #define ORVANE_TOOLS_DEVSERVER_CONSOLE_MODULE_EDITOR_H
 
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,7 @@ struct ModuleName {
     std::string module;
 };
 
-// One request at a time changes a file; whoever edits it by hand meanwhile is noticed. Any thread.
+// One request at a time changes a file; whoever edits it by hand is noticed up to the moment of the change. Any thread.
 class ModuleEditor {
 public:
     explicit ModuleEditor(std::string folder) : _folder(std::move(folder)) {}
@@ -32,14 +33,15 @@ public:
 
     // Writes the text as it stands, if the file still has that digest; with an empty one, if there is no file. `why`
     // says what hinders.
-    Result Write(const ModuleName& name, const std::string& text, const std::string& digest, std::string& why) const;
-    Result Remove(const ModuleName& name, const std::string& digest, std::string& why) const;
+    Result Write(const ModuleName& name, const std::string& text, const std::string& digest, std::string& why);
+    Result Remove(const ModuleName& name, const std::string& digest, std::string& why);
 
 private:
     std::string PathOf(const ModuleName& name) const;
     Result Check(const ModuleName& name, const std::string& digest, std::string& why) const;
 
     const std::string _folder;
+    std::mutex _mutex;  // over the look at a file and its change
 };
 
 }  // namespace OrvaneDevServer

@@ -11,7 +11,7 @@ export class Refusal extends Error {
 async function ask(method, path, query, body) {
   const text = new URLSearchParams(query).toString();
   const answer = await fetch(path + (text ? "?" + text : ""), {method, body, cache: "no-store"});
-  const value = await answer.json();
+  const value = await answer.json().catch(() => ({}));  // what HTTP itself refuses has no words
   if (!answer.ok) throw new Refusal(answer.status, value.error || `the status ${answer.status}`);
   return value;
 }
