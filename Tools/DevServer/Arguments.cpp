@@ -4,6 +4,7 @@
 
 #include "DevServer/PageGuard.h"
 #include "DevServer/Query.h"
+#include "Support/OptionError.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -95,12 +96,10 @@ bool ParseArguments(const std::vector<std::string>& words, Arguments& arguments,
     optind = 0;  // start over
     opterr = 0;
     for (;;) {
-        const int at = optind == 0 ? 1 : optind;
         const int found = getopt_long(count, pointers.data(), ":hq", kOptions, nullptr);
         if (found == -1) break;
         if (found == '?' || found == ':') {
-            error =
-                copies[static_cast<size_t>(at)] + (found == ':' ? ": wants a value" : ": no such option; see --help");
+            error = OrvaneTools::OptionError(found, pointers.data());
             return false;
         }
         if (!TakeOption(found, optarg ? optarg : "", arguments, error)) return false;
@@ -142,7 +141,7 @@ Options
   --port N             the port, 8765 if none is given; 0 for any free one
   --host ADDRESS       the loopback address to listen at, 127.0.0.1 if none is given
   --fault ORDER        a fault; may be given several times, and several may meet in one request
-  --key FILE           a private key, as orvane-log takes it, for enciphered logs that devices send; several may be given
+  --key FILE           a private key, as orvane-log takes it, for enciphered logs that devices send; also several
   --strict             answer a request that breaks its protocol with an error
   -q, --quiet          nothing on standard error but what concerns the server itself
   --version            the version

@@ -55,6 +55,8 @@ const Case kCases[] = {
     {"OrvaneCore", R"({"PellReportAvailable":"yes","RemoteConfigMaxRetryCount":"005"})",
      "PellReportAvailable warning text-for-int"},
     {"OrvaneCore", R"({"OperationQueueShrinkStep":2})", "OperationQueueShrinkStep warning misspelt-key"},
+    {"OrvaneCore", R"({"OperationQueueMaxThreadNum":6})",
+     "OperationQueueMaxThreadNum warning equals-default; OperationQueueMaxThreadNum note next-launch"},
     {"OrvaneCore", R"({"RemoteConfigNextGap":0})",
      "RemoteConfigNextGap error odd-gap; RemoteConfigNextGap note next-launch"},
     {"OrvaneCore", R"({"RemoteConfigNextGap":"soon"})",

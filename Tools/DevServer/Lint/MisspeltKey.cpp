@@ -1,7 +1,6 @@
 // Names are compared to the letter, and some of the library's own are misspelt for good.
 #include <algorithm>
 #include <cctype>
-#include <cstring>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -34,12 +33,12 @@ void FindMisspeltKey(const LintedKey& key, Findings& findings) {
     if (key.known || key.key.size() > kLongest) return;
     for (const KnownKey& known : KnownKeys()) {
         // In a module that may have keys of its own the names of the log's keys alone are told apart.
-        if (known.module != key.module && known.module[0] != '*') continue;
-        const size_t longer = std::max(key.key.size(), strlen(known.name)),
-                     shorter = std::min(key.key.size(), strlen(known.name));
-        if (longer - shorter > kNear || Distance(key.key, known.name) > kNear) continue;
+        if (!known.IsOf(key.module)) continue;
+        const size_t longer = std::max(key.key.size(), known.name.size()),
+                     shorter = std::min(key.key.size(), known.name.size());
+        if (longer - shorter > kNear || Distance(key.key, std::string(known.name)) > kNear) continue;
         findings.push_back(key.Found(Severity::kWarning, "misspelt-key",
-                                     std::string("nobody reads it; the library reads \"") + known.name + "\""));
+                                     "nobody reads it; the library reads \"" + std::string(known.name) + "\""));
         return;
     }
 }
