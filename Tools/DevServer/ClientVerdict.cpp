@@ -73,7 +73,7 @@ std::string ReadObject(const std::string& text, Json::Value& object) {
 }
 
 // Why the client refuses the text; empty if it takes it.
-std::string ReadConfig(const std::string& text, Taken& taken) {
+std::string ReadConfig(const std::string& text, Taken& taken, Json::Value* modules) {
     Json::Value answer;
     if (std::string why = ReadObject(text, answer); !why.empty()) return why;
     std::string refusal, message;
@@ -88,6 +88,7 @@ std::string ReadConfig(const std::string& text, Taken& taken) {
     if (refusal.empty() && !merged.isObject())
         refusal = std::string("\"merged_cfg\" is ") + (merged.isNull() ? "missing or null" : KindOf(merged));
     if (refusal.empty()) TakeModules(merged, taken, refusal);
+    if (refusal.empty() && modules) *modules = merged;
     return refusal;
 }
 
@@ -147,12 +148,12 @@ std::string TextOf(const Answer& answer) {
 
 }  // namespace
 
-std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId) {
+std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId, Json::Value* modules) {
     if (const std::string* address = Redirect(answer)) return "will ask " + *address + " instead";
     Taken taken;
     std::string refusal;
     try {
-        refusal = ReadConfig(TextOf(answer), taken);
+        refusal = ReadConfig(TextOf(answer), taken, modules);
     } catch (const std::exception& problem) {
         refusal = problem.what();
     }
