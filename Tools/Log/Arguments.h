@@ -22,6 +22,7 @@ struct Arguments {
     FilterOptions filter;
     std::optional<size_t> lines;  // only the last so many entries
     bool json = false;
+    std::string otlpUrl;  // entries go to this receiver, and are not printed; empty: they are printed
     bool quiet = false;
     ColourChoice colour = ColourChoice::kAuto;
 };

@@ -7,6 +7,7 @@
 #include "Log/KeyFile.h"
 #include "Log/LeftOver.h"
 #include "Log/LogFileName.h"
+#include "Log/OtlpPrinter.h"
 #include "Log/RecordTable.h"
 #include "Log/SourceList.h"
 #include "Log/TailPrinter.h"
@@ -56,7 +57,8 @@ bool LoadKeys(const std::vector<std::string>& files, KeyRing& ring, Report& repo
     return good;
 }
 
-std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Output& output) {
+std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Output& output, Report& report) {
+    if (!arguments.otlpUrl.empty()) return std::make_unique<OtlpPrinter>(arguments, report);
     if (arguments.json) return std::make_unique<JsonPrinter>(output);
     const bool untouched = look == Look::kAsItStands && arguments.filter.IsEmpty() && !arguments.lines &&
                            arguments.action != Action::kFollow;
@@ -70,13 +72,14 @@ void Reading::Run() {
 
     FindTornFiles(list.files);
 
-    std::unique_ptr<Printer> printer = MakePrinter(_arguments, _look, _output);
+    std::unique_ptr<Printer> printer = MakePrinter(_arguments, _look, _output, _report);
     std::unique_ptr<TailPrinter> tail;
     if (_arguments.lines) tail = std::make_unique<TailPrinter>(*printer, *_arguments.lines);
     if (_arguments.action == Action::kRecords && !_arguments.json) RecordTable::WriteHeading(_output);
     for (const std::string& file : list.files)
         ReadFile(file, tail ? tail.get() : printer.get());
     if (tail) tail->Release();
+    if (printer) printer->End();
     _output.Flush();
 }
 
