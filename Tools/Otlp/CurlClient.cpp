@@ -1,3 +1,5 @@
+#include <zlib.h>
+
 #include <algorithm>
 #include <atomic>
 
@@ -18,6 +20,23 @@ size_t TakeAnswer(char* data, size_t size, size_t count, void* context) {
     return bytes;  // what is too much is read and dropped, so that the connection can be kept
 }
 
+// As one gzip member (RFC 1952); empty if there is no memory for it.
+std::string Gzip(const std::string& text) {
+    z_stream stream{};
+    constexpr int kGzipWindow = 15 + 16, kUsualMemory = 8;
+    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipWindow, kUsualMemory, Z_DEFAULT_STRATEGY) != Z_OK)
+        return "";
+    std::string member(deflateBound(&stream, text.size()), '\0');
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+    stream.avail_in = static_cast<uInt>(text.size());
+    stream.next_out = reinterpret_cast<Bytef*>(member.data());
+    stream.avail_out = static_cast<uInt>(member.size());
+    const bool isWhole = deflate(&stream, Z_FINISH) == Z_STREAM_END;
+    member.resize(isWhole ? stream.total_out : 0);
+    deflateEnd(&stream);
+    return member;
+}
+
 class CurlClient final : public HttpClient {
 public:
     explicit CurlClient(const Endpoint& endpoint) : _endpoint(endpoint) {}
@@ -30,7 +49,7 @@ public:
     CurlClient& operator=(const CurlClient&) = delete;
 
     bool Prepare(std::string& problem) override;
-    HttpAnswer Post(const std::string& body) override;
+    PostAnswer Post(const std::string& body) override;
     void Abort() override {
         _isAborted = true;
         if (CURLM* const multi = _multi.load()) _curl.multiWakeup(multi);
@@ -62,6 +81,7 @@ bool CurlClient::Prepare(std::string& problem) {
     }
     AddHeader("Content-Type: application/json");
     AddHeader("Expect:");  // else a larger body waits a second for servers that do not answer it
+    if (_endpoint.isCompressed) AddHeader("Content-Encoding: gzip");
     for (const std::string& header : _endpoint.headers)
         AddHeader(header);
     const auto set = [this](CURLoption option, auto value) { _curl.easySetopt(_easy, option, value); };
@@ -78,11 +98,17 @@ bool CurlClient::Prepare(std::string& problem) {
     return true;
 }
 
-HttpAnswer CurlClient::Post(const std::string& body) {
-    HttpAnswer answer;
+PostAnswer CurlClient::Post(const std::string& body) {
+    PostAnswer answer;
+    const std::string member = _endpoint.isCompressed ? Gzip(body) : std::string();
+    if (_endpoint.isCompressed && member.empty()) {
+        answer.problem = "no memory to compress with";
+        return answer;
+    }
+    const std::string& sent = _endpoint.isCompressed ? member : body;
     const auto set = [this](CURLoption option, auto value) { _curl.easySetopt(_easy, option, value); };
-    set(CURLOPT_POSTFIELDS, body.data());
-    set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+    set(CURLOPT_POSTFIELDS, sent.data());
+    set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(sent.size()));
     set(CURLOPT_WRITEDATA, &answer.body);
     CURLM* const multi = _multi.load();
     _curl.multiAddHandle(multi, _easy);

@@ -155,6 +155,7 @@ private:
         }
         ReadHeaders(signal, endpoint);
         ReadTimeout(signal, endpoint);
+        ReadCompression(signal, endpoint);
     }
 
     void ReadHeaders(const std::string& signal, Endpoint& endpoint) {
@@ -178,6 +179,12 @@ private:
         if (failure != std::errc() || stop != value.data() + value.size() || number < 0)
             return Problem(name, value, "no number of milliseconds");
         endpoint.timeout = number;
+    }
+
+    void ReadCompression(const std::string& signal, Endpoint& endpoint) {
+        const auto [name, value] = OfSignal(signal, "COMPRESSION");
+        endpoint.isCompressed = value == "gzip";
+        if (!value.empty() && value != "gzip" && value != "none") Problem(name, value, "neither gzip nor none");
     }
 
     const Variables& _variables;

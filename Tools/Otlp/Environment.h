@@ -15,6 +15,7 @@ struct Endpoint {
     std::string url;                   // empty: they go nowhere
     std::vector<std::string> headers;  // lines "Name: value" for each request
     long timeout = 10000;              // milliseconds that a request may take; 0 for no limit
+    bool isCompressed = false;         // requests go with gzip
 
     bool IsSet() const { return !url.empty(); }
 };
@@ -29,7 +30,7 @@ struct Settings {
 // Gives the value of a variable, or null.
 using Variables = std::function<const char*(const char* name)>;
 
-// OTEL_EXPORTER_OTLP_ENDPOINT, _HEADERS, _TIMEOUT, each with a variant for one signal that goes before it
+// OTEL_EXPORTER_OTLP_ENDPOINT, _HEADERS, _TIMEOUT, _COMPRESSION, each with a variant for one signal that goes before it
 // (OTEL_EXPORTER_OTLP_TRACES_ENDPOINT), OTEL_SERVICE_NAME, OTEL_RESOURCE_ATTRIBUTES, OTEL_SDK_DISABLED. An empty
 // variable counts as not set. `base`, if it is not empty, takes the place of all variables of endpoints. The variables
 // are read during the call alone.

@@ -254,7 +254,7 @@ bool Exporter::IsOver() const {
 }
 
 // Whether the batch is done with.
-bool Exporter::Judge(const HttpAnswer& answer, const Batch& batch) {
+bool Exporter::Judge(const PostAnswer& answer, const Batch& batch) {
     const std::string status = answer.status == 0 ? answer.problem : "the answer " + std::to_string(answer.status);
     if (answer.status >= 200 && answer.status < 300) {
         if (_failures > 0) SayOfUrl("takes records again");

@@ -84,7 +84,7 @@ private:
     void Send(const Batch& batch);
     bool WaitToTry();
     bool IsOver() const;
-    bool Judge(const HttpAnswer& answer, const Batch& batch);
+    bool Judge(const PostAnswer& answer, const Batch& batch);
     void Refuse(const Batch& batch, const std::string& why);
     void SayOverflow(bool isLast);
     void SayOfUrl(const std::string& what);

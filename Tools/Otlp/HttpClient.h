@@ -9,7 +9,7 @@
 
 namespace OrvaneOtlp {
 
-struct HttpAnswer {
+struct PostAnswer {
     int status = 0;             // 0: none came
     std::string problem;        // why not
     std::string body;           // its first 64 KiB
@@ -23,7 +23,7 @@ public:
     // Before the first Post, on its thread. False, and why in `problem`, if nothing can ever be sent.
     virtual bool Prepare(std::string& problem) = 0;
     // POST, `body` as JSON. Waits for the answer's end, at most as long as the endpoint's timeout says.
-    virtual HttpAnswer Post(const std::string& body) = 0;
+    virtual PostAnswer Post(const std::string& body) = 0;
     // Any thread. The Post that is under way ends at once, and so does every later one.
     virtual void Abort() = 0;
 };

@@ -60,13 +60,16 @@ TEST(OtlpEnvironment, HeadersTimeoutAndResource) {
                                     {"OTEL_EXPORTER_OTLP_LOGS_HEADERS", "only=logs"},
                                     {"OTEL_EXPORTER_OTLP_TIMEOUT", "0"},
                                     {"OTEL_EXPORTER_OTLP_LOGS_TIMEOUT", "-5"},
+                                    {"OTEL_EXPORTER_OTLP_COMPRESSION", "brotli"},
+                                    {"OTEL_EXPORTER_OTLP_LOGS_COMPRESSION", "gzip"},
                                     {"OTEL_RESOURCE_ATTRIBUTES", "service.name=given,device.id=320FC%3D"},
                                     {"OTEL_SERVICE_NAME", "game"}});
     EXPECT_THAT(settings.traces.headers, ElementsAre("api-key: a b,c", "x: 1=2"));
     EXPECT_THAT(settings.logs.headers, ElementsAre("only: logs"));
     EXPECT_EQ(settings.traces.timeout, 0);
     EXPECT_EQ(settings.logs.timeout, 10000) << "a wrong one counts as not set";
-    EXPECT_EQ(settings.problems.size(), 2u) << testing::PrintToString(settings.problems);
+    EXPECT_TRUE(settings.logs.isCompressed && !settings.traces.isCompressed);
+    EXPECT_EQ(settings.problems.size(), 3u) << testing::PrintToString(settings.problems);
     EXPECT_EQ(settings.problems[0].find("Evil"), std::string::npos) << "headers hold secrets";
     EXPECT_EQ(ResourceOf(settings, "service.name"), "game");
     EXPECT_EQ(ResourceOf(settings, "device.id"), "320FC=");

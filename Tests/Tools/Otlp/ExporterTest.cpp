@@ -167,7 +167,9 @@ TEST(Exporter, StaysBoundedAndNeverWaitsWhileTheReceiverIsDead) {
     size_t most = 0;
     for (int i = 0; i < kSpans; ++i) {
         // A held request holds no one: the first tenth goes by before the receiver lets it go.
-        if (i == 600) ASSERT_TRUE(WaitFor([&] { return isHeld.load(); }));
+        if (i == 600) {
+            ASSERT_TRUE(WaitFor([&] { return isHeld.load(); }));
+        }
         if (i == kSpans / 10) isReleased = true;
         if (i % 1000 == 0) sender.clock->Advance(60000ms / (kSpans / 1000));
         sender.exporter.Offer(item);
