@@ -11,6 +11,26 @@ enum Tag : char { kNamedText, kNumberedText, kNumberedNumber };
 // As much as a span takes with a few tags, so that adding its fields allocates once.
 constexpr size_t kUsualSize = 768;
 
+// In front of a text's bytes stands their number.
+constexpr size_t kTextHead = sizeof(uint32_t);
+
+size_t LengthOf(const char* value, int length) {
+    return value && length > 0 ? static_cast<size_t>(length) : 0;
+}
+
+// These give the place behind what they wrote.
+template <typename Number>
+char* Put(char* to, Number number) {
+    memcpy(to, &number, sizeof number);
+    return to + sizeof number;
+}
+
+char* PutText(char* to, const char* text, size_t length) {
+    to = Put(to, static_cast<uint32_t>(length));
+    if (length > 0) memcpy(to, text, length);
+    return to + length;
+}
+
 class Reader {
 public:
     explicit Reader(const std::string& bytes) : _at(bytes.data()), _end(bytes.data() + bytes.size()) {}
@@ -41,28 +61,26 @@ private:
 
 EventBytes::EventBytes(int source, const char* name) {
     _bytes.reserve(kUsualSize);
-    _bytes.append(sizeof(uint64_t), '\0');
-    Put(&source, sizeof source);
-    PutText(name, strlen(name));
+    const size_t length = strlen(name);
+    char* to = Grow(sizeof(uint64_t) + sizeof source + kTextHead + length) + sizeof(uint64_t);
+    PutText(Put(to, source), name, length);
 }
 
 void EventBytes::Add(const char* key, const char* value, int length) {
     if (!key) return;
-    _bytes += kNamedText;
-    PutText(key, strlen(key));
-    PutText(value, value && length > 0 ? static_cast<size_t>(length) : 0);
+    const size_t keyLength = strlen(key), valueLength = LengthOf(value, length);
+    char* to = Grow(sizeof(Tag) + kTextHead + keyLength + kTextHead + valueLength);
+    PutText(PutText(Put(to, kNamedText), key, keyLength), value, valueLength);
 }
 
 void EventBytes::Add(int key, const char* value, int length) {
-    _bytes += kNumberedText;
-    Put(&key, sizeof key);
-    PutText(value, value && length > 0 ? static_cast<size_t>(length) : 0);
+    const size_t valueLength = LengthOf(value, length);
+    char* to = Grow(sizeof(Tag) + sizeof key + kTextHead + valueLength);
+    PutText(Put(Put(to, kNumberedText), key), value, valueLength);
 }
 
 void EventBytes::Add(int key, int value) {
-    _bytes += kNumberedNumber;
-    Put(&key, sizeof key);
-    Put(&value, sizeof value);
+    Put(Put(Put(Grow(sizeof(Tag) + sizeof key + sizeof value), kNumberedNumber), key), value);
 }
 
 std::string EventBytes::ReportedAt(uint64_t time) const {
@@ -89,10 +107,10 @@ Event EventBytes::Read(const std::string& reported) {
     return event;
 }
 
-void EventBytes::PutText(const char* text, size_t length) {
-    const uint32_t size = static_cast<uint32_t>(length);
-    Put(&size, sizeof size);
-    Put(text, length);
+char* EventBytes::Grow(size_t size) {
+    const size_t before = _bytes.size();
+    _bytes.resize(before + size);
+    return &_bytes[before];
 }
 
 }  // namespace Pell

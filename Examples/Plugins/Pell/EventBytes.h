@@ -38,8 +38,8 @@ public:
     static Event Read(const std::string& reported);
 
 private:
-    void Put(const void* bytes, size_t size) { _bytes.append(static_cast<const char*>(bytes), size); }
-    void PutText(const char* text, size_t length);
+    // Room for so many bytes more, which the caller fills.
+    char* Grow(size_t size);
 
     std::string _bytes;  // begins with room for the time
 };
