@@ -14,12 +14,11 @@
 
 namespace OrvaneTest {
 
-// A span or a log record that was taken, with what it stood in.
+// A span or a log record.
 struct OtlpRecord {
     Json::Value json;
     std::string scope;
-    std::map<std::string, std::string> attributes;  // numbers in decimal digits
-    std::map<std::string, std::string> resource;
+    std::map<std::string, std::string> attributes;  // those of its resource too; numbers in decimal digits
 };
 
 class OtlpReceiver {
@@ -27,27 +26,23 @@ public:
     // Answers a request; an empty text closes the connection, "200" takes the records with an empty answer. Any thread.
     using Behaviour = std::function<std::string(const HttpRequest& request)>;
 
-    explicit OtlpReceiver(Behaviour behaviour = nullptr);
+    explicit OtlpReceiver(Behaviour behaviour = [](const HttpRequest&) { return "200"; });
 
     std::string Url(const std::string& target = "") const { return _server.Url(target); }
     std::vector<HttpRequest> Requests() const { return _server.Requests(); }
-    // Of requests that were answered with a 200, in order.
-    std::vector<OtlpRecord> Spans() const;
-    std::vector<OtlpRecord> Logs() const;
+    // Spans and log records of all requests that were answered with "200", in order.
+    std::vector<OtlpRecord> Records() const;
     // What differs from the published shape; empty if nothing does.
     std::string Problems() const;
 
 private:
     std::string Answer(const HttpRequest& request);
-    void Take(const HttpRequest& request);
-    void TakeRecord(const Json::Value& record, bool isSpan, const OtlpRecord& surroundings);
-    std::map<std::string, std::string> TakeAttributes(const Json::Value& list);
-    void Check(const Json::Value& object, const std::map<std::string, std::string>& shape, const std::string& what);
-    void Problem(const std::string& problem) { _problems += problem + "\n"; }
+    void Take(const std::string& body);
+    void Check(const Json::Value& value, const std::string& path);
 
     const Behaviour _behaviour;
     mutable std::mutex _mutex;
-    std::vector<OtlpRecord> _spans, _logs;
+    std::vector<OtlpRecord> _records;
     std::string _problems;
     HttpServer _server;  // last: its threads use the others
 };
