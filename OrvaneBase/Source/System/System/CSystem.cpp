@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cctype>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -22,16 +23,18 @@ using Cell = std::atomic<const char*>;
 Cell g_Udid, g_BundleId, g_Model, g_SysVersion, g_appVersion;
 
 // The data plugin's answer, else the cell's, else what `find` gets from the platform; a text that was found is kept.
-// Two threads that fill a cell at a time cost a copy, which stays with its reader.
+// Of two threads that fill a cell at a time the second gives way.
 template <typename Find>
 const char* Answer(const char* (*unified)(), Cell& cell, Find find, const char* fallback) {
     if (const char* answer = unified()) return answer;
     if (const char* kept = cell.load(std::memory_order_acquire)) return kept;
     const std::string found = find();
     if (found.empty()) return fallback;
-    const char* copy = strdup(found.c_str());
-    cell.store(copy, std::memory_order_release);
-    return copy;
+    char* const copy = strdup(found.c_str());
+    const char* kept = nullptr;
+    if (cell.compare_exchange_strong(kept, copy, std::memory_order_acq_rel)) return copy;
+    free(copy);
+    return kept;
 }
 
 // A text at the top of the manifest; null if there is none.
