@@ -17,6 +17,7 @@ namespace {
 
 // What an item costs beside its bytes.
 constexpr size_t kItemOverhead = 2 * sizeof(std::string);
+constexpr char kNotSent[] = "it is time to end; not sent: ";
 // So often it is said that items find no room.
 constexpr std::chrono::seconds kOverflowPause{10};
 
@@ -230,7 +231,7 @@ void Exporter::Send(const Batch& batch) {
     const std::string body = _encode(batch);
     const Clock::Time begin = _clock->Now();
     for (;;) {
-        if (!WaitToTry()) return Refuse(batch, Records(batch.size()) + " are not sent: it is time to end");
+        if (!WaitToTry()) return Refuse(batch, kNotSent + Records(batch.size()));
         if (Judge(_client->Post(body), batch)) return;
         SayOverflow(false);
         // What the receiver asked to be waited for may be longer than that; then the next batch waits for it.
@@ -321,7 +322,7 @@ void Exporter::DropTheRest() {
         _counts.refused += count;
     }
     _backlog.clear();
-    if (count > 0) SayOfUrl(Records(count) + " are not sent: it is time to end");
+    if (count > 0) SayOfUrl(kNotSent + Records(count));
 }
 
 }  // namespace OrvaneOtlp

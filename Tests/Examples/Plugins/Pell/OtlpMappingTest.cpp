@@ -69,6 +69,7 @@ TEST(OtlpMapping, OutcomesAndTimesOfSpans) {
     } cases[] = {
         {{{"errcode", "-3"}}, OrvaneOtlp::kStatusError, 1000000, 1500000},
         {{{"errcode", ""}, {"dur", ""}}, OrvaneOtlp::kStatusUnset, 1000000, 9000000},
+        {{{"errcode", ""}, {"dur", ""}, {"ts", "9001"}}, OrvaneOtlp::kStatusUnset, 9001000, 9001000},
         {{{"ts", ""}, {"dur", "7000"}}, OrvaneOtlp::kStatusOk, 7000000, 7000000},
         {{{"dur", "-5"}}, OrvaneOtlp::kStatusOk, 1000000, 1000000},
         {{{"ts", "99999999999999999999"}}, OrvaneOtlp::kStatusOk, 9223372036854775000u, 9223372036855275000u},
