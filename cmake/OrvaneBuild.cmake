@@ -66,6 +66,8 @@ function(orvane_source_revision out)
   endif()
   string(LENGTH "${revision}" length)
   if(NOT length EQUAL 40)
+    message(WARNING "This is no git checkout (or git does not trust its owner), and there is no file REVISION of 40 "
+                    "hexadecimal digits: orvanecore_get_version_hash() will give forty zeros")
     set(revision 0000000000000000000000000000000000000000)
   endif()
   set(${out} ${revision} PARENT_SCOPE)

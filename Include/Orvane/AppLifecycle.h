@@ -5,6 +5,7 @@
 /// Arguments of the events, in the order of the selector's colons: the application is an opaque pointer; a URL, a
 /// device token, an error and a notification are null-terminated UTF-8 texts (a notification as JSON); options,
 /// annotations, handlers, activities and windows are opaque pointers of the application's making and may be null.
+/// C99 and C++11.
 #ifndef ORVANE_APP_LIFECYCLE_H
 #define ORVANE_APP_LIFECYCLE_H
 
@@ -17,10 +18,11 @@
 /// does not declare the protocol. The object is not retained: it removes itself before it dies. Main thread, or while
 /// libraries load; never from inside an event.
 /// \param observer an orvane_object*
-inline void gs_OrvaneAppLifecycleAddObserver(void* observer) {
+ORVANE_RUNTIME_INLINE void gs_OrvaneAppLifecycleAddObserver(void* observer) {
     orvane_object* wrapper = orvane_object_create(orvane_class_lookup("OrvaneAppLifecycleWrapper"));
     if (orvane_object_responds(wrapper, "addObserver:")) {
-        void* arguments[] = {observer};
+        void* arguments[1];
+        arguments[0] = observer;
         orvane_object_perform(wrapper, "addObserver:", arguments);
     }
     orvane_object_release(wrapper);

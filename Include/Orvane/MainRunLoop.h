@@ -9,39 +9,40 @@
 ///   reading, and calls gs_OrvaneMainRunLoopRunPending when that is ready; or it calls the latter once a frame.
 ///
 /// The host does not link to the library for this: the functions find it by the run-time class "OrvaneMainRunLoop", and
-/// give a neutral value in a process without it.
+/// give a neutral value in a process without it. C99 and C++11.
 #ifndef ORVANE_MAIN_RUN_LOOP_H
 #define ORVANE_MAIN_RUN_LOOP_H
+
+#include <stdbool.h>
 
 #include "Orvane/RunTime.h"
 
 /// Runs the main run loop until gs_OrvaneMainRunLoopStop.
 /// \return true after it has run; false at once without the library, on another thread than the main one, or from
-/// inside
-///         the loop
-inline bool gs_OrvaneMainRunLoopRun() {
-    return orvane_class_perform(orvane_class_lookup("OrvaneMainRunLoop"), "run", nullptr) != nullptr;
+///         inside the loop
+ORVANE_RUNTIME_INLINE bool gs_OrvaneMainRunLoopRun(void) {
+    return orvane_class_perform(orvane_class_lookup("OrvaneMainRunLoop"), "run", NULL) != NULL;
 }
 
 /// Ends gs_OrvaneMainRunLoopRun, or the next one if none is under way, after the calls that were posted before. Any
 /// thread. Does nothing without the library.
-inline void gs_OrvaneMainRunLoopStop() {
-    orvane_class_perform(orvane_class_lookup("OrvaneMainRunLoop"), "stop", nullptr);
+ORVANE_RUNTIME_INLINE void gs_OrvaneMainRunLoopStop(void) {
+    orvane_class_perform(orvane_class_lookup("OrvaneMainRunLoop"), "stop", NULL);
 }
 
 /// The descriptor that is ready for reading whenever gs_OrvaneMainRunLoopRunPending has something to do, timers
 /// included. Always the same; the library owns it: poll it, but do not read from it or close it. Main thread.
 /// \return the descriptor; -1 without the library or if the system has no descriptors left
-inline int gs_OrvaneMainRunLoopDescriptor() {
+ORVANE_RUNTIME_INLINE int gs_OrvaneMainRunLoopDescriptor(void) {
     const orvane_class* cls = orvane_class_lookup("OrvaneMainRunLoop");
     if (!orvane_class_get_class_method(cls, "descriptor")) return -1;
-    return static_cast<int>(reinterpret_cast<intptr_t>(orvane_class_perform(cls, "descriptor", nullptr)));
+    return orvane_result_int(orvane_class_perform(cls, "descriptor", NULL));
 }
 
 /// Does what is due and returns without waiting. Does nothing without the library, on another thread than the main one,
 /// or from inside the loop. Main thread.
-inline void gs_OrvaneMainRunLoopRunPending() {
-    orvane_class_perform(orvane_class_lookup("OrvaneMainRunLoop"), "runPending", nullptr);
+ORVANE_RUNTIME_INLINE void gs_OrvaneMainRunLoopRunPending(void) {
+    orvane_class_perform(orvane_class_lookup("OrvaneMainRunLoop"), "runPending", NULL);
 }
 
 #endif

@@ -96,7 +96,8 @@ ORVANE_EXPORT void OrvaneCore_SetQuernLogCallback(void (*callback)(ALogPriority 
 
 /* --- Log: the game's logger, named after the game id; made at the first of these calls --------------------------- */
 /* Here as above and below, any thread, also for the first call. Once the store is open, orvane_log_logx neither waits
-   for a file (modes 1 and 2) nor fails: a line for which there is no room is replaced by a marker or dropped. */
+   for a file (modes 1 and 2) nor fails: a line for which there is no room is replaced by a marker or dropped.
+   Mode 0 is the default and survives no kill (ILogger::SetOption); Orvane/Game.h tells what becomes of a line. */
 
 /// Sets the threshold; the configured level of the game's module goes before it.
 ORVANE_EXPORT void orvane_log_set_loglevel(ALogPriority level);

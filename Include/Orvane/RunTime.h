@@ -27,6 +27,13 @@
 #define ORVANE_RUNTIME_PRINTF(text, first)
 #endif
 
+/// Marks the functions that a header brings along: of these C++ keeps one copy, and C one for each source file.
+#ifdef __cplusplus
+#define ORVANE_RUNTIME_INLINE inline
+#else
+#define ORVANE_RUNTIME_INLINE static inline
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -93,5 +100,34 @@ ORVANE_RUNTIME_API void orvane_console_log(const char* format, ...) ORVANE_RUNTI
 #ifdef __cplusplus
 }
 #endif
+
+/* What is sent and what comes back are void pointers; these say what they stand for, in either language. */
+
+/// An argument that the method only reads.
+ORVANE_RUNTIME_INLINE void* orvane_argument(const void* value) {
+#ifdef __cplusplus
+    return const_cast<void*>(value);
+#else
+    return (void*)value;
+#endif
+}
+
+/// A result that is an instance.
+ORVANE_RUNTIME_INLINE orvane_object* orvane_result_object(void* result) {
+#ifdef __cplusplus
+    return static_cast<orvane_object*>(result);
+#else
+    return result;
+#endif
+}
+
+/// A result that is a number; 0 for null.
+ORVANE_RUNTIME_INLINE int orvane_result_int(void* result) {
+#ifdef __cplusplus
+    return static_cast<int>(reinterpret_cast<intptr_t>(result));
+#else
+    return (int)(intptr_t)result;
+#endif
+}
 
 #endif

@@ -164,10 +164,10 @@ TEST_F(LaunchTest, SaysWhatItCannotDo) {
     const Ending ending =
         Run("# a comment\n\nlog info too early\nlaunch\njump\nsleep soon\nlog loud text\nlaunch now\n"
             "log-file /nowhere\nopen-url game://lobby?x=1\nmemory-warning\n");
-    EXPECT_EQ(ending.exitStatus, 0);
+    EXPECT_EQ(ending.exitStatus, 1);
     for (const char* text :
-         {"no log service yet", "event not understood: jump", "cannot sleep for soon", "no such level: loud",
-          "event not understood: launch now", "cannot open /nowhere: No such file or directory",
+         {"no log service yet", "line 5: event not understood: jump", "line 6: cannot sleep for soon",
+          "no such level: loud", "event not understood: launch now", "cannot open /nowhere: No such file or directory",
           "HostAppDelegate application:openURL:options: game://lobby?x=1",
           "HostAppDelegate applicationDidReceiveMemoryWarning:"}) {
         EXPECT_THAT(_said, HasSubstr(text));
@@ -177,6 +177,10 @@ TEST_F(LaunchTest, SaysWhatItCannotDo) {
     EXPECT_THAT(_said, HasSubstr("cannot read /nowhere"));
     EXPECT_EQ(Run("launch\n", {"--threads", "-1"}).exitStatus, 2);
     EXPECT_THAT(_said, HasSubstr("--threads takes a number"));
+    EXPECT_EQ(Run("", {"--treads", "1"}).exitStatus, 2);
+    EXPECT_THAT(_said, HasSubstr("--treads: no such option"));
+    Run("", {"--help"});
+    EXPECT_EQ(_said, "") << "the library's lines are kept away";
 }
 
 TEST_F(LaunchTest, EndsInOrderOnSigterm) {
@@ -242,11 +246,11 @@ TEST_F(LaunchTest, TakesItsSettingsFromTheManifest) {
     // Two of the runs let the plugin log errors alone.
     EXPECT_THAT(_container.ReadLog("Sample"), testing::Contains(HasSubstr("Sample is ready")).Times(1));
 
-    Run("launch\n", {"--info-plist", "/nowhere"});
-    EXPECT_THAT(_said, HasSubstr("The manifest /nowhere cannot be read"));
-    EXPECT_THAT(_said, HasSubstr("module OrvaneCore, logMode 0"));
-    Run("launch\n", {"--info-plist", ORVANE_HOST_PROGRAM, "--server", "http://127.0.0.1:1"});
-    EXPECT_THAT(_said, HasSubstr(" is no manifest; only the server's address is in force"));
+    for (const auto& [file, complaint] : {std::pair("/nowhere", "/nowhere: No such file or directory"),
+                                          std::pair(ORVANE_HOST_PROGRAM, ": no property list with a dictionary")}) {
+        EXPECT_EQ(Run("launch\n", {"--info-plist", file}).exitStatus, 1);
+        EXPECT_THAT(_said, HasSubstr(complaint));
+    }
 }
 
 TEST_F(LaunchTest, GivesEachPluginALoggerOfItsOwn) {

@@ -122,7 +122,7 @@ TEST(StagesTest, ReachNativeObserversAndNoEventOfTheDelegateDoes) {
     Process host(container.Host({}));
     host.Send("background\nforeground\ncreate\nstart\npause\nresume\nstop\ndestroy\noperations none\n");
     host.CloseInput();
-    EXPECT_EQ(host.Wait().exitStatus, 0);
+    EXPECT_EQ(host.Wait().exitStatus, 1) << "for the number that is none";
     EXPECT_THAT(StagesIn(host.Error()),
                 ElementsAre("OnCreate", "OnStart", "OnPause", "OnResume", "OnStop", "OnDestroy"));
     EXPECT_THAT(host.Error(), HasSubstr("cannot queue none operations"));

@@ -4,6 +4,7 @@
 
 #include "DevServer/PageGuard.h"
 #include "DevServer/Query.h"
+#include "Support/OptionError.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -79,12 +80,10 @@ bool ParseArguments(const std::vector<std::string>& words, Arguments& arguments,
     optind = 0;  // start over
     opterr = 0;
     for (;;) {
-        const int at = optind == 0 ? 1 : optind;
         const int found = getopt_long(count, pointers.data(), ":hq", kOptions, nullptr);
         if (found == -1) break;
         if (found == '?' || found == ':') {
-            error =
-                copies[static_cast<size_t>(at)] + (found == ':' ? ": wants a value" : ": no such option; see --help");
+            error = OrvaneTools::OptionError(found, pointers.data());
             return false;
         }
         if (!TakeOption(found, optarg ? optarg : "", arguments, error)) return false;

@@ -94,8 +94,8 @@ const EventScript::Event EventScript::kEvents[] = {
     {"span", true, [](EventScript&, const std::string& words) { TraceSpan(words); }},
     {"network", false, [](EventScript&, const std::string&) { TellNetwork(); }},
     {"modem", true,
-     [](EventScript&, const std::string& words) {
-         if (!PlayModem(words)) orvane_console_log("orvane-host: no such modem: %s", words.c_str());
+     [](EventScript& script, const std::string& words) {
+         if (!PlayModem(words)) script.Fail("no such modem: " + words);
      }},
     {"fetch", false, [](EventScript& script, const std::string&) { Fetch(script._options.module); }},
     {"set-url", true, [](EventScript&, const std::string& url) { orvanecore_configure_seturl(url.c_str()); }},
@@ -116,6 +116,7 @@ EventScript::EventScript(const Options& options, AppDelegate& delegate, GameLogg
 EventScript::~EventScript() = default;
 
 void EventScript::Perform(const std::string& line) {
+    ++_lineNumber;
     std::string word, argument;
     SplitWord(line, word, argument);
     if (word.empty() || word[0] == '#') return;
@@ -125,7 +126,12 @@ void EventScript::Perform(const std::string& line) {
             return;
         }
     }
-    orvane_console_log("orvane-host: event not understood: %s", line.c_str());
+    Fail("event not understood: " + line);
+}
+
+void EventScript::Fail(const std::string& what) {
+    _failed = true;
+    orvane_console_log("orvane-host: line %u: %s", _lineNumber, what.c_str());
 }
 
 bool EventScript::IsPaused(Clock::time_point now) const {
@@ -161,7 +167,7 @@ void EventScript::Operations(const std::string& argument) {
     if (ParseNumber(argument, 1, kMostOperations, count))
         QueueOperations(count);
     else
-        orvane_console_log("orvane-host: cannot queue %s operations", argument.c_str());
+        Fail("cannot queue " + argument + " operations");
 }
 
 void EventScript::Log(const std::string& argument) {
@@ -169,22 +175,27 @@ void EventScript::Log(const std::string& argument) {
     SplitWord(argument, level, text);
     ALogPriority priority;
     if (!ParseLevel(level, priority)) {
-        orvane_console_log("orvane-host: no such level: %s", level.c_str());
+        Fail("no such level: " + level);
         return;
     }
-    if (_logger.Open()) _logger.Log(priority, text);
+    if (_logger.Open())
+        _logger.Log(priority, text);
+    else
+        Fail("nothing is logged");
 }
 
 void EventScript::LogFile(const std::string& path) {
-    if (!_logger.Open()) return;
-    std::optional<LineSource> lines = FileLines(path);
-    if (lines) _feed.Start(kFileThread, 1, std::move(*lines));
+    std::optional<LineSource> lines = _logger.Open() ? FileLines(path) : std::nullopt;
+    if (lines)
+        _feed.Start(kFileThread, 1, std::move(*lines));
+    else
+        Fail("nothing is logged");
 }
 
 void EventScript::Sleep(const std::string& argument) {
     uint64_t milliseconds = 0;
     if (!ParseNumber(argument, 0, kLongestSleep, milliseconds)) {
-        orvane_console_log("orvane-host: cannot sleep for %s", argument.c_str());
+        Fail("cannot sleep for " + argument);
         return;
     }
     _sleepsUntil = Clock::now() + std::chrono::milliseconds(milliseconds);

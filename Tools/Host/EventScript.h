@@ -22,8 +22,10 @@ public:
     EventScript(const Options& options, AppDelegate& delegate, GameLogger& logger, LineFeed& feed);
     ~EventScript();
 
-    // Performs one line. What it does not understand is told on the console and has no effect.
+    // Performs one line. What it does not understand, or cannot do, is told on the console with the line's number.
     void Perform(const std::string& line);
+    // Whether there was such a line.
+    bool HasFailed() const { return _failed; }
 
     // True while the last event holds the next one up: a sleep, or a file that is still being logged.
     bool IsPaused(Clock::time_point now) const;
@@ -39,6 +41,9 @@ private:
     struct Event;
     static const Event kEvents[];
 
+    // Says what is wrong with the line that is being performed.
+    void Fail(const std::string& what);
+
     void Launch();
     void Release();
     void Log(const std::string& argument);
@@ -52,6 +57,8 @@ private:
     LineFeed& _feed;
     std::unique_ptr<StageObserver> _stages;
     Clock::time_point _sleepsUntil{};
+    unsigned _lineNumber = 0;
+    bool _failed = false;
     bool _quit = false;
     bool _loadStarted = false;
 };

@@ -6,6 +6,8 @@
 #include <climits>
 #include <cstdio>
 
+#include "Support/OptionError.h"
+
 namespace OrvaneHost {
 namespace {
 
@@ -30,7 +32,7 @@ application, one for each line of a script.
   --ack-fd FD              after each log call of a thread or of log-file returned, write "thread sequence" and a
                            newline there; the threads are numbered from 1, log-file is thread 0 and the sequence
                            is the line's number
-  --help                   show this
+  --version, -h, --help
 
 events, one a line; blank lines and lines that begin with # are skipped:
   init                     the script layer's first call
@@ -62,8 +64,9 @@ events, one a line; blank lines and lines that begin with # are skipped:
   quit                     leave at once, as at the end of the events
 
 The end of the events ends the host; with a load running, the end of the load does. SIGTERM and SIGINT end it in
-order: the application will terminate, pre-shutdown, shutdown. Exit status: 0; 1 for a folder or script that cannot be
-read, or a manifest that --server cannot be put into; 2 for a wrong command line.
+order: the application will terminate, pre-shutdown, shutdown. Exit status: 0; 1 for a folder, script or manifest that
+cannot be read, and at the end if there was an event that was not understood or could not be performed; 2 for a wrong
+command line.
 )";
 
 enum Option {
@@ -79,7 +82,7 @@ enum Option {
     kFirst,
     kPace,
     kAckFd,
-    kHelp
+    kVersion
 };
 
 const option kOptions[] = {
@@ -95,7 +98,8 @@ const option kOptions[] = {
     {"first", required_argument, nullptr, kFirst},
     {"lines-per-second", required_argument, nullptr, kPace},
     {"ack-fd", required_argument, nullptr, kAckFd},
-    {"help", no_argument, nullptr, kHelp},
+    {"version", no_argument, nullptr, kVersion},
+    {"help", no_argument, nullptr, 'h'},
     {nullptr, 0, nullptr, 0},
 };
 
@@ -144,16 +148,22 @@ bool Apply(int code, Options& options) {
         case kAckFd:
             return Take("ack-fd", INT_MAX, options.acknowledgeDescriptor);
         default:
-            return false;  // told by getopt_long
+            return false;
     }
 }
 
 }  // namespace
 
 ParseResult ParseOptions(int count, char** arguments, Options& options) {
+    opterr = 0;
     int code;
-    while ((code = getopt_long(count, arguments, "", kOptions, nullptr)) != -1) {
-        if (code == kHelp) return ParseResult::kHelp;
+    while ((code = getopt_long(count, arguments, ":h", kOptions, nullptr)) != -1) {
+        if (code == 'h') return ParseResult::kHelp;
+        if (code == kVersion) return ParseResult::kVersion;
+        if (code == '?' || code == ':') {
+            fprintf(stderr, "orvane-host: %s\n", OrvaneTools::OptionError(code, arguments).c_str());
+            return ParseResult::kWrong;
+        }
         if (!Apply(code, options)) return ParseResult::kWrong;
     }
     if (optind < count) {

@@ -22,7 +22,7 @@ struct Options {
     int acknowledgeDescriptor = -1;  // where returned log calls are acknowledged; -1: nowhere
 };
 
-enum class ParseResult { kRun, kHelp, kWrong };
+enum class ParseResult { kRun, kHelp, kVersion, kWrong };
 
 // Fills `options`. A wrong command line is told on standard error.
 ParseResult ParseOptions(int count, char** arguments, Options& options);

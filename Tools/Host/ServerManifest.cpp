@@ -4,7 +4,9 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -29,7 +31,7 @@ std::string OwnPath() {
     return std::filesystem::read_symlink("/proc/self/exe", error).replace_filename("Info.plist");
 }
 
-// An empty dictionary if there is no such file, as for the library; and, told, if it is damaged.
+// Null if the file cannot be read, or is no manifest.
 Node Read(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
@@ -38,10 +40,7 @@ Node Read(const std::string& path) {
     plist_t root = nullptr;
     plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
     Node node(root);
-    if (node && plist_get_node_type(root) == PLIST_DICT) return node;
-    if (file.is_open())
-        orvane_console_log("orvane-host: %s is no manifest; only the server's address is in force", path.c_str());
-    node.reset(plist_new_dict());
+    if (!node || plist_get_node_type(root) != PLIST_DICT) node.reset();
     return node;
 }
 
@@ -68,8 +67,21 @@ std::string InMemory(plist_t root) {
 
 }  // namespace
 
+bool IsManifest(const std::string& path) {
+    if (Read(path)) return true;
+    const bool isReadable = access(path.c_str(), R_OK) == 0;
+    orvane_console_log("orvane-host: the manifest %s: %s", path.c_str(),
+                       isReadable ? "no property list with a dictionary" : strerror(errno));
+    return false;
+}
+
 bool UseServer(const std::string& url, const std::string& path) {
-    const Node root = Read(path.empty() ? OwnPath() : path);
+    const std::string used = path.empty() ? OwnPath() : path;
+    Node root = Read(used);
+    if (!root) {
+        if (access(used.c_str(), F_OK) == 0) return IsManifest(used);
+        root.reset(plist_new_dict());  // the one beside the program need not be there
+    }
     SetAddress(root.get(), url);
     const std::string changed = InMemory(root.get());
     if (!changed.empty() && gs_OrvaneSetInfoPlist(changed.c_str())) return true;

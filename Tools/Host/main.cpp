@@ -4,6 +4,9 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
+
 #include "AppDelegate.h"
 #include "EventScript.h"
 #include "GameLogger.h"
@@ -12,11 +15,34 @@
 #include "OperationLoad.h"
 #include "Options.h"
 #include "Orvane/InfoPlist.h"
+#include "Orvane/OrvaneCore.h"
 #include "Orvane/RunTime.h"
 #include "PluginLoader.h"
 #include "ServerManifest.h"
+#include "Support/LibraryLines.h"
 
 using namespace OrvaneHost;
+
+namespace {
+
+// The library speaks while it loads; a text of help is no place for that.
+void BeforeTheLibraryLoads(int count, char** words, char**) {
+    // No array of the words: a sanitizer could not watch it yet.
+    using OrvaneTools::HasWord;
+    if (HasWord(count, words, "-h") || HasWord(count, words, "--help") || HasWord(count, words, "--version"))
+        OrvaneTools::HideLibraryLines();
+}
+ORVANE_BEFORE_LIBRARIES(BeforeTheLibraryLoads);
+
+// The manifest that was asked for, by option or environment, is to be one. Without it the library would go on as if it
+// were empty.
+bool CheckManifest(const std::string& option) {
+    const char* const environment = getenv("ORVANE_INFO_PLIST");
+    const std::string path = !option.empty() || !environment ? option : environment;
+    return path.empty() || IsManifest(path);
+}
+
+}  // namespace
 
 int main(int count, char** arguments) {
     Options options;
@@ -24,12 +50,16 @@ int main(int count, char** arguments) {
         case ParseResult::kHelp:
             PrintUsage();
             return 0;
+        case ParseResult::kVersion:
+            printf("orvane-host %s\n", orvanecore_get_version());
+            return 0;
         case ParseResult::kWrong:
             return 2;
         case ParseResult::kRun:
             break;
     }
 
+    if (!CheckManifest(options.infoPlistPath)) return 1;
     if (!options.infoPlistPath.empty() && !gs_OrvaneSetInfoPlist(options.infoPlistPath.c_str()))
         orvane_console_log("orvane-host: the library has read its manifest before");
     if (!options.serverUrl.empty() && !UseServer(options.serverUrl, options.infoPlistPath)) return 1;
@@ -52,5 +82,5 @@ int main(int count, char** arguments) {
     HostLoop(input, signals, script, feed).Run();
     TellOperations("at the end");
     orvane_console_log("orvane-host: ends");
-    return 0;
+    return script.HasFailed() ? 1 : 0;
 }

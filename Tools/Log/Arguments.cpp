@@ -6,6 +6,7 @@
 
 #include "Log/TimeArgument.h"
 #include "Orvane/LogPriority.h"
+#include "Support/OptionError.h"
 
 namespace OrvaneLog {
 namespace {
@@ -18,11 +19,13 @@ enum Option : int {
     kSince,
     kUntil,
     kGrep,
+    kMerge,
     kJson,
     kColour,
     kRecords,
     kVerify,
-    kOtlp
+    kOtlp,
+    kVersion
 };
 
 const option kOptions[] = {
@@ -33,6 +36,8 @@ const option kOptions[] = {
     {"since", required_argument, nullptr, kSince},
     {"until", required_argument, nullptr, kUntil},
     {"grep", required_argument, nullptr, kGrep},
+    {"ignore-case", no_argument, nullptr, 'i'},
+    {"merge", no_argument, nullptr, kMerge},
     {"lines", required_argument, nullptr, 'n'},
     {"follow", no_argument, nullptr, 'f'},
     {"json", no_argument, nullptr, kJson},
@@ -42,6 +47,7 @@ const option kOptions[] = {
     {"quiet", no_argument, nullptr, 'q'},
     {"records", no_argument, nullptr, kRecords},
     {"verify", no_argument, nullptr, kVerify},
+    {"version", no_argument, nullptr, kVersion},
     {"help", no_argument, nullptr, 'h'},
     {nullptr, 0, nullptr, 0},
 };
@@ -61,6 +67,10 @@ bool ParseLevel(const std::string& text, int& level) {
     if (!ParseNumber(text, number) || number < kLogDebug || number > kLogError) return false;
     level = number;
     return true;
+}
+
+bool EndsAtOnce(Action action) {
+    return action == Action::kHelp || action == Action::kVersion;
 }
 
 // Takes the options one by one.
@@ -88,7 +98,14 @@ public:
             case kUntil:
                 return TakeTime("--until", value, filter.until);
             case kGrep:
-                return TakePattern(value);
+                _pattern = value;
+                return true;
+            case 'i':
+                _ignoreCase = true;
+                return true;
+            case kMerge:
+                _arguments.merge = true;
+                return true;
             case 'n':
                 return TakeLines(value);
             case 'f':
@@ -108,12 +125,22 @@ public:
                 return Choose(Action::kRecords);
             case kVerify:
                 return Choose(Action::kVerify);
-            case 'h':
-                _arguments.action = Action::kHelp;
+            case kVersion:
+                if (_arguments.action != Action::kHelp) _arguments.action = Action::kVersion;
                 return true;
             default:
-                return false;
+                _arguments.action = Action::kHelp;
+                return true;
         }
+    }
+
+    // When all options are taken: what two of them make together.
+    bool End() {
+        if (!_pattern) return true;
+        std::string problem;
+        _arguments.filter.pattern = Pattern::Compile(*_pattern, problem, _ignoreCase);
+        if (!_arguments.filter.pattern) _error = "--grep: \"" + *_pattern + "\" is no valid expression: " + problem;
+        return _arguments.filter.pattern != nullptr;
     }
 
 private:
@@ -122,7 +149,7 @@ private:
         return false;
     }
     bool Choose(Action action) {
-        if (_arguments.action == Action::kHelp || _arguments.action == action) return true;
+        if (EndsAtOnce(_arguments.action) || _arguments.action == action) return true;
         if (_arguments.action != Action::kPrint) {
             _error = "--records, --verify, --follow and --keygen exclude each other";
             return false;
@@ -133,15 +160,9 @@ private:
     bool TakeTime(const char* option, const std::string& value, std::optional<LocalStamp>& stamp) {
         LocalStamp parsed = 0;
         if (!ParseTimeArgument(value, _now, parsed))
-            return Wrong(option, value, "\"YYYY-MM-DD HH:MM[:SS]\", \"YYYY-MM-DD\", \"HH:MM[:SS]\", \"-10m\"");
+            return Wrong(option, value, "\"YYYY-MM-DD HH:MM[:SS[ mmm]]\", \"YYYY-MM-DD\", \"HH:MM[:SS]\", \"-10m\"");
         stamp = parsed;
         return true;
-    }
-    bool TakePattern(const std::string& value) {
-        std::string problem;
-        _arguments.filter.pattern = Pattern::Compile(value, problem);
-        if (!_arguments.filter.pattern) _error = "--grep: \"" + value + "\" is no valid expression: " + problem;
-        return _arguments.filter.pattern != nullptr;
     }
     bool TakeLines(const std::string& value) {
         size_t count = 0;
@@ -164,10 +185,16 @@ private:
     Arguments& _arguments;
     time_t _now;
     std::string& _error;
+    std::optional<std::string> _pattern;
+    bool _ignoreCase = false;
 };
 
 bool CheckWhole(Arguments& arguments, std::string& error) {
-    if (arguments.action == Action::kHelp) return true;
+    if (EndsAtOnce(arguments.action)) return true;
+    if (arguments.merge && arguments.action != Action::kPrint) {
+        error = "--merge brings text in order: not with --records, --verify, --follow or --keygen";
+        return false;
+    }
     if (arguments.action == Action::kKeygen) {
         if (arguments.paths.size() > 1) error = "--keygen makes one file";
         if (arguments.paths.size() == 1) arguments.keygenFile = arguments.paths[0];
@@ -199,16 +226,15 @@ bool ParseArguments(const std::vector<std::string>& words, time_t now, Arguments
     optind = 0;  // start over
     opterr = 0;
     for (;;) {
-        const int at = optind == 0 ? 1 : optind;
-        const int found = getopt_long(count, pointers.data(), ":fhn:q", kOptions, nullptr);
+        const int found = getopt_long(count, pointers.data(), ":fhin:q", kOptions, nullptr);
         if (found == -1) break;
         if (found == '?' || found == ':') {
-            error =
-                copies[static_cast<size_t>(at)] + (found == ':' ? ": wants a value" : ": no such option; see --help");
+            error = OrvaneTools::OptionError(found, pointers.data());
             return false;
         }
         if (!parser.Take(found, optarg ? optarg : "", optarg != nullptr)) return false;
     }
+    if (!parser.End()) return false;
     for (int i = optind; i < count; ++i)
         arguments.paths.push_back(pointers[static_cast<size_t>(i)]);
     return CheckWhole(arguments, error);

@@ -11,7 +11,7 @@
 
 namespace OrvaneLog {
 
-enum class Action { kPrint, kRecords, kVerify, kFollow, kKeygen, kHelp };
+enum class Action { kPrint, kRecords, kVerify, kFollow, kKeygen, kHelp, kVersion };
 enum class ColourChoice { kAuto, kAlways, kNever };
 
 struct Arguments {
@@ -21,6 +21,7 @@ struct Arguments {
     std::string keygenFile = "orvane-log.key";
     FilterOptions filter;
     std::optional<size_t> lines;  // only the last so many entries
+    bool merge = false;           // by time over all files
     bool json = false;
     std::string otlpUrl;  // entries go to this receiver, and are not printed; empty: they are printed
     bool quiet = false;

@@ -16,6 +16,8 @@ namespace {
 constexpr uint64_t kForgetStep = 16u << 20;
 constexpr size_t kPipeChunk = 64u << 10;
 
+}  // namespace
+
 size_t ReadFully(int descriptor, uint64_t offset, uint8_t* out, size_t atLeast, size_t atMost, int& error) {
     size_t have = 0;
     do {
@@ -49,8 +51,6 @@ int OpenUnnamedFile() {
     if (named >= 0) unlink(path.c_str());
     return named;
 }
-
-}  // namespace
 
 FileSource::~FileSource() {
     close(_descriptor);

@@ -96,6 +96,13 @@ private:
     uint64_t _size;
 };
 
+// A temporary file without a name, in $TMPDIR or /tmp; -1 and errno. The caller closes it.
+int OpenUnnamedFile();
+// Reads at least so many bytes from that offset of a file, fewer where it ends or cannot be read, which sets `error`.
+size_t ReadFully(int descriptor, uint64_t offset, uint8_t* out, size_t atLeast, size_t atMost, int& error);
+// False, and errno, if not all of it could be written.
+bool WriteFully(int descriptor, const uint8_t* data, size_t length);
+
 // Opens a file for reading, or standard input for "-". Null, and the reason in `error`, if that fails.
 std::unique_ptr<ByteSource> OpenSource(const std::string& path, std::string& error);
 

@@ -23,6 +23,11 @@ constexpr std::regex::flag_type kGrammar = std::regex::ECMAScript | std::regex::
 // time beyond measure, but it knows no back-references.
 constexpr std::regex::flag_type kBounded = kGrammar | std::regex_constants::__polynomial;
 
+// Of ASCII letters alone, as the expressions take them in the "C" locale.
+char LowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 // The longest text that any match of a valid expression holds, as far as that can be seen with little reading. Looking
 // for it first spares the matcher, which is slow, most entries.
 std::string RequiredText(const std::string& expression) {
@@ -57,18 +62,23 @@ std::string RequiredText(const std::string& expression) {
 
 }  // namespace
 
-std::shared_ptr<const Pattern> Pattern::Compile(const std::string& expression, std::string& error) {
+std::shared_ptr<const Pattern> Pattern::Compile(const std::string& expression, std::string& error, bool ignoreCase) {
     auto pattern = std::make_shared<Pattern>();
+    pattern->_ignoreCase = ignoreCase;
+    const auto literal = [ignoreCase](std::string text) {
+        if (ignoreCase) std::transform(text.begin(), text.end(), text.begin(), LowerCase);
+        return text;
+    };
     if (expression.find_first_of(kSpecial) == std::string::npos) {
-        pattern->_literal = expression;
+        pattern->_literal = literal(expression);
         return pattern;
     }
     for (const auto& [flags, length] :
          {std::pair(kBounded, kMatchLength), std::pair(kGrammar, kRecursiveMatchLength)}) {
         try {
-            pattern->_expression.emplace(expression, flags);
+            pattern->_expression.emplace(expression, ignoreCase ? flags | std::regex::icase : flags);
             pattern->_matchLength = length;
-            pattern->_literal = RequiredText(expression);
+            pattern->_literal = literal(RequiredText(expression));
             return pattern;
         } catch (const std::regex_error& problem) {
             error = problem.what();
@@ -77,8 +87,15 @@ std::shared_ptr<const Pattern> Pattern::Compile(const std::string& expression, s
     return nullptr;
 }
 
+bool Pattern::HoldsLiteral(std::string_view text) const {
+    if (!_ignoreCase) return text.find(_literal) != std::string_view::npos;
+    return std::search(text.begin(), text.end(), _literal.begin(), _literal.end(),
+                       [](char a, char b) { return LowerCase(a) == b; }) != text.end() ||
+           _literal.empty();
+}
+
 bool Pattern::IsFoundIn(std::string_view text) const {
-    if (text.find(_literal) == std::string_view::npos) return false;
+    if (!HoldsLiteral(text)) return false;
     if (!_expression) return true;
     text = text.substr(0, _matchLength);
     return std::regex_search(text.begin(), text.end(), *_expression);

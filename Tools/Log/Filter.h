@@ -16,12 +16,16 @@ namespace OrvaneLog {
 class Pattern {
 public:
     // Null, and the reason in `error`, for an expression that is not valid.
-    static std::shared_ptr<const Pattern> Compile(const std::string& expression, std::string& error);
+    static std::shared_ptr<const Pattern> Compile(const std::string& expression, std::string& error,
+                                                  bool ignoreCase = false);
 
     bool IsFoundIn(std::string_view text) const;
 
 private:
-    std::string _literal;  // the whole pattern, or text that every match must hold
+    bool HoldsLiteral(std::string_view text) const;
+
+    std::string _literal;  // the whole pattern, or text that every match must hold; in lower case if case is ignored
+    bool _ignoreCase = false;
     std::optional<std::regex> _expression;
     size_t _matchLength = 0;
 };

@@ -12,7 +12,8 @@ any depth, by module and hour, the blocks last), or "-" for standard input. Dama
 standard error.
 
 Keys
-  --key FILE          a private key, 64 hexadecimal digits; may be given several times
+  --key FILE          a private key, 64 hexadecimal digits; may be given several times. Without it the
+                      environment's ORVANE_LOG_KEY: the name of such a file, or the digits
   --keygen [FILE]     makes a key pair: the private half goes to FILE ("orvane-log.key"), which must not exist; the
                       public half, which a deployment sets, is printed
 
@@ -20,8 +21,11 @@ What is shown
   --level LEVEL       this level and above: Debug, Info, Warning, Event, Error, or 0 to 4
   --module NAME       this module; may be given several times
   --since TIME        from this time on. TIME is local: "YYYY-MM-DD HH:MM[:SS]", "YYYY-MM-DD", "HH:MM[:SS]" of today,
-  --until TIME        or "-10m" ago (s, m, h, d). --until is the last moment shown
+  --until TIME        or "-10m" ago (s, m, h, d), or as it is printed here: "2026-11-24 22:10:07 045". --until is the
+                      last moment shown
   --grep REGEX        entries in which the ECMAScript expression is found
+  -i, --ignore-case   --grep takes small and capital letters for the same
+  --merge             the entries of all files and modules in order of time, not file by file
   -n, --lines N       the last N entries of all that
   -f, --follow        then go on as the logs grow, through changes of hour and over the live block. PATH is a file or a
                       folder; shows the last 10 entries first unless --lines says otherwise
@@ -31,12 +35,12 @@ How
   --otlp URL          shows nothing, but sends the entries as OpenTelemetry logs to the receiver at URL, in JSON over
                       HTTP ("http://localhost:4318"; "v1/logs" is put behind it). The variables OTEL_EXPORTER_OTLP_HEADERS
                       and _TIMEOUT, OTEL_SERVICE_NAME and OTEL_RESOURCE_ATTRIBUTES hold. Times are taken for local ones
-  --color[=WHEN]      colours by level: auto (on a terminal, unless NO_COLOR is set), always, never. On a terminal, and
+  --color[=WHEN]      colours the level: auto (on a terminal, unless NO_COLOR is set), always, never. On a terminal, and
                       with colours, control characters of the log are shown as "\x1B"
   -q, --quiet         nothing on standard error but errors of use
   --records           a table of the records instead of their text
-  --verify            no text: only reads everything and sets the exit status
-  -h, --help          this text
+  --verify            no text: only reads everything and sets the exit status; with --json one object of what was found
+  --version, -h, --help
 
 Exit status
   0  all sound

@@ -8,11 +8,12 @@
 namespace OrvaneLog {
 namespace {
 
+constexpr std::string_view kLossMark = "[F]";  // what stands for the level in a notice of lost lines
 constexpr std::string_view kReset = "\x1b[0m";
 
 std::string_view ColourOf(const Entry& entry) {
     if (entry.kind == EntryKind::kLossNotice) return "\x1b[1;31m";
-    if (entry.kind == EntryKind::kOther) return "\x1b[2m";
+    if (entry.kind == EntryKind::kOther) return "";
     switch (entry.line.level) {
         case kLogDebug:
             return "\x1b[2m";
@@ -25,6 +26,11 @@ std::string_view ColourOf(const Entry& entry) {
         default:
             return "";
     }
+}
+
+// The part of the text that its colour is for.
+std::string_view LevelOf(const Entry& entry) {
+    return entry.kind == EntryKind::kLine ? entry.line.levelWord : entry.whole.substr(0, kLossMark.size());
 }
 
 void AppendJsonEscape(std::string& out, unsigned char c) {
@@ -77,13 +83,21 @@ void AppendNumber(std::string& out, std::string_view name, std::string_view digi
 }  // namespace
 
 void TextPrinter::Print(const Entry& entry) {
+    const std::string_view whole = entry.whole;
     const std::string_view colour = _look == Look::kColoured ? ColourOf(entry) : "";
-    _output.Write(colour);
-    if (_look == Look::kAsItStands)
-        _output.Write(entry.whole);
-    else
-        _output.Write(OrvaneTools::PrintableText(entry.whole));
-    if (!colour.empty()) _output.Write(kReset);
+    if (_look == Look::kAsItStands) {
+        _output.Write(whole);
+    } else if (colour.empty()) {
+        _output.Write(OrvaneTools::PrintableText(whole));
+    } else {
+        const std::string_view level = LevelOf(entry);
+        const size_t begin = static_cast<size_t>(level.data() - whole.data());
+        _output.Write(OrvaneTools::PrintableText(whole.substr(0, begin)));
+        _output.Write(colour);
+        _output.Write(OrvaneTools::PrintableText(level));
+        _output.Write(kReset);
+        _output.Write(OrvaneTools::PrintableText(whole.substr(begin + level.size())));
+    }
     _output.Write("\n");
 }
 

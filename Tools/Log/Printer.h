@@ -22,7 +22,7 @@ public:
 enum class Look {
     kAsItStands,  // byte for byte: for a file or a program
     kPrintable,   // for a terminal: what could command it is escaped
-    kColoured,    // the same, coloured by level
+    kColoured,    // the same, with the level coloured
 };
 
 class TextPrinter : public Printer {

@@ -1,5 +1,6 @@
 #include "Log/Reading.h"
 
+#include <errno.h>
 #include <string.h>
 
 #include <filesystem>
@@ -61,7 +62,7 @@ std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Outp
     if (!arguments.otlpUrl.empty()) return std::make_unique<OtlpPrinter>(arguments, report);
     if (arguments.json) return std::make_unique<JsonPrinter>(output);
     const bool untouched = look == Look::kAsItStands && arguments.filter.IsEmpty() && !arguments.lines &&
-                           arguments.action != Action::kFollow;
+                           !arguments.merge && arguments.action != Action::kFollow;
     return untouched ? nullptr : std::make_unique<TextPrinter>(output, look);
 }
 
@@ -75,9 +76,13 @@ void Reading::Run() {
     std::unique_ptr<Printer> printer = MakePrinter(_arguments, _look, _output, _report);
     std::unique_ptr<TailPrinter> tail;
     if (_arguments.lines) tail = std::make_unique<TailPrinter>(*printer, *_arguments.lines);
+    Printer* const last = tail ? tail.get() : printer.get();
+    std::unique_ptr<MergePrinter> merge;
+    if (_arguments.merge) merge = std::make_unique<MergePrinter>(*last);
     if (_arguments.action == Action::kRecords && !_arguments.json) RecordTable::WriteHeading(_output);
     for (const std::string& file : list.files)
-        ReadFile(file, tail ? tail.get() : printer.get());
+        ReadFile(file, merge ? merge.get() : last, merge.get());
+    if (merge && !merge->Release()) _report.Problem(std::string("temporary file: ") + strerror(errno));
     if (tail) tail->Release();
     if (printer) printer->End();
     _output.Flush();
@@ -97,7 +102,8 @@ void Reading::FindTornFiles(const std::vector<std::string>& files) {
     }
 }
 
-void Reading::ReadFile(const std::string& path, Printer* printer) {
+void Reading::ReadFile(const std::string& path, Printer* printer, MergePrinter* merge) {
+    if (merge) merge->BeginSource();
     std::string error;
     std::unique_ptr<ByteSource> opened = OpenSource(path, error);
     if (!opened) {

@@ -9,6 +9,7 @@
 #include "Log/Arguments.h"
 #include "Log/KeyRing.h"
 #include "Log/LogWalk.h"
+#include "Log/MergePrinter.h"
 #include "Log/Output.h"
 #include "Log/Printer.h"
 #include "Log/Progress.h"
@@ -34,7 +35,7 @@ public:
 
 private:
     void FindTornFiles(const std::vector<std::string>& files);
-    void ReadFile(const std::string& path, Printer* printer);
+    void ReadFile(const std::string& path, Printer* printer, MergePrinter* merge);
     void Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events);
 
     const Arguments& _arguments;

@@ -1,5 +1,7 @@
 #include "Log/Report.h"
 
+#include <utility>
+
 namespace OrvaneLog {
 namespace {
 
@@ -58,6 +60,7 @@ void Report::EndSource(const std::string& path) {
              (_encryptedHere == 1 ? "it" : "them"));
     if (_missingHere > 0)
         _say(path + ": by the numbers of its records " + Count(_missingHere, "block is", "blocks are") + " missing");
+    _missing += _missingHere;
     _encryptedHere = _encryptedBytesHere = _missingHere = 0;
     _lastSeq = 0;
 }
@@ -72,6 +75,19 @@ std::string Report::Summary() const {
     if (_problems > 0) summary += ", " + Count(_problems, "problem", "problems");
     if (HasDamage() || _problems > 0) return summary;
     return summary + (_encrypted > 0 ? ": sound as far as can be told without a key" : ": sound");
+}
+
+std::string Report::SummaryAsJson(ExitStatus status) const {
+    const std::pair<const char*, uint64_t> counts[] = {
+        {"files", _sources},     {"records", _records},     {"encrypted", _encrypted},   {"damaged", _damaged},
+        {"torn", _torn},         {"skipped_places", _gaps}, {"skipped_bytes", _skipped}, {"missing_blocks", _missing},
+        {"problems", _problems},
+    };
+    std::string object = "{";
+    for (const auto& [name, count] : counts)
+        object += std::string("\"") + name + "\":" + std::to_string(count) + ",";
+    return object + "\"sound\":" + (HasDamage() || _problems > 0 ? "false" : "true") +
+           ",\"status\":" + std::to_string(status) + "}";
 }
 
 void Report::SayIdleKeys(const std::vector<std::string>& keyFiles) {

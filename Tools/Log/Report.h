@@ -39,6 +39,8 @@ public:
     // Names the keys that have opened nothing of what is encrypted.
     void SayIdleKeys(const std::vector<std::string>& keyFiles);
     std::string Summary() const;
+    // The same as one JSON object, with the exit status that is given.
+    std::string SummaryAsJson(ExitStatus status) const;
     bool HasDamage() const { return _damaged + _torn + _gaps > 0; }
     // `needsNoKey`: records may stay closed.
     ExitStatus Status(bool needsNoKey) const;
@@ -50,7 +52,7 @@ private:
     uint64_t _sources = 0, _problems = 0;
     uint64_t _records = 0, _damaged = 0, _torn = 0, _encrypted = 0;
     std::set<std::string> _keysInUse;
-    uint64_t _gaps = 0, _skipped = 0;
+    uint64_t _gaps = 0, _skipped = 0, _missing = 0;
     // Of the source being read.
     uint64_t _encryptedHere = 0, _encryptedBytesHere = 0, _missingHere = 0;
     uint16_t _lastSeq = 0;

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <initializer_list>
 #include <string>
 
 namespace OrvaneLog {
 namespace {
 
-LocalStamp StampOf(const tm& local) {
+LocalStamp StampOf(const tm& local, int milliseconds) {
     LocalStamp stamp = 0;
     const auto append = [&stamp](int digits, int value) {
         for (int i = 0; i < digits; ++i)
@@ -20,7 +21,7 @@ LocalStamp StampOf(const tm& local) {
     append(2, local.tm_hour);
     append(2, local.tm_min);
     append(2, local.tm_sec);
-    append(3, 0);
+    append(3, milliseconds);
     return stamp;
 }
 
@@ -50,7 +51,7 @@ bool ParseRelative(std::string_view text, time_t now, LocalStamp& stamp) {
     const time_t then = now - static_cast<time_t>(count * unit);
     tm local;
     if (then < 0 || !localtime_r(&then, &local)) return false;
-    stamp = StampOf(local);
+    stamp = StampOf(local, 0);
     return true;
 }
 
@@ -85,16 +86,22 @@ bool IsDate(int year, int month, int day) {
 bool ParseTimeArgument(std::string_view text, time_t now, LocalStamp& stamp) {
     if (text.starts_with('-')) return ParseRelative(text, now, stamp);
     std::string plain(text);
+    if (plain.size() > 2 && plain.front() == '[' && plain.back() == ']') plain = plain.substr(1, plain.size() - 2);
     if (plain.size() > 10 && plain[10] == 'T') plain[10] = ' ';
     tm local;
     if (!localtime_r(&now, &local)) return false;
     int date[3] = {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday};
-    int whole[6] = {0, 0, 0, 0, 0, 0};
+    int whole[7] = {};  // the last for milliseconds
     int* const clock = whole + 3;
-    if (Match(plain, "99:99", clock) || Match(plain, "99:99:99", clock)) {
+    const auto matches = [&plain](std::initializer_list<const char*> formats, int* groups) {
+        return std::any_of(formats.begin(), formats.end(),
+                           [&](const char* format) { return Match(plain, format, groups); });
+    };
+    if (matches({"99:99", "99:99:99", "99:99:99 999", "99:99:99.999"}, clock)) {
         std::copy(date, date + 3, whole);
-    } else if (!Match(plain, "9999-99-99 99:99:99", whole) && !Match(plain, "9999-99-99 99:99", whole) &&
-               !Match(plain, "9999-99-99", whole)) {
+    } else if (!matches({"9999-99-99", "9999-99-99 99:99", "9999-99-99 99:99:99", "9999-99-99 99:99:99 999",
+                         "9999-99-99 99:99:99.999"},
+                        whole)) {
         return false;
     }
     if (!IsDate(whole[0], whole[1], whole[2]) || clock[0] > 23 || clock[1] > 59 || clock[2] > 60) return false;
@@ -104,7 +111,7 @@ bool ParseTimeArgument(std::string_view text, time_t now, LocalStamp& stamp) {
     local.tm_hour = clock[0];
     local.tm_min = clock[1];
     local.tm_sec = clock[2];
-    stamp = StampOf(local);
+    stamp = StampOf(local, whole[6]);
     return true;
 }
 

@@ -10,7 +10,8 @@
 namespace OrvaneLog {
 
 // Reads "YYYY-MM-DD", "YYYY-MM-DD HH:MM", "YYYY-MM-DD HH:MM:SS", the same with a T between, "HH:MM", "HH:MM:SS" (of
-// today), or "-10m" before `now` (s, m, h, d). Local time. False for anything else, and for dates that do not exist.
+// today), or "-10m" before `now` (s, m, h, d). Behind the seconds may stand milliseconds, " 045" or ".045", and around
+// it brackets, as the tool itself prints a time. Local time. False for anything else, and for dates that do not exist.
 bool ParseTimeArgument(std::string_view text, time_t now, LocalStamp& stamp);
 
 }  // namespace OrvaneLog

@@ -61,6 +61,28 @@ uint64_t TotalSize(const Arguments& arguments) {
     return total;
 }
 
+// Takes the keys of the command line, else that of the environment: a file's name, or the digits themselves, which then
+// go into no message. Gives the names of all in `names`. False, and told, if one is not in order.
+bool TakeKeys(const Arguments& arguments, KeyRing& keys, std::vector<std::string>& names, Report& report) {
+    constexpr char kVariable[] = "ORVANE_LOG_KEY";
+    const char* const value = getenv(kVariable);
+    const std::string environment = arguments.keyFiles.empty() && value ? value : "";
+    names = environment.empty() ? arguments.keyFiles : std::vector<std::string>{environment};
+    const bool isDigits = environment.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
+    if (environment.empty() || !isDigits) return LoadKeys(names, keys, report);
+
+    names = {kVariable};
+    Quern::CurvePrivateKey key;
+    std::string error;
+    const bool isKey = ParseKey(environment, key, error);
+    if (isKey)
+        keys.Add(key, kVariable);
+    else
+        report.Problem(std::string(kVariable) + ": " + error);
+    explicit_bzero(key.data(), key.size());
+    return isKey;
+}
+
 int Read(const Arguments& arguments) {
     const bool printsToTerminal = isatty(STDOUT_FILENO) && arguments.action != Action::kVerify;
     const bool bar =
@@ -75,7 +97,8 @@ int Read(const Arguments& arguments) {
     });
 
     KeyRing keys;
-    if (!LoadKeys(arguments.keyFiles, keys, report)) return kExitUnreadable;
+    std::vector<std::string> keyNames;
+    if (!TakeKeys(arguments, keys, keyNames, report)) return kExitUnreadable;
     if (arguments.action == Action::kFollow)
         Follow(arguments, LookOf(arguments), keys, output, report);
     else
@@ -83,9 +106,15 @@ int Read(const Arguments& arguments) {
     output.Flush();
     if (output.Error() != 0) report.Problem(std::string("standard output: ") + strerror(output.Error()));
     if (arguments.action != Action::kVerify) return report.Status(false);
-    report.SayIdleKeys(arguments.keyFiles);
-    report.Note(report.Summary());
-    return report.Status(arguments.keyFiles.empty());
+    report.SayIdleKeys(keyNames);
+    const ExitStatus status = report.Status(keyNames.empty());
+    if (!arguments.json) {
+        report.Note(report.Summary());
+        return status;
+    }
+    output.Write(report.SummaryAsJson(status) + "\n");
+    output.Flush();
+    return output.Error() == 0 ? status : kExitUnreadable;
 }
 
 int Main(const std::vector<std::string>& words) {
@@ -95,8 +124,9 @@ int Main(const std::vector<std::string>& words) {
         SayLine(error);
         return kExitUnreadable;
     }
-    if (arguments.action == Action::kHelp) {
-        DescriptorOutput(STDOUT_FILENO).Write(kHelpText);
+    if (arguments.action == Action::kHelp || arguments.action == Action::kVersion) {
+        const bool isHelp = arguments.action == Action::kHelp;
+        DescriptorOutput(STDOUT_FILENO).Write(isHelp ? kHelpText : "orvane-log " ORVANE_VERSION "\n");
         return kExitSound;
     }
     return arguments.action == Action::kKeygen ? MakeKey(arguments.keygenFile) : Read(arguments);

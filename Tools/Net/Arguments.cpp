@@ -7,6 +7,8 @@
 #include <map>
 #include <set>
 
+#include "Support/OptionError.h"
+
 namespace OrvaneNet {
 namespace {
 
@@ -128,7 +130,6 @@ bool TakeOption(int code, Arguments& out, std::string& error) {
             out.url = optarg;
             return true;
         default:
-            error = "no such option, or one that wants a value; see --help";
             return false;
     }
 }
@@ -171,7 +172,11 @@ bool TakeWords(std::vector<std::string> words, const std::set<int>& given, Argum
 bool ParseArguments(int count, char** arguments, Arguments& out, std::string& error) {
     opterr = 0;
     std::set<int> given;
-    for (int code; (code = getopt_long(count, arguments, "h", kOptions, nullptr)) != -1;) {
+    for (int code; (code = getopt_long(count, arguments, ":h", kOptions, nullptr)) != -1;) {
+        if (code == '?' || code == ':') {
+            error = OrvaneTools::OptionError(code, arguments);
+            return false;
+        }
         if (!TakeOption(code, out, error)) return false;
         given.insert(code);
     }

@@ -1,9 +1,10 @@
 #include "Net/Output.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
+
+#include "Support/LibraryLines.h"
 
 namespace OrvaneNet {
 namespace {
@@ -22,10 +23,7 @@ void WriteError(const std::string& text) {
 }  // namespace
 
 void HideLibraryLines() {
-    const int kept = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
-    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (kept >= 0 && nowhere >= 0 && dup2(nowhere, STDERR_FILENO) >= 0) g_errorDescriptor = kept;
-    if (nowhere >= 0) close(nowhere);
+    g_errorDescriptor = OrvaneTools::HideLibraryLines();
 }
 
 void Say(const std::string& text) {

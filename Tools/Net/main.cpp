@@ -1,12 +1,12 @@
 // orvane-net: how the library sees the network. See Arguments.cpp for its manual.
 #include <cstdio>
-#include <cstring>
 #include <map>
 
 #include "Net/Arguments.h"
 #include "Net/Commands.h"
 #include "Net/Output.h"
 #include "Orvane/OrvaneCore.h"
+#include "Support/LibraryLines.h"
 
 namespace OrvaneNet {
 namespace {
@@ -36,13 +36,10 @@ int Main(int count, char** words) {
 
 // The library speaks while it loads, which is before main: so its lines are hidden before it loads.
 void BeforeTheLibraryLoads(int count, char** words, char**) {
-    for (int i = 1; i < count; ++i)
-        if (strcmp(words[i], "--verbose") == 0) return;
-    HideLibraryLines();
+    if (!OrvaneTools::HasWord(count, words, "--verbose")) HideLibraryLines();
 }
 
-using PreInitialiser = void (*)(int, char**, char**);
-__attribute__((section(".preinit_array"), used)) const PreInitialiser kBeforeTheLibraryLoads = BeforeTheLibraryLoads;
+ORVANE_BEFORE_LIBRARIES(BeforeTheLibraryLoads);
 
 }  // namespace
 }  // namespace OrvaneNet

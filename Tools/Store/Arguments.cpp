@@ -5,19 +5,22 @@
 #include <map>
 
 #include "Serializer/Codec/EllipticCurve.h"
+#include "Support/OptionError.h"
 
 namespace OrvaneStore {
 namespace {
 
-enum Option { kKey = 256, kPrivateKey, kHome, kJson, kManifest, kDefault };
+enum Option { kKey = 256, kPrivateKey, kHome, kName, kJson, kManifest, kDefault, kVersion };
 
 const option kOptions[] = {
     {"key", required_argument, nullptr, kKey},
     {"private-key", required_argument, nullptr, kPrivateKey},
     {"home", required_argument, nullptr, kHome},
+    {"name", required_argument, nullptr, kName},
     {"json", no_argument, nullptr, kJson},
     {"manifest", required_argument, nullptr, kManifest},
     {"default", required_argument, nullptr, kDefault},
+    {"version", no_argument, nullptr, kVersion},
     {"help", no_argument, nullptr, 'h'},
     {nullptr, 0, nullptr, 0},
 };
@@ -26,7 +29,8 @@ constexpr char kExplain[] = "explain";
 
 // The words that each command takes behind its file: at least and at most.
 const std::map<std::string, std::pair<size_t, size_t>> kCommands = {
-    {"dump", {0, 0}}, {kExplain, {2, 2}}, {"get", {2, 2}}, {"keys", {0, 1}}, {"set", {3, 3}}, {"verify", {0, 0}},
+    {"dump", {0, 0}}, {kExplain, {2, 2}}, {"get", {2, 2}},    {"keys", {0, 1}},
+    {"set", {3, 3}},  {"unset", {1, 2}},  {"verify", {0, 0}},
 };
 
 bool TakeKey(const std::string& digits, Arguments& arguments, std::string& error) {
@@ -50,6 +54,9 @@ bool TakeOption(int option, const char* value, Arguments& arguments, std::string
         case kHome:
             arguments.home = value;
             return true;
+        case kName:
+            arguments.name = value;
+            return true;
         case kJson:
             arguments.json = true;
             return true;
@@ -59,12 +66,12 @@ bool TakeOption(int option, const char* value, Arguments& arguments, std::string
         case kDefault:
             arguments.defaultText = value;
             return true;
-        case 'h':
-            arguments.help = true;
+        case kVersion:
+            arguments.version = true;
             return true;
         default:
-            error = "no such option, or one that wants a value; see --help";
-            return false;
+            arguments.help = true;
+            return true;
     }
 }
 
@@ -105,9 +112,14 @@ bool ParseArguments(const std::vector<std::string>& words, Arguments& arguments,
     optind = 0;  // start over
     opterr = 0;
     const int count = static_cast<int>(copies.size());
-    for (int found; (found = getopt_long(count, pointers.data(), "h", kOptions, nullptr)) != -1;)
+    for (int found; (found = getopt_long(count, pointers.data(), ":h", kOptions, nullptr)) != -1;) {
+        if (found == '?' || found == ':') {
+            error = OrvaneTools::OptionError(found, pointers.data());
+            return false;
+        }
         if (!TakeOption(found, optarg, arguments, error)) return false;
-    if (arguments.help) return true;
+    }
+    if (arguments.help || arguments.version) return true;
     return TakeWords({pointers.begin() + optind, pointers.begin() + count}, arguments, error);
 }
 
@@ -115,7 +127,7 @@ const char kHelpText[] =
     R"(usage: orvane-store [OPTION]... COMMAND FILE [WORD]...
 
 Looks into and edits the INI files of OrvaneCore: bundles ("Orvane.config" and its like, enciphered) and plain ones. A
-file is changed by "set" alone. On a terminal, control characters are shown as "\x1B".
+file is changed by "set" and "unset" alone. On a terminal, control characters are shown as "\x1B".
 
 Commands
   dump FILE                    all lines
@@ -124,6 +136,7 @@ Commands
   set FILE SECTION KEY VALUE   changes or adds one value. An enciphered file keeps its key, so that its application
                                goes on reading it; a plain file stays plain. Not while the application runs: it has the
                                text in memory, and its next save wins
+  unset FILE SECTION [KEY]     removes the key from every section of that name, or such sections whole; else as "set"
   verify FILE                  the head, the digest and the decryption, each with a verdict
   explain [FILE] SECTION KEY   what each typed read of that setting gives, who answers it (the configuration server, the
                                application's manifest, or the caller's default) and why. FILE is where the server's
@@ -131,7 +144,8 @@ Commands
                                else of $ORVANE_HOME
 
 Of "explain"
-  --default X                  what the caller gives; each read takes of it what is of its type (else 0, false, "")
+  --default X                  what the caller gives; each read takes of it what is of its type (else 0, false, "").
+                               Without it, that of the library for a setting of its own
   --manifest FILE              the application's Info.plist; else $ORVANE_INFO_PLIST; else it is taken for empty
 
 The key of an enciphered file, the first of these that is given
@@ -139,10 +153,11 @@ The key of an enciphered file, the first of these that is given
   --private-key FILE           the private key of the peer that the file was written for, 64 hexadecimal digits
   --home DIR                   the keychain of that application's container; if nothing is given, of the container that
                                FILE lies in
+  --name NAME                  what the keychain calls the file, if it has another name by now: "Orvane.config"
 
 How
   --json                       one JSON object
-  -h, --help                   this text
+  --version, -h, --help
   --                           what follows is no option: for a value that begins with "-"
 
 Exit status

@@ -12,12 +12,14 @@ namespace OrvaneStore {
 
 struct Arguments {
     bool help = false;
-    std::string command;                             // dump, explain, get, keys, set, verify
+    bool version = false;
+    std::string command;                             // dump, explain, get, keys, set, unset, verify
     std::string file;                                // of "explain", empty for the one in the container
     std::vector<std::string> words;                  // what the command takes behind the file
     std::optional<Quern::EncryptedIni::TeaKey> key;  // given as digits
     std::string privateKeyFile;
     std::string home;
+    std::string name;  // of the file in the keychain; empty for that of the path
     bool json = false;
     std::optional<std::string> manifest;     // of "explain"
     std::optional<std::string> defaultText;  // of "explain"

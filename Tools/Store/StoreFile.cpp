@@ -60,7 +60,8 @@ void KeyFromKeychain(const Arguments& arguments, StoreFile& file) {
     }
     const std::string library = real;
     setenv("ORVANE_HOME", library.substr(0, library.rfind('/')).c_str(), 1);
-    const std::string name = arguments.file.substr(arguments.file.rfind('/') + 1);
+    const std::string name =
+        arguments.name.empty() ? arguments.file.substr(arguments.file.rfind('/') + 1) : arguments.name;
     const Quern::AString text = Quern::SecurityStore::GetInstance()->GetString(name.c_str(), "");
     const std::string bytes = Quern::base64_decode(text.c_str());
     if (bytes.size() != file.key.size()) {
@@ -125,7 +126,8 @@ bool ReadStoreFile(const Arguments& arguments, StoreFile& file, std::string& err
     bool failed = false;
     file.bytes = Quern::ReadToEnd(stream.get(), &failed);
     if (failed) return Fail(error, arguments.file);
-    file.isEncrypted = file.bytes.starts_with(kMagicBytes);
+    // No text holds a zero byte; the head of an enciphered file does, also where its magic is hurt.
+    file.isEncrypted = file.bytes.starts_with(kMagicBytes) || file.bytes.find('\0') != std::string::npos;
     if (!file.isEncrypted) {
         SplitPlain(file);
         file.isOpen = true;

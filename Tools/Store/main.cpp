@@ -15,6 +15,7 @@
 #include "Store/Explain.h"
 #include "Store/StoreFile.h"
 #include "Support/PrintableText.h"
+#include "Support/SettingsTable.h"
 
 namespace OrvaneStore {
 namespace {
@@ -117,6 +118,26 @@ int Set(const Arguments& arguments, StoreFile& file) {
     return kWrongUse;
 }
 
+// Takes out the lines that a read of the key would find, in all sections of that name; without a key such sections.
+int Unset(const Arguments& arguments, StoreFile& file) {
+    const bool ofKey = arguments.words.size() == 2;
+    file.text.AddLine(file.unfinished);
+    bool isRemoved = false;
+    if (ofKey)
+        isRemoved = file.text.RemoveKey(arguments.words[0], arguments.words[1]);
+    else
+        while (file.text.RemoveSection(arguments.words[0]))
+            isRemoved = true;
+    if (!isRemoved) {
+        Say("[" + arguments.words[0] + "]" + (ofKey ? " " + arguments.words[1] : "") + " is not there");
+        return kNotThere;
+    }
+    std::string error;
+    if (WriteStoreFile(file, error)) return kDone;
+    Say(error);
+    return kWrongUse;
+}
+
 // What the decryption of a sound file came to, in words.
 std::string DecryptionVerdict(const StoreFile& file) {
     if (file.isOpen) return "ok";
@@ -188,6 +209,16 @@ bool ReadManifest(const Arguments& arguments, Quern::InfoValue& manifest) {
     return false;
 }
 
+// When the library itself reads the setting, a line for each of its reads; empty for a setting of nobody's but the
+// game's or a plugin's.
+std::string LibraryReads(const std::vector<OrvaneTools::ListedSetting>& reads) {
+    std::string text;
+    for (const auto& read : reads)
+        text += "library   " + std::string(read.type) + ", default \"" + std::string(read.defaultValue) + "\", read " +
+                std::string(read.read) + "\n";
+    return text;
+}
+
 int ExplainSetting(Arguments arguments) {
     Quern::InfoValue manifest{Quern::InfoValue::Dictionary()};
     if (!ReadManifest(arguments, manifest)) return kWrongUse;
@@ -209,13 +240,15 @@ int ExplainSetting(Arguments arguments) {
         const int status = OpenFile(arguments, file);
         if (status != kDone) return status;
     }
-    const std::string defaultText = arguments.defaultText.value_or("");
+    const auto known = OrvaneTools::FindListedSettings(arguments.words[0], arguments.words[1]);
+    const std::string ownDefault(known.size() == 1 ? known[0].defaultValue : "");
+    const std::string defaultText = arguments.defaultText.value_or(ownDefault);
     const Explanation explanation =
         Explain(isStored ? &file.text : nullptr, manifest, arguments.words[0], arguments.words[1], defaultText);
     if (arguments.json)
         Print(AsJson(explanation, defaultText));
     else
-        Print(AsText(explanation, defaultText));
+        Print(AsText(explanation, defaultText) + LibraryReads(known));
     return kDone;
 }
 
@@ -228,7 +261,7 @@ int Run(const Arguments& arguments) {
     if (arguments.command == "dump") return Dump(arguments, file);
     if (arguments.command == "get") return Get(arguments, file);
     if (arguments.command == "keys") return Keys(arguments, file);
-    return Set(arguments, file);
+    return arguments.command == "set" ? Set(arguments, file) : Unset(arguments, file);
 }
 
 int Main(const std::vector<std::string>& words) {
@@ -238,8 +271,8 @@ int Main(const std::vector<std::string>& words) {
         Say(error);
         return kWrongUse;
     }
-    if (!arguments.help) return Run(arguments);
-    fputs(kHelpText, stdout);
+    if (!arguments.help && !arguments.version) return Run(arguments);
+    fputs(arguments.help ? kHelpText : "orvane-store " ORVANE_VERSION "\n", stdout);
     return kDone;
 }
 

@@ -4,6 +4,7 @@
 #include "Base/QuernCommon.h"
 #include "PluginManager/PluginUtils.h"
 #include "Storage/Bundle/InfoDictionaryClass.h"
+#include "Storage/Log/GameLog.h"
 #include "System/Application/CApplication.h"
 #include "System/Application/MainRunLoopClass.h"
 #include "System/Application/NotificationCenter.h"
@@ -24,6 +25,7 @@ struct RunTimeClassesLoad {
     RunTimeClassesLoad() {
         Quern::RegisterMainRunLoopClass();
         Quern::RegisterInfoDictionaryClass();
+        Quern::RegisterGameLogClass();
         Quern::RegisterPlatformBridgeClass();
         Quern::RegisterOperationQueueClass();
         Quern::NotificationCenter::RegisterRunTimeClass();

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <chrono>
+#include <fstream>
 #include <sstream>
 #include <thread>
 
@@ -81,6 +82,15 @@ TEST(LogTool, AKeyPairOpensWhatItsPublicHalfClosed) {
     EXPECT_EQ(both.status, 0);
     EXPECT_THAT(both.error, HasSubstr(other + ": this key opens none"));
     EXPECT_THAT(both.error, testing::EndsWith("2 records: sound\n"));
+    EXPECT_EQ(RunReader({log}, {{"ORVANE_LOG_KEY", key}}).output, Joined(lines) + Joined(lines));
+    std::string digits;
+    std::ifstream(key) >> digits;
+    EXPECT_EQ(RunReader({log}, {{"ORVANE_LOG_KEY", digits}}).output, Joined(lines) + Joined(lines));
+    const Result cut = RunReader({log}, {{"ORVANE_LOG_KEY", digits.substr(1)}});
+    EXPECT_EQ(cut.status, 2);
+    EXPECT_EQ(cut.error.find(digits.substr(1, 20)), std::string::npos) << "a secret goes into no message";
+    EXPECT_EQ(RunReader({"--key", other, log}, {{"ORVANE_LOG_KEY", key}}).status, 3) << "the option goes before it";
+    EXPECT_EQ(RunReader({"--verify", log}, {{"ORVANE_LOG_KEY", other}}).status, 3);
     EXPECT_EQ(RunReader({"--key", log, log}).status, 2) << "no key";
     EXPECT_EQ(RunReader({"--key", folder / "gone", log}).status, 2);
 }
@@ -100,11 +110,21 @@ TEST(LogTool, ExitStatuses) {
     EXPECT_THAT(verify.error, HasSubstr(hurt + ": offset " + std::to_string(good.size()) + ": skipped 7 bytes: "));
     EXPECT_THAT(verify.error, HasSubstr("1 file, 2 records, 7 bytes skipped in 1 place"));
     EXPECT_EQ(RunReader({"--verify", "--quiet", hurt}).error, "");
-    for (const std::vector<std::string>& wrong :
-         std::vector<std::vector<std::string>>{{}, {"--nonsense"}, {"--grep", "(", sound}}) {
-        const Result result = RunReader(wrong);
+    EXPECT_EQ(RunReader({"--verify", "--json", hurt}).output,
+              "{\"files\":1,\"records\":2,\"encrypted\":0,\"damaged\":0,\"torn\":0,\"skipped_places\":1,"
+              "\"skipped_bytes\":7,\"missing_blocks\":0,\"problems\":0,\"sound\":false,\"status\":1}\n");
+    for (const auto& [words, complaint] : std::vector<std::pair<std::vector<std::string>, const char*>>{
+             {{}, "no file or folder named"},
+             {{sound, "--nonsense"}, "--nonsense: no such option"},
+             {{sound, "-qx"}, "-x: no such option"},
+             {{sound, "--json=1"}, "--json=1: takes no value"},
+             {{sound, "-qn"}, "-n: wants a value"},
+             {{sound, "--level"}, "--level: wants a value"},
+             {{"--merge", "--follow", sound}, "--merge brings text in order"},
+             {{"--grep", "(", sound}, "--grep: \"(\" is no valid expression"}}) {
+        const Result result = RunReader(words);
         EXPECT_EQ(result.status, 2);
-        EXPECT_THAT(result.error, testing::StartsWith("orvane-log: "));
+        EXPECT_THAT(result.error, testing::StartsWith(std::string("orvane-log: ") + complaint));
     }
     EXPECT_EQ(RunReader({"--help"}).status, 0);
     EXPECT_THAT(RunReader({"--help"}).output, HasSubstr("Exit status"));
@@ -128,11 +148,16 @@ TEST(LogTool, AFolderWithLeftOverBlocksThroughTheFilters) {
     EXPECT_EQ(RunReader({folder / "OrvaneSDKLog/Sample"}).output, sample);
     EXPECT_EQ(RunReader({"--lines", "4", root}).output, multi + Joined(NumberedLines(500, 3)));
     EXPECT_EQ(RunReader({"--grep", "needle$", root}).output, multi);
+    for (const char* pattern : {"NEEdle", "SECOND LINE.*Needle$"}) {
+        EXPECT_EQ(RunReader({"-i", "--grep", pattern, root}).output, multi);
+        EXPECT_EQ(RunReader({"--grep", pattern, root}).output, "");
+    }
     EXPECT_EQ(RunReader({"--since", "2026-11-24 21:08:20", "--until", "2026-11-24 21:08:21", root}).output,
               Joined(NumberedLines(500, 1)));
     EXPECT_EQ(RunReader({"--level", "error", root}).output.substr(0, NumberedLine(4).size()), NumberedLine(4));
     const std::string coloured = RunReader({"--color=always", "--grep", "line 4 ", root}).output;
-    EXPECT_EQ(coloured, "\x1b[31m" + NumberedLine(4) + "\x1b[0m\n");
+    std::string expected = NumberedLine(4) + "\n";
+    EXPECT_EQ(coloured, expected.replace(expected.find("Error"), 5, "\x1b[31mError\x1b[0m"));
     EXPECT_EQ(RunReader({"--color=auto", "--grep", "line 4 ", root}).output, NumberedLine(4) + "\n");
 
     std::istringstream json(RunReader({"--json", root}).output);
@@ -145,6 +170,18 @@ TEST(LogTool, AFolderWithLeftOverBlocksThroughTheFilters) {
 }
 
 // What a player typed into a chat must not command the terminal of who reads the log.
+TEST(LogTool, MergesModulesByTime) {
+    const TemporaryFolder folder;
+    const std::string tip = "--- begin ---", loss = "[F][ sg_buffer_async.Length() >= 1";
+    folder.Write("A_2026112421.log", Joined({NumberedLine(2), NumberedLine(2) + "\nmore", loss, NumberedLine(9)}));
+    folder.Write("B_2026112421.log", Joined({tip, NumberedLine(1), NumberedLine(2), NumberedLine(5)}));
+    EXPECT_EQ(RunReader({"--merge", folder.Path()}).output,
+              Joined({tip, NumberedLine(1), NumberedLine(2), NumberedLine(2) + "\nmore", loss, NumberedLine(2),
+                      NumberedLine(5), NumberedLine(9)}));
+    EXPECT_EQ(RunReader({"--merge", "--lines", "2", folder.Path()}).output, Joined({NumberedLine(5), NumberedLine(9)}));
+    EXPECT_EQ(RunReader({"--merge", folder.Path()}, {{"TMPDIR", "/nowhere"}}).status, 2);
+}
+
 TEST(LogTool, ATerminalGetsNoControlCharacters) {
     const TemporaryFolder folder;
     const std::string hostile = NumberedLine(1) + "\x1b]0;title\x07";

@@ -49,6 +49,7 @@ TEST(NetTool, SaysWhatItWants) {
              {{"ping"}, "ping: wrong number of words"},
              {{"ping", "h", "--count", "256"}, "--count takes a number from 1 to 255, not \"256\""},
              {{"lookup", "h", "--count", "3"}, "lookup takes no --count"},
+             {{"lookup", "h", "--cuont", "3"}, "--cuont: no such option"},
              {{"get", "http://a/ b"}, "not a URL"},
              {{"ping", "a#b"}, "ping: no host's name or address"},
              {{"post", "http://a/", "--data-file", "/"}, "cannot be read"}}) {

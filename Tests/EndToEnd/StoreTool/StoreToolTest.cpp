@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -114,6 +115,24 @@ TEST_F(StoreTool, AnEditedFileIsStillReadByItsApplication) {
     EXPECT_EQ(state.st_uid, isGiven ? 12345 : geteuid());
 }
 
+TEST_F(StoreTool, TakesOutWhatWasSet) {
+    EXPECT_EQ(RunStore({"unset", path, "game", "count"}).status, 0);
+    EXPECT_EQ(RunStore({"unset", path, "game", "count"}).status, 1);
+    EXPECT_EQ(RunStore({"unset", path, "other"}).status, 0);
+    EXPECT_EQ(RunStore({"dump", path, "--json"}).output,
+              "{\n  \"game\" : \n  {\n    \"name\" : \"Sun Wukong\"\n  }\n}\n");
+
+    const std::string plain = CacheFolder() + "/plain.ini";
+    WriteFile(plain, "[s]\nabc=1\nab=2\n[t]\nab=3\n[s]\n ab = 4 # again\n");
+    EXPECT_EQ(RunStore({"unset", plain, "s", "ab"}).status, 0);
+    EXPECT_EQ(ReadFile(plain), "[s]\nabc=1\n[t]\nab=3\n[s]\n") << "all that a read would find, and nothing else";
+
+    const std::string renamed = CacheFolder() + "/moved.config";
+    std::filesystem::copy_file(path, renamed);
+    EXPECT_EQ(RunStore({"get", renamed, "game", "name"}).status, 3);
+    EXPECT_EQ(RunStore({"get", renamed, "game", "name", "--name", "game.config"}).output, "Sun Wukong\n");
+}
+
 TEST_F(StoreTool, ExplainsWhoAnswersARead) {
     const std::string answer = CacheFolder() + "/RemoteConfig.config", manifest = CacheFolder() + "/Info.plist";
     {
@@ -186,6 +205,9 @@ TEST_F(StoreTool, ExplainsWhoAnswersARead) {
     const Result none = RunStore({"explain", "Demo", "seven", "--home", home});
     EXPECT_THAT(none.output, HasSubstr("server    nothing\nmanifest  nothing, in Demo\n"));
     EXPECT_THAT(none.error, testing::AllOf(HasSubstr("no answer of the server is kept"), HasSubstr("no --manifest")));
+    const Result own = RunStore({"explain", "Pell", "LogHoursLimit", "--home", home});
+    EXPECT_THAT(own.output, testing::AllOf(HasSubstr("int: 240, from the default"),
+                                           HasSubstr("library   int, default \"240\", read once, at the launch\n")));
     EXPECT_EQ(RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", "/nowhere"}).status, 2);
     EXPECT_EQ(RunStore({"explain", path, "Demo", "seven", "--home", "/nowhere"}).status, 3);
     EXPECT_EQ(RunStore({"dump", path, "--default", "1"}).status, 2);
@@ -236,11 +258,12 @@ TEST_F(StoreTool, SaysWhatIsWrong) {
     };
     const std::string sound = ReadFile(path);
     for (const Case& c : {Case{2, 200, "head: the version is too old\nmd5: not looked at"},
+                          Case{0, 200, "form: encrypted\nhead: the magic is another\nmd5: not looked at"},
                           Case{0, 50, "head: the head is cut short\nmd5: not looked at"},
                           Case{0, 100, "head: ok\nmd5: the body is cut short"},
                           Case{100, 200, "head: ok\nmd5: the digest does not agree with the body"}}) {
         std::string bytes = sound.substr(0, c.length);
-        if (c.at > 0) bytes[c.at] = static_cast<char>(bytes[c.at] == 0);
+        if (c.at > 0 || strstr(c.verdict, "magic")) bytes[c.at] = static_cast<char>(bytes[c.at] == 0);
         WriteFile(path, bytes);
         const Result result = RunStore({"verify", path});
         EXPECT_EQ(result.status, 1);
@@ -249,13 +272,20 @@ TEST_F(StoreTool, SaysWhatIsWrong) {
         EXPECT_EQ(RunStore({"set", path, "game", "name", "x"}).status, 1);
         EXPECT_EQ(ReadFile(path), bytes);
     }
-    for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
-             {}, {"get", path}, {"what", path}, {"dump", "/nowhere/file"}, {"dump", path, "--key", "12"}}) {
+    for (const std::vector<std::string>& wrong :
+         std::vector<std::vector<std::string>>{{},
+                                               {"get", path},
+                                               {"what", path},
+                                               {"dump", "/nowhere/file"},
+                                               {"dump", path, "--key", "12"},
+                                               {"dump", path, "--colour"},
+                                               {"explain", path, "s", "k", "--manifest", "/nowhere"}}) {
         const Result result = RunStore(wrong);
         EXPECT_EQ(result.status, 2);
         EXPECT_NE(result.error, "");
         EXPECT_EQ(result.output, "");
     }
+    EXPECT_EQ(RunStore({"dump", path, "--colour"}).error, "orvane-store: --colour: no such option; see --help\n");
     EXPECT_THAT(RunStore({"--help"}).output, HasSubstr("usage: orvane-store"));
 }
 

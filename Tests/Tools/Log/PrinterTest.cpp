@@ -63,15 +63,17 @@ TEST(JsonPrinter, KeepsUtf8AndReplacesTheRest) {
     }
 }
 
-TEST(TextPrinter, ForATerminalColoursByLevelAndEscapesTheRest) {
+TEST(TextPrinter, ForATerminalColoursTheLevelAndEscapesTheRest) {
     StringOutput output;
     TextPrinter printer(output, Look::kColoured);
     printer.Print(MakeEntry("[2026-11-24 21:50:39 007] | Error | [a] |1| f:1|g| bad\nworse"));
+    printer.Print(MakeEntry("[F][ sg_buffer_async.Length() >= 1"));
     printer.Print(MakeEntry("[2026-11-24 21:50:39 007] | Info | [a] |1| f:1|g| fi\x1b[2Jne"));
     TextPrinter(output, Look::kPrintable).Print(MakeEntry("a\rb"));
     TextPrinter(output).Print(MakeEntry("a\rb"));
     EXPECT_EQ(output.Text(),
-              "\x1b[31m[2026-11-24 21:50:39 007] | Error | [a] |1| f:1|g| bad\nworse\x1b[0m\n"
+              "[2026-11-24 21:50:39 007] | \x1b[31mError\x1b[0m | [a] |1| f:1|g| bad\nworse\n"
+              "\x1b[1;31m[F]\x1b[0m[ sg_buffer_async.Length() >= 1\n"
               "[2026-11-24 21:50:39 007] | Info | [a] |1| f:1|g| fi\\x1B[2Jne\n"
               "a\\x0Db\na\rb\n");
 }

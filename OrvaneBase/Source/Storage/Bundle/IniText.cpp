@@ -283,6 +283,14 @@ bool IniText::RemoveLine(std::string_view section, std::string_view prefix) {
     return true;
 }
 
+bool IniText::RemoveKey(std::string_view section, std::string_view key) {
+    const Numbers* const sections = Find(section);
+    bool isRemoved = false;
+    for (Place place; sections && FindKey(*sections, key, place); isRemoved = true)
+        Own(place.section).Erase(place.line);
+    return isRemoved;
+}
+
 bool IniText::RemoveSection(std::string_view section) {
     const Numbers* const sections = Find(section);
     if (!sections) return false;

@@ -57,6 +57,8 @@ public:
     bool HasLine(std::string_view section, std::string_view prefix) const;
     // Removes the first such line. False if there is none.
     bool RemoveLine(std::string_view section, std::string_view prefix);
+    // Removes every line of that very key from the sections of that name. False if there is none.
+    bool RemoveKey(std::string_view section, std::string_view key);
     // Removes the first section of that name, header and lines. False if there is none.
     bool RemoveSection(std::string_view section);
 

@@ -55,6 +55,10 @@ AString AFileLogger::Directory() {
 void AFileLogger::Log2File(const void* data, size_t length, BlockJournal* journal) {
     if (!data || length == 0) return;
     const CCritical guard(_lock.get());
+    _isFailing.store(!TryLog2File(data, length, journal), std::memory_order_relaxed);
+}
+
+bool AFileLogger::TryLog2File(const void* data, size_t length, BlockJournal* journal) {
     const tm now = LocalTime(time(nullptr));
 
     AString path;
@@ -62,29 +66,29 @@ void AFileLogger::Log2File(const void* data, size_t length, BlockJournal* journa
     if (_IsNeedToCreateLogFile(&now) || !IsFileInPlace()) {
         if (!EnsureDirectory()) {
             _logFile.reset();  // that of the hour before must not be taken for this one's
-            return;
+            return false;
         }
         if (!_GetFilePathByTime(path)) {
             ORVANE_CONSOLE(kLogError, "GetFilePathByTime failed!");
-            return;
+            return false;
         }
         if (!_OpenLogFile(path.c_str())) {
             ORVANE_CONSOLE(kLogError, "OpenLogFile failed!");
-            return;
+            return false;
         }
         if (!IsFileInPlace()) {
             ORVANE_CONSOLE(kLogError, "_logFile is null or file not exist");
-            return;
+            return false;
         }
     }
     if (_sizeLimit >= 1 && !MakeRoom(path)) {
         if (_mode == kAppendAsync) _logFile.reset();
-        return;
+        return false;
     }
-    Append(data, length, path, journal);
+    return Append(data, length, path, journal);
 }
 
-void AFileLogger::Append(const void* data, size_t length, const AString& path, BlockJournal* journal) {
+bool AFileLogger::Append(const void* data, size_t length, const AString& path, BlockJournal* journal) {
     const int64_t before = _mode == kAppendAsync ? FileSize(path.c_str()) : -1;
     if (journal && before >= 0) {
         AString name;
@@ -92,14 +96,14 @@ void AFileLogger::Append(const void* data, size_t length, const AString& path, B
         journal->BeginAppend(name.c_str(), before);
     }
     _logFile->Append(data, length);
-    if (_mode == kAppendSync) return;
+    if (_mode == kAppendSync) return true;
 
     _logFile.reset();
     // A part of a record (the disk is full) would be taken for the begin of what is appended behind it.
-    if (before >= 0 && FileSize(path.c_str()) < before + static_cast<int64_t>(length)) {
-        ORVANE_CONSOLE(kLogError, "append %zu bytes to %s fail, the data is lost", length, path.c_str());
-        (void)!truncate(path.c_str(), before);
-    }
+    if (before < 0 || FileSize(path.c_str()) >= before + static_cast<int64_t>(length)) return true;
+    ORVANE_CONSOLE(kLogError, "append %zu bytes to %s fail, the data is lost", length, path.c_str());
+    (void)!truncate(path.c_str(), before);
+    return false;
 }
 
 bool AFileLogger::EnsureDirectory() {

@@ -2,6 +2,7 @@
 #ifndef ORVANE_STORAGE_LOG_FILE_LOGGER_H
 #define ORVANE_STORAGE_LOG_FILE_LOGGER_H
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
@@ -43,6 +44,10 @@ public:
     // before the append.
     void Log2File(const void* data, size_t length, BlockJournal* journal = nullptr);
 
+    // Whether the last append came to nothing: its file could not be opened, is full, or took only a part. Any thread,
+    // without the lock. A plain file's stream does not tell whether the disk took what it was given.
+    bool IsFailing() const { return _isFailing.load(std::memory_order_relaxed); }
+
     // The module's directory, created if need be; empty on failure.
     Quern::AString Directory();
 
@@ -52,6 +57,8 @@ public:
     static void RemoveOldLogFiles(const char* name, int hours, int fileNumLimit);
 
 private:
+    // Whether the data has reached the file's stream, or in the asynchronous mode the file.
+    bool TryLog2File(const void* data, size_t length, BlockJournal* journal);
     bool EnsureDirectory();
     bool IsFileInPlace() const;
     bool _IsNeedToCreateLogFile(const tm* now);
@@ -60,7 +67,7 @@ private:
     // Whether a file that was too long is removed. Where it was too long and could not be, there is no open file after.
     bool _RemoveIfFileExceedLimit();
     bool MakeRoom(const AString& path);
-    void Append(const void* data, size_t length, const AString& path, BlockJournal* journal);
+    bool Append(const void* data, size_t length, const AString& path, BlockJournal* journal);
 
     std::unique_ptr<CMutex> _lock = std::make_unique<CMutex>(true);
     std::unique_ptr<CFile> _logFile;  // open, or null
@@ -70,6 +77,7 @@ private:
     TAppenderMode _mode;
     int64_t _sizeLimit;  // in bytes
     LogExceedOp _exceedOp;
+    std::atomic<bool> _isFailing{false};
 };
 
 // The time that a log file's name says, in seconds since the epoch; 0 for a name that says none.

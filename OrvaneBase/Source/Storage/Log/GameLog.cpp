@@ -3,6 +3,7 @@
 #include <atomic>
 #include <memory>
 
+#include "Base/RunTimeClass.h"
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Bundle/GameId.h"
 #include "Storage/Log/Logger.h"
@@ -23,10 +24,33 @@ const char* GameIdUnlessLookedFor() {
     return id;
 }
 
+// Without making the logger: a question leaves nothing behind.
+void* PerformState(orvane_object*, const char*, void* const*) {
+    const Logger* const gameLog = g_gameLog.load(std::memory_order_acquire);
+    const LogKeeping keeping = gameLog ? gameLog->Keeping() : LogKeeping::kNotKept;
+    return reinterpret_cast<void*>(static_cast<intptr_t>(keeping));
+}
+
+// Says on the console what a game forgets at its begin, each once. A line that waits because the game is in the
+// background is as it should be.
+void SayIfNotKept(const Logger& gameLog) {
+    static std::atomic<bool> isInitMissing{false}, isLaunchMissing{false};
+    const LogKeeping keeping = gameLog.Keeping();
+    if (keeping == LogKeeping::kDurable || keeping == LogKeeping::kBuffered) return;
+    if (keeping == LogKeeping::kNotKept) {
+        if (!gameLog.IsInitCalled() && !isInitMissing.exchange(true))
+            ORVANE_CONSOLE(kLogWarning, "the game's log is not kept: orvane_log_init has yet to be called");
+    } else if (!CoreLogger() && !isLaunchMissing.exchange(true)) {
+        ORVANE_CONSOLE(kLogWarning,
+                       "the game's log waits in memory, and is lost with the process: the library has yet to be told "
+                       "of the launch");
+    }
+}
+
 }  // namespace
 
 // Without a lock, for the same reason: of two that make it one installs its logger, and the other takes that.
-Orvane::ILogger* GetOrvaneGameLog() {
+Logger* GetOrvaneGameLog() {
     if (Logger* gameLog = g_gameLog.load(std::memory_order_acquire)) return gameLog;
     const char* const gameId = GameIdUnlessLookedFor();
     auto made = std::make_unique<Logger>(gameId);
@@ -34,6 +58,10 @@ Orvane::ILogger* GetOrvaneGameLog() {
     if (!g_gameLog.compare_exchange_strong(winner, made.get(), std::memory_order_acq_rel)) return winner;
     Orvane::Configure::GetInstance()->AddObserver(gameId, made.get());
     return made.release();
+}
+
+void RegisterGameLogClass() {
+    RegisterRunTimeClass("OrvaneGameLog", {}, {{"state", PerformState}});
 }
 
 }  // namespace Quern
@@ -60,7 +88,9 @@ void orvane_log_init() {
 
 void orvane_log_logx(ALogPriority level, const char* text, const char* file, unsigned int line, const char* function,
                      const char* tag) {
-    Quern::GetOrvaneGameLog()->Log(level, file, line, function, tag, text);
+    Quern::Logger* const gameLog = Quern::GetOrvaneGameLog();
+    gameLog->Log(level, file, line, function, tag, text);
+    Quern::SayIfNotKept(*gameLog);
 }
 
 void orvane_log_remove_logfile(int hours, int fileNumLimit) {

@@ -68,6 +68,7 @@ bool LogStore::MapBlock() {
     _logBuffer = std::make_unique<LogBuffer>(block, BUFFER_BLOCK_LENTH, _options.compress,
                                              _options.crypt ? PeerPublicKey() : "");
     _logBuffer->SetJournal(_journal.get());
+    _isMapped.store(isMapped, std::memory_order_relaxed);
     return isMapped;
 }
 
@@ -144,6 +145,13 @@ void LogStore::WriteTips(BlockJournal* journal, const char* format, ...) {
 void LogStore::AppendStaged(const void* data, size_t length) {
     _fileLogger.Log2File(data, length, _journal.get());
     if (_journal) _journal->Finish();
+}
+
+LogKeeping LogStore::Keeping() const {
+    if (_fileLogger.IsFailing()) return LogKeeping::kNotKept;
+    if (_options.mode == kAppendSync) return LogKeeping::kBuffered;
+    if (isIosBackground()) return LogKeeping::kWaits;
+    return _isMapped.load(std::memory_order_relaxed) ? LogKeeping::kDurable : LogKeeping::kBuffered;
 }
 
 void LogStore::Append(LogLine& line) {

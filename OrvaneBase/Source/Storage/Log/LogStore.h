@@ -26,6 +26,9 @@ struct LogLine {
     size_t length = 0;
 };
 
+// What becomes of a line, from the least to the most; the numbers are those of Orvane/Game.h.
+enum class LogKeeping { kNotKept = 0, kWaits = 1, kBuffered = 2, kDurable = 3 };
+
 struct LogStoreOptions {
     std::string module;
     TAppenderMode mode;
@@ -50,6 +53,9 @@ public:
     // Any thread. Appends the line, in the form of the mode. `line` has room for the newline. In modes 1 and 2 it waits
     // for nothing but the log mutex: a block that fills faster than it is flushed loses lines to the markers.
     void Append(LogLine& line);
+
+    // What becomes of a line that is appended now. Any thread, without a lock.
+    LogKeeping Keeping() const;
 
     // The log mutex: guards the block and the callback. Recursive: a callback may log.
     CMutex& Mutex() { return _mutex; }
@@ -81,6 +87,8 @@ private:
     std::unique_ptr<uint8_t[]> _heapBlock;  // where no file can be mapped; such a block does not survive
     std::unique_ptr<BlockJournal> _journal;
     std::unique_ptr<LogBuffer> _logBuffer;
+
+    std::atomic<bool> _isMapped{false};  // whether the block lies in a file
 
     CMutex _pendingMutex{true};
     AArray _pendingLines;  // of AString; under _pendingMutex

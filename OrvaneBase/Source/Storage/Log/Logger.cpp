@@ -152,6 +152,11 @@ void Logger::Log(ALogPriority priority, const char* file, unsigned int line, con
     callback(priority, formatted.text);
 }
 
+LogKeeping Logger::Keeping() const {
+    const LogStore* const store = _store.load(std::memory_order_acquire);
+    return store ? store->Keeping() : LogKeeping::kNotKept;
+}
+
 void Logger::RemoveOldLog(int hours, int fileNumLimit) {
     AFileLogger::RemoveOldLogFiles(_moduleName.c_str(), hours, fileNumLimit);
 }

@@ -50,6 +50,10 @@ public:
     // Starts the sweep of the plugins' old log files in a thread of its own. Main thread.
     static void XLogInit();
 
+    // What becomes of a line that is logged now; kNotKept before Init. Any thread, without a lock.
+    LogKeeping Keeping() const;
+    bool IsInitCalled() const { return _isInitCalled.load(std::memory_order_relaxed); }
+
     // The level field itself, for the log call's filter.
     const std::atomic<int32_t>& Threshold() const { return _level; }
 
