@@ -6,6 +6,7 @@
 
 #include <stddef.h>
 #include <stdint.h>
+#include <string.h>
 
 #include "Orvane/IPluginService.h"
 #include "Orvane/PluginBase.h"
@@ -14,13 +15,14 @@ namespace Orvane {
 namespace Plugin {
 namespace Ravel {
 
-/// The record that the login plugin fills. The library that makes it owns the buffers: the plugin writes into them and
-/// never frees or replaces one.
+/// The record that the login plugin fills, as a rule by writing into the buffers. A plugin may also delete[] a buffer
+/// and leave null in its place, or a text of its own that ends with a terminator and was made by new char[]: whatever
+/// the record leads to is the record's, and goes with it.
 struct RavelAccount {
     enum : size_t { kOpenIDSize = 128, kText1024Size = 1024, kText64Size = 64, kText16Size = 16 };
 
     RavelAccount()
-        : openID(new char[kOpenIDSize]()),
+        : openID(new char[kOpenIDSize + 1]()),  // one more, which ends it
           text1024(new char[kText1024Size]()),
           text64(new char[kText64Size]()),
           text16(new char[kText16Size]()),
@@ -35,7 +37,10 @@ struct RavelAccount {
     RavelAccount(const RavelAccount&) = delete;
     RavelAccount& operator=(const RavelAccount&) = delete;
 
-    char* openID;       ///< the user's open id; without a terminator if it is as long as the buffer
+    /// Whether there is an open id that the library takes: not null, and 128 bytes at the most.
+    bool HasOpenID() const { return openID && memchr(openID, '\0', kOpenIDSize + 1); }
+
+    char* openID;       ///< the user's open id, which may fill its buffer of 128 bytes to the end
     char* text1024;     ///< the login plugin's own
     char* text64;       ///< the login plugin's own
     char* text16;       ///< the login plugin's own

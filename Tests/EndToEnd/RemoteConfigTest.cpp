@@ -66,5 +66,52 @@ TEST_F(RemoteConfigTest, AnAnswerHoldsForTheNextLaunchUntilItIsCleared) {
         EXPECT_THAT(request, testing::AllOf(HasSubstr("\"problems\":[]"), HasSubstr("will replace the file")));
 }
 
+// For the library the id ends at its NUL.
+TEST_F(RemoteConfigTest, AnOrderIsCarriedOutOnce) {
+    namespace fs = std::filesystem;
+    StartServer();
+    WriteWholeFile(_container.Home() / "Documents/last.rep", "a replay");
+    Command command = Host();
+    command.words.insert(command.words.end(), {"--module", "Other", "--log-mode", "0"});
+    Process host(command);
+    std::string text;  // so long that its beginning goes from the block to the file
+    for (int i = 0; i < 5000; ++i)
+        text += "a line that is asked for, " + std::to_string(i) + "\n";
+    WriteWholeFile(_container.Outside() / "text", text);
+    host.Send("launch\nlog-file " + (_container.Outside() / "text").string() + "\n");
+    const auto isLogged = [](const fs::path& folder) {
+        std::error_code error;
+        for (const auto& file : fs::directory_iterator(folder, error))
+            if (ReadWholeFile(file).find("a line that is asked for, 9\n") != std::string::npos) return true;
+        return false;
+    };
+    ASSERT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= 1 && isLogged(_container.LogFolder("Other")); }));
+    WriteWholeFile(_folder + "/modules/Upload.json",
+                   R"({"upload_id":"night\u0000/../7","file_path":"/Library/Caches/OrvaneSDKLog/Other|/Documents",)"
+                   R"("file_pattern":"log$|rep$","part_size":4000})");
+    host.Send("fetch\n");
+    const auto folder = [&] {
+        std::error_code error;
+        for (const auto& device : fs::directory_iterator(_folder + "/uploads", error))
+            return device.path() / "night";
+        return fs::path();
+    };
+    ASSERT_TRUE(OrvaneTest::WaitFor([&] { return fs::exists(folder() / "upload.zip"); })) << _server->Error();
+    EXPECT_TRUE(OrvaneTest::WaitFor([&] { return !fs::exists(_container.Caches() / "night.zip"); }));
+    EXPECT_EQ(ReadWholeFile(folder() / "files/last.rep"), "a replay");
+    EXPECT_TRUE(isLogged(folder() / "files"));
+
+    host.Send("fetch\n");
+    EXPECT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= 3; }));
+    EXPECT_THAT(Requests().back(), HasSubstr("\"carried_out\""));
+    host.CloseInput();
+    EXPECT_EQ(host.Wait().exitStatus, 0);
+    const std::string journal = ReadWholeFile(_folder + "/journal.jsonl");
+    const size_t announced = journal.find("/upload/prepareFile");
+    EXPECT_NE(announced, std::string::npos);
+    EXPECT_EQ(journal.find("/upload/prepareFile", announced + 1), std::string::npos) << "it is announced again";
+    EXPECT_EQ(journal.find("\"problems\":[\""), std::string::npos) << journal;
+}
+
 }  // namespace
 }  // namespace EndToEnd

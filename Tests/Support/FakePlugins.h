@@ -139,6 +139,11 @@ public:
     const char* GetPluginName() const override { return "RAVEL"; }
     bool GetLoginRet(Orvane::Plugin::Ravel::RavelAccount& account) override {
         account.channelID = channel;
+        if (replaces) {
+            delete[] account.openID;
+            account.openID = openId.empty() ? nullptr : strcpy(new char[openId.size() + 1], openId.c_str());
+            return loggedIn;
+        }
         // Up to the buffer's last byte, as the login plugin does it.
         memcpy(account.openID, openId.data(), std::min<size_t>(openId.size(), account.kOpenIDSize));
         return loggedIn;
@@ -146,6 +151,7 @@ public:
 
     FakePlugin& plugin() { return _plugin; }
     bool loggedIn = true;
+    bool replaces = false;  // puts a text of its own, or none, in the place of the record's buffer
     int channel = 7;
     std::string openId = "someone";
 

@@ -9,13 +9,18 @@
 namespace OrvaneDevServer {
 namespace {
 
-enum Option : int { kPort = 256, kHost, kFault, kStrict, kVersion };
+enum Option : int { kPort = 256, kHost, kFault, kKey, kStrict, kVersion };
 
 const option kOptions[] = {
-    {"port", required_argument, nullptr, kPort},   {"host", required_argument, nullptr, kHost},
-    {"fault", required_argument, nullptr, kFault}, {"strict", no_argument, nullptr, kStrict},
-    {"quiet", no_argument, nullptr, 'q'},          {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, kVersion},   {nullptr, 0, nullptr, 0},
+    {"port", required_argument, nullptr, kPort},
+    {"host", required_argument, nullptr, kHost},
+    {"fault", required_argument, nullptr, kFault},
+    {"key", required_argument, nullptr, kKey},
+    {"strict", no_argument, nullptr, kStrict},
+    {"quiet", no_argument, nullptr, 'q'},
+    {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, kVersion},
+    {nullptr, 0, nullptr, 0},
 };
 
 bool TakePort(const std::string& value, Arguments& arguments, std::string& error) {
@@ -52,6 +57,9 @@ bool TakeOption(int option, const std::string& value, Arguments& arguments, std:
             return TakeHost(value, arguments, error);
         case kFault:
             return TakeFault(value, arguments, error);
+        case kKey:
+            arguments.keyFiles.push_back(value);
+            return true;
         case kStrict:
             arguments.isStrict = true;
             return true;
@@ -65,6 +73,14 @@ bool TakeOption(int option, const std::string& value, Arguments& arguments, std:
             arguments.action = Action::kHelp;
             return true;
     }
+}
+
+bool TakeLint(const std::vector<std::string>& words, Arguments& arguments, std::string& error) {
+    if (arguments.action == Action::kServe) arguments.action = Action::kLint;
+    arguments.lintPaths.assign(words.begin() + 1, words.end());
+    if (!arguments.lintPaths.empty() || arguments.action != Action::kLint) return true;
+    error = "lint: which folder or file? (A folder to serve that is called so is \"./lint\")";
+    return false;
 }
 
 }  // namespace
@@ -88,14 +104,17 @@ bool ParseArguments(const std::vector<std::string>& words, Arguments& arguments,
         }
         if (!TakeOption(found, optarg ? optarg : "", arguments, error)) return false;
     }
-    if (optind < count) arguments.folder = pointers[static_cast<size_t>(optind)];
-    if (optind + 1 >= count && !arguments.folder.empty()) return true;
+    const std::vector<std::string> rest(pointers.data() + optind, pointers.data() + count);
+    if (!rest.empty() && rest[0] == "lint") return TakeLint(rest, arguments, error);
+    if (!rest.empty()) arguments.folder = rest[0];
+    if (rest.size() <= 1 && !arguments.folder.empty()) return true;
     error = arguments.folder.empty() ? "the folder's name is empty" : "one folder is wanted; see --help";
     return false;
 }
 
 const char kHelpText[] =
     R"(usage: orvane-devserver [OPTION]... [FOLDER]
+       orvane-devserver lint [--strict] FOLDER|FILE...
 
 The server that OrvaneCore talks to, for the desk: it serves configuration and trace ids to games that run on this
 machine, takes the files that it orders from them, says what the client will do with each answer, reports every request
@@ -107,7 +126,13 @@ which is made if it is not there:
   devices/DID/NAME.json    keys that go before those, for one device
   rule_id.json             the rule id, which rises with each change
   uploads/DID/ID/          what a device has sent: upload.zip, and files/ that were in it
+  events/NAME.jsonl        events of games on this machine, if PELL_EVENTS names the file
   journal.jsonl            every request, one JSON object a line
+
+All of it is shown, and modules are edited, in a browser at the server's address.
+
+lint says what the client will make of what it is to be sent: of a folder as above, of the file of a module, or of an
+answer that any server gave. One finding a line; notes alone are no fault, unless --strict is given.
 
 When it can be reached it writes "ready http://ADDRESS:PORT" to standard output. A game is pointed at that address by
 "RemoteConfigUrl". SIGTERM and SIGINT end it.
@@ -116,6 +141,7 @@ Options
   --port N             the port, 8765 if none is given; 0 for any free one
   --host ADDRESS       the loopback address to listen at, 127.0.0.1 if none is given
   --fault ORDER        a fault; may be given several times, and several may meet in one request
+  --key FILE           a private key, as orvane-log takes it, for enciphered logs that devices send; also several
   --strict             answer a request that breaks its protocol with an error
   -q, --quiet          nothing on standard error but what concerns the server itself
   --version            the version
@@ -147,8 +173,8 @@ Orders while it runs (each needs a loopback Host, and no web page but its own ma
   POST   /_orvane/release    lets the held requests go on
 
 Exit status
-  0  ended by a signal
-  1  the folder or the port cannot be had
+  0  ended by a signal; nothing wrong found
+  1  the folder or the port cannot be had; the lint found faults
   2  wrong use
 )";
 

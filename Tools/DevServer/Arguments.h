@@ -9,7 +9,7 @@
 
 namespace OrvaneDevServer {
 
-enum class Action { kServe, kHelp, kVersion };
+enum class Action { kServe, kLint, kHelp, kVersion };
 
 struct Arguments {
     Action action = Action::kServe;
@@ -17,7 +17,9 @@ struct Arguments {
     std::string host = "127.0.0.1";
     int port = 8765;  // 0: any free one
     std::vector<Fault> faults;
-    bool isStrict = false;
+    std::vector<std::string> keyFiles;   // private keys for the logs that devices send
+    std::vector<std::string> lintPaths;  // of kLint
+    bool isStrict = false;               // of kLint: notes count as well
     bool isQuiet = false;
 };
 

@@ -73,7 +73,7 @@ std::string ReadObject(const std::string& text, Json::Value& object) {
 }
 
 // Why the client refuses the text; empty if it takes it.
-std::string ReadConfig(const std::string& text, Taken& taken) {
+std::string ReadConfig(const std::string& text, Taken& taken, Json::Value* modules) {
     Json::Value answer;
     if (std::string why = ReadObject(text, answer); !why.empty()) return why;
     std::string refusal, message;
@@ -88,6 +88,7 @@ std::string ReadConfig(const std::string& text, Taken& taken) {
     if (refusal.empty() && !merged.isObject())
         refusal = std::string("\"merged_cfg\" is ") + (merged.isNull() ? "missing or null" : KindOf(merged));
     if (refusal.empty()) TakeModules(merged, taken, refusal);
+    if (refusal.empty() && modules) *modules = merged;
     return refusal;
 }
 
@@ -107,7 +108,7 @@ std::string WithStatus(const Answer& answer, const std::string& verdict) {
     return verdict + " (the status " + std::to_string(answer.status) + " is not looked at)";
 }
 
-constexpr size_t kLargestStock = 4 << 20;  // the ids, with 4 bytes for each and for their count
+constexpr size_t kLargestStock = 4 << 20;  // the ids, with 4 bytes for each and for their count; and the whole answer
 
 // Why the client refuses the text; empty if it takes it. `odd` is the first of the ids that no server issues.
 std::string ReadStock(const std::string& text, size_t& count, std::string& odd) {
@@ -147,12 +148,12 @@ std::string TextOf(const Answer& answer) {
 
 }  // namespace
 
-std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId) {
+std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId, Json::Value* modules) {
     if (const std::string* address = Redirect(answer)) return "will ask " + *address + " instead";
     Taken taken;
     std::string refusal;
     try {
-        refusal = ReadConfig(TextOf(answer), taken);
+        refusal = ReadConfig(TextOf(answer), taken, modules);
     } catch (const std::exception& problem) {
         refusal = problem.what();
     }
@@ -166,6 +167,8 @@ std::string TraceIdVerdict(const Answer& answer) {
     if (const std::string* address = Redirect(answer)) return "will ask " + *address + " instead";
     size_t count = 0;
     std::string refusal, odd;
+    if (answer.body.size() + answer.fillerLength + answer.tail.size() > kLargestStock)
+        return WithStatus(answer, kKeepsStock + std::string("the answer is longer than 4 MiB"));
     try {
         refusal = ReadStock(TextOf(answer), count, odd);
     } catch (const std::exception& problem) {

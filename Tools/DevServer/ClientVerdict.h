@@ -2,6 +2,8 @@
 #ifndef ORVANE_TOOLS_DEVSERVER_CLIENT_VERDICT_H
 #define ORVANE_TOOLS_DEVSERVER_CLIENT_VERDICT_H
 
+#include <json/json.h>
+
 #include <cstdint>
 #include <string>
 
@@ -10,8 +12,9 @@
 namespace OrvaneDevServer {
 
 // Reads the answer as the client does: the body decides, and not the status. `highestRuleId` is the highest that the
-// device was sent before and took, 0 if there is none; it is raised if the client takes a higher one. Nothing throws.
-std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId);
+// device was sent before and took, 0 if there is none; it is raised if the client takes a higher one. `modules`, if it
+// is not null, receives what the client keeps from now on, and stays as it is if that does not change. Nothing throws.
+std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId, Json::Value* modules = nullptr);
 
 std::string TraceIdVerdict(const Answer& answer);
 

@@ -46,9 +46,11 @@ Answer DevServer::HandleConfig(Exchange& exchange) {
     Wait(exchange);
     Answer answer = RightConfigAnswer(exchange, checked);
     SpoilAnswer(exchange, answer);
-    Note(exchange, answer,
-         exchange.hasLeft ? "has left without an answer: it keeps the old file and tries again while its retries last"
-                          : ConfigOutcome(checked.device, answer));
+    if (exchange.hasLeft)
+        Note(exchange, answer,
+             "has left without an answer: it keeps the old file and tries again while its retries last");
+    else
+        Note(exchange, answer, ConfigOutcome(checked.device, answer, exchange.taken));
     return answer;
 }
 
@@ -75,10 +77,10 @@ Answer DevServer::RightConfigAnswer(Exchange& exchange, const ConfigRequest& che
     return answer;
 }
 
-std::string DevServer::ConfigOutcome(const std::string& device, const Answer& answer) {
+std::string DevServer::ConfigOutcome(const std::string& device, const Answer& answer, Json::Value& taken) {
     const std::lock_guard<std::mutex> guard(_devicesMutex);
     if (_highestRuleIds.size() > kMostDevices) _highestRuleIds.clear();
-    return ConfigVerdict(answer, _highestRuleIds[device]);
+    return ConfigVerdict(answer, _highestRuleIds[device], &taken);
 }
 
 // Reads what was edited; the rule id of what is served now. REQUIRES: _modulesMutex.

@@ -4,27 +4,15 @@
 //     POST   /_orvane/faults     orders faults, one a line of the body
 //     DELETE /_orvane/faults     takes all faults back
 //     POST   /_orvane/release    lets the requests that are held go on
+//     *      /_orvane/console    the page in the browser: Console/Console.h
 #include <sstream>
 
 #include "DevServer/DevServer.h"
-#include "DevServer/JsonText.h"
+#include "DevServer/JsonAnswer.h"
 #include "DevServer/PageGuard.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-Answer Reply(int status, const Json::Value& value) {
-    Answer answer;
-    answer.status = status;
-    answer.body = WriteCompact(value);
-    return answer;
-}
-
-Answer ReplyWhy(int status, const std::string& why) {
-    Json::Value value(Json::objectValue);
-    value["error"] = why;
-    return Reply(status, value);
-}
 
 Json::Value Orders(const FaultList& faults) {
     Json::Value list(Json::arrayValue);
@@ -39,17 +27,22 @@ Answer DevServer::HandleControl(Exchange& exchange) {
     exchange.kind = "control";
     if (const std::string refusal = ControlRefusal(exchange.request); !refusal.empty()) {
         exchange.problems.push_back("refused: " + refusal);
-        const Answer answer = ReplyWhy(403, refusal);
+        const Answer answer = ErrorAnswer(403, refusal);
         Note(exchange, answer, "");
         return answer;
     }
-    const Answer answer = Control(exchange.request, exchange.target.path.substr(sizeof kControlPath - 1));
-    if (exchange.request.method != "GET") Note(exchange, answer, "");  // a look changes nothing
+    const Answer answer = Control(exchange, exchange.target.path.substr(sizeof kControlPath - 1));
+    // A look changes nothing, and the lint looks at what somebody types.
+    if (exchange.request.method != "GET" && !exchange.target.path.ends_with("/data/lint")) Note(exchange, answer, "");
     return answer;
 }
 
-Answer DevServer::Control(const Request& request, const std::string& path) {
+Answer DevServer::Control(const Exchange& exchange, const std::string& path) {
+    const Request& request = exchange.request;
     const bool isGet = request.method == "GET", isPost = request.method == "POST";
+    constexpr std::string_view kConsole = "console";
+    if (path == kConsole || path.starts_with("console/"))
+        return _console.Handle(request, exchange.target, path.substr(kConsole.size()));
     Json::Value value(Json::objectValue);
     if (path == "status" && isGet) {
         value["config"] = static_cast<Json::UInt64>(_configRequests);
@@ -67,11 +60,11 @@ Answer DevServer::Control(const Request& request, const std::string& path) {
     } else if (path == "release" && isPost) {
         value["released"] = static_cast<Json::UInt64>(_gate.Release());
     } else if (path == "status" || path == "faults" || path == "release") {
-        return ReplyWhy(405, "not by " + request.method);
+        return ErrorAnswer(405, "not by " + request.method);
     } else {
-        return ReplyWhy(404, "there are \"status\", \"faults\" and \"release\"");
+        return ErrorAnswer(404, "there are \"status\", \"faults\", \"release\" and \"console\"");
     }
-    return Reply(200, value);
+    return JsonAnswer(200, value);
 }
 
 // All of them, or none if one is wrong.
@@ -81,16 +74,16 @@ Answer DevServer::OrderFaults(const std::string& orders) {
     for (std::string line, error; std::getline(lines, line);) {
         if (line.ends_with('\r')) line.pop_back();
         if (line.empty()) continue;
-        if (!ParseFault(line, faults.emplace_back(), error)) return ReplyWhy(400, error);
+        if (!ParseFault(line, faults.emplace_back(), error)) return ErrorAnswer(400, error);
     }
-    if (faults.empty()) return ReplyWhy(400, "the body holds no order");
+    if (faults.empty()) return ErrorAnswer(400, "the body holds no order");
     for (Fault& fault : faults) {
         const uint64_t served = Served(fault.protocol);
         _faults.Add(std::move(fault), served);
     }
     Json::Value value(Json::objectValue);
     value["faults"] = Orders(_faults);
-    return Reply(200, value);
+    return JsonAnswer(200, value);
 }
 
 }  // namespace OrvaneDevServer

@@ -43,12 +43,32 @@ bool MakeFolder(const std::string& folder, std::string& error) {
     return false;
 }
 
+// A person who typed the server's address into a browser.
+bool IsForConsole(const Request& request, const Target& target) {
+    const std::string* const accept = FindHeader(request, "Accept");
+    return target.path == "/" && request.method == "GET" && accept && accept->find("text/html") != std::string::npos;
+}
+
+Answer LeadToConsole() {
+    Answer answer;
+    answer.status = 302;
+    answer.contentType = "text/plain";
+    answer.headers = {{"Location", std::string(kConsolePath) + "/"}};
+    return answer;
+}
+
 }  // namespace
 
 DevServer::DevServer(ServerOptions options)
     : _options(std::move(options)),
       _gate(_options.mostWaiting),
       _uploads(_options.folder + "/uploads"),
+      _console(_options.folder, _options.keyFiles,
+               [this](const std::string& device) {
+                   const std::lock_guard<std::mutex> guard(_modulesMutex);
+                   const int32_t ruleId = RefreshModules();
+                   return Console::Served{_modules.For(device), ruleId};
+               }),
       _modules(_options.folder),
       _ruleId(_options.folder + "/rule_id.json") {
     for (const Fault& fault : _options.faults)
@@ -56,7 +76,9 @@ DevServer::DevServer(ServerOptions options)
 }
 
 bool DevServer::Open(std::string& error) {
-    if (!MakeFolder(_options.folder, error) || !_journal.Open(_options.folder + "/journal.jsonl", error)) return false;
+    const std::string journal = _options.folder + "/journal.jsonl";
+    if (!MakeFolder(_options.folder, error) || !_journal.Open(journal, error)) return false;
+    _console.ReadJournal(journal);
     const std::lock_guard<std::mutex> guard(_modulesMutex);
     RefreshModules();
     return true;
@@ -76,9 +98,10 @@ Answer DevServer::Handle(const Request& request) {
 
 Answer DevServer::Route(const Request& request) {
     const Target target = SplitTarget(request.target);
-    Exchange exchange{request, target, "unknown", 0, {}, {}, false, Json::Value(Json::objectValue)};
+    Exchange exchange{request, target, "unknown"};
     if (target.path.starts_with(kControlPath)) return HandleControl(exchange);
     if (const std::string refusal = PageRefusal(request); !refusal.empty()) return HandlePage(exchange, refusal);
+    if (IsForConsole(request, target)) return LeadToConsole();
     if (target.path == kConfigPath) return HandleConfig(exchange);
     if (target.path == kTraceIdPath) return HandleTraceIds(exchange);
     if (target.path == kPreparePath) return HandlePrepare(exchange);
@@ -178,11 +201,13 @@ void DevServer::Note(Exchange& exchange, const Answer& answer, const std::string
                  (outcome.empty() ? "" : ", " + outcome));
     for (const std::string& problem : exchange.problems)
         _options.say("    breaks the protocol: " + problem);
-    Write(line);
+    Write(line, exchange.taken.isNull() ? nullptr : &exchange.taken);
 }
 
-void DevServer::Write(const Json::Value& line) {
+void DevServer::Write(Json::Value line, const Json::Value* taken) {
+    line["time"] = Journal::Now();
     if (!_journal.Write(line)) _options.say(std::string("the journal lacks a line: ") + strerror(errno));
+    _console.Take(line, taken);
 }
 
 }  // namespace OrvaneDevServer

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "DevServer/ConfigProtocol.h"
+#include "DevServer/Console/Console.h"
 #include "DevServer/Fault.h"
 #include "DevServer/Fetches.h"
 #include "DevServer/Gate.h"
@@ -29,10 +30,11 @@ namespace OrvaneDevServer {
 constexpr char kControlPath[] = "/_orvane/";
 
 struct ServerOptions {
-    std::string folder;         // made, with a first module, if it is not there
-    std::vector<Fault> faults;  // in force from the start
-    bool isStrict = false;      // a request that breaks its protocol is answered with an error
-    size_t mostWaiting = 24;    // requests that may wait at a time; each keeps a thread
+    std::string folder;                      // made, with a first module, if it is not there
+    std::vector<Fault> faults;               // in force from the start
+    std::vector<std::string> keyFiles = {};  // private keys for the logs that devices send
+    bool isStrict = false;                   // a request that breaks its protocol is answered with an error
+    size_t mostWaiting = 24;                 // requests that may wait at a time; each keeps a thread
     std::function<time_t()> now = [] { return time(nullptr); };
     std::function<void(const std::string&)> say = [](const std::string&) {};  // one line for people. Any thread
 };
@@ -53,7 +55,10 @@ public:
     void NoteRefused(const std::string& method, const std::string& target, int status);
 
     // Lets every request that waits go on, and none wait from now on.
-    void Stop() { _gate.Stop(); }
+    void Stop() {
+        _gate.Stop();
+        _console.Stop();
+    }
 
 private:
     // A request on its way through.
@@ -62,9 +67,10 @@ private:
         const Target& target;
         const char* kind;
         uint64_t number = 0;  // in its protocol, from 1
-        std::vector<Fault> faults;
-        Problems problems;
+        std::vector<Fault> faults{};
+        Problems problems{};
         bool hasLeft = false;  // the sender, while it waited
+        Json::Value taken{};   // the modules that a device keeps from now on; null if it keeps what it has
         Json::Value line{Json::objectValue};
     };
 
@@ -77,11 +83,11 @@ private:
     Answer HandlePage(Exchange& exchange, const std::string& refusal);
     Answer Refuse(Exchange& exchange, int status, const std::string& problem);
     Answer HandleControl(Exchange& exchange);
-    Answer Control(const Request& request, const std::string& path);
+    Answer Control(const Exchange& exchange, const std::string& path);
     Answer OrderFaults(const std::string& orders);
 
     Answer RightConfigAnswer(Exchange& exchange, const ConfigRequest& checked);
-    std::string ConfigOutcome(const std::string& device, const Answer& answer);
+    std::string ConfigOutcome(const std::string& device, const Answer& answer, Json::Value& taken);
     int32_t RefreshModules();
     Answer RightTraceIdAnswer(Exchange& exchange, const TraceIdRequest& checked);
 
@@ -93,7 +99,7 @@ private:
     void Wait(Exchange& exchange);
     void SpoilAnswer(const Exchange& exchange, Answer& answer) const;
     void Note(Exchange& exchange, const Answer& answer, const std::string& outcome);
-    void Write(const Json::Value& line);
+    void Write(Json::Value line, const Json::Value* taken = nullptr);
 
     const ServerOptions _options;
     Journal _journal;
@@ -102,6 +108,7 @@ private:
     Fetches _fetches;
     std::atomic<uint64_t> _configRequests{0}, _traceIdRequests{0}, _uploadRequests{0};
     Uploads _uploads;
+    Console _console;
 
     std::mutex _modulesMutex;  // guards the two below
     ModuleFolder _modules;

@@ -14,9 +14,7 @@
 #include "DevServer/JsonText.h"
 
 namespace OrvaneDevServer {
-namespace {
-
-std::string Now() {
+std::string Journal::Now() {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
     const time_t seconds = static_cast<time_t>(milliseconds / 1000);
@@ -27,8 +25,6 @@ std::string Now() {
     snprintf(text + length, sizeof text - length, ".%03dZ", static_cast<int>(milliseconds % 1000));
     return text;
 }
-
-}  // namespace
 
 Journal::~Journal() {
     if (_descriptor >= 0) close(_descriptor);
@@ -54,8 +50,7 @@ bool Journal::Repair() {
     return last == '\n' || write(_descriptor, "\n", 1) == 1;
 }
 
-bool Journal::Write(Json::Value line) {
-    line["time"] = Now();
+bool Journal::Write(const Json::Value& line) {
     const std::string text = WriteCompact(line);
     const std::lock_guard<std::mutex> guard(_mutex);
     struct stat before {};

@@ -19,9 +19,11 @@ public:
 
     // False, and why in `error`, if the file cannot be written, or another server has it.
     bool Open(const std::string& path, std::string& error);
-    // Adds "time" (UTC, to the millisecond) and writes the line in one piece, whole or not at all. False if it could
-    // not be written (a full disk): the next may. Any thread.
-    bool Write(Json::Value line);
+    // The "time" of a line that is written now: UTC, to the millisecond.
+    static std::string Now();
+    // Writes the line in one piece, whole or not at all. False if it could not be written (a full disk): the next may.
+    // Any thread.
+    bool Write(const Json::Value& line);
 
 private:
     bool Repair();

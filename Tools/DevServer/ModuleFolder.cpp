@@ -28,8 +28,13 @@ std::vector<std::string> NamesIn(const std::string& folder) {
     return names;
 }
 
-// Reads a regular file. False, and why in `content`, if it is none, too big or unreadable. A pipe is not waited for.
-bool ReadRegular(const std::string& path, std::string& content) {
+bool IsKept(const Json::Value& value) {
+    return value.isString() || value.type() == Json::intValue || value.type() == Json::uintValue;
+}
+
+}  // namespace
+
+bool ReadModuleFile(const std::string& path, std::string& content) {
     const auto fail = [&content](const std::string& why) {
         content = why;
         return false;
@@ -56,12 +61,6 @@ bool ReadRegular(const std::string& path, std::string& content) {
     return isRead;
 }
 
-bool IsKept(const Json::Value& value) {
-    return value.isString() || value.type() == Json::intValue || value.type() == Json::uintValue;
-}
-
-}  // namespace
-
 std::vector<std::string> ModuleFolder::Refresh() {
     std::vector<std::string> notes;
     for (auto& [below, file] : _files)
@@ -86,7 +85,7 @@ void ModuleFolder::Take(const std::string& below, std::vector<std::string>& note
     File& file = entry->second;
     file.seen = true;
     std::string content, problem;
-    if (!ReadRegular(_folder + "/" + below, content)) problem = content;
+    if (!ReadModuleFile(_folder + "/" + below, content)) problem = content;
     if (!isNew && content == file.content) return;
     file.content = content;
     Json::Value keys;

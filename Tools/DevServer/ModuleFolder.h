@@ -18,6 +18,9 @@ namespace OrvaneDevServer {
 
 constexpr size_t kMostModuleBytes = 4 << 20;  // of one file
 
+// Reads a regular file. False, and why in `content`, if it is none, too big or unreadable. A pipe is not waited for.
+bool ReadModuleFile(const std::string& path, std::string& content);
+
 // Not for two threads at once.
 class ModuleFolder {
 public:

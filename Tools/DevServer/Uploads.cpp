@@ -23,6 +23,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kMostTries = 4;
+constexpr char kBehindDigest = '-';  // in an upload's name, between the folder's digest and the announcement's number
 
 Json::Value Description(const PrepareRequest& request) {
     Json::Value value(Json::objectValue);
@@ -54,8 +55,10 @@ bool IsSame(const std::string& path, int64_t position, std::string_view bytes) {
            std::string_view(held).substr(0, static_cast<size_t>(file.gcount()));
 }
 
-// What the text of a number becomes on its way through the client: with a point "%f", and an integer else.
-std::string AsTheClientHasIt(const std::string& id) {
+// What a text becomes on its way through the client: it ends at a NUL, and a number is "%f" with a point, and an
+// integer else.
+std::string AsTheClientHasIt(const std::string& ordered) {
+    const std::string id = ordered.c_str();
     constexpr size_t kLongestNumber = 18;
     const std::string_view digits = std::string_view(id).substr(id.starts_with('-') ? 1 : 0);
     const auto points = std::count(digits.begin(), digits.end(), '.');
@@ -89,43 +92,66 @@ std::string Uploads::FolderOf(const std::string& device, const std::string& uplo
     return _folder + "/" + SafeName(device) + "/" + SafeName(uploadId);
 }
 
+Uploads::Held Uploads::HoldFolder(const std::string& folder) {
+    std::shared_ptr<Upload> upload;
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        std::shared_ptr<Upload>& known = _uploads[Sha1Text(folder)];
+        if (!known) known = std::make_shared<Upload>(folder);
+        upload = known;
+    }
+    std::unique_lock<std::mutex> guard(upload->mutex);
+    return {std::move(upload), std::move(guard)};
+}
+
+Uploads::Held Uploads::HoldNamed(const std::string& name) {
+    std::shared_ptr<Upload> upload;
+    {
+        const std::lock_guard<std::mutex> guard(_mutex);
+        const auto found = _uploads.find(name.substr(0, name.find(kBehindDigest)));
+        if (found == _uploads.end()) return {};
+        upload = found->second;
+    }
+    std::unique_lock<std::mutex> guard(upload->mutex);
+    if (upload->name != name) return {};
+    return {std::move(upload), std::move(guard)};
+}
+
 Uploads::Outcome Uploads::Announce(const PrepareRequest& request) {
-    const std::lock_guard<std::mutex> guard(_mutex);
+    const Held held = HoldFolder(FolderOf(request.device, request.uploadId));
+    Upload& upload = *held.upload;
+    upload.name.clear();
     Outcome outcome;
-    Upload upload;
-    upload.folder = FolderOf(request.device, request.uploadId);
-    upload.size = request.totalSize;
-    upload.sha1 = request.totalSha1;
-    const std::string description = WriteCompact(Description(request));
+    const std::string description = WriteCompact(Description(request)), data = upload.folder + "/data";
     std::error_code error;
-    const bool isKnown = ReadText(upload.folder + "/upload.json") == description;
-    if (!isKnown || fs::exists(upload.folder + "/upload.zip", error) ||
-        SizeOf(upload.folder + "/data") > request.totalSize)
-        fs::remove_all(upload.folder, error);
+    if (ReadText(upload.folder + "/upload.json") != description || SizeOf(data) > request.totalSize)
+        fs::remove(data, error);
     fs::create_directories(upload.folder, error);
     std::ofstream file(upload.folder + "/upload.json", std::ios::binary);
     if (!(file << description << std::flush)) {
         outcome.refusal = upload.folder + ": " + strerror(errno);
         return outcome;
     }
-    upload.held = SizeOf(upload.folder + "/data");
-    outcome.upload = Sha1Text(upload.folder + "#" + std::to_string(++_announcements));
+    upload.size = request.totalSize;
+    upload.sha1 = request.totalSha1;
+    upload.held = SizeOf(data);
+    upload.isWhole = false;
+    upload.triedAt = -1;
+    upload.name = Sha1Text(upload.folder) + kBehindDigest + std::to_string(++_announcements);
+    outcome.upload = upload.name;
     outcome.next = upload.held;
-    std::erase_if(_uploads, [&](const auto& known) { return known.second.folder == upload.folder; });
-    _uploads[outcome.upload] = upload;
     return outcome;
 }
 
 Uploads::Outcome Uploads::Take(const PartRequest& request, Problems& problems) {
-    const std::lock_guard<std::mutex> guard(_mutex);
+    const Held held = HoldNamed(request.upload);
     Outcome outcome;
     outcome.upload = request.upload;
-    const auto found = _uploads.find(request.upload);
-    if (found == _uploads.end()) {
+    if (!held.upload) {
         outcome.refusal = "no such upload was announced to this run of the server, or it was announced anew";
         return outcome;
     }
-    Upload& upload = found->second;
+    Upload& upload = *held.upload;
     CountTry(upload, request, problems);
     outcome.refusal = Append(upload, request, problems);
     if (outcome.refusal.empty() && upload.held == upload.size && !upload.isWhole)
@@ -151,10 +177,8 @@ void Uploads::CountTry(Upload& upload, const PartRequest& request, Problems& pro
 }
 
 void Uploads::Confirm(const std::string& name) {
-    const std::lock_guard<std::mutex> guard(_mutex);
-    const auto found = _uploads.find(name);
-    if (found == _uploads.end()) return;
-    found->second.triedAt = -1;
+    const Held held = HoldNamed(name);
+    if (held.upload) held.upload->triedAt = -1;
 }
 
 // Why the part was not taken; empty if it was.
@@ -203,9 +227,14 @@ std::string Uploads::Finish(Upload& upload, Outcome& outcome) {
         upload.held = 0;
         return "the file's digest is " + sha1 + "; " + upload.sha1 + " was announced";
     }
-    // Its name last, as the sign that the order is carried out.
-    fs::remove_all(upload.folder + "/files", error);
-    outcome.notes = Unpack(data, upload.folder + "/files");
+    // What was whole before is there until this is. The name last, as the sign that the order is carried out: a run
+    // that is killed in between finds the data still there, and does it again.
+    const std::string files = upload.folder + "/files", newFiles = upload.folder + "/new-files";
+    fs::remove_all(newFiles, error);
+    outcome.notes = Unpack(data, newFiles);
+    fs::remove_all(files, error);
+    fs::rename(newFiles, files, error);
+    if (error) return files + ": " + error.message();
     fs::rename(data, zip, error);
     if (error) return zip + ": " + error.message();
     upload.isWhole = true;
@@ -213,7 +242,6 @@ std::string Uploads::Finish(Upload& upload, Outcome& outcome) {
 }
 
 bool Uploads::IsWhole(const std::string& device, const std::string& uploadId) const {
-    const std::lock_guard<std::mutex> guard(_mutex);
     std::error_code error;
     return fs::exists(FolderOf(device, AsTheClientHasIt(uploadId)) + "/upload.zip", error);
 }

@@ -2,8 +2,11 @@
 //
 //     FOLDER/DEVICE/ID/upload.json    who sends what: {"device","total_sha1","total_size","upload_id"}
 //     FOLDER/DEVICE/ID/data           what has come so far: an upload goes on where it ends, after a restart too
-//     FOLDER/DEVICE/ID/upload.zip     the whole file, once its digest is right
+//     FOLDER/DEVICE/ID/new-files/     what is being taken out of it, once its digest is right
+//     FOLDER/DEVICE/ID/upload.zip     the last whole file
 //     FOLDER/DEVICE/ID/files/         what was in it
+//
+// What is whole stays until a later upload of that id is whole.
 //
 // DEVICE and ID are the two texts with "%" and two digits for all that may not stand in every file's name.
 #ifndef ORVANE_TOOLS_DEVSERVER_UPLOADS_H
@@ -11,11 +14,12 @@
 
 #include <json/json.h>
 
+#include <atomic>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "DevServer/Message.h"
@@ -26,7 +30,8 @@ namespace OrvaneDevServer {
 // A text as the name of a file: never empty, hidden or longer than a name may be, and another one for another text.
 std::string SafeName(const std::string& text);
 
-// Any thread.
+// Any thread. Requests of one upload wait for each other, those of others never: a file's digest, and taking it apart,
+// may take seconds.
 class Uploads {
 public:
     explicit Uploads(std::string folder) : _folder(std::move(folder)) {}
@@ -40,8 +45,8 @@ public:
         std::vector<std::string> notes;  // what was unpacked
     };
 
-    // A device announces a file. One that is another than the id stood for, or that was whole already, begins anew.
-    // Parts of an earlier announcement, still on their way from a process that is gone, are refused from now on.
+    // A device announces a file. One that is another than what has come in part, or that was whole already, begins
+    // anew. Parts of an earlier announcement, still on their way from a process that is gone, are refused from now on.
     Outcome Announce(const PrepareRequest& request);
 
     // A part comes. It must begin where the upload stands, or repeat what has come. Reports a part that differs from
@@ -55,8 +60,13 @@ public:
     bool IsWhole(const std::string& device, const std::string& uploadId) const;
 
 private:
+    // What comes into one folder.
     struct Upload {
-        std::string folder;
+        explicit Upload(std::string path) : folder(std::move(path)) {}
+
+        const std::string folder;
+        std::mutex mutex;  // guards the rest, and the folder's content
+        std::string name;  // in addresses, a new one with each announcement
         int64_t size = 0, held = 0;
         std::string sha1;
         bool isWhole = false;
@@ -66,15 +76,23 @@ private:
         int tries = 0;
     };
 
+    // An upload that is used, and nobody else uses meanwhile; null if there is none of that name.
+    struct Held {
+        std::shared_ptr<Upload> upload;
+        std::unique_lock<std::mutex> guard;
+    };
+
     std::string FolderOf(const std::string& device, const std::string& uploadId) const;
+    Held HoldFolder(const std::string& folder);
+    Held HoldNamed(const std::string& name);
     void CountTry(Upload& upload, const PartRequest& request, Problems& problems);
     static std::string Append(Upload& upload, const PartRequest& request, Problems& problems);
     static std::string Finish(Upload& upload, Outcome& outcome);
 
     const std::string _folder;
-    uint64_t _announcements = 0;             // guarded by _mutex
-    mutable std::mutex _mutex;               // guards the map, and the files of all uploads
-    std::map<std::string, Upload> _uploads;  // by the name in addresses, in this run
+    std::atomic<uint64_t> _announcements{0};                  // in this run
+    std::mutex _mutex;                                        // guards the next; nothing is waited for under it
+    std::map<std::string, std::shared_ptr<Upload>> _uploads;  // by the digest of the folder, in this run
 };
 
 }  // namespace OrvaneDevServer

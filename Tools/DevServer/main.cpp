@@ -10,6 +10,8 @@
 
 #include "DevServer/Arguments.h"
 #include "DevServer/HttpServer.h"
+#include "DevServer/Lint/LintCommand.h"
+#include "Support/PrintableText.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -51,6 +53,7 @@ int Serve(const Arguments& arguments) {
     options.folder = arguments.folder;
     options.faults = arguments.faults;
     options.isStrict = arguments.isStrict;
+    options.keyFiles = arguments.keyFiles;
     if (!arguments.isQuiet) options.say = Say;
     DevServer server(options);
     std::string error;
@@ -66,6 +69,7 @@ int Serve(const Arguments& arguments) {
     const bool isIpv6 = arguments.host.find(':') != std::string::npos;
     printf("ready http://%s:%d\n", (isIpv6 ? "[" + arguments.host + "]" : arguments.host).c_str(), http.Port());
     fflush(stdout);
+    if (!arguments.isQuiet) Say("the console is at that address in a browser");
 
     int signal = 0;
     sigwait(&signals, &signal);
@@ -74,11 +78,22 @@ int Serve(const Arguments& arguments) {
     return hasFailed ? Fail(kCannot, "no connection can be taken any more") : kDone;
 }
 
+int Lint(const Arguments& arguments) {
+    const LintReport report = LintPaths(arguments.lintPaths);
+    for (const std::string& line : report.lines)
+        printf("%s\n", OrvaneTools::PrintableText(line).c_str());
+    for (const std::string& problem : report.problems)
+        Fail(kWrongUse, OrvaneTools::PrintableText(problem));
+    if (!report.problems.empty()) return kWrongUse;
+    return report.hasFault || (arguments.isStrict && !report.lines.empty()) ? kCannot : kDone;
+}
+
 int Main(const std::vector<std::string>& words) {
     Arguments arguments;
     std::string error;
     if (!ParseArguments(words, arguments, error)) return Fail(kWrongUse, error);
     if (arguments.action == Action::kServe) return Serve(arguments);
+    if (arguments.action == Action::kLint) return Lint(arguments);
     fputs(arguments.action == Action::kHelp ? kHelpText : "orvane-devserver " ORVANE_VERSION "\n", stdout);
     return kDone;
 }

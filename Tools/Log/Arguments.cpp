@@ -24,6 +24,7 @@ enum Option : int {
     kColour,
     kRecords,
     kVerify,
+    kOtlp,
     kVersion
 };
 
@@ -40,6 +41,7 @@ const option kOptions[] = {
     {"lines", required_argument, nullptr, 'n'},
     {"follow", no_argument, nullptr, 'f'},
     {"json", no_argument, nullptr, kJson},
+    {"otlp", required_argument, nullptr, kOtlp},
     {"color", optional_argument, nullptr, kColour},
     {"colour", optional_argument, nullptr, kColour},
     {"quiet", no_argument, nullptr, 'q'},
@@ -111,6 +113,9 @@ public:
             case kJson:
                 _arguments.json = true;
                 return true;
+            case kOtlp:
+                _arguments.otlpUrl = value;
+                return !value.empty() || Wrong("--otlp", value, "an address of a receiver");
             case kColour:
                 return TakeColour(hasValue ? value : "always");
             case 'q':
@@ -195,6 +200,9 @@ bool CheckWhole(Arguments& arguments, std::string& error) {
         if (arguments.paths.size() == 1) arguments.keygenFile = arguments.paths[0];
         return error.empty();
     }
+    if (!arguments.otlpUrl.empty() &&
+        (arguments.json || arguments.action == Action::kRecords || arguments.action == Action::kVerify))
+        error = "--otlp excludes --json, --records and --verify";
     if (arguments.paths.empty()) error = "no file or folder named; see --help";
     if (arguments.action == Action::kFollow)
         for (const std::string& path : arguments.paths)

@@ -23,6 +23,7 @@ struct Arguments {
     std::optional<size_t> lines;  // only the last so many entries
     bool merge = false;           // by time over all files
     bool json = false;
+    std::string otlpUrl;  // entries go to this receiver, and are not printed; empty: they are printed
     bool quiet = false;
     ColourChoice colour = ColourChoice::kAuto;
 };

@@ -91,7 +91,7 @@ void FollowSet::Add(const std::string& folder, const std::string& module, const 
 }
 
 void Follow(const Arguments& arguments, Look look, KeyRing& keys, DescriptorOutput& output, Report& report) {
-    const std::unique_ptr<Printer> printer = MakePrinter(arguments, look, output);
+    const std::unique_ptr<Printer> printer = MakePrinter(arguments, look, output, report);
     TailPrinter tail(*printer, arguments.lines.value_or(kLinesShownFirst));
     FollowSet modules(arguments, keys, report, tail);
     if (!modules.Check()) return;

@@ -32,6 +32,9 @@ What is shown
 
 How
   --json              one JSON object a line
+  --otlp URL          shows nothing, but sends the entries as OpenTelemetry logs to the receiver at URL, in JSON over
+                      HTTP ("http://localhost:4318"; "v1/logs" is put behind it). The variables OTEL_EXPORTER_OTLP_HEADERS
+                      and _TIMEOUT, OTEL_SERVICE_NAME and OTEL_RESOURCE_ATTRIBUTES hold. Times are taken for local ones
   --color[=WHEN]      colours the level: auto (on a terminal, unless NO_COLOR is set), always, never. On a terminal, and
                       with colours, control characters of the log are shown as "\x1B"
   -q, --quiet         nothing on standard error but errors of use
@@ -42,7 +45,7 @@ How
 Exit status
   0  all sound
   1  damage was found: something was skipped, or a record gave only part of its text
-  2  wrong use, or a file that cannot be read or written
+  2  wrong use, a file that cannot be read or written, or entries that no receiver took
   3  all sound, but there are encrypted records that no key opens (0 with --verify, if no --key is given)
 The first of 2, 1, 3 that applies.
 

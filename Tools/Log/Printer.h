@@ -14,6 +14,8 @@ class Printer {
 public:
     virtual ~Printer() = default;
     virtual void Print(const Entry& entry) = 0;
+    // Nothing more comes.
+    virtual void End() {}
 };
 
 // How text is shown.

@@ -8,6 +8,7 @@
 #include "Log/KeyFile.h"
 #include "Log/LeftOver.h"
 #include "Log/LogFileName.h"
+#include "Log/OtlpPrinter.h"
 #include "Log/RecordTable.h"
 #include "Log/SourceList.h"
 #include "Log/TailPrinter.h"
@@ -57,7 +58,8 @@ bool LoadKeys(const std::vector<std::string>& files, KeyRing& ring, Report& repo
     return good;
 }
 
-std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Output& output) {
+std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Output& output, Report& report) {
+    if (!arguments.otlpUrl.empty()) return std::make_unique<OtlpPrinter>(arguments, report);
     if (arguments.json) return std::make_unique<JsonPrinter>(output);
     const bool untouched = look == Look::kAsItStands && arguments.filter.IsEmpty() && !arguments.lines &&
                            !arguments.merge && arguments.action != Action::kFollow;
@@ -71,7 +73,7 @@ void Reading::Run() {
 
     FindTornFiles(list.files);
 
-    std::unique_ptr<Printer> printer = MakePrinter(_arguments, _look, _output);
+    std::unique_ptr<Printer> printer = MakePrinter(_arguments, _look, _output, _report);
     std::unique_ptr<TailPrinter> tail;
     if (_arguments.lines) tail = std::make_unique<TailPrinter>(*printer, *_arguments.lines);
     Printer* const last = tail ? tail.get() : printer.get();
@@ -82,6 +84,7 @@ void Reading::Run() {
         ReadFile(file, merge ? merge.get() : last, merge.get());
     if (merge && !merge->Release()) _report.Problem(std::string("temporary file: ") + strerror(errno));
     if (tail) tail->Release();
+    if (printer) printer->End();
     _output.Flush();
 }
 

@@ -21,7 +21,8 @@ namespace OrvaneLog {
 bool LoadKeys(const std::vector<std::string>& files, KeyRing& ring, Report& report);
 
 // The printer that the arguments ask for; null where text may go to the output untouched.
-std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Output& output);
+// What it has to say goes to `report`. The arguments, the output and the report are borrowed.
+std::unique_ptr<Printer> MakePrinter(const Arguments& arguments, Look look, Output& output, Report& report);
 
 class Reading {
 public:

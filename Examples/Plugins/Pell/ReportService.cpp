@@ -20,7 +20,9 @@ const char* ReportService::GetPluginName() const {
 }
 
 Orvane::Plugin::IEvent* ReportService::CreateEvent(int srcID, const char* eventName) {
-    return eventName ? new JsonEvent(srcID, eventName) : nullptr;
+    if (!eventName) return nullptr;
+    if (_forwarder.Wants(eventName)) return new ForwardedEvent(_forwarder, srcID, eventName);
+    return new JsonEvent(srcID, eventName);
 }
 
 void ReportService::DestroyEvent(Orvane::Plugin::IEvent** event) {

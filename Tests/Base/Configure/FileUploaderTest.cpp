@@ -2,13 +2,18 @@
 
 #include <gmock/gmock.h>
 #include <minizip/unzip.h>
+#include <sys/resource.h>
 
+#include <csignal>
+#include <functional>
 #include <random>
+#include <utility>
 
 #include "Base/Configure/UtilsHelper.h"
 #include "Base/Configure/ZipArchive.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "Storage/File/CPath.h"
+#include "Storage/File/Sandbox.h"
 #include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
@@ -164,6 +169,50 @@ TEST_F(FileUploaderTest, SendsWhatPathPatternAndIdNameAndNothingElse) {
     EXPECT_THAT(FilesIn(cache), Not(Contains(HasSubstr("other"))));  // sent, and gone
 }
 
+// Somebody else's hand in the container, between a search and the opening of what it found.
+class HurriedSandbox final : public Quern::Sandbox {
+public:
+    std::string Resolve(const std::string& path) override { return _own.Resolve(path); }
+    int OpenToRead(const std::string& path) override {
+        if (const auto act = std::exchange(before, nullptr)) act();
+        return _own.OpenToRead(path);
+    }
+    std::function<void()> before;
+
+private:
+    Quern::Sandbox& _own = Quern::Sandbox::Current();
+};
+
+TEST_F(FileUploaderTest, SendsNothingThatCameBetweenTheSearchAndTheZip) {
+    const auto sandbox = std::make_shared<HurriedSandbox>();
+    Quern::Sandbox::Use(sandbox);
+    WriteFile(outside + "/a.log", "outside");
+    const std::string logs = home + "/logs", file = logs + "/a.log";
+    const std::function<void()> acts[] = {
+        [&] {
+            fs::remove(file);
+            fs::create_symlink(outside + "/a.log", file);
+        },
+        [&] {
+            fs::remove(file);
+            fs::create_hard_link(home + "/Library/OrvaneCore.keychain", file);
+        },
+        [&] {
+            fs::rename(logs, home + "/moved");
+            fs::create_directory_symlink(outside, logs);
+        },
+    };
+    for (const auto& act : acts) {
+        fs::remove(file);
+        WriteFile(file, "a");
+        fs::remove(outside + "/sent.zip");
+        sandbox->before = act;
+        EXPECT_THAT(Order("/logs", "^a", "hurried"), Contains("Info total match 1 files."));
+        EXPECT_EQ(Unzip(outside + "/sent.zip"), Names{});
+    }
+    Quern::Sandbox::Use(nullptr);
+}
+
 TEST_F(FileUploaderTest, TellsItsStepsInOrderAndReportsThem) {
     const Names lines = Order("/logs", "^a", "77");
     const Names steps = Quern::SplitString(
@@ -227,6 +276,7 @@ TEST_F(FileUploaderTest, ZipsFilesAloneAndSaysWhenTheDiskIsFull) {
     EXPECT_TRUE(zip.CloseZipFile());
     EXPECT_THAT(Unzip(cache + "/z.zip"), ElementsAre("a=/logs/a.log"));
     EXPECT_EQ(fs::status(cache + "/z.zip").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_FALSE(zip.CreateZipFile(home + "/logs/o.log")) << "a link";
     ASSERT_TRUE(zip.CreateZipFile("/dev/full"));
     zip.AddFileToZip(home + "/logs/a.log", "a");
     EXPECT_FALSE(zip.CloseZipFile());
@@ -237,6 +287,29 @@ TEST_F(FileUploaderTest, ZipsFilesAloneAndSaysWhenTheDiskIsFull) {
     WriteFile(home + "/logs/noise", noise);
     ASSERT_TRUE(zip.CreateZipFile("/dev/full"));
     EXPECT_FALSE(zip.AddFileToZip(home + "/logs/noise", "noise"));
+
+    rlimit before;
+    getrlimit(RLIMIT_FSIZE, &before);
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit full{4096, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_THAT(Order("/logs", "noise", "full"), Contains("Error Close Zip File Failed!"));
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_FALSE(fs::exists(cache + "/full.zip"));
+}
+
+TEST_F(FileUploaderTest, LeavesOutWhatIsTooLarge) {
+    const std::string a = home + "/logs/a.log";
+    Quern::ZipArchive zip(static_cast<long long>(2 * fs::file_size(a)));
+    ASSERT_TRUE(zip.CreateZipFile(cache + "/z.zip"));
+    EXPECT_TRUE(zip.AddFileToZip(a, "1") && zip.AddFileToZip(a, "2") && !zip.HasLeftOut());
+    EXPECT_FALSE(zip.AddFileToZip(a, "3"));
+    EXPECT_TRUE(zip.HasLeftOut() && zip.CloseZipFile());
+    WriteFile(home + "/logs/a.big", "");
+    fs::resize_file(home + "/logs/a.big", (1ULL << 30) + 1);  // takes no room
+    EXPECT_THAT(Order("/logs", "^a", "big"),
+                Contains("Error files are left out of the zip: the order asks for too many bytes"));
+    EXPECT_THAT(Unzip(outside + "/sent.zip"), ElementsAre("a.log=/logs/a.log"));
 }
 
 // A log that is written to faster than it is zipped comes to its end all the same: at its size when it was opened.
@@ -258,14 +331,29 @@ TEST_F(FileUploaderTest, ZipsAFileThatGrows) {
 }
 
 TEST_F(FileUploaderTest, EndsASearchThatCostsTooMuch) {
-    const std::string bars(100'000, '|'), ended = "Error the search is ended after ";
-    const std::pair<std::string, std::string> orders[] = {{bars, bars}, {bars, "^none$"}, {"/logs", bars}};
+    const auto repeat = [](const char* text, int count) {
+        std::string all;
+        for (int i = 0; i < count; ++i)
+            all += text;
+        return all;
+    };
+    const std::string ended = "Error the search is ended after ";
+    // Each costs too much by one thing alone: folders, what lies in them, lines.
+    const std::pair<std::string, std::string> orders[] = {
+        {repeat("/none|", 6000), "^a"},
+        {repeat("/logs|", 3000), "^a"},
+        {"/logs", repeat("^b$|", 101'000)},
+    };
     for (const auto& [path, pattern] : orders) {
         const Names lines = Order(path, pattern, "bars");
         EXPECT_EQ(std::count_if(lines.begin(), lines.end(), [&](auto& line) { return line.starts_with(ended); }), 1);
         EXPECT_LE(lines.size(), 110'000u);
     }
-    EXPECT_THAT(Order("/logs", bars, "bars"), Contains("Info total match 10000 files."));
+    EXPECT_THAT(Order("/logs", repeat("|", 100'000), "bars"),
+                Contains(ended + "10000 matches: the order asks for too much"));
+    // A pattern that costs its whole share with one name is not tried with the others.
+    WriteFile(home + "/logs/" + std::string(60, '0'), "");
+    EXPECT_THAT(Order(repeat("/logs|", 600), ".*.*.*.*.*.*x|^a", "logs"), Contains("Info total match 600 files."));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <future>
+#include <map>
 #include <memory>
 
 #include "Support/Process.h"
@@ -156,6 +157,48 @@ TEST_F(DevServerProgram, TakesOrdersFromThisMachineAlone) {
     EXPECT_THAT(Get("/_orvane/status")->body, HasSubstr("\"faults\":[]"));
     EXPECT_EQ(Post("/_orvane/faults", order, {{"Origin", address}})->status, 200);
     EXPECT_EQ(Get(kFetch)->status, 404);
+}
+
+TEST_F(DevServerProgram, ServesTheConsoleAndTakesItsEdits) {
+    Start({"-q"});
+    httplib::Client browser(address);
+    browser.set_follow_location(true);
+    const httplib::Result page = browser.Get("/", {{"Accept", "text/html"}});
+    ASSERT_TRUE(page);
+    EXPECT_THAT(page->body, HasSubstr("src=\"main.js\""));
+    EXPECT_THAT(page->get_header_value("Content-Security-Policy"), HasSubstr("default-src 'none'"));
+    for (const auto& [file, type] : std::map<std::string, std::string>{
+             {"main.js", "text/javascript"}, {"console.css", "text/css"}, {"icon.svg", "image/svg+xml"}})
+        EXPECT_THAT(Get("/_orvane/console/" + file)->get_header_value("Content-Type"), StartsWith(type));
+    const std::string data = "/_orvane/console/data/";
+    const std::string now = Get(data + "changes?after=0")->body;
+    auto waiting = std::async(std::launch::async, [&] {
+        return Get(data + "changes?after=" + now.substr(now.rfind(':') + 1, now.rfind('}') - now.rfind(':') - 1));
+    });
+    const auto put =
+        httplib::Client(address).Put(data + "module?name=M&was=", {{"Origin", address}}, "{\"a\":1}", "text/plain");
+    EXPECT_EQ(put->status, 200);
+    EXPECT_NE(waiting.get()->body, now);
+    EXPECT_THAT(Get(kFetch)->body, HasSubstr("\"M\":{\"a\":1}"));
+    EndInOrder(SIGTERM);
+}
+
+TEST_F(DevServerProgram, LintsByItsStatus) {
+    folder.Write("served/modules/M.json", R"({"LogMode":1})");
+    const auto lint = [this](std::vector<std::string> words, int status) {
+        words.insert(words.begin(), {ORVANE_DEVSERVER_PROGRAM, "lint"});
+        words.push_back(folder / "served");
+        Ending ending;
+        std::string error;
+        const std::string told = RunToEnd({words, {}, ""}, &ending, &error);
+        EXPECT_EQ(ending.exitStatus, status) << told << error;
+        return told;
+    };
+    EXPECT_THAT(lint({}, 0), HasSubstr("M.json: LogMode: note: "));
+    lint({"--strict"}, 1);
+    folder.Write("served/modules/N.json", "{\"a\":\"\\u001b#\"}");
+    EXPECT_THAT(lint({}, 1), HasSubstr("\\x1B"));
+    lint({folder / "absent"}, 2);
 }
 
 TEST_F(DevServerProgram, BearsHostileBytes) {

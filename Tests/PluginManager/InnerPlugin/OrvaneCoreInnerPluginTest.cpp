@@ -17,6 +17,28 @@ namespace {
 
 using namespace Orvane::Plugin;
 
+// The first base's table, declared a second time: the two destructors, then the one operation.
+struct Target {
+    virtual ~Target() {}
+    virtual void Run(void* operation, void* data) = 0;
+};
+
+TEST(OrvaneCoreInnerPlugin, BeginsWithTheTargetOfItsOperations) {
+    struct Heard final : Quern::OperationTargetBase {
+        void DoOperation(Quern::ObjectOperation*, void* data) override { ++*static_cast<int*>(data); }
+    } heard;
+    int runs = 0;
+    const auto run = [&runs](Quern::OperationTargetBase* target) {
+        static_cast<Target*>(static_cast<void*>(target))->Run(nullptr, &runs);
+    };
+    run(&heard);
+    EXPECT_EQ(runs, 1);
+    OrvaneCoreInnerPlugin* const core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
+    run(core);
+    EXPECT_EQ(runs, 1) << "not overridden";
+    EXPECT_EQ(static_cast<void*>(static_cast<Quern::OperationTargetBase*>(core)), static_cast<void*>(core));
+}
+
 TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
     OrvaneTest::CapturedConsole console;
     OrvaneCoreInnerPlugin* core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
@@ -40,16 +62,6 @@ TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetPluginName(), "OrvaneCore");
     }
 }
-
-// A login plugin that puts a text of its own, or none, in the place of the record's buffer.
-struct OwnText : OrvaneTest::FakeRavel {
-    bool GetLoginRet(Ravel::RavelAccount& account) override {
-        delete[] account.openID;
-        account.openID = text;
-        return true;
-    }
-    char* text = nullptr;
-};
 
 // Whom OnPostStartup takes for the user, as "channel openid", after a line if there is one.
 std::string SettleUser() {
@@ -89,10 +101,12 @@ TEST(OrvaneCoreInnerPlugin, SettlesWhoTheUserIs) {
     EXPECT_EQ(SettleUser(), "-17 " + fits);
     login.loggedIn = false;
     EXPECT_EQ(SettleUser(), " ");
-    OwnText own;
-    EXPECT_EQ(SettleUser(), "Error cRavelAccount.openID is NULL or len is invalid:  ");
-    own.text = strcpy(new char[tooLong.size() + 1], tooLong.c_str());
-    EXPECT_EQ(SettleUser(), "Error cRavelAccount.openID is NULL or len is invalid:  ");
+    login.loggedIn = login.replaces = true;
+    EXPECT_EQ(SettleUser(), "-17 " + fits);
+    for (const std::string& refused : {std::string(), tooLong}) {
+        login.openId = refused;
+        EXPECT_EQ(SettleUser(), "Error cRavelAccount.openID is NULL or len is invalid:  ");
+    }
 }
 
 TEST(OrvaneCoreInnerPlugin, AGameWithoutAnIdIsToldOnceTheLaunchIsOver) {

@@ -3,6 +3,7 @@
 #include <json/value.h>
 
 #include "PluginManager/InnerPlugin/CrashReportEntry.h"
+#include "Storage/Defaults/Linux/DefaultsFile.h"
 #include "Support/CapturedConsole.h"
 #include "Support/Test.h"
 #include "Support/TestContainer.h"
@@ -68,6 +69,21 @@ TEST(UserDefaults, NothingIsLostOfAFileThatIsNoGood) {
     EXPECT_TRUE(WaitFor([&] { return ReadFile(kPath).find("\"y\" : \"2\"") != std::string::npos; }));
     EXPECT_THAT(ReadFile(kPath), HasSubstr("\"x\" : \"1\""));
     EXPECT_EQ(ReadFile(kPath + ".unusable"), kDeep);
+}
+
+// Neither the file nor what a killed writer left beside one that is damaged.
+TEST(UserDefaults, NoMoreIsReadThanDefaultsTake) {
+    const auto console = OrvaneTest::ThreadedConsole::Install();
+    const std::string next = fs::path(kPath).parent_path() / ".UserDefaults.json.orvane-new";
+    for (const size_t most = 4 << 20; const size_t size : {most, most + 1}) {
+        std::string text = "{\"a\":{}}";
+        text.resize(size, ' ');
+        OrvaneTest::WriteFile(kPath, text);
+        EXPECT_EQ(Quern::ReadDefaultsFile(kPath).size(), size == most ? 1u : 0u);
+        OrvaneTest::WriteFile(next, text);
+        OrvaneTest::WriteFile(kPath, "damaged");
+        EXPECT_EQ(Quern::ReadDefaultsFile(kPath).size(), size == most ? 1u : 0u);
+    }
 }
 
 }  // namespace

@@ -1,5 +1,9 @@
 #include "Storage/File/Sandbox.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "Storage/File/CPath.h"
 #include "Support/Test.h"
 #include "Support/TestContainer.h"
@@ -7,6 +11,12 @@
 namespace {
 
 namespace fs = std::filesystem;
+
+bool CanBeRead(const std::string& path) {
+    const int descriptor = Quern::Sandbox::Current().OpenToRead(path);
+    if (descriptor >= 0) close(descriptor);
+    return descriptor >= 0;
+}
 
 TEST(SandboxTest, HidesSecretsUnderEveryName) {
     OrvaneTest::CacheFolder();
@@ -22,26 +32,69 @@ TEST(SandboxTest, HidesSecretsUnderEveryName) {
     fs::create_symlink(home + "/Documents/aside", home + "/Library/UserDefaults.json.unusable");
     fs::create_hard_link(home + "/keys/K", home + "/Documents/hard");
     fs::create_hard_link(home + "/Library/UserDefaults.json", home + "/Documents/hard2");
-    const std::pair<const char*, bool> cases[] = {
+    fs::create_symlink(home + "/keys/K.txt", home + "/Documents/link");
+    fs::create_symlink(home + "/keys", home + "/in");
+    fs::create_symlink("/etc", home + "/out");
+    mkfifo((home + "/keys/pipe").c_str(), 0600);
+    const struct {
+        const char* path;
+        bool isThere;
+        bool isRead = false;
+    } cases[] = {
         {"/Library/OrvaneCore.keychain", false},
         {"/keys/K", false},
         {"/keys/.K.orvane-new", false},
         {"/keys/.K.orvane-new-X1", false},
         {"/keys/K.unusable", false},
-        {"/keys/K.txt", true},
-        {"/keys/.K", true},
+        {"/keys/K.txt", true, true},
+        {"/keys/.K", true, true},
         {"/Documents/hard", false},
         {"/Documents/hard2", false},
         {"/Documents/.orvanecore.KEYCHAIN.bak", false},
         {"/Documents/userdefaults.JSON", false},
         {"/Documents/UserDefaults.json.d/x", false},
-        {"/Documents/myUserDefaults.json", true},
+        {"/Documents/myUserDefaults.json", true, true},
         {"/Documents/aside", false},
         {"/Library/../keys/../Documents", true},
         {"/../..", false},
+        {"/Documents/link", true},  // what it leads to is read by that name alone
+        {"/in/K.txt", true},
+        {"/keys/../keys/K.txt", true},
+        {"/keys/K.txt/", false},
+        {"/keys/pipe", true},
+        {"/out/passwd", false},
+        {"/../../etc/passwd", false},
+        {"", true},
+        {"-beside/K.txt", false},
     };
-    for (const auto& [path, isThere] : cases)
+    fs::create_directories(home + "-beside");
+    OrvaneTest::WriteFile(home + "-beside/K.txt", "outside");
+    for (const auto& [path, isThere, isRead] : cases) {
         EXPECT_EQ(!Quern::Sandbox::Current().Resolve(home + path).empty(), isThere) << path;
+        EXPECT_EQ(CanBeRead(home + path), isRead) << path;
+    }
+    EXPECT_FALSE(CanBeRead(home + "/keys/K.txt" + std::string("\0", 1)));
+    fs::remove_all(home + "-beside");
+}
+
+TEST(SandboxTest, HidesASecretThatIsBeingReplaced) {
+    const std::string home = fs::canonical(fs::path(OrvaneTest::CacheFolder()) / "../.."), secret = home + "/keys/K";
+    fs::create_directories(home + "/keys");
+    OrvaneTest::WriteFile(secret, "old");
+    fs::create_symlink(secret, home + "/Library/UserDefaults.json");
+    std::atomic<bool> isOver{false};
+    std::thread writer([&] {
+        while (!isOver) {
+            OrvaneTest::WriteFile(home + "/keys/.K.orvane-new", "new");
+            fs::rename(home + "/keys/.K.orvane-new", secret);
+        }
+    });
+    int reads = 0;
+    for (int i = 0; i < 500; ++i)
+        reads += CanBeRead(secret);
+    isOver = true;
+    writer.join();
+    EXPECT_EQ(reads, 0);
 }
 
 }  // namespace

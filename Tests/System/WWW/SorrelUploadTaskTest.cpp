@@ -205,6 +205,29 @@ TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
     }
 }
 
+TEST_F(SorrelUploadTaskTest, TellsTheConsoleWhyARequestFails) {
+    const struct {
+        const char *fault, *prepare, *part;
+    } cases[] = {
+        {"status 500", "preparefile http error code 500", "uploadPart http error code 500"},
+        {"close", "preparefile error code-1005, err", "uploadPart error code-1005, err"},
+        {"", "preparefile data is nill", "uploadPart data is nill"},
+        {"{\"ret\":0,", "preparefile decodejson err ret err ", "uploadPart decodejson err ret err "},
+        {R"({"ret":7,"err":"full"})", "preparefile server errer ret 7, err (null)",
+         "uploadPart server err ret 7, err full"},
+    };
+    for (const auto& [fault, prepare, part] : cases) {
+        Upload(MakeFile(3, 4, {fault}), 4);
+        EXPECT_THAT(console.Take(), Contains(testing::StartsWith(prepare)));
+        EXPECT_EQ(Upload(MakeFile(3, 4, {"right", fault}), 4), 0);
+        const std::vector<std::string> lines = console.Take();
+        EXPECT_THAT(lines, Contains(testing::StartsWith(part)));
+        EXPECT_THAT(lines, Contains("url is " + server.Url("/part0") + ", startPos is 0, retryCount 2"));
+        EXPECT_THAT(lines, Contains(testing::StartsWith("completed error:(null), response:200 " + server.Url("/part0") +
+                                                        ", data {length = ")));
+    }
+}
+
 TEST_F(SorrelUploadTaskTest, TellsWhatCannotBeSent) {
     std::filesystem::create_symlink(MakeFile(3, 4, {}, "target"), CacheFolder() + "/link");
     for (const char* name : {"/missing", "/link"}) {

@@ -1,4 +1,5 @@
 // The library's upload against the server on the desk, over real HTTP; the two share no code.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <minizip/zip.h>
 #include <sys/stat.h>
@@ -6,6 +7,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <functional>
+#include <future>
 
 #include "Base/Container/Value.h"
 #include "DevServer/Sha1Text.h"
@@ -124,6 +127,7 @@ TEST(DevServerUploadTest, AnOrderIsGivenUntilItIsCarriedOut) {
         {digits19, digits19},
         {"-0.00", "-0.000000"},
         {"-", "-"},
+        {std::string("7\0/../x", 7), "7"},
     };
     const Uploads uploads(temporary / "ids");
     for (const auto& [ordered, sent] : ids) {
@@ -160,6 +164,8 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
     EXPECT_THAT(take(0, "12xx"), HasSubstr("had other bytes"));
     EXPECT_EQ(take(0, "1234"), "4||");
     EXPECT_THAT(take(0, "1234"), HasSubstr("try 5 of the part from 0"));
+    uploads.Confirm(upload);
+    EXPECT_EQ(take(0, "1234"), "4||");
     EXPECT_THAT(take(6, "78"), HasSubstr("only 4 bytes have come"));
     EXPECT_THAT(take(4, "56789"), HasSubstr("longer than what is left"));
     EXPECT_THAT(take(8, "9"), HasSubstr("behind the end"));
@@ -173,12 +179,74 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
     EXPECT_EQ(take(0, "12345678"), "8 whole||");
     EXPECT_TRUE(uploads.IsWhole("../D", ".."));
 
+    // What is whole stays until the next one is.
+    const std::string folder = temporary / "uploads/%2E.%2FD/%2E./";
+    prepare.totalSha1 = Sha1Text("ABCDEFGH");
+    upload = uploads.Announce(prepare).upload;
+    EXPECT_EQ(take(0, "ABCD"), "4||");
+    prepare.totalSha1 = Sha1Text("abcdefgh");  // another file
+    upload = uploads.Announce(prepare).upload;
+    EXPECT_EQ(take(0, "abcd"), "4||");
+    EXPECT_TRUE(uploads.IsWhole("../D", ".."));
+    EXPECT_EQ(ReadFile(folder + "upload.zip"), "12345678");
+    fs::create_directories(folder + "new-files");  // as a run that was killed leaves it
+    WriteFile(folder + "new-files/left", "");
+    WriteFile(folder + "files/old", "");
+    EXPECT_EQ(take(4, "efgh"), "8 whole||");
+    EXPECT_EQ(ReadFile(folder + "upload.zip"), "abcdefgh");
+    EXPECT_THAT(FilesIn(folder), ElementsAre("files", "upload.json", "upload.zip"));
+    EXPECT_TRUE(FilesIn(folder + "files").empty());
+    WriteFile(folder + "data", "more than 8");
+    EXPECT_EQ(uploads.Announce(prepare).next, 0);
+
     const auto problems =
         CheckPrepareRequest(Get("/upload/prepareFile?com_params={}&biz_params=%7b%22a%22:1}%0A")).problems;
     for (const char* problem : {"the method is GET", "com_params is wrongly encoded", "biz_params is wrongly encoded"})
         EXPECT_THAT(problems, Contains(HasSubstr(problem)));
-    const Request part = Get("/upload/part?upload=x&pos=0");
+    Request part = Get("/upload/part?upload=x&pos=0");
     EXPECT_THAT(CheckPartRequest(part, SplitTarget(part.target)).problems, Contains(HasSubstr("part_sha1")));
+    part.body =
+        "------WebKitFormBoundaryftnnT7s3iF7wV5q6\r\nContent-Disposition: form-data; name=\"part_sha1\"\r\n\r\n" +
+        Sha1Text("1") +
+        "\r\n------WebKitFormBoundaryftnnT7s3iF7wV5q6\r\nContent-Disposition: form-data; name=\"myfile\"; "
+        "filename=\"n\"\r\nContent-Type: application/octet-stream\r\n\r\n"
+        "2\r\n------WebKitFormBoundaryftnnT7s3iF7wV5q6--\r\n";
+    const PartRequest wrong = CheckPartRequest(part, SplitTarget(part.target));
+    EXPECT_THAT(wrong.problems,
+                Contains("\"part_sha1\" is \"" + Sha1Text("1") + "\"; that of the part is " + Sha1Text("2")));
+    EXPECT_FALSE(wrong.isReadable);
+}
+
+// A device is in the middle of a request as long as nobody reads the pipe in its file's place.
+TEST(DevServerUploadTest, OneDevicesRequestsHoldUpNobodyElses) {
+    const OrvaneLog::TemporaryFolder temporary;
+    Uploads uploads(temporary.Path());
+    const auto sendOne = [&uploads](const std::string& device, const std::function<void()>& afterAnnouncement) {
+        PrepareRequest prepare;
+        prepare.device = device;
+        prepare.uploadId = "u";
+        prepare.totalSize = 1;
+        prepare.totalSha1 = Sha1Text("1");
+        PartRequest part;
+        part.upload = uploads.Announce(prepare).upload;
+        part.part = "1";
+        part.sha1 = prepare.totalSha1;
+        afterAnnouncement();
+        Problems problems;
+        return uploads.Take(part, problems).isWhole;
+    };
+    const std::string pipe = temporary / "slow/u/data";
+    auto slow = std::async(std::launch::async, [&] { return sendOne("slow", [&] { mkfifo(pipe.c_str(), 0600); }); });
+    int end = -1;
+    ASSERT_TRUE(WaitFor([&] { return (end = open(pipe.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) >= 0; }));
+    auto quick =
+        std::async(std::launch::async, [&] { return sendOne("quick", [] {}) && !uploads.IsWhole("slow", "u"); });
+    EXPECT_EQ(quick.wait_for(OrvaneTest::kDeadline), std::future_status::ready);
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    slow.wait();
+    EXPECT_TRUE(quick.get());
+    close(end);
+    close(reader);
 }
 
 TEST(DevServerUploadTest, ADevicesZipNeverLeavesItsFolder) {
@@ -193,6 +261,8 @@ TEST(DevServerUploadTest, ADevicesZipNeverLeavesItsFolder) {
     EXPECT_FALSE(fs::exists(OrvaneTest::CacheFolder() + "/up"));
     EXPECT_THAT(Unpack(zip, folder + "2", {50000, 1100, 100}), Contains(HasSubstr("far more than its size")));
     EXPECT_THAT(Unpack(zip, folder + "3", {50000, 1100, 3}), Contains("there are too many entries"));
+    EXPECT_THAT(Unpack(zip, folder + "5", {1 << 30, 10, entries.size()}),
+                Contains(HasSubstr("far more than its size")));
     WriteFile(zip, ReadFile(zip).substr(0, 300));
     EXPECT_THAT(Unpack(zip, folder + "4"), ElementsAre("it is no zip, and kept as it is"));
 }

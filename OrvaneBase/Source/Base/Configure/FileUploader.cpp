@@ -41,6 +41,9 @@ constexpr long long kStepsOfFolder = 10'000;
 constexpr long long kStepsOfEntry = 2'000;
 constexpr long long kStepsOfLine = 500;
 constexpr size_t kMostMatches = 10'000;
+// What the zip takes in: the time that it takes and the disk that it fills. Without it one file that 10,000 patterns
+// match would go in as often as that.
+constexpr long long kMostZippedBytes = 1LL << 30;
 
 std::string LogFolder(const char* module) {
     AString path(CPath::GetCachePath());
@@ -197,7 +200,7 @@ void FileUploader::_ZipAndUpload(const Order& order, const std::vector<std::stri
     ORVANE_LOG_DEBUG("2. zip the files");
     const std::string zipPath = ZipPath(order.uploadId);
     if (!zipPath.empty()) RemoveOldZip(zipPath, order.uploadId);
-    Quern::ZipArchive zip;
+    Quern::ZipArchive zip(kMostZippedBytes);
     if (zipPath.empty() || !zip.CreateZipFile(zipPath)) {
         ORVANE_LOG_ERROR("Create Zip File Failed!");
         return;
@@ -205,8 +208,10 @@ void FileUploader::_ZipAndUpload(const Order& order, const std::vector<std::stri
     ORVANE_LOG_DEBUG("add files to zip file");
     for (const std::string& file : files)
         zip.AddFileToZip(file, Quern::GetFileNameByFilePath(file));
+    if (zip.HasLeftOut()) ORVANE_LOG_ERROR("files are left out of the zip: the order asks for too many bytes");
     if (!zip.CloseZipFile()) {
         ORVANE_LOG_ERROR("Close Zip File Failed!");
+        unlink(zipPath.c_str());  // half a zip helps nobody, and a full disk needs the room
         return;
     }
     _Upload(order.uploadId.c_str(), zipPath.c_str(), order.partSize);

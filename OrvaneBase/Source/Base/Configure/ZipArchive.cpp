@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "Storage/File/Sandbox.h"
+
 namespace Quern {
 namespace {
 
@@ -24,14 +26,6 @@ void* OpenPrivately(void*, const void* path, int) {
     FILE* const stream = fdopen(descriptor, "wb+");
     if (!stream) close(descriptor);
     return stream;
-}
-
-// A regular file that is open for reading, or -1.
-int OpenToRead(const std::string& path, struct stat& status) {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0 || (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))) return descriptor;
-    close(descriptor);
-    return -1;
 }
 
 bool BeginEntry(zipFile zip, const std::string& name, const struct stat& status) {
@@ -73,16 +67,25 @@ bool ZipArchive::CreateZipFile(const std::string& path) {
 // The file is opened before its entry, so that one that cannot be opened leaves none.
 bool ZipArchive::AddFileToZip(const std::string& path, const std::string& nameInZip) {
     if (!_zip) return false;
-    struct stat status;
-    const int descriptor = OpenToRead(path, status);
+    const int descriptor = Sandbox::Current().OpenToRead(path);
     if (descriptor < 0) return false;
-    bool isAdded = BeginEntry(_zip, nameInZip, status);
+    struct stat status;
+    bool isAdded = fstat(descriptor, &status) == 0 && Charge(status.st_size) && BeginEntry(_zip, nameInZip, status);
     if (isAdded) {
         isAdded = CopyToEntry(_zip, descriptor, status.st_size);
         isAdded = zipCloseFileInZip(_zip) == ZIP_OK && isAdded;
     }
     close(descriptor);
     return isAdded;
+}
+
+bool ZipArchive::Charge(long long bytes) {
+    if (bytes > _bytesLeft) {
+        _hasLeftOut = true;
+        return false;
+    }
+    _bytesLeft -= bytes;
+    return true;
 }
 
 bool ZipArchive::CloseZipFile() {

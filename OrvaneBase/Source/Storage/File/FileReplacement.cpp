@@ -160,7 +160,7 @@ bool FileReplacement::Lock(Duration patience) {
     }
 }
 
-std::string FileReplacement::LeftOver() const {
+std::string FileReplacement::LeftOver(size_t most) const {
     if (_folder < 0 || (_hasLock && !_isLeftOver)) return {};
     const int descriptor = openat(_folder, NextOf(_name).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return {};
@@ -169,9 +169,10 @@ std::string FileReplacement::LeftOver() const {
         close(descriptor);
         return {};
     }
-    std::string bytes = ReadToEnd(file);
+    bool error = false;
+    std::string bytes = ReadToEnd(file, &error, most);
     fclose(file);
-    return bytes;
+    return error ? std::string() : bytes;
 }
 
 bool FileReplacement::PutLeftOverInPlace() {

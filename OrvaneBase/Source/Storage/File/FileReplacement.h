@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -48,8 +49,8 @@ public:
     const struct stat* Old() const { return _hasOld ? &_old : nullptr; }
 
     // The whole content of the new file that someone else wrote. Empty if there is none, or none to be trusted: of
-    // another user, or open to more than NAME is. Without the lock its writer may be at work.
-    std::string LeftOver() const;
+    // another user, open to more than NAME is, or longer than `most`. Without the lock its writer may be at work.
+    std::string LeftOver(size_t most = SIZE_MAX) const;
     // Gives that file the name. REQUIRES: the lock, and no Prepare yet.
     bool PutLeftOverInPlace();
 

@@ -39,12 +39,12 @@ bool WriteAll(int descriptor, std::string_view content) {
     return true;
 }
 
-std::string ReadToEnd(FILE* file, bool* error) {
+std::string ReadToEnd(FILE* file, bool* error, size_t most) {
     std::string bytes;
     char chunk[8192];
-    for (size_t count; (count = fread(chunk, 1, sizeof chunk, file)) > 0;)
+    for (size_t count; bytes.size() <= most && (count = fread(chunk, 1, sizeof chunk, file)) > 0;)
         bytes.append(chunk, count);
-    if (error) *error = ferror(file) != 0;
+    if (error) *error = ferror(file) != 0 || bytes.size() > most;
     return bytes;
 }
 

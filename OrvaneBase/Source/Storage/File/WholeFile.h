@@ -4,14 +4,16 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>
 
 namespace Quern {
 
-// What is left of the file, up to its end or the first error; `error`, where given, says whether there was one.
-std::string ReadToEnd(FILE* file, bool* error = nullptr);
+// What is left of the file, up to its end or the first error; `error`, where given, says whether there was one. More
+// than `most` bytes is one too, however fast the file grows: no more is read than tells so.
+std::string ReadToEnd(FILE* file, bool* error = nullptr, size_t most = SIZE_MAX);
 
 // False, with errno set, if not all of it could be written.
 bool WriteAll(int descriptor, std::string_view content);

@@ -1,5 +1,4 @@
 // The core plugin's stages, and what they queue.
-#include <cstring>
 #include <string>
 
 #include "Base/Configure/Configure.h"
@@ -45,30 +44,16 @@ void CheckGameId() {
     AlertAboutGameId();
 }
 
-// The account's open id; null if it has none, or one that is too long. The buffer that the record came with need not
-// end it; where the login plugin has put a text of its own in that place, the terminator does.
-const char* TakeOpenId(const Ravel::RavelAccount& account, const char* buffer, std::string& text) {
-    if (!account.openID) return nullptr;
-    const size_t most = account.openID == buffer ? size_t(account.kOpenIDSize) : size_t(account.kOpenIDSize) + 1;
-    const size_t length = strnlen(account.openID, most);
-    if (length > kLongestUserText) return nullptr;
-    text.assign(account.openID, length);
-    return text.c_str();
-}
-
 void TakeUserFromLogin(IPlugin& login) {
     auto* const service = static_cast<Ravel::IAccountService*>(login.GetServiceByName("ACCOUNT"));
     if (!service) return;
     Ravel::RavelAccount account;
-    const char* const buffer = account.openID;
     if (!service->GetLoginRet(account)) return;
-    std::string text;
-    const char* const openId = TakeOpenId(account, buffer, text);
-    if (!openId) {
+    if (!account.HasOpenID()) {
         ORVANE_LOG_ERROR("cRavelAccount.openID is NULL or len is invalid");
         return;
     }
-    Quern::QuernCommon::GetInstance()->SetUserInfo(std::to_string(account.channelID).c_str(), openId);
+    Quern::QuernCommon::GetInstance()->SetUserInfo(std::to_string(account.channelID).c_str(), account.openID);
 }
 
 // A game without the login plugin leaves its user in the section "Config". Who the user was the last time is kept in

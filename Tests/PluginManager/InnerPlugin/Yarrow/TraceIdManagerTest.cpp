@@ -137,8 +137,10 @@ TEST_F(TraceIds, AnAnswerIsTakenWholeOrNotAtAll) {
     using namespace OrvaneDevServer;
     std::vector<HostileDocument> documents = HostileDocuments(Protocol::kTraceIds);
     documents.push_back({"an error", TraceIdError(7, "no")});
-    documents.push_back({"more than a stock holds", TraceIdAnswer({std::string(4 << 20, 'i'), "j"})});
-    documents.push_back({"as much", TraceIdAnswer({std::string((4 << 20) - 12, 'i'), ""})});
+    documents.push_back({"more than a stock holds", TraceIdAnswer({1000, std::string(4191, 'i')})});
+    const std::string longest((4 << 20) - TraceIdAnswer({""}).size(), 'i');
+    documents.push_back({"as long as is read", TraceIdAnswer({longest})});
+    documents.push_back({"longer", TraceIdAnswer({longest + "i"})});
     for (uint64_t seed = 0; seed < 500; ++seed)
         documents.push_back({"seed " + std::to_string(seed), Mutate(TraceIdAnswer({"id1", "id2"}), seed)});
     std::string lines;
@@ -157,7 +159,8 @@ TEST_F(TraceIds, AnAnswerIsTakenWholeOrNotAtAll) {
          {"TraceService::OnDataTaskFinished Invalid params", "parseTraceIdData parse json object fail",
           "json is not Object", "parseTraceIdData check member failed", "parseTraceIdData retcode:7",
           "parseTraceIdData invalid param count:0", "parseTraceIdData fail",
-          "parseTraceIdData count error, count:3, traceids.size():2", "parseTraceIdData traceids too large, count:2"})
+          "parseTraceIdData count error, count:3, traceids.size():2", "parseTraceIdData traceids too large, count:1000",
+          "TraceService::OnDataTaskFinished answer is too large:4194305"})
         EXPECT_THAT(lines, HasSubstr(std::string("Warning [Yarrow] ") + line + "\n"));
 }
 
@@ -237,14 +240,24 @@ TEST_F(TraceIds, AStockThatCannotBeWrittenStaysAsItWas) {
     EXPECT_THAT(told(), testing::EndsWith(
                             path + "Debug [Yarrow] read data from traceIdStore len:51\n"
                                    "Info [Yarrow] traceId obj size:9\nDebug [Yarrow] after traceId obj size:8\n"));
+    for (const size_t length : {(4 << 20) - 7, (4 << 20) - 8}) {  // with two numbers of 4 bytes
+        Quern::AArray whole;
+        whole.Add(std::string(length, 'i').c_str());
+        EXPECT_EQ(TraceIdManager().appendTraceIdSettoFile(&whole), length == (4 << 20) - 8) << "the largest stock";
+    }
+    EXPECT_EQ(TraceIdManager().GetTraceId().length(), (4 << 20) - 8);
 }
 
 TEST_F(TraceIds, TheSettingsAreToldAsTheyAreNow) {
-    Set("YarrowStoreFilename", "../escape");
+    for (const char* noName : {"", ".", "..", "../escape"}) {
+        Set("YarrowStoreFilename", noName);
+        TraceIdManager();
+        EXPECT_THAT(console.Take(), Contains("Info [Yarrow] TraceConfig LowerLimit:5, UpperLimit:60, RequestCount:30, "
+                                             "StoreFileName:" +
+                                             stock));
+    }
     TraceIdManager manager;
-    EXPECT_THAT(console.Take(), Contains("Info [Yarrow] TraceConfig LowerLimit:5, UpperLimit:60, RequestCount:30, "
-                                         "StoreFileName:" +
-                                         stock));
+    console.Take();
     Set("YarrowUpperLimit", "9");
     manager.DumpCloudCtrlData();
     std::string all;

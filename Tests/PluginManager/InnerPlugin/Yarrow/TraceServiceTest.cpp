@@ -243,6 +243,14 @@ TEST_F(TraceServiceTest, EveryStepIsTold) {
                                               "\nInfo [Yarrow] " + kind +
                                               "List:a|b\nInfo [Yarrow] YarrowClient IsEnabled:1\n"));
     }
+    login.replaces = true;
+    for (const auto& [openId, line] : {std::pair(std::string(128, 'o'), set("openid", std::string(128, 'o'))),
+                                       {std::string(129, 'o'), "Warning [Yarrow] getLoginRet openid is invalid!\n"},
+                                       {"", "Warning [Yarrow] getLoginRet openid is invalid!\n"}}) {
+        login.openId = openId;
+        Service().CreateContext(nullptr, nullptr, nullptr);
+        EXPECT_THAT(told(), testing::HasSubstr(set("pritype", "0") + line + "Debug [Yarrow] _strcontext:"));
+    }
     login.loggedIn = false;
     Service().CreateContext(nullptr, nullptr, nullptr);
     EXPECT_THAT(told(), testing::HasSubstr("Warning [Yarrow] get login ret failed\n"));

@@ -22,7 +22,7 @@ namespace {
 constexpr int kVersion = 1;
 constexpr mode_t kOthers = 0077;
 // Far more than all secrets of one user.
-constexpr off_t kLargestFile = 16 << 20;
+constexpr size_t kLargestFile = 16 << 20;
 
 std::string ToText(const std::string& bytes) {
     return base64_encode(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned>(bytes.size()));
@@ -88,14 +88,14 @@ int32_t ReadKeychainFile(const std::string& path, KeychainContent& content) {
     if (!S_ISREG(state.st_mode)) return Refuse(errSecAuthFailed, path, "is no file and is not used");
     if (state.st_uid != geteuid()) return Refuse(errSecAuthFailed, path, "belongs to another user and is not used");
     if (state.st_mode & kOthers) return Refuse(errSecAuthFailed, path, "is open to other users and is not used");
-    if (state.st_size > kLargestFile) return Refuse(errSecDecode, path, "is damaged");
     bool error = false;
     KeychainContent read;
-    read.text = ReadToEnd(file.get(), &error);
+    read.text = ReadToEnd(file.get(), &error, kLargestFile);
+    if (read.text.size() > kLargestFile) return Refuse(errSecDecode, path, "is damaged");
     if (error) return Refuse(errSecIO, path, "cannot be read");
     if (!ParseContent(read.text, read)) {
         // Where it cannot be replaced, it is written in place while the new file stays beside it.
-        read.text = FileReplacement(path).LeftOver();
+        read.text = FileReplacement(path).LeftOver(kLargestFile);
         read.isLeftOver = ParseContent(read.text, read);
         if (!read.isLeftOver) return Refuse(errSecDecode, path, "is damaged");
     }

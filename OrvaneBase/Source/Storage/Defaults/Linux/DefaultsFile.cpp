@@ -21,7 +21,7 @@ namespace Quern {
 namespace {
 
 // Far more than what small dictionaries need.
-constexpr off_t kLargestFile = 4 << 20;
+constexpr size_t kLargestFile = 4 << 20;
 constexpr int kDeepestNesting = 64;
 
 enum class Content { kNone, kWhole, kDamaged, kUnreadable };
@@ -54,12 +54,12 @@ Content Read(const std::string& path, Json::Value& root, std::string& text) {
     struct stat state {};
     if (fstat(descriptor, &state) != 0 || !S_ISREG(state.st_mode))
         return Refuse(Content::kUnreadable, path, "is no file");
-    bool error = state.st_size > kLargestFile;
-    text = error ? "" : ReadToEnd(file.get(), &error);
+    bool error = false;
+    text = ReadToEnd(file.get(), &error, kLargestFile);
     if (error) return Refuse(Content::kUnreadable, path, "cannot be read, or is far too large");
     if (Parse(text, root)) return Content::kWhole;
     // Where it cannot be replaced, it is written in place while the new file stays beside it.
-    if (Parse(FileReplacement(path).LeftOver(), root)) return Content::kWhole;
+    if (Parse(FileReplacement(path).LeftOver(kLargestFile), root)) return Content::kWhole;
     root = Json::objectValue;
     return Refuse(Content::kDamaged, path, "is damaged");
 }

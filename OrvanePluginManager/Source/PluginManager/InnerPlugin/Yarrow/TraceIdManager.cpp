@@ -1,6 +1,5 @@
 #include "PluginManager/InnerPlugin/Yarrow/TraceIdManager.h"
 
-#include <climits>
 #include <cstring>
 #include <ctime>
 #include <memory>
@@ -251,8 +250,11 @@ void TraceIdManager::OnDataTaskFinished(Quern::DataTask* task, Quern::WWWErrorCo
         ORVANE_LOG_WARNING("[Yarrow] TraceService::OnDataTaskFinished Invalid params");
         return;
     }
-    const std::unique_ptr<char[]> text(size < INT_MAX ? new (std::nothrow) char[static_cast<size_t>(size) + 1]
-                                                      : nullptr);
+    if (size > kLargestTraceIdStore) {
+        ORVANE_LOG_WARNING("[Yarrow] TraceService::OnDataTaskFinished answer is too large:%lld", size);
+        return;
+    }
+    const std::unique_ptr<char[]> text(new (std::nothrow) char[static_cast<size_t>(size) + 1]);
     if (!text) {
         ORVANE_LOG_WARNING("[Yarrow] TraceService::OnDataTaskFinished Alloc momory failed");
         return;

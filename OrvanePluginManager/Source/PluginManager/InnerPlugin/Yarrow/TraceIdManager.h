@@ -26,6 +26,7 @@ public:
     TraceIdManager& operator=(const TraceIdManager&) = delete;
 
     // On the HTTP tasks' thread. Takes no lock: the one file access it could meet, the pop, came before the request.
+    // An answer longer than a whole stock is refused unread, since what is parsed of it takes many times its room.
     void OnDataTaskFinished(Quern::DataTask* task, Quern::WWWErrorCode error, int httpStatus, const char* data,
                             long long size) override;
 

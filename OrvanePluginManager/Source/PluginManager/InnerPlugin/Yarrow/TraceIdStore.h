@@ -11,7 +11,7 @@
 
 namespace Orvane::Plugin {
 
-// However large: a stock beyond this, a hundred thousand ids, is neither read nor made.
+// However large: a stock beyond this, a hundred thousand ids, is neither read nor made, and no answer is longer.
 constexpr int kLargestTraceIdStore = 4 << 20;
 
 // Any bytes can be read. A count is cut to the bytes behind it. A length below 1, or beyond the file's end, gives an

@@ -169,13 +169,10 @@ void TraceService::SetOpenId(ISpanContext& context) {
         ORVANE_LOG_WARNING("[Yarrow] get login ret failed");
         return;
     }
-    if (!account.openID) {
+    if (account.HasOpenID())
+        context.Set("openid", account.openID);
+    else
         ORVANE_LOG_WARNING("[Yarrow] getLoginRet openid is invalid!");
-        return;
-    }
-    // An open id of the buffer's whole length has no terminator; a longer one there cannot be.
-    const size_t length = strnlen(account.openID, Ravel::RavelAccount::kOpenIDSize);
-    context.Set("openid", std::string(account.openID, length).c_str());
 }
 
 const char* TraceService::CreateContext(const char* parentContext, const char* publicType, const char* privateType) {

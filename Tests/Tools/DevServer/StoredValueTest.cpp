@@ -1,0 +1,111 @@
+// The server's picture of a value against the client itself.
+#include "DevServer/Lint/StoredValue.h"
+
+#include <gtest/gtest.h>
+
+#include "Base/Configure/AnswerReader.h"
+#include "Base/Container/StringConversion.h"
+#include "DevServer/JsonText.h"
+#include "Storage/Bundle/BundleImpl.h"
+#include "Support/FakeInfoDictionary.h"
+#include "Support/FakeKeychain.h"
+#include "Support/TestContainer.h"
+
+namespace OrvaneDevServer {
+namespace {
+
+using OrvaneTest::FakeInfoDictionary;
+
+std::string Text(const ReadResult& read, const std::string& manifest, const std::string& byDefault) {
+    return read.answerer == Answerer::kServer ? read.text
+                                              : (read.answerer == Answerer::kManifest ? manifest : byDefault);
+}
+
+std::string Double(const std::string& text) {
+    double number = 77;
+    Quern::str2double(text.c_str(), &number);
+    char printed[40];
+    snprintf(printed, sizeof printed, "%.15g", number);
+    return printed;
+}
+
+TEST(StoredValue, ReadsAsTheClientReadsIt) {
+    const std::string longText = "\"" + std::string(2000, 'y') + "\"";
+    const std::vector<std::string> sent = {"7",
+                                           "-7",
+                                           "5000000000",
+                                           "-5000000000",
+                                           "18446744073709551615",
+                                           "9223372036854775807",
+                                           "true",
+                                           "1.5",
+                                           "1e5",
+                                           "null",
+                                           "[1]",
+                                           "{}",
+                                           R"("7")",
+                                           R"("007")",
+                                           R"("1.10")",
+                                           R"("-0")",
+                                           R"("-.")",
+                                           R"(".")",
+                                           R"("-")",
+                                           R"("+5")",
+                                           R"("1.5.2")",
+                                           R"("5000000000")",
+                                           R"("123456789012345678")",
+                                           R"("1234567890123456789")",
+                                           R"("0.1234567890123")",
+                                           R"("99999999999999999.")",
+                                           R"("true")",
+                                           R"("TRUE")",
+                                           R"("abc")",
+                                           R"("12abc")",
+                                           R"("0x10")",
+                                           R"("1e5")",
+                                           R"("inf")",
+                                           R"(" a b ")",
+                                           R"("\t4")",
+                                           R"(" 4 ")",
+                                           R"("4#5")",
+                                           R"("#5")",
+                                           R"(" # ")",
+                                           R"("")",
+                                           R"("   ")",
+                                           R"("a\u0000b")",
+                                           R"("7\u0000")",
+                                           R"("a=b")",
+                                           R"("[M]")",
+                                           longText.c_str()};
+    // "n.." and "s.." hold a value; the manifest has them as an integer and as a text, which are what the reads want.
+    const auto keychain = OrvaneTest::FakeKeychain::Install();
+    FakeInfoDictionary manifest;
+    std::string keys;
+    for (size_t i = 0; i < sent.size(); ++i) {
+        const std::string number = std::to_string(i);
+        manifest.Set("M", "n" + number, FakeInfoDictionary::Integer(55));
+        manifest.Set("M", "s" + number, FakeInfoDictionary::Text("55"));
+        keys += (i == 0 ? "\"n" : ",\"n") + number + "\":" + sent[i] + ",\"s" + number + "\":" + sent[i];
+    }
+    const std::string answer = R"({"ret":0,"err":"","biz_data":{"rule_id":1,"merged_cfg":{"M":{)" + keys + "}}}}";
+    Quern::Value modules;
+    int32_t ruleId = 0;
+    ASSERT_EQ(Orvane::AnswerReader::_ParseJsonObject(answer.data(), answer.size(), modules, ruleId), 0);
+    Quern::BundleImpl bundle((OrvaneTest::CacheFolder() + "/client.config").c_str());
+    bundle.Set(modules);
+    for (size_t i = 0; i < sent.size(); ++i) {
+        Json::Value value;
+        std::string error;
+        ASSERT_TRUE(ReadStrictly("[" + sent[i] + "]", value, error)) << sent[i];
+        const Reads reads = ReadsOf(StoreValue(value[0]));
+        const std::string n = "n" + std::to_string(i), s = "s" + std::to_string(i);
+        EXPECT_EQ(std::to_string(bundle.Get("M", n.c_str(), 77)), Text(reads.asInt, "55", "77")) << sent[i];
+        EXPECT_EQ(std::to_string(bundle.Get("M", n.c_str(), 77LL)), Text(reads.asLong, "55", "77")) << sent[i];
+        EXPECT_EQ(Double(bundle.Get("M", s.c_str(), "").c_str()), Text(reads.asDouble, "55", "77")) << sent[i];
+        EXPECT_EQ(bundle.Get("M", n.c_str(), false) ? "true" : "false", Text(reads.asBool, "true", "false")) << sent[i];
+        EXPECT_STREQ(bundle.Get("M", s.c_str(), "def").c_str(), Text(reads.asString, "55", "def").c_str()) << sent[i];
+    }
+}
+
+}  // namespace
+}  // namespace OrvaneDevServer

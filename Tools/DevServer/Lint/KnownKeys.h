@@ -1,0 +1,34 @@
+// The settings that the library itself reads from an answer, as Docs/Settings.md lists them.
+#ifndef ORVANE_TOOLS_DEVSERVER_LINT_KNOWN_KEYS_H
+#define ORVANE_TOOLS_DEVSERVER_LINT_KNOWN_KEYS_H
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace OrvaneDevServer {
+
+enum class KeyType { kInt, kBool, kText };
+
+// From when on a change counts, once the answer has come.
+enum class Effect { kAtOnce, kNextLaunch };
+
+struct KnownKey {
+    std::string_view module;  // "MODULE": any, the plugins' and the game's too
+    std::string_view name;
+    KeyType type;
+    std::string_view defaultText;  // that the library gives
+    Effect effect;
+
+    bool IsOf(std::string_view ofModule) const { return module == ofModule || module == "MODULE"; }
+};
+
+// In the order of the page. A key that is read with two defaults is there twice.
+std::span<const KnownKey> KnownKeys();
+
+// Null for a key that the library does not read: a plugin's or the game's own.
+const KnownKey* FindKnownKey(const std::string& module, const std::string& key);
+
+}  // namespace OrvaneDevServer
+
+#endif

@@ -1,0 +1,38 @@
+// libcurl, opened when it is needed: it brings some thirty libraries with it, which a game that forwards nothing, and a
+// reader that only prints, would load at each start.
+#ifndef ORVANE_TOOLS_OTLP_CURL_LIBRARY_H
+#define ORVANE_TOOLS_OTLP_CURL_LIBRARY_H
+
+// Its checks of options by macro name the functions themselves.
+#define CURL_DISABLE_TYPECHECK
+#include <curl/curl.h>
+
+#include <string>
+
+namespace OrvaneOtlp {
+
+struct CurlLibrary {
+    decltype(&::curl_global_init) globalInit;
+    decltype(&::curl_easy_init) easyInit;
+    decltype(&::curl_easy_setopt) easySetopt;
+    decltype(&::curl_easy_getinfo) easyGetinfo;
+    decltype(&::curl_easy_strerror) easyStrerror;
+    decltype(&::curl_easy_cleanup) easyCleanup;
+    decltype(&::curl_slist_append) slistAppend;
+    decltype(&::curl_slist_free_all) slistFreeAll;
+    decltype(&::curl_multi_init) multiInit;
+    decltype(&::curl_multi_add_handle) multiAddHandle;
+    decltype(&::curl_multi_remove_handle) multiRemoveHandle;
+    decltype(&::curl_multi_perform) multiPerform;
+    decltype(&::curl_multi_poll) multiPoll;
+    decltype(&::curl_multi_wakeup) multiWakeup;
+    decltype(&::curl_multi_info_read) multiInfoRead;
+    decltype(&::curl_multi_cleanup) multiCleanup;
+
+    // Any thread. False, and why in `problem`, if there is no such library. It stays for the life of the process.
+    bool Open(std::string& problem);
+};
+
+}  // namespace OrvaneOtlp
+
+#endif

@@ -1,0 +1,33 @@
+// The bodies of requests and answers: OTLP 1.x in its JSON encoding. Names are in lowerCamelCase, ids hexadecimal,
+// enums numbers, integers of 64 bits decimal texts.
+#ifndef ORVANE_TOOLS_OTLP_MESSAGES_H
+#define ORVANE_TOOLS_OTLP_MESSAGES_H
+
+#include <string>
+#include <vector>
+
+#include "Otlp/Signals.h"
+
+namespace OrvaneOtlp {
+
+// An ExportTraceServiceRequest. All spans have one scope.
+std::string TracesMessage(const Attributes& resource, const std::string& scope, const std::vector<Span>& spans);
+
+// An ExportLogsServiceRequest; the records are put together by their scopes, each in its order.
+std::string LogsMessage(const Attributes& resource, const std::vector<LogRecord>& records);
+
+// What the receiver says of a request that it took.
+struct PartialSuccess {
+    uint64_t rejected = 0;
+    std::string message;
+};
+
+// Reads the "partialSuccess" of an answer. Whatever is no such thing counts as a full success.
+PartialSuccess ReadPartialSuccess(const std::string& answer);
+
+// The "message" of a google.rpc.Status, the body of a refusal; else the first line of that body; not long.
+std::string ReadRefusal(const std::string& answer);
+
+}  // namespace OrvaneOtlp
+
+#endif

@@ -1,0 +1,21 @@
+# Run as a script: writes the source that holds the console's page, each file byte for byte.
+#   cmake -DOUT=FILE.cpp -DFILES=a;b -P OrvaneEmbedFiles.cmake
+set(content "// Made from the files of Console/Web.\n#include \"DevServer/Console/ConsoleFiles.h\"\n\n")
+string(APPEND content "namespace OrvaneDevServer {\nnamespace {\n\n")
+string(REPEAT "." 96 line)  # of 24 bytes, since "\xHH" is four characters
+set(entries "")
+set(number 0)
+foreach(file IN LISTS FILES)
+  get_filename_component(name ${file} NAME)
+  file(READ ${file} bytes HEX)
+  string(LENGTH "${bytes}" length)
+  math(EXPR length "${length} / 2")
+  string(REGEX REPLACE "(..)" "\\\\x\\1" bytes "${bytes}")
+  string(REGEX REPLACE "(${line})" "\\1\"\n    \"" bytes "${bytes}")
+  string(APPEND content "constexpr char kFile${number}[] =\n    \"${bytes}\";\n\n")
+  string(APPEND entries "    {\"${name}\", {kFile${number}, ${length}}},\n")
+  math(EXPR number "${number} + 1")
+endforeach()
+string(APPEND content "constexpr ConsoleFile kFiles[] = {\n${entries}};\n\n}  // namespace\n\n")
+string(APPEND content "std::span<const ConsoleFile> ConsoleFiles() {\n    return kFiles;\n}\n\n}  // namespace OrvaneDevServer\n")
+file(WRITE ${OUT} "${content}")
