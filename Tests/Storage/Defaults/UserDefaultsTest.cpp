@@ -73,7 +73,7 @@ TEST(UserDefaults, NothingIsLostOfAFileThatIsNoGood) {
 
 // Neither the file nor what a killed writer left beside one that is damaged.
 TEST(UserDefaults, NoMoreIsReadThanDefaultsTake) {
-    const auto console = OrvaneTest::ThreadedConsole::Install();
+    const OrvaneTest::CapturedConsole console;
     const std::string next = fs::path(kPath).parent_path() / ".UserDefaults.json.orvane-new";
     for (const size_t most = 4 << 20; const size_t size : {most, most + 1}) {
         std::string text = "{\"a\":{}}";
