@@ -12,7 +12,7 @@
 #include "DevServer/DevServer.h"
 #include "DevServer/JsonText.h"
 #include "Support/HttpServer.h"
-#include "Tools/Log/TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 namespace OrvaneTest {
 

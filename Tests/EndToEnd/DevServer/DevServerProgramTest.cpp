@@ -12,8 +12,8 @@
 #include <memory>
 
 #include "Support/Process.h"
+#include "Support/TemporaryFolder.h"
 #include "Support/WaitFor.h"
-#include "Tools/Log/TemporaryFolder.h"
 
 namespace EndToEnd {
 namespace {
@@ -69,7 +69,7 @@ protected:
         EXPECT_EQ(server->Wait().exitStatus, 0);
     }
 
-    const OrvaneLog::TemporaryFolder folder;
+    const OrvaneTest::TemporaryFolder folder;
     std::unique_ptr<Process> server;
     std::string address;
     int port = 0;

@@ -13,13 +13,13 @@
 
 #include "Support/LogWriter.h"
 #include "Support/Process.h"
-#include "Tools/Log/TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 namespace EndToEnd {
 namespace {
 
 using namespace OrvaneTest;
-using OrvaneLog::TemporaryFolder;
+using OrvaneTest::TemporaryFolder;
 using testing::HasSubstr;
 
 struct Result {

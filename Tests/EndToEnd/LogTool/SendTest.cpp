@@ -4,14 +4,14 @@
 
 #include "Support/OtlpReceiver.h"
 #include "Support/Process.h"
-#include "Tools/Log/TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 namespace EndToEnd {
 namespace {
 
-using OrvaneLog::TemporaryFolder;
 using OrvaneTest::HttpAnswer;
 using OrvaneTest::OtlpReceiver;
+using OrvaneTest::TemporaryFolder;
 using testing::HasSubstr;
 
 struct Result {

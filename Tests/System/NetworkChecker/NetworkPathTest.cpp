@@ -76,11 +76,15 @@ INSTANTIATE_TEST_SUITE_P(, NetworkPathTest, testing::Bool(),
 
 TEST_P(NetworkPathTest, IsAsTheSystemsOwnToolsSeeIt) {
     path->delay = 20;
-    const std::string theirs = path->Run(NetworkPath::kHere, "ping -q -c 20 -l 20 -i 0.01 10.9.3.2");
-    std::smatch match;
-    ASSERT_TRUE(std::regex_search(theirs, match, std::regex("20 received[^]*= [0-9.]+/([0-9.]+)/"))) << theirs;
-    EXPECT_THAT(Ping("10.9.3.2", 5, 20), ElementsAre(20, 20, testing::Ge(39)));
-    EXPECT_NEAR(ping->number6, std::stod(match[1]), 15) << "on a busy machine";
+    bool isNear = false;  // on a busy machine either may be late, but not each time
+    for (int round = 0; round < 5 && !isNear; ++round) {
+        const std::string theirs = path->Run(NetworkPath::kHere, "ping -q -c 20 -l 20 -i 0.01 10.9.3.2");
+        std::smatch match;
+        ASSERT_TRUE(std::regex_search(theirs, match, std::regex("20 received[^]*= [0-9.]+/([0-9.]+)/"))) << theirs;
+        EXPECT_THAT(Ping("10.9.3.2", 5, 20), ElementsAre(20, 20, testing::Ge(39)));
+        isNear = std::abs(ping->number6 - std::stod(match[1])) < 15;
+    }
+    EXPECT_TRUE(isNear);
 
     path->delay = 0;
     for (const std::string target : {"10.9.3.2", "fd09:3::2"}) {

@@ -13,9 +13,9 @@
 #include "DevServer/Sha1Text.h"
 #include "Log/KeyFile.h"
 #include "Support/LogWriter.h"
+#include "Support/TemporaryFolder.h"
 #include "Support/WaitFor.h"
 #include "Tools/DevServer/Requests.h"
-#include "Tools/Log/TemporaryFolder.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -51,7 +51,7 @@ protected:
         return value;
     }
 
-    const OrvaneLog::TemporaryFolder folder;
+    const OrvaneTest::TemporaryFolder folder;
     std::unique_ptr<DevServer> server;
 };
 

@@ -7,9 +7,9 @@
 
 #include "DevServer/JsonText.h"
 #include "DevServer/PageGuard.h"
+#include "Support/TemporaryFolder.h"
 #include "Support/WaitFor.h"
 #include "Tools/DevServer/Requests.h"
-#include "Tools/Log/TemporaryFolder.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -53,7 +53,7 @@ protected:
         return lines;
     }
 
-    const OrvaneLog::TemporaryFolder folder;
+    const OrvaneTest::TemporaryFolder folder;
     std::unique_ptr<DevServer> server;
 };
 

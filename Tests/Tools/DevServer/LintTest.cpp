@@ -4,7 +4,7 @@
 
 #include "DevServer/JsonText.h"
 #include "DevServer/Lint/LintCommand.h"
-#include "Tools/Log/TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -110,7 +110,7 @@ TEST(Lint, LooksAtAnswersOfAnyServer) {
 }
 
 TEST(Lint, GoesThroughAFolder) {
-    const OrvaneLog::TemporaryFolder folder;
+    const OrvaneTest::TemporaryFolder folder;
     folder.Write("served/modules/Upload.json", R"({"part_size":4096})");
     folder.Write("served/devices/D1/Upload.json", R"({"upload_id":"a"})");
     folder.Write("served/devices/D1/.swap.json", "{");

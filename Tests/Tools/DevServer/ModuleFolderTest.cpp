@@ -6,7 +6,7 @@
 #include "DevServer/JsonText.h"
 #include "DevServer/ModuleFolder.h"
 #include "DevServer/RuleId.h"
-#include "Tools/Log/TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -20,7 +20,7 @@ class DevServerModules : public testing::Test {
 protected:
     std::string For(const std::string& device) { return WriteCompact(modules.For(device)); }
 
-    const OrvaneLog::TemporaryFolder folder;
+    const OrvaneTest::TemporaryFolder folder;
     ModuleFolder modules{folder.Path()};
 };
 

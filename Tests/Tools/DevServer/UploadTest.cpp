@@ -102,7 +102,7 @@ TEST(DevServerUploadTest, IsResumedKeptUnpackedAndTakenBackThroughAllFaults) {
 }
 
 TEST(DevServerUploadTest, AnOrderIsGivenUntilItIsCarriedOut) {
-    const OrvaneLog::TemporaryFolder temporary;
+    const OrvaneTest::TemporaryFolder temporary;
     ServerOptions options;
     options.folder = temporary / "served";
     options.now = [] { return kNow; };
@@ -139,7 +139,7 @@ TEST(DevServerUploadTest, AnOrderIsGivenUntilItIsCarriedOut) {
 }
 
 TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
-    const OrvaneLog::TemporaryFolder temporary;
+    const OrvaneTest::TemporaryFolder temporary;
     Uploads uploads(temporary / "uploads");
     PrepareRequest prepare;
     prepare.device = "../D";
@@ -219,7 +219,7 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
 
 // A device is in the middle of a request as long as nobody reads the pipe in its file's place.
 TEST(DevServerUploadTest, OneDevicesRequestsHoldUpNobodyElses) {
-    const OrvaneLog::TemporaryFolder temporary;
+    const OrvaneTest::TemporaryFolder temporary;
     Uploads uploads(temporary.Path());
     const auto sendOne = [&uploads](const std::string& device, const std::function<void()>& afterAnnouncement) {
         PrepareRequest prepare;

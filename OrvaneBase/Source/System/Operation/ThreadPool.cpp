@@ -216,10 +216,8 @@ void ThreadPool::stopAllTasks() {
 
 void ThreadPool::stopTasksByType(TaskType type) {
     std::vector<Task> kept;
-    Task task;
-    while (_tasks.pop(task)) {
+    for (Task task; _tasks.pop(task); task = {}) {
         if (task.type != type) kept.push_back(std::move(task));
-        task.function = nullptr;
     }
     if (kept.empty()) return;
     for (Task& each : kept)
