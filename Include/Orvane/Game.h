@@ -30,12 +30,15 @@ typedef enum orvane_log_state {
     /// could not be written (the folder cannot be made, the disk is full, the file has reached its limit).
     kOrvaneLogNotKept = 0,
     /// It waits in memory, and is lost if the process dies: the modes 1 and 2 before the launch or in the background.
-    /// At most 1000 lines wait. They reach the log with the first line that is logged in the foreground.
+    /// At most 1000 lines wait, and reach the log with the first line that is logged in the foreground; further ones
+    /// are
+    /// on the console alone.
     kOrvaneLogWaits = 1,
     /// It reaches the file, but the newest lines are lost if the process is killed: mode 0, the default, or a device on
     /// which no file can be mapped.
     kOrvaneLogBuffered = 2,
-    /// It is safe from the moment when the call returns, whatever happens to the process: the modes 1 and 2.
+    /// It is safe from the moment when the call returns, whatever happens to the process: the modes 1 and 2. Only lines
+    /// that come faster than the log can be written are lost, and a marker stands in their place (ILogger::Log).
     kOrvaneLogDurable = 3
 } orvane_log_state;
 

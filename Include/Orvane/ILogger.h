@@ -25,8 +25,8 @@ public:
     /// but the last are read at Init, where the configuration goes before them.
     ///
     /// Mode 0 is the default, and **survives no kill**: its newest lines wait in memory, up to 4 KiB of them. A line of
-    /// the modes 1 and 2 is safe when Log returns. Mode 0 is for a developer's desk, 1 for what is to be read after a
-    /// crash, 2 for what leaves the developer's hands.
+    /// the modes 1 and 2 is safe when Log returns, unless lines come faster than the log can be written (Log). Mode 0
+    /// is for a developer's desk, 1 for what is to be read after a crash, 2 for what leaves the developer's hands.
     virtual void SetOption(const char* key, int value) = 0;
     /// Reserved; does nothing.
     virtual void SetOption(const char* key, const char* value) = 0;

@@ -26,9 +26,9 @@ enum YarrowDataType : int32_t {
 /// and nothing else happens.
 ///
 /// Any thread, several at a time. One lock is held while an operation runs, also over the calls to the login plugin
-/// (CreateContext) and to the data plugin (ReportContext): these may trace from inside the call, but must not wait for
-/// another thread that traces, nor destroy an HTTP task, which waits for a listener that may be tracing. Nor may a
-/// callback of the log trace, which runs under the log's lock.
+/// (CreateContext, ReportContext) and to the data plugin (ReportContext): these may trace from inside the call, but
+/// must not wait for another thread that traces, nor destroy an HTTP task, which waits for a listener that may be
+/// tracing. Nor may a callback of the log trace, which runs under the log's lock.
 ///
 /// A span's text is part of the span and goes with it: whoever may end a span twice, or use it on two threads, keeps a
 /// copy of the text and gives that to each call.

@@ -48,7 +48,8 @@ struct RavelAccount {
     intptr_t reserved;  ///< the login plugin's own
 };
 
-/// The service "ACCOUNT" of the login plugin "RAVEL". Called on whatever thread makes an event.
+/// The service "ACCOUNT" of the login plugin "RAVEL". Called on whatever thread makes an event or a span;
+/// for a span under the lock of tracing (ITraceService.h), so it must not wait for another thread that traces.
 class IAccountService : public IPluginService {
 public:
     /// Fills the record with the present login.

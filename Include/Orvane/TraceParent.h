@@ -2,7 +2,7 @@
 /// A span's ids as the rest of the world writes them: those of OpenTelemetry, and the header "traceparent" of HTTP
 /// (W3C Trace Context), by which a server's spans become children of the game's.
 ///
-///     request.SetHeader("traceparent", sg_traceparent(span).c_str());
+///     task->SetHttpHeader("traceparent", Orvane::Plugin::sg_traceparent(span).c_str());
 ///
 /// The library's ids are texts, of 32 and 11 characters as a rule; those are 16 and 8 bytes. The mapping is fixed, and
 /// easily repeated in any language: **the first 16 bytes of the SHA-256 (FIPS 180-4) of the trace id's text, the first

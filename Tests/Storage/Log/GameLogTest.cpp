@@ -50,6 +50,17 @@ TEST_F(GameLogState, OfABlockFollowsTheApplication) {
     EXPECT_EQ(gs_OrvaneGameLogState(), kOrvaneLogWaits);
 }
 
+TEST_F(GameLogState, OfABlockThatHasNoFolderIsTold) {
+    std::filesystem::remove_all(CacheFolder());
+    WriteFile(CacheFolder(), "in the way of the folder");
+    Open(1);
+    Foreground();
+    EXPECT_EQ(gs_OrvaneGameLogState(), kOrvaneLogNotKept);
+    Say();
+    Say();
+    EXPECT_EQ(console.Count("the game's log is not kept: its file"), 1);
+}
+
 TEST_F(GameLogState, OfAPlainFileTellsWhetherItCanBeWritten) {
     Open(0);
     Say();

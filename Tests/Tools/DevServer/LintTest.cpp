@@ -85,6 +85,7 @@ const Case kCases[] = {
     {"Upload", R"({"file_pattern":"a|[b\\x4"})", "file_pattern error odd-pattern"},  // likewise
     {"Upload", R"~({"file_pattern":"(a|b)"})~", "file_pattern error odd-pattern; file_pattern error odd-pattern"},
     {"Upload", R"({"file_pattern":"\\w+"})", "file_pattern error odd-pattern"},
+    {"Upload", R"({"file_pattern":"^.*$|g$"})", "file_pattern warning odd-pattern"},
     {"Upload", R"({"file_pattern":"*.log"})", "file_pattern error odd-pattern"},
     {"Upload", R"({"file_pattern":"a*a*a*a*a*a*a*b"})", "file_pattern error odd-pattern"},
     {"Upload", R"({"file_pattern":"log{2}|"})", "file_pattern warning odd-pattern; file_pattern warning odd-pattern"},

@@ -1,5 +1,6 @@
 // The patterns of an order, as the client's own matcher takes them: its language is smaller than one thinks.
 #include <cctype>
+#include <cstring>
 #include <set>
 #include <vector>
 
@@ -67,6 +68,17 @@ bool EndsInsideEscapeOfSet(const std::string& pattern) {
     return false;
 }
 
+// Whether it fits names that have nothing in common.
+bool FitsEverything(const std::string& pattern) {
+    for (const char* const name : {"\x01", "~~", "9"}) {
+        long long steps = kSteps;
+        if (Quern::slre_match_bounded(pattern.c_str(), name, static_cast<int>(strlen(name)), Quern::kSlreIgnoreCase,
+                                      steps) < 0)
+            return false;
+    }
+    return true;
+}
+
 void CheckPiece(const LintedKey& key, const std::string& pattern, Findings& findings) {
     const auto add = [&](Severity severity, const std::string& what) {
         findings.push_back(key.Found(severity, kRule, "\"" + pattern.substr(0, 60) + "\" " + what));
@@ -85,6 +97,7 @@ void CheckPiece(const LintedKey& key, const std::string& pattern, Findings& find
             return add(Severity::kError, "takes too long for a name such as \"" + name.substr(0, 12) +
                                              (name.size() > 12 ? "..\"" : "\"") + ": the client gives it up");
     }
+    if (FitsEverything(pattern)) add(Severity::kWarning, "fits every file");
 }
 
 }  // namespace

@@ -31,15 +31,19 @@ void* PerformState(orvane_object*, const char*, void* const*) {
     return reinterpret_cast<void*>(static_cast<intptr_t>(keeping));
 }
 
-// Says on the console what a game forgets at its begin, each once. A line that waits because the game is in the
-// background is as it should be.
+// Says on the console what a game forgets at its begin, and that it fails, each once. A line that waits because the
+// game is in the background is as it should be.
 void SayIfNotKept(const Logger& gameLog) {
-    static std::atomic<bool> isInitMissing{false}, isLaunchMissing{false};
+    static std::atomic<bool> isInitMissing{false}, isLaunchMissing{false}, isFailing{false};
     const LogKeeping keeping = gameLog.Keeping();
     if (keeping == LogKeeping::kDurable || keeping == LogKeeping::kBuffered) return;
     if (keeping == LogKeeping::kNotKept) {
-        if (!gameLog.IsInitCalled() && !isInitMissing.exchange(true))
-            ORVANE_CONSOLE(kLogWarning, "the game's log is not kept: orvane_log_init has yet to be called");
+        if (!gameLog.IsInitCalled()) {
+            if (!isInitMissing.exchange(true))
+                ORVANE_CONSOLE(kLogWarning, "the game's log is not kept: orvane_log_init has yet to be called");
+        } else if (!isFailing.exchange(true)) {
+            ORVANE_CONSOLE(kLogError, "the game's log is not kept: its file cannot be written, or is full");
+        }
     } else if (!CoreLogger() && !isLaunchMissing.exchange(true)) {
         ORVANE_CONSOLE(kLogWarning,
                        "the game's log waits in memory, and is lost with the process: the library has yet to be told "

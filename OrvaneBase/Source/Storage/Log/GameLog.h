@@ -1,4 +1,4 @@
-// The game's own logger, named after the game id, and what tells a game that no log is kept.
+// The game's own logger, named after the game id.
 #ifndef ORVANE_STORAGE_LOG_GAME_LOG_H
 #define ORVANE_STORAGE_LOG_GAME_LOG_H
 

@@ -60,6 +60,9 @@ bool LogStore::MapBlock() {
     void* block = MapBesideTheLogs("mmap3", BUFFER_BLOCK_LENTH);
     const bool isMapped = block != nullptr;
     if (!isMapped) {
+        const char* const cache = CPath::GetCachePath();
+        _isWithoutFolder.store(!cache || access((std::string(cache) + "/.").c_str(), W_OK) != 0,
+                               std::memory_order_relaxed);
         _heapBlock = std::make_unique<uint8_t[]>(BUFFER_BLOCK_LENTH);
         block = _heapBlock.get();
     } else if (void* journal = MapBesideTheLogs("journal3", sizeof(BlockJournalLayout))) {
@@ -150,7 +153,7 @@ void LogStore::AppendStaged(const void* data, size_t length) {
 }
 
 LogKeeping LogStore::Keeping() const {
-    if (_fileLogger.IsFailing()) return LogKeeping::kNotKept;
+    if (_fileLogger.IsFailing() || _isWithoutFolder.load(std::memory_order_relaxed)) return LogKeeping::kNotKept;
     if (_options.mode == kAppendSync) return LogKeeping::kBuffered;
     if (isIosBackground()) return LogKeeping::kWaits;
     return _isMapped.load(std::memory_order_relaxed) ? LogKeeping::kDurable : LogKeeping::kBuffered;

@@ -88,7 +88,8 @@ private:
     std::unique_ptr<BlockJournal> _journal;
     std::unique_ptr<LogBuffer> _logBuffer;
 
-    std::atomic<bool> _isMapped{false};  // whether the block lies in a file
+    std::atomic<bool> _isMapped{false};         // whether the block lies in a file
+    std::atomic<bool> _isWithoutFolder{false};  // whether it does not because no file can be made
 
     CMutex _pendingMutex{true};
     AArray _pendingLines;  // of AString; under _pendingMutex

@@ -13,16 +13,16 @@
 #include "Storage/Bundle/InfoDictionary.h"
 #include "System/System/CSystemUnify.h"
 #include "System/System/DeviceFacts.h"
-#include "System/System/KeptText.h"
+#include "System/System/FoundText.h"
 
 namespace Quern {
 namespace {
 
-constinit KeptText g_udid, g_bundleId, g_model, g_sysVersion, g_appVersion;
+constinit FoundText g_udid, g_bundleId, g_model, g_sysVersion, g_appVersion;
 
 // The data plugin's answer, else what is kept, else what `find` gets from the platform.
 template <typename Find>
-const char* Answer(const char* (*unified)(), KeptText& kept, Find find, const char* fallback) {
+const char* Answer(const char* (*unified)(), FoundText& kept, Find find, const char* fallback) {
     if (const char* answer = unified()) return answer;
     const char* const text = kept.Get([&find]() -> const char* {
         const std::string found = find();

@@ -5,7 +5,7 @@
 
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
-#include "System/System/KeptText.h"
+#include "System/System/FoundText.h"
 
 namespace Quern {
 namespace {
@@ -40,7 +40,7 @@ const char* CSystemUnify::getDeviceInfo(const char* key) {
 
 #define ORVANE_UNIFIED(Getter, key)                         \
     const char* CSystemUnify::Getter() {                    \
-        static constinit KeptText kept;                     \
+        static constinit FoundText kept;                    \
         return kept.Get([] { return getDeviceInfo(key); }); \
     }
 ORVANE_UNIFIED(GetUdid, "UUID")

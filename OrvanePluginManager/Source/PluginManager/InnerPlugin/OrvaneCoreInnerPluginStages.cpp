@@ -86,7 +86,8 @@ void StartYarrowClient(PluginBase* core) {
         ORVANE_LOG_EVENT("[Yarrow] onStartYarrowClient YarrowClient is disabled");
         return;
     }
-    ORVANE_LOG_EVENT("[Yarrow] onStartYarrowClient traceid:%s", tracing->GetTraceId());
+    const char* const traceId = tracing->GetTraceId();  // takes one from the stock, whatever the log's level
+    ORVANE_LOG_EVENT("[Yarrow] onStartYarrowClient traceid:%s", traceId);
     TraceLaunch(core);
 }
 

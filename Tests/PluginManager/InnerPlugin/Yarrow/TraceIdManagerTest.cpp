@@ -101,6 +101,7 @@ TEST_F(TraceIds, OneIsTakenFromTheStockAndMoreAreAskedForWhenFewAreLeft) {
         {"a count beyond the file", Number(0x7FFFFFFF) + Number(2) + "ok", "ok", Number(0)},
         {"a negative count", Number(0xFFFFFFFF) + Number(2) + "ok", "", Number(0)},
         {"a length beyond it", Number(3) + Number(2) + "ok" + Number(1u << 30), "ok", Stock({""})},
+        {"one that reads as empty", Stock({std::string("\0ab", 3), "b"}), "", Stock({"b"})},
         {"an empty id in front", Stock({"", "second"}), "", Stock({"second"})},
         {"more than any stock", tooLarge, "", tooLarge},
     };
@@ -249,7 +250,10 @@ TEST_F(TraceIds, AStockThatCannotBeWrittenStaysAsItWas) {
 }
 
 TEST_F(TraceIds, TheSettingsAreToldAsTheyAreNow) {
-    for (const char* noName : {"", ".", "..", "../escape"}) {
+    WriteFile(OrvaneTest::CacheFolder() + "/replay", "of the game");
+    fs::create_directories(OrvaneTest::CacheFolder() + "/folder");
+    for (const char* noName :
+         {"", ".", "..", ".hidden", "x.config", "x.mmap3", "x.journal3", "x.zip", "replay", "folder", "../escape"}) {
         Set("YarrowStoreFilename", noName);
         TraceIdManager();
         EXPECT_THAT(console.Take(), Contains("Info [Yarrow] TraceConfig LowerLimit:5, UpperLimit:60, RequestCount:30, "

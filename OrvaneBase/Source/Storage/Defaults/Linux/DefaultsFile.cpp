@@ -29,6 +29,7 @@ enum class Content { kNone, kWhole, kDamaged, kUnreadable };
 bool Parse(const std::string& text, Json::Value& root) try {
     Json::CharReaderBuilder builder;
     Json::CharReaderBuilder::strictMode(&builder.settings_);
+    builder["rejectDupKeys"] = false;  // others write this file as well; the last one counts
     builder["stackLimit"] = kDeepestNesting;
     const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
     return reader->parse(text.data(), text.data() + text.size(), &root, nullptr) && root.isObject();

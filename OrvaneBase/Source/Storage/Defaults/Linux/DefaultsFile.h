@@ -19,8 +19,9 @@ Json::Value ReadDefaultsFile(const std::string& path);
 
 // Changes these members of the file as it lies there now, so that what other processes have entered stays, in the same
 // dictionary too. Writes a new file and puts it in place, and nothing at all if nothing changes; of a damaged file a
-// copy is kept beside it first, with ".unusable" behind its name. Waits for the disk. False, with a log line, if the
-// file cannot be read, kept or written: it is as it was.
+// copy is kept beside it first, with ".unusable" behind its name. Numbers of others keep their value as a double: an
+// integer of more than 64 bits is rounded. Waits for the disk. False, with a log line, if the file cannot be read, kept
+// or written: it is as it was.
 bool ChangeDefaultsFile(const std::string& path, const DefaultsChanges& changes);
 
 }  // namespace Quern

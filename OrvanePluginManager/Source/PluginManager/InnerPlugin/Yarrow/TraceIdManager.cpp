@@ -1,9 +1,12 @@
 #include "PluginManager/InnerPlugin/Yarrow/TraceIdManager.h"
 
+#include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <fstream>
 #include <memory>
 #include <new>
+#include <string_view>
 
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 #include "Base/QuernCommon.h"
@@ -36,6 +39,8 @@ constexpr char kBackupUrl[] = "YarrowBackupUrl";            // no request falls 
 constexpr char kStoreEncrypt[] = "YarrowStoreFileEncrypt";  // the file is plain whatever it says
 
 constexpr char kDefaultStoreFilename[] = "traceids.store";
+// Of the library's files in the cache folder: settings, blocks of the log and what keeps them whole, uploads.
+constexpr const char* kOwnEndings[] = {".config", ".mmap3", ".journal3", ".zip"};
 
 // The types that the refill asks for, and that a stand-in bears.
 constexpr unsigned short kPrivateType = 0;
@@ -52,15 +57,43 @@ uint32_t SecondsNow() {
     return static_cast<uint32_t>(CTime::GetCurTime());
 }
 
-// The setting comes from a server: it may name a file of the cache folder, and no other.
+// As whoever uses it reads it: an id that begins with a NUL is none.
+bool IsEmpty(const AString& id) {
+    return *id.c_str() == '\0';
+}
+
+AString PathInCache(const std::string& name) {
+    AString path = CPath::GetCachePath();
+    CPath::AppendSubPath(path, name.c_str());
+    return path;
+}
+
+// The setting comes from a server: it may name a file of the cache folder, and none in which the library keeps
+// something else, now or later.
 bool IsFileName(const std::string& name) {
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+    if (name.empty() || name.front() == '.' || name.find('/') != std::string::npos) return false;
+    const auto hasEnding = [&](const char* ending) { return name.ends_with(ending); };
+    return std::none_of(std::begin(kOwnEndings), std::end(kOwnEndings), hasEnding);
+}
+
+// Whether something lies there that is no stock, which would be lost.
+bool HoldsSomethingElse(const AString& path) {
+    std::ifstream file(path.c_str(), std::ios::binary);
+    if (!file) return CFile::Exist(path.c_str());
+    std::string text(static_cast<size_t>(kLargestTraceIdStore) + 1, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<size_t>(file.gcount()));
+    _tagTraceIdStore stock;
+    AString again;
+    if (text.empty()) return false;
+    stock.Decode(text.data(), static_cast<int>(text.size()));
+    return !stock.Encode(again) || std::string_view(again.data(), static_cast<size_t>(again.length())) != text;
 }
 
 std::string StoreFilename() {
     const std::string name = OrvaneCoreRemoteConfig::GetInstance()->GetString(kStoreFilename, kDefaultStoreFilename);
-    if (IsFileName(name)) return name;
-    ORVANE_LOG_WARNING("[Yarrow] %s is no file name:%s", kStoreFilename, name.c_str());
+    if (name == kDefaultStoreFilename || (IsFileName(name) && !HoldsSomethingElse(PathInCache(name)))) return name;
+    ORVANE_LOG_WARNING("[Yarrow] %s is no name for the stock:%s", kStoreFilename, name.c_str());
     return kDefaultStoreFilename;
 }
 
@@ -144,18 +177,17 @@ TraceIdManager::_tagTraceConfig TraceIdManager::ReadConfig() {
     config.lowerLimit = settings->GetInt(kLowerLimit, 5);
     config.upperLimit = settings->GetInt(kUpperLimit, 60);
     config.requestCount = settings->GetInt(kRequestCount, 30);
-    config.storeFileName = CPath::GetCachePath();
-    CPath::AppendSubPath(config.storeFileName, StoreFilename().c_str());
+    config.storeFileName = PathInCache(StoreFilename());
     return config;
 }
 
 AString TraceIdManager::GetTraceId() {
     const CCritical guard(&_mutex);
-    if (!_traceId.Empty()) return _traceId;
+    if (!IsEmpty(_traceId)) return _traceId;
     int count = 0;
     _traceId = pop1TraceIdfromFile(count);
     if (count <= _config.lowerLimit) requestTraceIdList(static_cast<unsigned int>(_config.requestCount));
-    if (_traceId.Empty()) _traceId = genFakeTraceId(kPrivateType, kPublicType);
+    if (IsEmpty(_traceId)) _traceId = genFakeTraceId(kPrivateType, kPublicType);
     return _traceId;
 }
 

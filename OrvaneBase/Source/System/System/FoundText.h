@@ -1,13 +1,13 @@
 // A text that is found once and kept for the process.
-#ifndef ORVANE_SYSTEM_SYSTEM_KEPT_TEXT_H
-#define ORVANE_SYSTEM_SYSTEM_KEPT_TEXT_H
+#ifndef ORVANE_SYSTEM_SYSTEM_FOUND_TEXT_H
+#define ORVANE_SYSTEM_SYSTEM_FOUND_TEXT_H
 
 #include <atomic>
 #include <cstdlib>
 
 namespace Quern {
 
-class KeptText {
+class FoundText {
 public:
     // What is kept, else what `find` gives: a text on the heap, which is kept, or null. Any thread; of two that find at
     // a time the second gives way.
