@@ -142,6 +142,12 @@ std::string ReadStock(const std::string& text, size_t& count, std::string& odd) 
     return "";
 }
 
+constexpr size_t kLargestUploadAnswer = 64 << 10;  // the client does not parse a larger one
+
+size_t SizeOf(const Answer& answer) {
+    return answer.body.size() + answer.fillerLength + answer.tail.size();
+}
+
 std::string TextOf(const Answer& answer) {
     return answer.body + answer.tail;  // the filler is the middle of a string
 }
@@ -167,7 +173,7 @@ std::string TraceIdVerdict(const Answer& answer) {
     if (const std::string* address = Redirect(answer)) return "will ask " + *address + " instead";
     size_t count = 0;
     std::string refusal, odd;
-    if (answer.body.size() + answer.fillerLength + answer.tail.size() > kLargestStock)
+    if (SizeOf(answer) > kLargestStock)
         return WithStatus(answer, kKeepsStock + std::string("the answer is longer than 4 MiB"));
     try {
         refusal = ReadStock(TextOf(answer), count, odd);
@@ -183,10 +189,11 @@ UploadOutcome UploadVerdict(const Answer& answer, bool isPrepare) {
     if (const std::string* address = Redirect(answer)) return {false, "will ask " + *address + " instead"};
     const std::string ends = isPrepare ? "is done, result 2: " : "will try once more, or end with result 3: ";
     if (answer.status != 200) return {false, ends + "the status is " + std::to_string(answer.status)};
-    Json::Value root;
-    std::string error;
+    if (SizeOf(answer) > kLargestUploadAnswer) return {false, ends + "the answer is longer than 64 KiB"};
+    Json::Value read;
     if (answer.body.empty()) return {false, ends + "the answer is empty"};
-    if (!ReadStrictly(TextOf(answer), root, error)) return {false, ends + "the answer is no JSON"};
+    if (!ReadAsTheClientsUpload(TextOf(answer), read)) return {false, ends + "the answer is no JSON"};
+    const Json::Value& root = read;  // so that what is missing stays so
     if (!root.isObject()) return {false, ends + "the answer is " + KindOf(root) + ", not an object"};
     const Json::Value &ret = root["ret"], &data = root["biz_data"];
     if (root.isMember("ret") && !ret.isInt()) return {false, ends + "\"ret\" is no 32-bit integer"};

@@ -23,7 +23,7 @@ struct UploadOutcome {
     std::string text;
 };
 
-// Here the status counts, and the answer must be JSON to the letter.
+// Here the status counts, and the answer must be JSON to the letter, of 64 KiB at the most.
 UploadOutcome UploadVerdict(const Answer& answer, bool isPrepare);
 
 }  // namespace OrvaneDevServer

@@ -146,6 +146,8 @@ std::vector<HostileDocument> UploadDocuments() {
         {"pos-real", answer("0", url, "0.5")},
         {"pos-negative", answer("0", url, "-1")},
         {"pos-big", answer("0", url, "99999999999999999999")},
+        {"doubled", "{\"ret\":1,\"biz_data\":{\"upload_url\":5,\"upload_url\":" + url +
+                        ",\"next_pos\":-1,\"next_pos\":0},\"ret\":0}\n"},
         {"comment", "/* */" + answer("0", url, "0")},
         {"behind", answer("0", url, "0") + "}]garbage"},
         {"cut", answer("0", url, "0").substr(0, 40)},

@@ -54,6 +54,14 @@ bool ReadAsTheClient(std::string_view text, Json::Value& value) {
     return Read(builder, text, value, ignored);
 }
 
+bool ReadAsTheClientsUpload(std::string_view text, Json::Value& value) {
+    Json::CharReaderBuilder builder;
+    Json::CharReaderBuilder::strictMode(&builder.settings_);
+    builder["rejectDupKeys"] = false;
+    std::string ignored;
+    return Read(builder, text, value, ignored);
+}
+
 const char* KindOf(const Json::Value& value) {
     switch (value.type()) {
         case Json::nullValue:

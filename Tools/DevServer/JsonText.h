@@ -20,6 +20,10 @@ bool ReadStrictly(std::string_view text, Json::Value& value, std::string& error)
 // Reads as the client does: comments are allowed, and what stands behind the document is not looked at.
 bool ReadAsTheClient(std::string_view text, Json::Value& value);
 
+// Reads as the client reads the answer to an upload: by the letter of JSON, but of two members of one name the last
+// counts.
+bool ReadAsTheClientsUpload(std::string_view text, Json::Value& value);
+
 // "a string", "an array" and so on.
 const char* KindOf(const Json::Value& value);
 

@@ -147,6 +147,26 @@ TEST(DevServerClientVerdict, ForeseesWhatBecomesOfTraceIds) {
     }
 }
 
+TEST(DevServerClientVerdict, ForeseesWhatBecomesOfAnUpload) {
+    const std::string good = R"({"biz_data":{"upload_url":"u","next_pos":4}})";  // "ret" may be missing
+    const std::string longest = good + std::string((64 << 10) - good.size(), ' ');
+    Answer answer;
+    for (const std::string& body : {good, longest, FindHostile(Protocol::kUpload, "doubled")->text}) {
+        answer.body = body;
+        EXPECT_TRUE(UploadVerdict(answer, true).isTaken) << UploadVerdict(answer, true).text;
+        EXPECT_THAT(UploadVerdict(answer, false).text, StartsWith("will go on from "));
+    }
+    answer.body = longest;
+    answer.tail = " ";
+    EXPECT_EQ(UploadVerdict(answer, true).text, "is done, result 2: the answer is longer than 64 KiB");
+    EXPECT_THAT(UploadVerdict(answer, false).text, StartsWith("will try once more, or end with result 3: "));
+    answer.tail.clear();
+    for (const HostileDocument& document : HostileDocuments(Protocol::kUpload)) {
+        answer.body = document.text;
+        EXPECT_EQ(UploadVerdict(answer, true).isTaken, document.name == "doubled") << document.name;
+    }
+}
+
 TEST(DevServerClientVerdict, BearsHostileAnswers) {
     for (const Protocol protocol : {Protocol::kConfig, Protocol::kTraceIds}) {
         std::vector<HostileDocument> documents = HostileDocuments(protocol);
