@@ -10,13 +10,14 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <unordered_map>
 
 #include "Storage/File/WholeFile.h"
 
 namespace OrvaneDevServer {
 namespace {
 
-constexpr size_t kLongestName = 200;
+constexpr size_t kLongestName = 255;  // in bytes, which a device's files may have
 
 bool IsPlainName(const std::string& name) {
     const auto isOdd = [](char c) { return c == '/' || c == '\\' || static_cast<unsigned char>(c) < ' ' || c == 0x7F; };
@@ -77,6 +78,10 @@ private:
 
     bool WriteEntry(const std::string& name) {
         const int descriptor = OpenNew(name);
+        if (descriptor < 0 && errno == ENAMETOOLONG) {
+            _notes.push_back("left out: " + Shown(name) + ", whose name is too long here");
+            return true;
+        }
         if (descriptor < 0) return Stop(Shown(name) + ": " + strerror(errno));
         ++_files;
         const bool goesOn = CopyTo(descriptor, name);
@@ -99,13 +104,14 @@ private:
         return true;
     }
 
+    // The search for a free number goes on where the name's last one ended.
     int OpenNew(const std::string& name) {
-        for (int copy = 1; copy < 1000; ++copy) {
-            const std::string path = _folder + "/" + name + (copy == 1 ? "" : "." + std::to_string(copy));
+        for (size_t& copies = _copies[name];;) {
+            ++copies;
+            const std::string path = _folder + "/" + name + (copies == 1 ? "" : "." + std::to_string(copies));
             const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
             if (descriptor >= 0 || errno != EEXIST) return descriptor;
         }
-        return -1;
     }
 
     bool Stop(const std::string& why) {
@@ -119,6 +125,7 @@ private:
     const uint64_t _most;
     size_t _entries = 0, _files = 0;
     uint64_t _written = 0;
+    std::unordered_map<std::string, size_t> _copies;  // of each name
     std::vector<std::string> _notes;
     char _piece[1 << 16];
 };

@@ -251,18 +251,25 @@ TEST(DevServerUploadTest, OneDevicesRequestsHoldUpNobodyElses) {
 
 TEST(DevServerUploadTest, ADevicesZipNeverLeavesItsFolder) {
     std::vector<std::pair<std::string, std::string>> entries;
-    for (const char* name : {"../up", "/abs", "a/b", "..", "a\\b", kLink, "twice", "twice", "b\nb"})
+    for (const char* name : {"../up", "/abs", "a/b", "..", "a\\b", kLink, "twice", "twice", "twice.2", "twice", "b\nb"})
+        entries.emplace_back(name, "x");
+    const std::string longest(255, 'l');
+    for (const std::string& name : {longest, longest, longest + "l"})
         entries.emplace_back(name, "x");
     entries.emplace_back("zeros", std::string(100000, 0));
     const std::string zip = MakeZip("evil.zip", entries);
     const std::string folder = OrvaneTest::CacheFolder() + "/unpacked";
-    EXPECT_THAT(Unpack(zip, folder), Contains("left out: \"link\", a link"));
-    EXPECT_THAT(FilesIn(folder), ElementsAre("twice", "twice.2", "zeros"));
+    const std::vector<std::string> notes = Unpack(zip, folder);
+    EXPECT_THAT(notes, Contains("left out: \"link\", a link"));
+    EXPECT_THAT(notes, Contains("left out: \"" + longest + "\", whose name is too long here"));
+    EXPECT_THAT(FilesIn(folder), ElementsAre(longest, "twice", "twice.2", "twice.2.2", "twice.3", "zeros"));
     EXPECT_FALSE(fs::exists(OrvaneTest::CacheFolder() + "/up"));
     EXPECT_THAT(Unpack(zip, folder + "2", {50000, 1100, 100}), Contains(HasSubstr("far more than its size")));
     EXPECT_THAT(Unpack(zip, folder + "3", {50000, 1100, 3}), Contains("there are too many entries"));
     EXPECT_THAT(Unpack(zip, folder + "5", {1 << 30, 10, entries.size()}),
                 Contains(HasSubstr("far more than its size")));
+    const std::vector<std::pair<std::string, std::string>> same(1100, {"same", ""});
+    EXPECT_THAT(Unpack(MakeZip("same.zip", same), folder + "6"), ElementsAre("1100 files, 0 bytes"));
     WriteFile(zip, ReadFile(zip).substr(0, 300));
     EXPECT_THAT(Unpack(zip, folder + "4"), ElementsAre("it is no zip, and kept as it is"));
 }

@@ -67,7 +67,7 @@ Json::Value Describe(const fs::path& folder) {
 }  // namespace
 
 bool IsPlainFileName(const std::string& name) {
-    constexpr size_t kLongest = 250;
+    constexpr size_t kLongest = 255;
     return !name.empty() && name.size() <= kLongest && name[0] != '.' &&
            std::none_of(name.begin(), name.end(),
                         [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' ' || c == 0x7F; });
