@@ -3,6 +3,7 @@
 
 #include "DevServer/ClientVerdict.h"
 #include "DevServer/DevServer.h"
+#include "DevServer/Lint/StoredValue.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -90,14 +91,15 @@ Answer DevServer::AnswerUpload(Exchange& exchange, const Uploads::Outcome& outco
     return answer;
 }
 
-// An order that a device has carried out is no order any more: the client would carry it out again at each fetch.
+// An order that a device has carried out is no order any more: the client would carry it out again at each fetch. It
+// sends under the id that it reads, which is "" for one that is not there or that it drops.
 void DevServer::TakeOrderBack(Exchange& exchange, const std::string& device, Json::Value& modules) {
     const Json::Value& served = modules;  // so that what is missing reads as null
     if (!served["Upload"].isObject()) return;
-    const Json::Value id = served["Upload"]["upload_id"];
-    if (id.isNull() || !id.isConvertibleTo(Json::stringValue) || !_uploads.IsWhole(device, id.asString())) return;
+    const std::string id = StoreValue(served["Upload"]["upload_id"]).text;
+    if (!_uploads.IsWhole(device, id)) return;
     exchange.line["carried_out"] = id;
-    _options.say("the order " + id.asString() + " has been carried out and is taken back for this device");
+    _options.say("the order \"" + id + "\" has been carried out and is taken back for this device");
     modules.removeMember("Upload");
 }
 

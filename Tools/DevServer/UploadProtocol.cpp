@@ -160,11 +160,9 @@ PartRequest CheckPartRequest(const Request& request, const Target& target) {
     if (!ReadBody(request, checked)) return checked;
     checked.isReadable = true;
     const std::string sha1 = Sha1Text(checked.part);
-    if (checked.sha1 != sha1) {
+    checked.isIntact = checked.sha1 == sha1 || (checked.sha1.empty() && checked.part.empty());
+    if (!checked.isIntact)
         checked.problems.push_back("\"part_sha1\" is \"" + checked.sha1 + "\"; that of the part is " + sha1);
-        checked.isReadable = checked.sha1.empty() && checked.part.empty();  // a file that is not there
-        if (checked.isReadable) checked.problems.pop_back();
-    }
     return checked;
 }
 

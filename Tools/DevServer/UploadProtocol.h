@@ -46,6 +46,7 @@ struct PartRequest {
     std::string sha1;
     std::string fileName;
     std::string_view part;  // in the request
+    bool isIntact = false;  // `sha1` is that of the part, or both are empty: the file is gone from the device
 };
 
 // Any thread.

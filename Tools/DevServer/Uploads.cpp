@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -53,21 +51,6 @@ bool IsSame(const std::string& path, int64_t position, std::string_view bytes) {
     file.read(held.data(), static_cast<std::streamsize>(held.size()));
     return bytes.substr(0, static_cast<size_t>(file.gcount())) ==
            std::string_view(held).substr(0, static_cast<size_t>(file.gcount()));
-}
-
-// What a text becomes on its way through the client: it ends at a NUL, and a number is "%f" with a point, and an
-// integer else.
-std::string AsTheClientHasIt(const std::string& ordered) {
-    const std::string id = ordered.c_str();
-    constexpr size_t kLongestNumber = 18;
-    const std::string_view digits = std::string_view(id).substr(id.starts_with('-') ? 1 : 0);
-    const auto points = std::count(digits.begin(), digits.end(), '.');
-    if (digits.empty() || id == "." || id.size() > kLongestNumber || points > 1 ||
-        digits.find_first_not_of("0123456789.") != std::string::npos)
-        return id;
-    if (points == 0) return std::to_string(std::stoll(id));
-    char text[kLongestNumber + 10];
-    return {text, static_cast<size_t>(snprintf(text, sizeof text, "%f", strtod(id.c_str(), nullptr)))};
 }
 
 }  // namespace
@@ -153,7 +136,7 @@ Uploads::Outcome Uploads::Take(const PartRequest& request, Problems& problems) {
     }
     Upload& upload = *held.upload;
     CountTry(upload, request, problems);
-    outcome.refusal = Append(upload, request, problems);
+    outcome.refusal = request.isIntact ? Append(upload, request, problems) : "\"part_sha1\" is not that of the part";
     if (outcome.refusal.empty() && upload.held == upload.size && !upload.isWhole)
         outcome.refusal = Finish(upload, outcome);
     outcome.next = upload.held;
@@ -164,7 +147,7 @@ Uploads::Outcome Uploads::Take(const PartRequest& request, Problems& problems) {
 void Uploads::CountTry(Upload& upload, const PartRequest& request, Problems& problems) {
     if (upload.triedAt != request.position) {
         upload.triedAt = request.position;
-        upload.triedSha1 = request.sha1;
+        upload.triedSha1.clear();
         upload.tries = 0;
     }
     ++upload.tries;
@@ -172,6 +155,8 @@ void Uploads::CountTry(Upload& upload, const PartRequest& request, Problems& pro
         problems.push_back("this is try " + std::to_string(upload.tries) + " of the part from " +
                            std::to_string(request.position) + "; there are " + std::to_string(kMostTries) +
                            " at the most");
+    if (!request.isIntact || request.sha1.empty()) return;  // nothing was tried that another could differ from
+    if (upload.triedSha1.empty()) upload.triedSha1 = request.sha1;
     if (upload.triedSha1 != request.sha1)
         problems.push_back("another try of the part from " + std::to_string(request.position) + " had other bytes");
 }
@@ -193,7 +178,10 @@ std::string Uploads::Append(Upload& upload, const PartRequest& request, Problems
         return length > 0 ? "the file has " + std::to_string(upload.size) + " bytes" : "";
     }
     if (length == 0) {
-        problems.push_back("the part is empty: \"part_size\" of the order must be above 0");
+        problems.push_back(request.sha1.empty()
+                               ? "the part is empty: the file is gone from the device"
+                               : "the part is empty: \"part_size\" of the order is not above 0, or the "
+                                 "file has become shorter on the device");
         return "the part is empty";  // taken, the client would send the next empty one at once, for ever
     }
     if (length > upload.size - request.position) {
@@ -243,7 +231,7 @@ std::string Uploads::Finish(Upload& upload, Outcome& outcome) {
 
 bool Uploads::IsWhole(const std::string& device, const std::string& uploadId) const {
     std::error_code error;
-    return fs::exists(FolderOf(device, AsTheClientHasIt(uploadId)) + "/upload.zip", error);
+    return fs::exists(FolderOf(device, uploadId) + "/upload.zip", error);
 }
 
 }  // namespace OrvaneDevServer

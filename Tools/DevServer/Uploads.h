@@ -46,17 +46,18 @@ public:
     };
 
     // A device announces a file. One that is another than what has come in part, or that was whole already, begins
-    // anew. Parts of an earlier announcement, still on their way from a process that is gone, are refused from now on.
+    // anew. Parts of an earlier announcement to this run of the server, still on their way from a process that is
+    // gone, are refused from now on; one to an earlier run may have had the same name.
     Outcome Announce(const PrepareRequest& request);
 
-    // A part comes. It must begin where the upload stands, or repeat what has come. Reports a part that differs from
-    // what has come, one behind the end, and the fifth try of a part.
+    // A part comes. It must be intact, and begin where the upload stands or repeat what has come. Reports a part that
+    // differs from what has come, one behind the end, and the fifth try of a part, whatever became of the others.
     Outcome Take(const PartRequest& request, Problems& problems);
     // The client knows that its last part was taken: the tries of the next one are counted anew.
     void Confirm(const std::string& upload);
 
-    // Whether the device has sent the file of an order. `uploadId` as it was ordered: a text that is a number reaches
-    // the client as that number, "007" as "7" and "1.5" as "1.500000".
+    // Whether the device has sent the file of an order. `uploadId` as the device sends it, which may be another text
+    // than what was ordered (StoreValue).
     bool IsWhole(const std::string& device, const std::string& uploadId) const;
 
 private:

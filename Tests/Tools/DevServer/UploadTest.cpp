@@ -10,7 +10,7 @@
 #include <functional>
 #include <future>
 
-#include "Base/Container/Value.h"
+#include "DevServer/JsonText.h"
 #include "DevServer/Sha1Text.h"
 #include "DevServer/Unpack.h"
 #include "DevServer/Uploads.h"
@@ -106,35 +106,41 @@ TEST(DevServerUploadTest, AnOrderIsGivenUntilItIsCarriedOut) {
     ServerOptions options;
     options.folder = temporary / "served";
     options.now = [] { return kNow; };
-    temporary.Write("served/modules/Upload.json", "{\"upload_id\":\"007\"}");
     DevServer server(options);
     std::string error;
     ASSERT_TRUE(server.Open(error)) << error;
-    EXPECT_THAT(server.Handle(ConfigFetch("D1")).body, HasSubstr("\"Upload\""));
-    temporary.Write("served/uploads/D1/7/upload.zip", "");
-    EXPECT_THAT(server.Handle(ConfigFetch("D1")).body, testing::Not(HasSubstr("\"Upload\"")));
-    EXPECT_THAT(server.Handle(ConfigFetch("D2")).body, HasSubstr("\"Upload\""));
 
     const std::string digits18(18, '1'), digits19(19, '1');
-    const std::pair<std::string, std::string> ids[] = {
-        {"1.5", "1.500000"},
-        {"-07", "-7"},
-        {"0" + digits18, "0" + digits18},
-        {"0" + digits18.substr(1), digits18.substr(1)},
-        {"-.", "0.000000"},
-        {".", "."},
-        {"1.2.3", "1.2.3"},
-        {digits19, digits19},
-        {"-0.00", "-0.000000"},
-        {"-", "-"},
-        {std::string("7\0/../x", 7), "7"},
+    // The members of an order, and the id that the client sends. A text goes through the client's own number.
+    const std::pair<std::string, std::string> orders[] = {
+        {R"("upload_id":"007")", "7"},
+        {R"("upload_id":"1.5")", "1.500000"},
+        {R"("upload_id":"-07")", "-7"},
+        {R"("upload_id":"0)" + digits18 + "\"", "0" + digits18},
+        {R"("upload_id":"0)" + digits18.substr(1) + "\"", digits18.substr(1)},
+        {R"("upload_id":"-.")", "0.000000"},
+        {R"("upload_id":".")", "."},
+        {R"("upload_id":"1.2.3")", "1.2.3"},
+        {R"("upload_id":")" + digits19 + "\"", digits19},
+        {R"("upload_id":"-0.00")", "-0.000000"},
+        {R"("upload_id":"-")", "-"},
+        {R"("upload_id":"7\u0000/../x")", "7"},
+        {R"("upload_id":" x ")", "x"},
+        {R"("upload_id":"crash #17")", "crash"},
+        {R"("upload_id":"#17")", ""},
+        {R"("upload_id":12345678901234567890)", "-6101065172474983726"},
+        {R"("upload_id":1.5)", ""},
+        {R"("upload_id":null)", ""},
+        {R"("part_size":1)", ""},
     };
-    const Uploads uploads(temporary / "ids");
-    for (const auto& [ordered, sent] : ids) {
-        EXPECT_STREQ(Quern::Value(ordered.c_str()).asString().c_str(), sent.c_str());  // as the client has it
-        temporary.Write("ids/D/" + SafeName(sent) + "/upload.zip", "");
-        EXPECT_TRUE(uploads.IsWhole("D", ordered)) << ordered;
-        fs::remove_all(temporary / "ids");
+    for (const auto& [members, sent] : orders) {
+        SCOPED_TRACE(members);
+        temporary.Write("served/modules/Upload.json", "{" + members + "}");
+        EXPECT_THAT(server.Handle(ConfigFetch("D1")).body, HasSubstr("\"Upload\""));
+        temporary.Write("served/uploads/D1/" + SafeName(sent) + "/upload.zip", "");
+        EXPECT_THAT(server.Handle(ConfigFetch("D1")).body, testing::Not(HasSubstr("\"Upload\"")));
+        EXPECT_THAT(server.Handle(ConfigFetch("D2")).body, HasSubstr("\"Upload\""));
+        fs::remove_all(temporary / "served/uploads");
     }
 }
 
@@ -154,6 +160,7 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
         request.position = position;
         request.part = part;
         request.sha1 = Sha1Text(part);
+        request.isIntact = true;
         Problems problems;
         const Uploads::Outcome outcome = uploads.Take(request, problems);
         return std::to_string(outcome.next) + (outcome.isWhole ? " whole" : "") + "|" + outcome.refusal + "|" +
@@ -169,7 +176,7 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
     EXPECT_THAT(take(6, "78"), HasSubstr("only 4 bytes have come"));
     EXPECT_THAT(take(4, "56789"), HasSubstr("longer than what is left"));
     EXPECT_THAT(take(8, "9"), HasSubstr("behind the end"));
-    EXPECT_THAT(take(4, ""), HasSubstr("part is empty"));
+    EXPECT_THAT(take(4, ""), HasSubstr("has become shorter"));
     const Uploads::Outcome again = uploads.Announce(prepare);
     EXPECT_EQ(again.next, 4);
     EXPECT_THAT(take(4, "5678"), HasSubstr("announced anew"));
@@ -214,7 +221,35 @@ TEST(DevServerUploadTest, WhatBreaksTheProtocolIsReported) {
     const PartRequest wrong = CheckPartRequest(part, SplitTarget(part.target));
     EXPECT_THAT(wrong.problems,
                 Contains("\"part_sha1\" is \"" + Sha1Text("1") + "\"; that of the part is " + Sha1Text("2")));
-    EXPECT_FALSE(wrong.isReadable);
+    EXPECT_FALSE(wrong.isIntact);
+
+    std::string said;
+    ServerOptions options;
+    options.folder = temporary / "served";
+    options.say = [&said](const std::string& line) { said += line + "\n"; };
+    DevServer server(options);
+    std::string error;
+    ASSERT_TRUE(server.Open(error)) << error;
+    Request announcement =
+        Get("/upload/prepareFile?com_params={\"did\":\"D\"}&biz_params={\"upload_id\":\"u\","
+            "\"total_size\":1,\"total_sha1\":\"" +
+            Sha1Text("1") + "\"}");
+    announcement.method = "PUT";
+    Json::Value answer;
+    ASSERT_TRUE(ReadStrictly(server.Handle(announcement).body, answer, error)) << error;
+    const std::string url = answer["biz_data"]["upload_url"].asString();
+    part.target = url.substr(std::min(url.find("/upload"), url.size()));
+    for (int i = 1; i <= 4; ++i)
+        EXPECT_THAT(server.Handle(part).body, HasSubstr("is not that of the part"));
+    EXPECT_THAT(said, testing::Not(HasSubstr("this is try")));
+    server.Handle(part);
+    EXPECT_THAT(said, HasSubstr("this is try 5 of the part from 0"));
+    EXPECT_THAT(FilesIn(temporary / "served/uploads/D/u"), ElementsAre("upload.json"));
+    const size_t partSha1 = part.body.find(Sha1Text("1"));
+    part.body.erase(part.body.find("2\r\n-----", partSha1 + 40), 1).erase(partSha1, 40);
+    server.Handle(part);
+    EXPECT_THAT(said, HasSubstr("the file is gone from the device"));
+    EXPECT_THAT(said, testing::Not(HasSubstr("had other bytes")));
 }
 
 // A device is in the middle of a request as long as nobody reads the pipe in its file's place.
@@ -231,6 +266,7 @@ TEST(DevServerUploadTest, OneDevicesRequestsHoldUpNobodyElses) {
         part.upload = uploads.Announce(prepare).upload;
         part.part = "1";
         part.sha1 = prepare.totalSha1;
+        part.isIntact = true;
         afterAnnouncement();
         Problems problems;
         return uploads.Take(part, problems).isWhole;
