@@ -237,7 +237,9 @@ TEST_F(FileUploaderTest, KeepsTheZipOfAFailureAndIsClosedAfterFiveAttempts) {
     const auto network = FakeReachability::Install();
     settings.Set("Upload", "manual_upload", "1");
     network->flags = FakeReachability::kCellular;
-    EXPECT_THAT(Order("/logs", "^a", "id"), Contains("Info do not upload because not wifi"));
+    EXPECT_THAT(Order("/logs", "^a", "id"),
+                testing::IsSupersetOf(
+                    {"Info only upload by wifi(isManualUpload/isWifiUpload)", "Info do not upload because not wifi"}));
     EXPECT_TRUE(journal.empty());
     network->flags = FakeReachability::kWifi;
 
@@ -351,9 +353,14 @@ TEST_F(FileUploaderTest, EndsASearchThatCostsTooMuch) {
     }
     EXPECT_THAT(Order("/logs", repeat("|", 100'000), "bars"),
                 Contains(ended + "10000 matches: the order asks for too much"));
-    // A pattern that costs its whole share with one name is not tried with the others.
+    // A pattern that costs its whole share with one name fits others, and after ten such names is not tried again.
     WriteFile(home + "/logs/" + std::string(60, '0'), "");
-    EXPECT_THAT(Order(repeat("/logs|", 600), ".*.*.*.*.*.*x|^a", "logs"), Contains("Info total match 600 files."));
+    EXPECT_THAT(Order("/logs", ".*.*.*.*.*.*g$", "costly"), Contains("Info fileName a.log match "));
+    Names told;
+    for (const std::string& line : Order(repeat("/logs|", 600), ".*.*.*.*.*.*q|^a", "logs"))
+        if (line.starts_with("Error ") || line.starts_with("Info total")) told.push_back(line);
+    EXPECT_THAT(told, ElementsAre("Error filePattern .*.*.*.*.*.*q is given up: it takes too many steps",
+                                  "Info total match 600 files."));
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 namespace OrvaneTest {
 namespace {
 
-constexpr char kInitMissing[] = "the game's log is not kept";
+constexpr char kInitMissing[] = "the game's log is not kept: orvane_log_init";
 constexpr char kLaunchMissing[] = "the game's log waits in memory";
 
 class GameLogState : public LoggerTest {

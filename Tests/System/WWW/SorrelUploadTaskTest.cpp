@@ -207,12 +207,16 @@ TEST_F(SorrelUploadTaskTest, EndsAsTheModelSaysWhateverTheServerDoes) {
 
 TEST_F(SorrelUploadTaskTest, TellsTheConsoleWhyARequestFails) {
     const struct {
-        const char *fault, *prepare, *part;
+        std::string fault;
+        const char *prepare, *part;
     } cases[] = {
         {"status 500", "preparefile http error code 500", "uploadPart http error code 500"},
         {"close", "preparefile error code-1005, err", "uploadPart error code-1005, err"},
         {"", "preparefile data is nill", "uploadPart data is nill"},
         {"{\"ret\":0,", "preparefile decodejson err ret err ", "uploadPart decodejson err ret err "},
+        {"{\"ret\":0,\"x\":\"" + std::string(64 << 10, 'x') + "\"}",
+         "preparefile decodejson err ret err it is far too long",
+         "uploadPart decodejson err ret err it is far too long"},
         {R"({"ret":7,"err":"full"})", "preparefile server errer ret 7, err (null)",
          "uploadPart server err ret 7, err full"},
     };

@@ -41,6 +41,8 @@ constexpr long long kStepsOfFolder = 10'000;
 constexpr long long kStepsOfEntry = 2'000;
 constexpr long long kStepsOfLine = 500;
 constexpr size_t kMostMatches = 10'000;
+// A pattern that has been too costly for so many names is not tried again.
+constexpr int kMostCostlyNames = 10;
 // What the zip takes in: the time that it takes and the disk that it fills. Without it one file that 10,000 patterns
 // match would go in as often as that.
 constexpr long long kMostZippedBytes = 1LL << 30;
@@ -104,17 +106,18 @@ public:
 private:
     struct Pattern {
         std::string text;
-        bool isTooCostly = false;  // it has been once, and is not tried again
+        int costlyNames = 0;
     };
 
     bool Matches(Pattern& pattern, const std::string& name) {
-        if (pattern.isTooCostly) return false;
+        if (pattern.costlyNames == kMostCostlyNames) return false;
         const long long share = std::min(kStepsOfMatch, _stepsLeft);
         long long steps = share;
         const int result = Quern::slre_match_bounded(pattern.text.c_str(), name.c_str(), static_cast<int>(name.size()),
                                                      Quern::kSlreIgnoreCase, steps);
         Spend(share - steps);
-        pattern.isTooCostly = steps == 0;
+        if (steps == 0 && ++pattern.costlyNames == kMostCostlyNames)
+            ORVANE_LOG_ERROR("filePattern %s is given up: it takes too many steps", pattern.text.c_str());
         return result >= 0;
     }
 

@@ -18,12 +18,19 @@
 namespace Quern {
 namespace {
 
+// A regular file that has no second name becomes empty, and its owner's alone.
+bool MakePrivate(int descriptor) {
+    struct stat status;
+    if (fstat(descriptor, &status) != 0) return false;
+    if (!S_ISREG(status.st_mode)) return true;
+    return status.st_nlink == 1 && fchmod(descriptor, 0600) == 0 && ftruncate(descriptor, 0) == 0;
+}
+
 // minizip would open with fopen, which follows links and lets everybody read.
 void* OpenPrivately(void*, const void* path, int) {
-    const int descriptor =
-        open(static_cast<const char*>(path), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600);
+    const int descriptor = open(static_cast<const char*>(path), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor < 0) return nullptr;
-    FILE* const stream = fdopen(descriptor, "wb+");
+    FILE* const stream = MakePrivate(descriptor) ? fdopen(descriptor, "wb+") : nullptr;
     if (!stream) close(descriptor);
     return stream;
 }

@@ -144,7 +144,7 @@ void OrvaneSorrelUploadTask::upload_withFilePath_withPartSize_uploadUrl(const st
             Quern::set_thread_name("SorrelUpload");
             self->uploadInner();
         }).detach();
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {  // the system gives no thread, or there is no memory
         hasThread = false;
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -197,7 +197,8 @@ void OrvaneSorrelUploadTask::uploadPart_withStartPos_withRetry(const std::string
     PlatformLog("url is %s, startPos is %lld, retryCount %d", url.c_str(), startPos, retry);
     const long long total = fileSizeAtPath(_filePath);
     std::string body;
-    if (!BuildPart(startPos, total, body)) return Deliver(kPartFailed);  // no memory: nor at the next attempt
+    if (!BuildPart(startPos, total, body))  // no memory is a failed attempt
+        return retry >= 1 ? uploadPart_withStartPos_withRetry(url, startPos, retry - 1) : Deliver(kPartFailed);
     Send(SorrelUploadProtocol::PartBody::Request(url, std::move(body)),
          [self = shared_from_this(), url, startPos, retry, total](const UrlResult& result) {
              const Result outcome = self->Sent(result, total);

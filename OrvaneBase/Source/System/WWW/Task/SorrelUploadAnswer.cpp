@@ -8,6 +8,9 @@
 
 namespace {
 
+// Far more than an answer needs. What the JSON library makes of a long one takes fifty times its room.
+constexpr size_t kLongestAnswer = 64 << 10;
+
 void Require(bool condition, const char* problem) {
     if (!condition) throw std::invalid_argument(problem);
 }
@@ -28,6 +31,7 @@ Json::Value Parse(std::string_view text) {
 
 bool SorrelUploadAnswer::Read(std::string_view text, std::string& error) {
     try {
+        Require(text.size() <= kLongestAnswer, "it is far too long");
         const Json::Value root = Parse(text);
         const Json::Value& code = root["ret"];
         Require(!root.isMember("ret") || code.isInt(), "\"ret\" is no 32-bit integer");

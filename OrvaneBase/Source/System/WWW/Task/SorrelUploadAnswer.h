@@ -15,8 +15,8 @@ struct SorrelUploadAnswer {
     long long nextPos = 0;  // where it begins, not negative; likewise
 
     // Reads an answer: one object by the letter of JSON. A missing "ret" counts as 0; with 0 "upload_url" must be a
-    // text and "next_pos" a whole number of 64 bits, not negative. False, and why in `error`, if it is none; nothing
-    // throws. Any thread.
+    // text and "next_pos" a whole number of 64 bits, not negative. More than 64 KB are none, and are not parsed. False,
+    // and why in `error`, if it is none; nothing throws. Any thread.
     bool Read(std::string_view text, std::string& error);
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <new>
@@ -78,8 +79,10 @@ bool IsFileName(const std::string& name) {
 
 // Whether something lies there that is no stock, which would be lost.
 bool HoldsSomethingElse(const AString& path) {
+    std::error_code error;
+    if (!std::filesystem::exists(path.c_str(), error)) return false;
     std::ifstream file(path.c_str(), std::ios::binary);
-    if (!file) return CFile::Exist(path.c_str());
+    if (!file || !std::filesystem::is_regular_file(path.c_str(), error)) return true;
     std::string text(static_cast<size_t>(kLargestTraceIdStore) + 1, '\0');
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<size_t>(file.gcount()));
