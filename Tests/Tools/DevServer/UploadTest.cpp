@@ -78,6 +78,7 @@ TEST(DevServerUploadTest, IsResumedKeptUnpackedAndTakenBackThroughAllFaults) {
     const std::pair<const char*, int> cases[] = {{"", 0},
                                                  {"upload:+1:500:json", 2},
                                                  {"upload:+1:ret:5", 1},
+                                                 {"upload:+1:big:100000", 2},
                                                  {"upload:+1:ret:-5", 2},
                                                  {"upload:+2:500\nupload:+3:empty\nupload:+4:hostile:pos-negative", 0},
                                                  {"upload:+3-6:{}", 3},
