@@ -26,13 +26,16 @@ constexpr uint64_t kMostDelay = 600;    // microseconds, behind the moment that 
 constexpr uint32_t kNearFlush = 45000;  // bytes of block; from 51200 on it is flushed
 constexpr size_t kWatched = 4096;
 
-// The header of the block, as the mapping shows it to whoever else maps the file.
+// The header of the block, as the mapping shows it to whoever else maps the file. A host that was killed before it gave
+// the file its length leaves an empty one, in which a read would be a bus error: that one is not opened.
 class BlockWatch {
 public:
     explicit BlockWatch(const std::filesystem::path& file) {
         const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
         void* memory = MAP_FAILED;
-        if (descriptor >= 0) memory = mmap(nullptr, kWatched, PROT_READ, MAP_SHARED, descriptor, 0);
+        struct stat status;
+        if (descriptor >= 0 && fstat(descriptor, &status) == 0 && static_cast<size_t>(status.st_size) >= kWatched)
+            memory = mmap(nullptr, kWatched, PROT_READ, MAP_SHARED, descriptor, 0);
         if (descriptor >= 0) close(descriptor);
         if (memory != MAP_FAILED) _memory = static_cast<const volatile uint8_t*>(memory);
     }
