@@ -15,11 +15,16 @@ class OrvaneCoreReportSerivce final : public ICoreReportService {
 public:
     // Made at the first call, by whichever thread.
     static OrvaneCoreReportSerivce* GetInstance();
+    // No thread may be in one of its operations. Events stay valid: they are the data plugin's.
     static void ReleaseInstance();
 
-    const char* GetName() const override;
-    const char* GetPluginName() const override;
+    const char* GetName() const override;        // "COREREPORT"
+    const char* GetPluginName() const override;  // "OrvaneCore"
+    // `dataType` is a bit set: an event with the bit of value 2 always passes, another one if the setting
+    // "ReportDataType" shares a bit with it. Null for an event that does not pass, for a null name, and if the data
+    // plugin is missing or makes none. Without a login the event only lacks the account's fields.
     IEvent* CreateEvent(int dataType, int srcID, const char* eventName) override;
+    // The data plugin clears the caller's pointer. Without that plugin nothing happens, and the pointer stays.
     void DestroyEvent(IEvent** event) override;
 
 private:
