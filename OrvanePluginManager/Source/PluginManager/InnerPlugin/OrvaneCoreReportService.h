@@ -37,8 +37,8 @@ private:
     std::atomic<int> _reportDataType{-1};
 };
 
-// The data plugin's service "REPORT". Null if the plugin or the service is missing, and then says which one in the log:
-// the plugin by this line. Without a line it says nothing.
+// The data plugin's service "REPORT"; null if the plugin or the service is missing. The log is then told which one: a
+// missing plugin by the given line, a missing service by a line of its own. With a null line this says nothing.
 IReportService* FindReportService(const char* missingPluginLine = nullptr);
 
 }  // namespace Orvane::Plugin
