@@ -40,7 +40,7 @@ public:
     // before the block is emptied.
     void Flush(AutoBuffer& out);
 
-    // LogCrypt's, under the name by which readers of files know it.
+    // As LogCrypt::GetPeriodLogs.
     static bool GetPeriodLogs(const char* path, int beginHour, int endHour, unsigned long& beginPos,
                               unsigned long& endPos, std::string& error);
 
