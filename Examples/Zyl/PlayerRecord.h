@@ -14,6 +14,7 @@
 
 namespace Example {
 
+// The two operations of its XML form are in PlayerRecordXml.cpp, all others in PlayerRecord.cpp.
 class PlayerRecord : public GeneratedObject {
 public:
     static constexpr unsigned int kBaseVersion = 2;

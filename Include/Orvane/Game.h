@@ -31,8 +31,7 @@ typedef enum orvane_log_state {
     kOrvaneLogNotKept = 0,
     /// It waits in memory, and is lost if the process dies: the modes 1 and 2 before the launch or in the background.
     /// At most 1000 lines wait, and reach the log with the first line that is logged in the foreground; further ones
-    /// are
-    /// on the console alone.
+    /// are on the console alone.
     kOrvaneLogWaits = 1,
     /// It reaches the file, but the newest lines are lost if the process is killed: mode 0, the default, or a device on
     /// which no file can be mapped.

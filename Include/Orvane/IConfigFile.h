@@ -81,8 +81,7 @@ class IConfigFileService : public Plugin::IPluginService {
 public:
     /// \param name the file's, without ".config"; null and "Orvane" mean the default file. It is a part of a path.
     /// \return a new object, which the caller owns and gives back to DeleteConfigFile. Never null: where the platform
-    /// cannot say where
-    ///         the cache folder is, the process ends, after a log line.
+    ///         cannot say where the cache folder is, the process ends, after a log line.
     virtual IConfigFile* NewConfigFile(const char* name) = 0;
     /// Deletes the object and clears the pointer; does nothing for a null of either. The object of GetDefaultConfigFile
     /// stays, and only the pointer is cleared.

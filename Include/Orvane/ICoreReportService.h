@@ -10,8 +10,7 @@
 namespace Orvane {
 namespace Plugin {
 
-/// Makes events of the data plugin, subject to the data-type rule, with the account's fields on them. Any thread, once
-/// the launch is over: plugins are looked up in a registry that is not locked and rests from then on.
+/// Makes events of the data plugin, subject to the data-type rule, with the account's fields on them. Any thread.
 class ICoreReportService : public IPluginService {
 public:
     /// \param dataType bit set of data types. Bit value 2 always passes; the others pass when the setting

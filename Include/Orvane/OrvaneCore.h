@@ -34,7 +34,8 @@ typedef struct orvane_config_file orvane_config_file;
 
 /// "1.5.11.2664"
 ORVANE_EXPORT const char* orvanecore_get_version(void);
-/// The source revision of the build: 40 lower-case hexadecimal digits.
+/// The source revision of the build: 40 lower-case hexadecimal digits. All are zero if the sources came neither from a
+/// git checkout nor from an archive that git made.
 ORVANE_EXPORT const char* orvanecore_get_version_hash(void);
 /// "ORVANE_VERSION_ORVANECORE_1.5.11.2664"
 ORVANE_EXPORT const char* orvanecore_get_orvane_version_string(void);
@@ -193,8 +194,8 @@ ORVANE_EXPORT int Quern_system_CheckPermission(int permission);
 /// Writes the trace id of this run of the process, as a rule 32 characters, and fills the buffer with zeros.
 /// \return false, and nothing written, if `size` bytes do not hold the text and its terminator; true for the empty text
 ORVANE_EXPORT bool orvanecore_onetrace_GetTraceId(char* value, int size);
-/// Makes a span and writes its text, as a rule 58 characters, 47 for a root. Every span
-/// ends with a SpanFinish, else it stays in memory; so does one whose text the buffer does not hold.
+/// Makes a span and writes its text, as a rule 58 characters, 47 for a root. Every span ends with a SpanFinish, else it
+/// stays in memory; so does one whose text the buffer does not hold.
 /// \param parentContext the text of the span above it; null for a root
 /// \param privateType the game's own kind of a span; null is "0"
 /// \return as above

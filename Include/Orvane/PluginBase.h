@@ -13,8 +13,9 @@
 namespace Orvane {
 namespace Plugin {
 
-/// Finds the process's plugin manager through the run-time class "PluginUtilsWrapper".
-/// \return null in a process where no host is loaded. Never owned by the caller.
+/// Finds the process's plugin manager through the run-time class "PluginUtilsWrapper", and says on the console what it
+/// has found. Any thread.
+/// \return null in a process where no host is loaded. Owned by the host, and valid as long as the process lives.
 inline IPluginManager* gs_GetOrvanePluginManager() {
     IPluginManager* manager = nullptr;
     orvane_object* wrapper = orvane_object_create(orvane_class_lookup("PluginUtilsWrapper"));
@@ -27,10 +28,15 @@ inline IPluginManager* gs_GetOrvanePluginManager() {
 }
 
 /// A plugin derives from this, calls GetCachePluginManager and then RegisterPlugin, as a rule from an initialiser that
-/// runs while its library loads.
+/// runs while its library loads. That has to happen before the application's launch: a plugin that registers later is
+/// found by name, but the walks that are over do not visit it.
+///
+/// The host keeps the bare pointer and never deletes it. So a plugin is made with `new` and left, and its library is
+/// linked with -z nodelete; one that has to go calls IPluginManager::Uninstall first.
 class PluginBase : public IPlugin {
 public:
-    /// Looks the manager up unless it is cached already. Any thread: all find the same one.
+    /// Looks the manager up unless it is cached already. Any thread: all find the same one. Without a host nothing is
+    /// cached, and the next call looks again.
     void GetCachePluginManager() {
         if (!GetPluginManager()) _pluginManager.store(gs_GetOrvanePluginManager(), std::memory_order_release);
     }
@@ -39,7 +45,10 @@ public:
     ///         Any thread.
     IPluginManager* GetPluginManager() const { return _pluginManager.load(std::memory_order_acquire); }
 
-    /// Installs a plugin (as a rule `this`) in the cached manager. Does nothing, silently, without a cached manager.
+    /// Installs a plugin (as a rule `this`) in the cached manager. Calls its GetName and GetVersion and no more; the
+    /// stages come with the launch. Any thread. A null is told on the console. Without a cached manager it does
+    /// nothing, silently, so that a plugin does no harm in a process that has no host.
+    /// \param plugin stays the caller's, and must outlive its time in the registry
     void RegisterPlugin(IPlugin* plugin) {
         if (!plugin) {
             orvane_console_log("PluginBase::RegisterPlugin plugin is null");
