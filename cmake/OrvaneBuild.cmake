@@ -53,21 +53,28 @@ function(orvane_precompile_standard_headers target)
   endif()
 endfunction()
 
-# The revision that orvanecore_get_version_hash gives: that of the checkout, else (a source archive) that of its file.
+# The revision that orvanecore_get_version_hash gives: that of the checkout, else (a source archive, into which git writes
+# it) that of the file REVISION. The next build after a commit configures anew.
 function(orvane_source_revision out)
   set(revision "")
   find_package(Git QUIET)
   if(Git_FOUND AND EXISTS ${PROJECT_SOURCE_DIR}/.git)
     execute_process(COMMAND ${GIT_EXECUTABLE} rev-parse HEAD WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
                     OUTPUT_VARIABLE revision OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+    execute_process(COMMAND ${GIT_EXECUTABLE} rev-parse --git-path logs/HEAD WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+                    OUTPUT_VARIABLE head_log OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+    get_filename_component(head_log "${head_log}" ABSOLUTE BASE_DIR ${PROJECT_SOURCE_DIR})
+    if(EXISTS "${head_log}" AND NOT IS_DIRECTORY "${head_log}")
+      set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${head_log}")
+    endif()
   endif()
   if(NOT revision MATCHES "^[0-9a-f]+$" AND EXISTS ${PROJECT_SOURCE_DIR}/REVISION)
     file(STRINGS ${PROJECT_SOURCE_DIR}/REVISION revision LIMIT_COUNT 1)
   endif()
   string(LENGTH "${revision}" length)
-  if(NOT length EQUAL 40)
-    message(WARNING "This is no git checkout (or git does not trust its owner), and there is no file REVISION of 40 "
-                    "hexadecimal digits: orvanecore_get_version_hash() will give forty zeros")
+  if(NOT length EQUAL 40 OR NOT revision MATCHES "^[0-9a-f]+$")
+    message(WARNING "Neither git (is this a checkout, and does git trust its owner?) nor the file REVISION of a source archive "
+                    "tells the revision: orvanecore_get_version_hash() will give forty zeros")
     set(revision 0000000000000000000000000000000000000000)
   endif()
   set(${out} ${revision} PARENT_SCOPE)
