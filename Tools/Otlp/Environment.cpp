@@ -94,11 +94,6 @@ public:
         ReadResource();
         ReadSignal("TRACES", "v1/traces", base, _settings.traces);
         ReadSignal("LOGS", "v1/logs", base, _settings.logs);
-        // Said where it matters: not to whoever has no endpoint.
-        if (!_settings.traces.IsSet() && !_settings.logs.IsSet()) return;
-        const std::string protocol = Value("OTEL_EXPORTER_OTLP_PROTOCOL");
-        if (!protocol.empty() && protocol != "http/json")
-            Problem("OTEL_EXPORTER_OTLP_PROTOCOL", protocol, "only http/json is spoken");
     }
 
 private:
@@ -153,9 +148,15 @@ private:
             const size_t end = std::min(value.find_first_of("?#"), value.size());
             endpoint.url.insert(end, (value[end - 1] == '/' ? "" : "/") + path);
         }
+        CheckProtocol(signal);
         ReadHeaders(signal, endpoint);
         ReadTimeout(signal, endpoint);
         ReadCompression(signal, endpoint);
+    }
+
+    void CheckProtocol(const std::string& signal) {
+        const auto [name, value] = OfSignal(signal, "PROTOCOL");
+        if (!value.empty() && value != "http/json") Problem(name, value, "only http/json is spoken");
     }
 
     void ReadHeaders(const std::string& signal, Endpoint& endpoint) {

@@ -23,8 +23,10 @@ struct Endpoint {
 struct Settings {
     Endpoint traces;
     Endpoint logs;
-    Attributes resource;                // of whom the records tell
-    std::vector<std::string> problems;  // what was set and makes no sense; such a variable counts as not set
+    Attributes resource;  // of whom the records tell
+    // What was set and makes no sense; such a variable counts as not set. So does another OTEL_EXPORTER_OTLP_PROTOCOL,
+    // or a signal's own, than http/json, which is the only one that is spoken.
+    std::vector<std::string> problems;
 };
 
 // Gives the value of a variable, or null.

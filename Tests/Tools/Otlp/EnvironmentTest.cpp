@@ -36,6 +36,10 @@ TEST(OtlpEnvironment, EndpointsAreFoundAsPublished) {
         {{{all, "http://h"}, {"SDK_DISABLED", "TRUE"}}, "", "", 0},
         {{{all, "http://h"}, {"SDK_DISABLED", "1"}}, "http://h/v1/traces", "http://h/v1/logs", 1},
         {{{all, "http://h"}, {"EXPORTER_OTLP_PROTOCOL", "grpc"}}, "http://h/v1/traces", "http://h/v1/logs", 1},
+        {{{traces, "http://t"}, {"EXPORTER_OTLP_TRACES_PROTOCOL", "grpc"}, {"EXPORTER_OTLP_LOGS_PROTOCOL", "grpc"}},
+         "http://t",
+         "",
+         1},
     };
     for (const auto& one : cases) {
         const Settings settings = Read(one.variables);
