@@ -1,4 +1,5 @@
-// Measures one thing against a floor or a peer in the same run, on a machine that may be noisy.
+// Measures one thing against a floor, the least that the work can cost, or a peer, another library that does it, in the
+// same run, on a machine that may be noisy.
 #ifndef ORVANE_BENCHMARKS_SUPPORT_RATIO_H
 #define ORVANE_BENCHMARKS_SUPPORT_RATIO_H
 

@@ -151,7 +151,7 @@ Of "explain"
 
 The key of an enciphered file, the first of these that is given
   --key HEX                    the 16-byte key, 32 hexadecimal digits
-  --private-key FILE           the private key of the peer that the file was written for, 64 hexadecimal digits
+  --private-key FILE           the deployment's private key, for which the file was written, 64 hexadecimal digits
   --home DIR                   the keychain of that application's container; if nothing is given, of the container that
                                FILE lies in
   --name NAME                  what the keychain calls the file, if it has another name by now: "Orvane.config"
