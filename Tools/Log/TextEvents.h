@@ -12,13 +12,14 @@
 
 namespace OrvaneLog {
 
-// One source's text; the next source gets an object of its own, since a line may not continue across files. Main
+// Takes one source's text. The next source gets an object of its own, since a line may not continue across files. One
 // thread.
 class TextEvents : public ReadEvents {
 public:
-    // Text goes on untouched.
+    // Text goes on untouched. The output is borrowed.
     explicit TextEvents(Output& output) : _output(&output) {}
-    // Entries that `filter` lets pass are printed. `plainFile`: the source holds lines as they are.
+    // Entries that `filter` lets pass are printed. The printer and the filter's options are borrowed. `sourceModule`:
+    // the module that the file's name tells. `plainFile`: the source holds lines as they are.
     TextEvents(Printer& printer, const FilterOptions& filter, std::string sourceModule, bool plainFile);
 
     void OnText(std::string_view piece) override;
@@ -32,6 +33,7 @@ public:
     void Pause();
 
 private:
+    // The way through filter and printer. On the heap, since the splitter's callback points back at it.
     struct Entries {
         Entries(Printer& printer, const FilterOptions& options, std::string sourceModule, bool plainFile);
         Printer& printer;
@@ -39,9 +41,9 @@ private:
         EntrySplitter splitter;
     };
 
-    Output* _output = nullptr;
-    std::unique_ptr<Entries> _entries;
-    char _last = '\n';
+    Output* _output = nullptr;          // or null, and then there are _entries
+    std::unique_ptr<Entries> _entries;  // null where text goes on untouched
+    char _last = '\n';                  // of the text taken so far
 };
 
 }  // namespace OrvaneLog
