@@ -11,6 +11,7 @@
 
 namespace OrvaneNet {
 
+// Exit statuses, part of the command's interface; the help text tells when each applies.
 enum ExitStatus { kDone = 0, kNoAnswer = 1, kWrongUse = 2 };
 
 // The library logs to standard error until a game starts its log: this sends those lines nowhere, and keeps a way to

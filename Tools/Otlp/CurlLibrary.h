@@ -11,6 +11,7 @@
 
 namespace OrvaneOtlp {
 
+// The functions that the sender uses, each under its own name without "curl_". Valid once Open gave true.
 struct CurlLibrary {
     decltype(&::curl_global_init) globalInit;
     decltype(&::curl_easy_init) easyInit;
@@ -29,7 +30,8 @@ struct CurlLibrary {
     decltype(&::curl_multi_info_read) multiInfoRead;
     decltype(&::curl_multi_cleanup) multiCleanup;
 
-    // Any thread. False, and why in `problem`, if there is no such library. It stays for the life of the process.
+    // Opens "libcurl.so.4", finds the functions and starts the library. Any thread. False, and why in `problem`, if
+    // there is no such library or it lacks one of them. It stays loaded for the life of the process.
     bool Open(std::string& problem);
 };
 
