@@ -62,8 +62,8 @@ private:
     GameLogger& _logger;
     LineFeed& _feed;
     std::unique_ptr<StageObserver> _stages;  // made anew by "release", which drops all observers
-    Clock::time_point _sleepsUntil{};
-    unsigned _lineNumber = 0;  // of the line being performed, from 1
+    Clock::time_point _sleepsUntil{};        // in the past if nothing sleeps
+    unsigned _lineNumber = 0;                // of the line being performed, from 1
     bool _failed = false;
     bool _quit = false;
     bool _loadStarted = false;  // a second "launch" starts no second load

@@ -11,7 +11,8 @@ namespace OrvaneHost {
 
 struct Options;
 
-// Gives the logger its name. It takes no part in the lifecycle: it is never installed in the manager.
+// Gives the logger its name. It takes no part in the lifecycle: it is never installed in the manager, so none of its
+// stages is ever called, and it offers no service.
 class GameModule final : public Orvane::Plugin::PluginBase {
 public:
     explicit GameModule(std::string name) : _name(std::move(name)) {}

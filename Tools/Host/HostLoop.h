@@ -28,8 +28,8 @@ private:
     // Waits for the next thing to do, for as long as it takes, and does it.
     void Wait();
 
-    int _input;
-    int _signals;
+    int _input;    // the script's descriptor
+    int _signals;  // readable once the host is asked to stop
     EventScript& _script;
     LineFeed& _feed;
     LineReader _lines;

@@ -30,15 +30,16 @@ public:
     // Stops and joins.
     ~LineFeed();
 
-    // Feeds the lines of the source from a new thread, as that thread number, with numbers from `firstSequence` on.
+    // Feeds the lines of the source from a new thread, as that thread number, with numbers from `firstSequence` on. The
+    // feed ends with its source, or by Stop. The source is owned by the feed.
     void Start(unsigned thread, uint64_t firstSequence, LineSource source);
     // Whether a feed of that thread number has not ended yet.
     bool IsRunning(unsigned thread) const;
     bool IsAnyRunning() const;
-    // Becomes readable when a feed has ended; ClearEnded forgets such feeds and makes it unreadable again.
+    // Becomes readable when a feed has ended; ClearEnded joins such feeds and makes it unreadable again. Owned here.
     int EndedDescriptor() const { return _ended; }
     void ClearEnded();
-    // Ends every feed after the line it is at, and waits for that.
+    // Ends every feed after the line it is at, and waits for that. A feed that is started afterwards logs nothing.
     void Stop();
 
 private:

@@ -30,7 +30,7 @@ public:
     int Error() const { return _error; }
 
 protected:
-    int _error = 0;
+    int _error = 0;  // set by the source whose read fails
 };
 
 // A file that can be read at any offset. Never mapped: a file cut short under a mapping would kill the reader.

@@ -49,7 +49,7 @@ private:
     void Scan(bool atEnd);
     void Give(std::string_view text);
 
-    std::function<void(const Entry&)> _take;
+    std::function<void(const Entry&)> _take;  // where entries go
     bool _splitGlued;
     std::string _pending;  // begins with the entry that is not complete yet
     size_t _scanned = 0;   // up to here no further entry begins

@@ -25,10 +25,11 @@ public:
     bool IsFoundIn(std::string_view text) const;
 
 private:
+    // Whether the text holds _literal: all that is to be found, or what lets the slow matcher be spared.
     bool HoldsLiteral(std::string_view text) const;
 
     std::string _literal;  // the whole pattern, or text that every match must hold; in lower case if case is ignored
-    bool _ignoreCase = false;
+    bool _ignoreCase = false;               // of ASCII letters
     std::optional<std::regex> _expression;  // nothing if the pattern is plain text
     size_t _matchLength = 0;                // how much of a text is matched
 };

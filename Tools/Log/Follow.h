@@ -25,7 +25,8 @@ public:
     FollowSet(const Arguments& arguments, KeyRing& keys, Report& report, Printer& printer)
         : _arguments(arguments), _keys(keys), _report(report), _printer(printer) {}
 
-    // Whether every path named can be followed; the report says which cannot. A folder may still be empty.
+    // Whether every path named can be followed; the report says which cannot. A folder may still be empty. Call it
+    // before the first Poll.
     bool Check();
     // Looks for new modules, and shows what is new of all.
     void Poll();

@@ -53,7 +53,7 @@ private:
     Report& _report;
     Printer& _printer;
     const FilterOptions& _filter;
-    bool _toldOfKey = false;
+    bool _toldOfKey = false;  // that a key is missing is said once for the module
 
     std::string _path;  // of the file being read; empty before the first
     // What reads that file. What stands below borrows from what stands above, so that all are replaced together.

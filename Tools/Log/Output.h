@@ -18,7 +18,8 @@ public:
     virtual void Flush() {}
 };
 
-// A descriptor, in large writes. A write that fails is remembered, and what comes after it is dropped.
+// A descriptor, in large writes. A write that fails is remembered, and what comes after it is dropped: whoever prints
+// need not look at every write, and asks once at the end.
 class DescriptorOutput : public Output {
 public:
     // Does not own the descriptor. A full pipe is waited for, also where the descriptor does not block.
@@ -27,12 +28,14 @@ public:
     DescriptorOutput(const DescriptorOutput&) = delete;
     DescriptorOutput& operator=(const DescriptorOutput&) = delete;
 
+    // A text that does not fit into what is left of the buffer makes it flush first.
     void Write(std::string_view text) override;
     void Flush() override;
     // The errno of the write that failed, else 0.
     int Error() const { return _error; }
 
 private:
+    // Writes all of it, however many calls that takes, and notes the error that keeps it from that.
     void WriteOut(const char* data, size_t length);
 
     int _descriptor;

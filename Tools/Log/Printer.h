@@ -31,6 +31,7 @@ enum class Look {
 // The entry and a newline. The output is borrowed.
 class TextPrinter : public Printer {
 public:
+    // `look` is for where the output leads: a log may hold what commands a terminal.
     explicit TextPrinter(Output& output, Look look = Look::kAsItStands) : _output(output), _look(look) {}
     void Print(const Entry& entry) override;
 

@@ -10,8 +10,9 @@ namespace OrvaneLog {
 // Drawn at most a few times a second, so that it costs the work nothing. One thread.
 class Progress {
 public:
-    // Does nothing unless `shown`. `total` bytes are expected; 0 if that is not known.
+    // Does nothing unless `shown`. `total` bytes are expected; 0 if that is not known, and then the bar is a count.
     Progress(bool shown, uint64_t total);
+    // Takes the bar off.
     ~Progress() { Clear(); }
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

@@ -45,7 +45,7 @@ private:
     void Walk(const std::string& path, SourceKind kind, ByteSource& source, ReadEvents* events);
 
     const Arguments& _arguments;
-    Look _look;
+    Look _look;  // of text; JSON does not ask for it
     KeyRing& _keys;
     Output& _output;
     Report& _report;

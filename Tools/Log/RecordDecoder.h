@@ -77,9 +77,9 @@ private:
     uint64_t _available = 0;        // bytes behind the header, as far as a block reaches; of torn records and blocks
     uint64_t _tornSize = 0;         // bytes of them that a torn record takes
     std::array<uint8_t, 64> _head;  // the payload's first bytes, as stored
-    size_t _headSize = 0;
-    std::string_view _first;  // the first piece of the text
-    RecordReport _report;
+    size_t _headSize = 0;           // how many of them there are
+    std::string_view _first;        // the first piece of the text; in the window or the reader
+    RecordReport _report;           // of the record that is open
     std::string _why;
     bool _convinces = false;
     uint64_t _work = 0;

@@ -19,7 +19,9 @@ public:
     // Writes the names of the columns: once, before the first source. JSON has none.
     static void WriteHeading(Output& output);
 
+    // Counts the text of the record, or of the source, that is under way.
     void OnText(std::string_view piece) override;
+    // Each writes a row.
     void OnRecordEnd(const RecordReport& record) override;
     void OnSkipped(uint64_t offset, uint64_t size, const std::string& why) override;
     void OnTextRead(uint64_t offset) override { _textRead = offset; }

@@ -16,6 +16,8 @@ public:
     RecordWalk(ByteSource& source, KeyRing& keys, ReadEvents& events)
         : _window(source), _decoder(_window, keys), _events(events) {}
 
+    // Hands out the records up to the end of the source. A record that a growing source does not have whole yet, and
+    // whose header looks right, is waited for.
     void Advance(bool growing) override;
 
 private:

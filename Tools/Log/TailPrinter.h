@@ -16,6 +16,7 @@ public:
     // `next` is borrowed, and gets nothing before Release. `count`: how many entries to keep; 0 for none.
     TailPrinter(Printer& next, size_t count) : _next(next), _count(count) {}
 
+    // Keeps a copy of the entry, or hands it on at once after Release.
     void Print(const Entry& entry) override {
         if (!_holding) {
             _next.Print(entry);

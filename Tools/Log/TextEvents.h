@@ -1,4 +1,5 @@
-// Brings the text of a source to the output: untouched, or entry by entry through filter and printer.
+// Brings the text of a source to the output: untouched, or entry by entry through filter and printer. Text that goes
+// untouched costs no more than its copy, which is what a large log without options asks for.
 #ifndef ORVANE_TOOLS_LOG_TEXT_EVENTS_H
 #define ORVANE_TOOLS_LOG_TEXT_EVENTS_H
 

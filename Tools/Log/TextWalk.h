@@ -13,6 +13,7 @@ class TextWalk : public LogWalk {
 public:
     TextWalk(ByteSource& source, ReadEvents& events) : _window(source), _events(events) {}
 
+    // Hands on all that there is. The last line may lack its newline: whoever takes the text waits for it or not.
     void Advance(bool growing) override;
 
 private:

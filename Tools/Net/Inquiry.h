@@ -21,6 +21,7 @@ public:
     virtual ~Inquiry() = default;
     // Asks. What cannot be asked is done at once, and says why in its text.
     virtual void Start() = 0;
+    // Whether there is something to show: an answer, a failure, or the reason why nothing was asked.
     virtual bool IsDone() const = 0;
     // What came of it; only once it is done. The text is for people, and may lack its last newline.
     virtual Json::Value Json() const = 0;
@@ -28,7 +29,8 @@ public:
     virtual ExitStatus Status() const = 0;
 };
 
-// One for each command. Nothing is sent before Start; `arguments` must outlive the inquiry.
+// One for each command; AskUrl is for "diagnose" alone. Nothing is sent before Start. The texts are copied, and so is
+// what is needed of `arguments`.
 std::unique_ptr<Inquiry> AskState();
 std::unique_ptr<Inquiry> AskPing(const Arguments& arguments, const std::string& host);
 std::unique_ptr<Inquiry> AskTraceroute(const Arguments& arguments, const std::string& host);

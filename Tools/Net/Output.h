@@ -22,6 +22,7 @@ void HideLibraryLines();
 void Say(const std::string& text);
 // The same as it stands: without a newline, for a line that is drawn over.
 void Draw(const std::string& text);
+// Whether standard error is a terminal, so that a line can be drawn over.
 bool CanDraw();
 
 // To standard output, with a newline if there is none.

@@ -21,7 +21,7 @@ public:
     // again. `lock` is held at the call and at the return, and free in between. Time::max() never comes.
     virtual void Wait(std::condition_variable& changed, std::unique_lock<std::mutex>& lock, Time until) = 0;
 
-    // The machine's.
+    // The machine's. One object serves any number of exporters.
     static std::shared_ptr<Clock> Steady();
 };
 

@@ -33,12 +33,13 @@ public:
 
 private:
     struct Entry {
-        Json::Value summary{Json::objectValue};
-        Json::Value modules;  // null if not known
-        Json::Value modulesRuleId, modulesTime;
-        uint64_t seen = 0;  // when, as a count of lines
+        Json::Value summary{Json::objectValue};  // as Devices gives it
+        Json::Value modules;                     // null if not known
+        Json::Value modulesRuleId, modulesTime;  // of the answer that they came with
+        uint64_t seen = 0;                       // when, as a count of lines
     };
 
+    // Both under the lock.
     void TakeFetch(const Json::Value& line, const Json::Value* taken);
     void ForgetOldest();
 
