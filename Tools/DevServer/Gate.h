@@ -1,4 +1,4 @@
-// Where requests wait: for a while, or until they are told to go on. A developer sees so what the game does meanwhile.
+// Where requests wait: for a while, or until they are told to go on, so that a developer sees what the game does then.
 #ifndef ORVANE_TOOLS_DEVSERVER_GATE_H
 #define ORVANE_TOOLS_DEVSERVER_GATE_H
 
