@@ -25,9 +25,9 @@ public:
     };
     // What the ring knows of one public key.
     struct Agreement {
-        bool isPoint = false;               // a public key that is no point of the curve was written by no one
+        bool isPoint = false;               // false: no writer has made this public key
         std::vector<Candidate> candidates;  // in the order in which the keys were added
-        // Once one of them has given what only a log holds the others are dropped.
+        // Whether one of them has given text that only a log holds. It is then the only one.
         bool proven = false;
 
         // Keeps the candidate of that index alone. Of no effect once one is proven.

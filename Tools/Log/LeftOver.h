@@ -16,9 +16,10 @@
 namespace OrvaneLog {
 
 struct LeftOver {
-    // A closed block that had left the mapped file and not, or not all of it, reached its log file; or empty.
+    // A closed block that had left the mapped file and has not wholly reached its log file. Empty if there is none.
     std::vector<uint8_t> staged;
-    // The file that ends in a part of it, which begins there; or empty. That part is of no use beside the whole.
+    // The log file that ends in a part of that block, and the offset of the part. Empty if none does. The part is of no
+    // use beside the whole block.
     std::string tornFile;
     uint64_t tornFrom = 0;
     std::vector<uint8_t> block;  // the mapped block, with what the journal beside it puts right

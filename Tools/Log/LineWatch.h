@@ -9,8 +9,9 @@
 
 namespace OrvaneLog {
 
-// There is no checksum over a record, so that damage may inflate to other text. It shows where it moves the ends of
-// lines: each flush stands behind a newline, and where the first line has a head (date, level, module) so has each.
+// A record has no checksum, so damaged bytes may inflate to another text without an error. Such damage shows where it
+// moves the ends of lines: in a sound text each flush stands right behind a newline, and if the first line has a head
+// (date, level, module), each line has one, but for a notice of lost lines.
 class LineWatch {
 public:
     // Starts on another text. Text() and Flush() then tell of it in its order.

@@ -14,7 +14,7 @@
 
 namespace OrvaneLog {
 
-// How a header's claim stands against the bytes around it.
+// How the length that a header claims agrees with the bytes around it.
 enum class Framing {
     kWhole,        // the payload fits, and the end byte stands behind it
     kWholeInRow,   // and behind that the source ends or another record seems to begin

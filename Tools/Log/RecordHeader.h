@@ -14,7 +14,7 @@ namespace LogRecord = Quern::LogRecord;
 
 constexpr size_t kSmallestRecord = LogRecord::kHeaderLength + LogRecord::kTailLength;  // bytes, without a payload
 constexpr size_t kBlockSize = LogRecord::kBlockLength;                                 // bytes of a mapped block
-// A record is put together in a buffer that holds no more than this: a larger length is no length.
+// A writer puts a record together in a buffer of 20 MiB, so a larger length cannot be true.
 constexpr uint32_t kLargestPayload = 20 * 1024 * 1024 - kSmallestRecord;
 
 // The fields as they stand, unchecked: the file is not trusted, and each reader decides what it can bear.
@@ -41,8 +41,7 @@ struct RecordHeader {
     bool IsCompressed() const { return LogRecord::IsCompressed(magic); }
     bool IsEncrypted() const { return magic == LogRecord::kMagicCompressedEncrypted; }
 
-    // Whether the fields that nothing depends on hold what a writer puts there. Four bytes that chance seldom gets
-    // right.
+    // Whether the magic, the number and the hours hold what a writer puts there. Random bytes seldom do.
     bool IsPlausible() const {
         const bool hours = beginHour >= 0 && beginHour < 24 && endHour >= 0 && endHour < 24;
         return LogRecord::IsMagic(magic) && hours && (IsCompressed() ? seq != 0 : seq == 0);

@@ -30,7 +30,8 @@ public:
 
     // The source is over, or the text so far stands for itself. A line that lacks its newline gets one.
     void End();
-    // As End, if what was taken last is a whole line: for a file that may grow, when it has not for a while.
+    // Does what End does if the text taken last ends with a newline, else nothing. For a file that may grow, and has
+    // not grown for a while.
     void Pause();
 
 private:

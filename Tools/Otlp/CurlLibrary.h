@@ -4,7 +4,7 @@
 #ifndef ORVANE_TOOLS_OTLP_CURL_LIBRARY_H
 #define ORVANE_TOOLS_OTLP_CURL_LIBRARY_H
 
-// Its checks of options by macro name the functions themselves.
+// The header checks the types of options by macros that name the functions, which would link them.
 #define CURL_DISABLE_TYPECHECK
 #include <curl/curl.h>
 

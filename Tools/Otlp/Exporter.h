@@ -21,16 +21,16 @@ namespace OrvaneOtlp {
 
 // Limits and times of an exporter. The defaults suit a game: it drops rather than waits.
 struct ExporterOptions {
-    // Of all items that wait or are under way. One that does not fit any more is dropped.
+    // Bytes of all items that wait or are under way. An item that does not fit is not taken.
     size_t maxBytes = 4u << 20;
-    // A request holds so many items at most, and no further one behind so many bytes of them.
+    // A request takes items until it has this many of them, or this many bytes.
     size_t maxBatchItems = 512;
     size_t maxBatchBytes = 512u << 10;
-    // A batch that is not full goes so long after its first item.
+    // A batch that is not full is sent this long after its first item came.
     std::chrono::milliseconds delay{1000};
-    // A batch that the receiver has not taken for so long is dropped.
+    // A batch is dropped if the receiver has not taken it in this time.
     std::chrono::milliseconds giveUp{300000};
-    // Where it is not 0, the end of the process waits so long for what has not been sent.
+    // The end of the process waits this long for what has not been sent. 0: the exporter takes no part in that end.
     std::chrono::milliseconds exitDeadline{0};
 };
 
@@ -43,8 +43,9 @@ struct ExporterCounts {
     uint64_t overflow = 0;  // items that found no room, and were not taken
 };
 
-// One for each signal and endpoint. An item is the caller's bytes; what they say is told by the encoder, on the
-// sender's thread, so that whoever reports pays for a copy and no more. The thread is started by the first item.
+// One for each signal and endpoint. An item is a string in a form of the caller's own. The encoder makes a request's
+// body of items, on the sender's thread, so that whoever reports an item pays for a copy and no more. The first item
+// starts the thread.
 //
 // A request is tried again after a broken connection, a time-out, and the answers 429, 502, 503 and 504, later each
 // time (RetryDelay.h). Other answers are final.

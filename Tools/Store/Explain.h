@@ -30,8 +30,9 @@ struct Explanation {
     std::vector<ExplainedRead> reads;   // one for each type
 };
 
-// `stored` is the server's kept answer, or null if there is none; `manifest` is the application's. That stays in force,
-// and the console silent, for the process. Each read is given of `defaultText` what is of its type, and else its zero.
+// `stored` is the server's kept answer, or null if there is none; `manifest` is the application's. The manifest stays
+// in force, and the console silent, for the rest of the process. The default of each read is `defaultText` as a value
+// of the read's type: 0, false or "" where it is none.
 Explanation Explain(const Quern::IniText* stored, Quern::InfoValue manifest, const std::string& section,
                     const std::string& key, const std::string& defaultText);
 

@@ -12,8 +12,8 @@
 
 namespace OrvaneDevServer {
 
-// A number that another one follows with each change. Any thread. Whoever waits keeps a thread of the server's: so few
-// may, and each only for a while.
+// Holds a number that becomes another one with each change. Any thread. Whoever waits keeps a thread of the server's:
+// so few may, and each only for a while.
 class Changes {
 public:
     // `folders`: what is in them, and in the folders right in these, may be changed by others; names and times of files

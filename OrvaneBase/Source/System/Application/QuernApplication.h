@@ -14,6 +14,7 @@ namespace Quern {
 // Main thread. An event goes to every observer, in the order of their addition, and what they return is ignored.
 class QuernApplication {
 public:
+    // Made while the library loads; never destroyed.
     static QuernApplication* sharedInstance();
 
     // Observers are not retained and stand once. Null is ignored. Never from inside an event.
@@ -26,6 +27,7 @@ public:
     void* rootVC() const { return _rootVC; }
     void setRootVC(void* controller) { _rootVC = controller; }
 
+    // Each tells its event to the observers; a bool is always true.
     bool handleOpenURL(const char* url);
     void applicationDidEnterBackground(void* application);   // and CApplication::OnPause
     void applicationWillEnterForeground(void* application);  // and CApplication::OnResume
@@ -48,8 +50,8 @@ private:
         foreachObserver([=](QuernApplicationObserver* observer) { (observer->*event)(arguments...); });
     }
 
-    std::vector<UnretainedPointer<QuernApplicationObserver>> _observers;
-    void* _rootVC = nullptr;
+    std::vector<UnretainedPointer<QuernApplicationObserver>> _observers;  // in the order of their addition
+    void* _rootVC = nullptr;                                              // not owned, never looked into
 };
 
 // Makes the shared object. One object of it is made while the library loads.
