@@ -28,8 +28,9 @@ public:
     // Made while the library loads; never destroyed.
     static OrvaneAppLifecycle* sharedInstance();
 
-    // Observers are not retained, hear events in the order of their addition, and stand once. Null, and an object
-    // whose class does not declare the protocol, is ignored. Also while libraries load; never from inside an event.
+    // Observers are not retained, and hear events in the order of their addition, once however often they were added.
+    // Null, and an object whose class does not declare the protocol, is ignored. These may be called while libraries
+    // load, but never from inside an event.
     void addObserver(orvane_object* observer);
     void removeObserver(orvane_object* observer);
     // Calls the block with each observer, in order; an empty block does nothing.
@@ -37,7 +38,7 @@ public:
 
     // kBackground until launch and after entering the background, kActive otherwise. Any thread.
     int innerAppState() const { return _innerAppState.load(std::memory_order_relaxed); }
-    // Whether an observer stands that decides the orientations of a window.
+    // Whether there is an observer that decides the orientations of a window.
     bool hasExtraSupportWindowImplementation();
 
     // Takes any event; the members below are its typed forms. `arguments` has one entry for each colon of the event's

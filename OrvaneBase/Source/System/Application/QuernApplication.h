@@ -17,7 +17,8 @@ public:
     // Made while the library loads; never destroyed.
     static QuernApplication* sharedInstance();
 
-    // Observers are not retained and stand once. Null is ignored. Never from inside an event.
+    // Observers are not retained, and are told once however often they were added. Null is ignored. Never call these
+    // from inside an event.
     void addObserver(QuernApplicationObserver* observer);
     void removeObserver(QuernApplicationObserver* observer);
     // Calls the block with each observer, in order; an empty block does nothing.
