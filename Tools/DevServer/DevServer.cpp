@@ -11,6 +11,7 @@
 #include "DevServer/FaultyAnswer.h"
 #include "DevServer/JsonText.h"
 #include "DevServer/PageGuard.h"
+#include "Orvane/IPluginManager.h"
 
 namespace OrvaneDevServer {
 namespace fs = std::filesystem;
@@ -37,9 +38,10 @@ bool MakeFolder(const std::string& folder, std::string& error) {
         error = folder + ": " + problem.message();
         return false;
     }
-    std::ofstream file(folder + "/modules/OrvaneCore.json");
+    const std::string path = folder + "/modules/" + Orvane::Plugin::kCoreModule + ".json";
+    std::ofstream file(path);
     if (file << kFirstModule << std::flush) return true;
-    error = folder + "/modules/OrvaneCore.json: " + strerror(errno);
+    error = path + ": " + strerror(errno);
     return false;
 }
 

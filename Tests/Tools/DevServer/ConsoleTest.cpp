@@ -171,6 +171,7 @@ TEST_F(ConsoleTest, ReadsEventsAndTheLinesOfUploadsAsData) {
     EXPECT_EQ(upload["files"][0]["name"], "Sample_2026112421.log");
     const std::string lines = "lines?device=D1&folder=42";
     EXPECT_EQ(Read(lines)["total"], 3);  // what follows a line without a head of its own belongs to it
+    EXPECT_EQ(Read(lines)["levels"][4], "Error");
     EXPECT_EQ(Read(lines + "&level=4")["lines"][0]["text"], "<img src=x onerror=alert(1)> \xEF\xBF\xBD");
     EXPECT_EQ(Read(lines + "&text=tWO")["lines"][0]["line"], "7");
     EXPECT_EQ(Read(lines + "&module=Other")["total"], 0);
