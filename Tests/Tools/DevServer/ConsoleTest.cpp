@@ -79,7 +79,10 @@ TEST_F(ConsoleTest, KeepsPagesOfOthersOut) {
     EXPECT_EQ(server->Handle(Get("/_orvane/console/../main.js")).status, 404);
     EXPECT_EQ(server->Handle(Get("/_orvane/console")).status, 302);
     Request typed = Get("/");
-    EXPECT_EQ(server->Handle(typed).status, 404);  // no browser: somebody's broken client
+    const Answer unknown = server->Handle(typed);  // no browser: somebody's broken client, or who looks around
+    EXPECT_EQ(unknown.status, 404);
+    for (const char* path : {"\"/cfgpush/getConfig\"", "\"/traceids\"", "\"/upload/prepareFile\"", "/_orvane/console/"})
+        EXPECT_THAT(unknown.body, HasSubstr(path));
     typed.headers[2].second = "text/html,*/*";
     EXPECT_EQ(server->Handle(typed).status, 302);
 }
