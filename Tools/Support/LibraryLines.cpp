@@ -11,7 +11,8 @@ namespace {
 
 int g_shown = STDERR_FILENO;  // the true one, while lines are held
 
-// Sends standard error into `file`, which it closes. As HideLibraryLines.
+// Sends standard error into `file`, which it closes. As HideLibraryLines. System calls alone: this may run before any
+// library's objects are made.
 int Redirect(int file) {
     int shown = STDERR_FILENO;
     const int kept = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
