@@ -47,10 +47,13 @@ if(ORVANE_SANITIZE)
 endif()
 
 # Reads the headers that nearly every file begins with once for the target, which halves the time of its build: the
-# standard ones, and those of the target's own that are given.
+# standard ones, and those of the target's own that are given. Clang reads each file as it stands, and so finds an include
+# that is missing.
 function(orvane_precompile_standard_headers target)
-  target_precompile_headers(${target} PRIVATE <algorithm> <array> <atomic> <chrono> <condition_variable> <cstring>
-                            <functional> <map> <memory> <mutex> <sstream> <string> <string_view> <thread> <vector> ${ARGN})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    target_precompile_headers(${target} PRIVATE <algorithm> <array> <atomic> <chrono> <condition_variable> <cstring>
+                              <functional> <map> <memory> <mutex> <sstream> <string> <string_view> <thread> <vector> ${ARGN})
+  endif()
 endfunction()
 
 # The revision that orvanecore_get_version_hash gives: that of the checkout, else (a source archive) that of its file.
