@@ -152,6 +152,7 @@ private:
         ReadHeaders(signal, endpoint);
         ReadTimeout(signal, endpoint);
         ReadCompression(signal, endpoint);
+        endpoint.certificate = OfSignal(signal, "CERTIFICATE").second;
     }
 
     void CheckProtocol(const std::string& signal) {
