@@ -80,7 +80,7 @@ async function showState() {
   }
   const now = await status();
   state.className = "state";
-  state.textContent = `live · rule id ${now.rule_id} · ${counted(now.config, "fetch").replace("fetchs", "fetches")}` +
+  state.textContent = `live · rule id ${now.rule_id} · ${counted(now.config, "fetch", "fetches")}` +
     (now.held ? ` · ${now.held} held` : "") + (now.faults.length ? ` · ${counted(now.faults.length, "fault")}` : "");
 }
 
