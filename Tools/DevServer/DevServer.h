@@ -45,7 +45,7 @@ class DevServer {
 public:
     explicit DevServer(ServerOptions options);
 
-    // Opens the folder. Once, before the rest. False, and why in `error`, if it cannot be used.
+    // Opens the folder. Once, before the rest. False, and why in `error`, if it or a key cannot be used.
     bool Open(std::string& error);
 
     // Answers a request, after it has waited if it was ordered to. Nothing throws.
