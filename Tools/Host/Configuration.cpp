@@ -2,21 +2,19 @@
 
 #include "GameLogger.h"
 #include "Orvane/IRemoteConfig.h"
-#include "Orvane/RunTime.h"
 
 namespace OrvaneHost {
 
-void Fetch(const std::string& moduleName) {
+bool Fetch(const std::string& moduleName) {
     GameModule module(moduleName);
     module.GetCachePluginManager();
     using namespace Orvane::Plugin;
     IPluginManager* const manager = module.GetPluginManager();
     IPlugin* const core = manager ? manager->GetPluginByName("OrvaneCore") : nullptr;
     auto* const service = core ? static_cast<IRemoteConfigService*>(core->GetServiceByName("REMOTECONFIG")) : nullptr;
-    if (service)
-        service->GetRemoteConfig(&module)->Fetch();
-    else
-        orvane_console_log("orvane-host: no configuration service yet; it comes with the launch");
+    if (!service) return false;
+    service->GetRemoteConfig(&module)->Fetch();
+    return true;
 }
 
 }  // namespace OrvaneHost

@@ -6,8 +6,8 @@
 
 namespace OrvaneHost {
 
-// Asks the configuration server, as the module of that name; once the library has launched. Main thread.
-void Fetch(const std::string& moduleName);
+// Asks the configuration server, as the module of that name. False before the library has launched. Main thread.
+bool Fetch(const std::string& moduleName);
 
 }  // namespace OrvaneHost
 
