@@ -17,8 +17,9 @@
 
 namespace OrvaneLog {
 
-// Reads the key files of the arguments into the ring. False if one of them is not in order; the report says why.
-bool LoadKeys(const std::vector<std::string>& files, KeyRing& ring, Report& report);
+// Reads the key files into the ring. False if one of them is not in order; the report says why, and that `from`, an
+// option or a variable, named it.
+bool LoadKeys(const std::vector<std::string>& files, const std::string& from, KeyRing& ring, Report& report);
 
 // The printer that the arguments ask for; null where text may go to the output untouched.
 // What it has to say goes to `report`. The arguments, the output and the report are borrowed.
