@@ -6,7 +6,8 @@
 
 namespace OrvaneHost {
 
-// Asks the configuration server, as the module of that name. False before the library has launched. Main thread.
+// Asks the configuration server now, as the module of that name. Does not wait: the answer reaches the observers on a
+// thread of the library's. False before the launch, when there is no such service yet. Main thread.
 bool Fetch(const std::string& moduleName);
 
 }  // namespace OrvaneHost
