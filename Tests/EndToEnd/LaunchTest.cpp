@@ -146,7 +146,7 @@ TEST_F(LaunchTest, GoesOnPastLibrariesThatAreNoPlugins) {
 
     _withPlugins = false;
     const Ending ending = Run("launch\n", {"--plugins", mixed.string()});
-    EXPECT_EQ(ending.exitStatus, 0) << _said;
+    EXPECT_EQ(ending.exitStatus, 1) << "for the file that cannot be opened: " << _said;
     EXPECT_THAT(_said, HasSubstr("cannot open " + (mixed / "libGarbage.so").string() + ": "));
     EXPECT_THAT(_said, HasSubstr("libStranger.so: it registered no plugin"));
     EXPECT_THAT(_said, HasSubstr("libNameless.so: it registered no plugin"));
@@ -172,6 +172,8 @@ TEST_F(LaunchTest, SaysWhatItCannotDo) {
           "HostAppDelegate applicationDidReceiveMemoryWarning:"}) {
         EXPECT_THAT(_said, HasSubstr(text));
     }
+    EXPECT_EQ(Run("fetch\nlaunch\n").exitStatus, 1);
+    EXPECT_THAT(_said, HasSubstr("line 1: no configuration service yet"));
     _withPlugins = false;
     EXPECT_EQ(Run("launch\n", {"--plugins", "/nowhere"}).exitStatus, 1);
     EXPECT_THAT(_said, HasSubstr("cannot read /nowhere"));

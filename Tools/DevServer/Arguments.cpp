@@ -174,7 +174,7 @@ Orders while it runs (each needs a loopback Host, and no web page but its own ma
 
 Exit status
   0  ended by a signal; nothing wrong found
-  1  the folder or the port cannot be had; the lint found faults
+  1  the folder, the port or a key cannot be had; the lint found faults
   2  wrong use
 )";
 

@@ -79,7 +79,8 @@ DevServer::DevServer(ServerOptions options)
 
 bool DevServer::Open(std::string& error) {
     const std::string journal = _options.folder + "/journal.jsonl";
-    if (!MakeFolder(_options.folder, error) || !_journal.Open(journal, error)) return false;
+    if (!_console.CheckKeys(error) || !MakeFolder(_options.folder, error) || !_journal.Open(journal, error))
+        return false;
     _console.ReadJournal(journal);
     const std::lock_guard<std::mutex> guard(_modulesMutex);
     RefreshModules();

@@ -54,7 +54,7 @@ public:
     explicit DevServer(ServerOptions options);
 
     // Opens the folder, reads the modules, and the end of the journal that earlier runs left. Once, before the rest.
-    // False, and why in `error`, if the folder cannot be used or another server has it.
+    // False, and why in `error`, if the folder cannot be used, another server has it, or a key cannot be read.
     bool Open(std::string& error);
 
     // Answers a request, after it has waited if it was ordered to. The request need not outlive the call. Nothing

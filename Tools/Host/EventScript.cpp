@@ -91,13 +91,19 @@ const EventScript::Event EventScript::kEvents[] = {
     {"stop", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnStop(); }},
     {"destroy", false, [](EventScript&, const std::string&) { gs_OrvaneApplicationOnDestroy(); }},
     {"operations", true, [](EventScript& script, const std::string& argument) { script.Operations(argument); }},
-    {"span", true, [](EventScript&, const std::string& words) { TraceSpan(words); }},
+    {"span", true,
+     [](EventScript& script, const std::string& words) {
+         if (!TraceSpan(words)) script.Fail("the span was not traced as told: " + words);
+     }},
     {"network", false, [](EventScript&, const std::string&) { TellNetwork(); }},
     {"modem", true,
      [](EventScript& script, const std::string& words) {
          if (!PlayModem(words)) script.Fail("no such modem: " + words);
      }},
-    {"fetch", false, [](EventScript& script, const std::string&) { Fetch(script._options.module); }},
+    {"fetch", false,
+     [](EventScript& script, const std::string&) {
+         if (!Fetch(script._options.module)) script.Fail("no configuration service yet; it comes with the launch");
+     }},
     {"set-url", true, [](EventScript&, const std::string& url) { orvanecore_configure_seturl(url.c_str()); }},
     {"clear", false, [](EventScript&, const std::string&) { orvanecore_configure_clear(); }},
     {"pre-shutdown", false, [](EventScript&, const std::string&) { PerformPluginUtils("nativePreShutdown"); }},

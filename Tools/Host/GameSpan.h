@@ -7,8 +7,9 @@
 namespace OrvaneHost {
 
 // Traces a span from its start to its end, and says its text and its trace on the console, or that there is no tracing.
-// `words` are its name and its tags, as KEY=VALUE; a word that is no tag is told and left out. Any thread.
-void TraceSpan(const std::string& words);
+// `words` are its name and its tags, as KEY=VALUE. False, and told on the console, if the span has no room for its
+// text, or is without a word that is no tag. Any thread.
+bool TraceSpan(const std::string& words);
 
 }  // namespace OrvaneHost
 

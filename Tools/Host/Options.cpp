@@ -66,8 +66,8 @@ events, one a line; blank lines and lines that begin with # are skipped:
 
 The end of the events ends the host; with a load running, the end of the load does. SIGTERM and SIGINT end it in
 order: the application will terminate, pre-shutdown, shutdown. Exit status: 0; 1 for a folder, script or manifest that
-cannot be read, and at the end if there was an event that was not understood or could not be performed; 2 for a wrong
-command line.
+cannot be read, and at the end if a library of --plugins could not be opened, or if there was an event that was not
+understood or could not be performed; 2 for a wrong command line.
 )";
 
 enum Option {

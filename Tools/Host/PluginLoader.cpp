@@ -40,15 +40,17 @@ bool TellRegistered(const std::string& path, const PluginCollection& before, con
 
 }  // namespace
 
-bool LoadPlugins(const std::string& folder) {
+PluginFolder LoadPlugins(const std::string& folder) {
     std::vector<std::string> paths;
-    if (!ListLibraries(folder, paths)) return false;
+    if (!ListLibraries(folder, paths)) return PluginFolder::kUnreadable;
 
+    PluginFolder taken = PluginFolder::kWhole;
     Orvane::Plugin::IPluginManager* manager = Orvane::Plugin::gs_GetOrvanePluginManager();
     for (const std::string& path : paths) {
         const PluginCollection before = manager ? *manager->GetPluginCollection() : PluginCollection();
         if (!dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
             orvane_console_log("orvane-host: cannot open %s: %s", path.c_str(), dlerror());
+            taken = PluginFolder::kInPart;
             continue;
         }
         const PluginCollection after = manager ? *manager->GetPluginCollection() : PluginCollection();
@@ -56,7 +58,7 @@ bool LoadPlugins(const std::string& folder) {
             orvane_console_log("orvane-host: opened %s: it registered no plugin", path.c_str());
         }
     }
-    return true;
+    return taken;
 }
 
 }  // namespace OrvaneHost

@@ -6,10 +6,13 @@
 
 namespace OrvaneHost {
 
+enum class PluginFolder { kUnreadable, kInPart, kWhole };
+
 // Opens every *.so of the folder in byte order of the file names and says on the console what each registered. A file
-// that does not open, or registers no plugin, is told and skipped. A library that opened is never closed: the host
-// keeps pointers into it. Main thread. False only if the folder cannot be read.
-bool LoadPlugins(const std::string& folder);
+// that cannot be opened is told and skipped; the folder is then taken in part. A library that registers no plugin is
+// told, and is no fault: it may be there for another one. A library that opened is never closed: the host keeps
+// pointers into it. Main thread.
+PluginFolder LoadPlugins(const std::string& folder);
 
 }  // namespace OrvaneHost
 

@@ -77,7 +77,9 @@ int main(int count, char** arguments) {
     }
     const int signals = WatchStopSignals();
     AppDelegate delegate;
-    if (!options.pluginFolder.empty() && !LoadPlugins(options.pluginFolder)) return 1;
+    PluginFolder plugins = PluginFolder::kWhole;
+    if (!options.pluginFolder.empty()) plugins = LoadPlugins(options.pluginFolder);
+    if (plugins == PluginFolder::kUnreadable) return 1;
 
     GameLogger logger(options);
     LineFeed feed(options, logger);
@@ -85,5 +87,5 @@ int main(int count, char** arguments) {
     HostLoop(input, signals, script, feed).Run();
     TellOperations("at the end");
     orvane_console_log("orvane-host: ends");
-    return script.HasFailed() ? 1 : 0;
+    return script.HasFailed() || plugins == PluginFolder::kInPart ? 1 : 0;
 }

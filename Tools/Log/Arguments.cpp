@@ -115,7 +115,7 @@ public:
                 return true;
             case kOtlp:
                 _arguments.otlpUrl = value;
-                return !value.empty() || Wrong("--otlp", value, "an address of a receiver");
+                return !value.empty() || Fail("--otlp: the address is empty");
             case kColour:
                 return TakeColour(hasValue ? value : "always");
             case 'q':
@@ -144,9 +144,12 @@ public:
     }
 
 private:
-    bool Wrong(const char* option, const std::string& value, const char* wanted) {
-        _error = std::string(option) + ": \"" + value + "\" is none of: " + wanted;
+    bool Fail(const std::string& error) {
+        _error = error;
         return false;
+    }
+    bool Wrong(const char* option, const std::string& value, const char* wanted) {
+        return Fail(std::string(option) + ": \"" + value + "\" is none of: " + wanted);
     }
     bool Choose(Action action) {
         if (EndsAtOnce(_arguments.action) || _arguments.action == action) return true;
@@ -166,7 +169,7 @@ private:
     }
     bool TakeLines(const std::string& value) {
         size_t count = 0;
-        if (!ParseNumber(value, count)) return Wrong("--lines", value, "a number");
+        if (!ParseNumber(value, count)) return Fail("--lines: \"" + value + "\" is no number of lines");
         _arguments.lines = count;
         return true;
     }

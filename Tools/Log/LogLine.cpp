@@ -1,5 +1,4 @@
 #include "Log/LogLine.h"
-#include "Base/LogLevelWords.h"
 
 #include <strings.h>
 
@@ -7,6 +6,7 @@
 #include <charconv>
 #include <iterator>
 
+#include "Base/LogLevelWords.h"
 #include "Support/PrintableText.h"
 
 namespace OrvaneLog {

@@ -41,13 +41,13 @@ private:
 
 }  // namespace
 
-bool LoadKeys(const std::vector<std::string>& files, KeyRing& ring, Report& report) {
+bool LoadKeys(const std::vector<std::string>& files, const std::string& from, KeyRing& ring, Report& report) {
     bool good = true;
     for (const std::string& file : files) {
         Quern::CurvePrivateKey key;
         std::string error, warning;
         if (!ReadKeyFile(file, key, error, warning)) {
-            report.Problem(error);
+            report.Problem(from + ": " + error);
             good = false;
             continue;
         }

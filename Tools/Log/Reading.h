@@ -17,9 +17,10 @@
 
 namespace OrvaneLog {
 
-// Reads the key files into the ring. False if one of them is not in order; the report says why, and the others are
-// added all the same. A key file that others may read is worth a note, no more.
-bool LoadKeys(const std::vector<std::string>& files, KeyRing& ring, Report& report);
+// Reads the key files into the ring. `from` is the option or the variable that names them. False if one of them is not
+// in order; the report says why, and the others are added all the same. A key file that others may read is worth a
+// note, no more.
+bool LoadKeys(const std::vector<std::string>& files, const std::string& from, KeyRing& ring, Report& report);
 
 // The printer that the arguments ask for; null where text may go to the output untouched, which saves the work of
 // cutting it into entries. What it has to say goes to `report`. The arguments, the output and the report are borrowed.

@@ -69,7 +69,8 @@ bool TakeKeys(const Arguments& arguments, KeyRing& keys, std::vector<std::string
     const std::string environment = arguments.keyFiles.empty() && value ? value : "";
     names = environment.empty() ? arguments.keyFiles : std::vector<std::string>{environment};
     const bool isDigits = environment.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
-    if (environment.empty() || !isDigits) return LoadKeys(names, keys, report);
+    if (environment.empty()) return LoadKeys(names, "--key", keys, report);
+    if (!isDigits) return LoadKeys(names, kVariable, keys, report);
 
     names = {kVariable};
     Quern::CurvePrivateKey key;

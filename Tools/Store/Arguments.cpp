@@ -1,11 +1,11 @@
 #include "Store/Arguments.h"
-#include "Serializer/Codec/Hex.h"
 
 #include <getopt.h>
 
 #include <map>
 
 #include "Serializer/Codec/EllipticCurve.h"
+#include "Serializer/Codec/Hex.h"
 #include "Support/OptionError.h"
 
 namespace OrvaneStore {

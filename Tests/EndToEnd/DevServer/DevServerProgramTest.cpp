@@ -231,6 +231,9 @@ TEST_F(DevServerProgram, SharesNeitherItsPortNorItsFolder) {
     EXPECT_THAT(error, HasSubstr("port " + std::to_string(port)));
     RunToEnd({{ORVANE_DEVSERVER_PROGRAM, "/dev/null/folder"}, {}, ""}, &ending, &error);
     EXPECT_EQ(ending.exitStatus, 1);
+    RunToEnd({{ORVANE_DEVSERVER_PROGRAM, "--key", "/nowhere", folder / "third"}, {}, ""}, &ending, &error);
+    EXPECT_EQ(ending.exitStatus, 1);
+    EXPECT_EQ(error, "orvane-devserver: --key: /nowhere: No such file or directory\n");
 }
 
 TEST_F(DevServerProgram, SaysWhatIsWrongWithItsArguments) {

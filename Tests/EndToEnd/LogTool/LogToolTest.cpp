@@ -92,7 +92,10 @@ TEST(LogTool, AKeyPairOpensWhatItsPublicHalfClosed) {
     EXPECT_EQ(RunReader({"--key", other, log}, {{"ORVANE_LOG_KEY", key}}).status, 3) << "the option goes before it";
     EXPECT_EQ(RunReader({"--verify", log}, {{"ORVANE_LOG_KEY", other}}).status, 3);
     EXPECT_EQ(RunReader({"--key", log, log}).status, 2) << "no key";
-    EXPECT_EQ(RunReader({"--key", folder / "gone", log}).status, 2);
+    for (const Result& gone : {RunReader({"--key", "/gone", log}), RunReader({log}, {{"ORVANE_LOG_KEY", "/gone"}})}) {
+        EXPECT_EQ(gone.status, 2);
+        EXPECT_THAT(gone.error, testing::ContainsRegex("(--key|ORVANE_LOG_KEY): /gone: No such file"));
+    }
 }
 
 TEST(LogTool, ExitStatuses) {
@@ -120,6 +123,7 @@ TEST(LogTool, ExitStatuses) {
              {{sound, "--json=1"}, "--json=1: takes no value"},
              {{sound, "-qn"}, "-n: wants a value"},
              {{sound, "--level"}, "--level: wants a value"},
+             {{sound, "--lines=x"}, "--lines: \"x\" is no number"},
              {{"--merge", "--follow", sound}, "--merge brings text in order"},
              {{"--grep", "(", sound}, "--grep: \"(\" is no valid expression"}}) {
         const Result result = RunReader(words);

@@ -28,9 +28,12 @@ TEST(TraceTest, TheIdsOfARefillServeTheNextRun) {
         ASSERT_TRUE(
             OrvaneTest::WaitFor([&] { return ReadWholeFile(container.Caches() / "traceids.store").size() > 4; }));
         host.Send("quit\n");
-        EXPECT_EQ(host.Wait().exitStatus, 0);
+        EXPECT_EQ(host.Wait().exitStatus, 1) << "for the word that is no tag";
         EXPECT_THAT(host.Error(), ContainsRegex(wanted));
-        EXPECT_THAT(host.Error(), ContainsRegex("no tracing\n(.*\n)*.*no tag, KEY=VALUE: none"));
+        EXPECT_THAT(
+            host.Error(),
+            ContainsRegex(
+                "no tracing\n(.*\n)*.*no tag, KEY=VALUE: none.*line 3: the span was not traced as told: Login"));
     }
     EXPECT_EQ(server.Error().find("breaks the protocol"), std::string::npos) << server.Error();
     EXPECT_EQ(server.Error().find("traceids #2"), std::string::npos) << "29 are left";

@@ -1,6 +1,7 @@
 #include "DevServer/Console/Console.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "DevServer/Console/ConsoleFiles.h"
 #include "DevServer/Console/EventFiles.h"
@@ -8,6 +9,7 @@
 #include "DevServer/Console/UploadShelf.h"
 #include "DevServer/JsonAnswer.h"
 #include "DevServer/Lint/Lint.h"
+#include "Log/KeyFile.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -88,6 +90,17 @@ Console::Console(std::string folder, std::vector<std::string> keyFiles, ServedTo
       _servedTo(std::move(servedTo)),
       _editor(_folder),
       _changes({_folder + "/modules", _folder + "/devices", _folder + "/events"}) {}
+
+bool Console::CheckKeys(std::string& error) const {
+    Quern::CurvePrivateKey key;
+    std::string ignored;
+    const bool areKeys = std::all_of(_keyFiles.begin(), _keyFiles.end(), [&](const std::string& path) {
+        return OrvaneLog::ReadKeyFile(path, key, error, ignored);
+    });
+    explicit_bzero(key.data(), key.size());
+    if (!areKeys) error = "--key: " + error;
+    return areKeys;
+}
 
 void Console::Take(const Json::Value& line, const Json::Value* taken) {
     _book.Take(line, taken);

@@ -45,6 +45,10 @@ public:
     // and under no lock of the console's.
     Console(std::string folder, std::vector<std::string> keyFiles, ServedTo servedTo);
 
+    // Each look at a log reads the keys anew; who starts the server is to hear of a wrong one at once. False, and why
+    // in `error`, if one cannot be read.
+    bool CheckKeys(std::string& error) const;
+
     // `path`: behind kConsolePath.
     Answer Handle(const Request& request, const Target& target, const std::string& path);
 

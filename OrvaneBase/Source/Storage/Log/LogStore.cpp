@@ -195,6 +195,9 @@ void LogStore::HoldBack(const FormattedLine& line) {
     _hasPendingLines.store(true, std::memory_order_release);
 }
 
+// The log mutex is taken for each line, not for all of them: the flush thread gets in between, and empties a block that
+// a thousand lines would fill up to the markers. Other threads get in between as well. The new line of one may so enter
+// the block before a line of its own that was held back; the times in the lines tell.
 void LogStore::TakeHeldBack() {
     AArray lines;
     {

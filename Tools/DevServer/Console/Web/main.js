@@ -51,7 +51,8 @@ function decode(part) {
 }
 
 async function open(moved) {
-  const [name, ...rest] = location.hash.slice(2).split("/").map(decode);
+  const address = location.hash;
+  const [name, ...rest] = address.slice(2).split("/").map(decode);
   const [key, title, screen, parent] = screens.find((at) => at[0] === name) || screens[0];
   const at = parent || key;
   for (const [other, anchor] of links)
@@ -69,7 +70,7 @@ async function open(moved) {
   } catch (problem) {
     show(place, heading("Not to be had"), el("p", {class: "problem", role: "alert"}, problem.message));
   }
-  main.dataset.ready = location.hash;
+  if (main.contains(place)) main.dataset.ready = address;  // or another screen has taken its place meanwhile
 }
 
 async function showState() {
@@ -80,7 +81,7 @@ async function showState() {
   }
   const now = await status();
   state.className = "state";
-  state.textContent = `live · rule id ${now.rule_id} · ${counted(now.config, "fetch").replace("fetchs", "fetches")}` +
+  state.textContent = `live · rule id ${now.rule_id} · ${counted(now.config, "fetch", "fetches")}` +
     (now.held ? ` · ${now.held} held` : "") + (now.faults.length ? ` · ${counted(now.faults.length, "fault")}` : "");
 }
 

@@ -22,6 +22,6 @@ export function microseconds(value) {
   return `${(value / 1e6).toFixed(2)} s`;
 }
 
-export const counted = (count, noun) => `${count} ${noun}${count === 1 ? "" : "s"}`;
+export const counted = (count, noun, plural = noun + "s") => `${count} ${count === 1 ? noun : plural}`;
 export const short = (text, length = 10) => text.length > length + 2 ? text.slice(0, length) + "…" : text;
 export const link = (...parts) => "#/" + parts.map(encodeURIComponent).join("/");

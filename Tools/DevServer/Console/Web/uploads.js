@@ -36,10 +36,37 @@ function line(at, levels) {
     at.file && el("small", {}, `${at.function} · ${at.file}:${at.line} · thread ${at.thread}`));
 }
 
-export async function upload(place, [deviceFolder, folder]) {
+async function find(deviceFolder, folder) {
   const all = await get("uploads");
   const found = all.find((at) => at.device_folder === deviceFolder && at.folder === folder);
   if (!found) throw new Error("There is no such upload.");
+  return found;
+}
+
+const head = (found) => [
+  heading("Upload", mono(nameOf(found))),
+  el("p", {}, "of ", el("a", {href: link("device", deviceOf(found))}, mono(short(deviceOf(found), 24))), " · ",
+    size(found.size), " ", progress(found))];
+
+// How far it has come, and once it is whole its screen.
+function arriving(place, address, found) {
+  const showProgress = (at) => show(place, head(at), nothing("Its files are shown when all of it has come."));
+  let isShown = false;
+  showProgress(found);
+  return async () => {
+    if (isShown) return;
+    const now = await find(...address);
+    if (!now.whole) return showProgress(now);
+    place.replaceChildren();
+    await upload(place, address);
+    isShown = true;
+  };
+}
+
+export async function upload(place, address) {
+  const [deviceFolder, folder] = address;
+  const found = await find(deviceFolder, folder);
+  if (!found.whole) return arriving(place, address, found);
   const query = {device: deviceFolder, folder, file: "", level: "0", module: "", text: ""};
   const lines = el("ol", {class: "lines"}), counts = el("p", {class: "hint", role: "status"}), notes = el("div");
   const more = el("button", {type: "button", onclick: () => load(false)}, "Load more");
@@ -72,16 +99,14 @@ export async function upload(place, [deviceFolder, folder]) {
     wait = setTimeout(() => set("text")(event), 200);
   };
   place.append(
-    heading("Upload", mono(nameOf(found))),
-    el("p", {}, "of ", el("a", {href: link("device", deviceOf(found))}, mono(short(deviceOf(found), 24))), " · ",
-      size(found.size), " ", progress(found)),
+    ...head(found),
     el("div", {class: "filters"},
       field("File", choice([["", "all logs"], ...found.files.map((at) => [at.name, `${at.name} (${size(at.size)})`])], "", set("file"))),
       levelChoice, moduleChoice,
       field("Find", el("input", {type: "search", oninput: typed, placeholder: "text or function"}))),
     notes, counts, lines, el("p", {}, more));
   if (found.files.length === 0) {
-    show(notes, nothing(found.whole ? "It held no file." : "Its files are shown when all of it has come."));
+    show(notes, nothing("It held no file."));
     more.hidden = true;
   } else {
     await load(true);
