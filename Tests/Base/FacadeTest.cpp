@@ -6,11 +6,9 @@
 #include "Orvane/IPlatformObjectManager.h"
 #include "Orvane/OrvaneCore.h"
 #include "Orvane/PlatformObject.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakeKeychain.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 #include "System/Application/PerformSelector.h"
 
 namespace {

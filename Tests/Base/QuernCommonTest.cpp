@@ -6,7 +6,6 @@
 #include "Support/FakeKeychain.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 

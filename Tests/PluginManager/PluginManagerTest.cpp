@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include "PluginManager/ServiceRegister.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
 

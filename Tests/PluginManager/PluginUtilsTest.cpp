@@ -1,7 +1,6 @@
 #include "PluginManager/PluginUtils.h"
 
 #include "Orvane/PluginBase.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
 

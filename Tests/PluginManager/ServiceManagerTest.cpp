@@ -1,6 +1,5 @@
 #include "PluginManager/ServiceManager.h"
 
-#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
 

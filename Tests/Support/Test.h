@@ -1,6 +1,6 @@
 // What nearly every test begins with, read once for all of them (precompiled): the framework, the names of its
-// matchers, and the standard headers that tests lean on. A test includes this in their place, behind the header that it
-// is about.
+// matchers, the standard headers that tests lean on, and their everyday helpers. A test includes this in their place,
+// behind the header that it is about.
 #ifndef ORVANE_TESTS_SUPPORT_TEST_H
 #define ORVANE_TESTS_SUPPORT_TEST_H
 
@@ -27,8 +27,16 @@
 #include <utility>
 #include <vector>
 
+#include "Support/CapturedConsole.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TestContainer.h"
+#include "Support/WaitFor.h"
+
+using testing::AllOf;
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::IsSupersetOf;

@@ -2,23 +2,17 @@
 #ifndef ORVANE_TESTS_BASE_CONFIGURE_CONFIGURE_FIXTURE_H
 #define ORVANE_TESTS_BASE_CONFIGURE_CONFIGURE_FIXTURE_H
 
-#include <gmock/gmock.h>
-
-#include <algorithm>
-
 #include "Base/Configure/ConfigureImpl.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
-#include "Support/CapturedConsole.h"
 #include "Support/ConfigServer.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
 #include "Support/FakePlugins.h"
 #include "Support/FakeReachability.h"
 #include "Support/FaultProxy.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/WWW/Task/WWWTaskBase.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 

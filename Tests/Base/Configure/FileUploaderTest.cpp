@@ -1,36 +1,25 @@
 #include "Base/Configure/FileUploader.h"
 
-#include <gmock/gmock.h>
 #include <minizip/unzip.h>
 #include <sys/resource.h>
 
 #include <csignal>
-#include <functional>
-#include <random>
-#include <utility>
 
 #include "Base/Configure/UtilsHelper.h"
 #include "Base/Configure/ZipArchive.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "Storage/File/CPath.h"
 #include "Storage/File/Sandbox.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 #include "Support/FakeReachability.h"
 #include "Support/HttpServer.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace OrvaneTest;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsSupersetOf;
-using testing::Not;
 
 using Names = std::vector<std::string>;
 

@@ -1,7 +1,6 @@
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
-#include "Support/CapturedConsole.h"
 #include "Support/CoreSettings.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
@@ -10,7 +9,6 @@ namespace {
 
 using Orvane::OrvaneCoreRemoteConfig;
 using OrvaneTest::FakePlugin;
-using testing::EndsWith;
 
 // Every read gives the default, and the broken link is told at construction alone.
 void ExpectDefaults(OrvaneTest::CapturedConsole& console, const char* line) {

@@ -4,11 +4,9 @@
 #include "Base/Configure/StringIterator.h"
 #include "Base/QuernCommon.h"
 #include "Orvane/OrvaneCore.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 

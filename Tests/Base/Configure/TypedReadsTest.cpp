@@ -3,10 +3,8 @@
 
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Configure/RemoteConfig.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 

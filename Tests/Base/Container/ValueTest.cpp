@@ -1,6 +1,5 @@
 #include "Base/Container/Value.h"
 
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
 
 namespace {

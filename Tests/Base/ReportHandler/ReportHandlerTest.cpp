@@ -2,7 +2,6 @@
 
 #include "Base/ReportHandler/ConfigureReport.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"

@@ -7,7 +7,6 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 #include "PluginManager/InnerPlugin/RemoteConfigService.h"
 #include "Storage/Bundle/BundleFactory.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"

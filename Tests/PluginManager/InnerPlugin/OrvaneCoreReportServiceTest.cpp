@@ -2,7 +2,6 @@
 
 #include <optional>
 
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"

@@ -1,6 +1,5 @@
 #include "Serializer/Codec/Md5.h"
 
-#include "Support/TemporaryFolder.h"
 #include "Support/Test.h"
 
 namespace Quern {

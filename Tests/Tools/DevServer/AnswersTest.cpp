@@ -1,21 +1,14 @@
 // Faults, the answers that they make, and what the client does with answers.
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <sstream>
 
 #include "DevServer/ClientVerdict.h"
 #include "DevServer/Fault.h"
 #include "DevServer/FaultyAnswer.h"
 #include "DevServer/HostileJson.h"
 #include "DevServer/JsonText.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 Fault Parsed(const std::string& order) {
     Fault fault;

@@ -1,7 +1,5 @@
 // The console's data over real HTTP, and who is kept from it.
-#include <gmock/gmock.h>
 
-#include <filesystem>
 #include <future>
 
 #include "DevServer/Console/Changes.h"
@@ -13,14 +11,11 @@
 #include "DevServer/Sha1Text.h"
 #include "Log/KeyFile.h"
 #include "Support/LogWriter.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/WaitFor.h"
 #include "Tools/DevServer/Requests.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-using testing::HasSubstr;
 
 const std::string kData = "/_orvane/console/data/";
 

@@ -1,22 +1,14 @@
 #include "DevServer/DevServer.h"
 
-#include <gmock/gmock.h>
-
-#include <fstream>
 #include <future>
 
 #include "DevServer/JsonText.h"
 #include "DevServer/PageGuard.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/WaitFor.h"
 #include "Tools/DevServer/Requests.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 class DevServerTest : public testing::Test {
 protected:

@@ -1,17 +1,11 @@
 #include "DevServer/Lint/Lint.h"
 
-#include <gmock/gmock.h>
-
 #include "DevServer/JsonText.h"
 #include "DevServer/Lint/LintCommand.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 // "KEY severity rule" of each, one behind the other.
 std::string Told(const Findings& findings) {

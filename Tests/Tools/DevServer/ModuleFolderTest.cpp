@@ -1,20 +1,12 @@
-#include <gmock/gmock.h>
 #include <sys/stat.h>
-
-#include <filesystem>
 
 #include "DevServer/JsonText.h"
 #include "DevServer/ModuleFolder.h"
 #include "DevServer/RuleId.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 class DevServerModules : public testing::Test {
 protected:

@@ -1,20 +1,14 @@
-#include <gmock/gmock.h>
 #include <json/json.h>
-
-#include <set>
 
 #include "DevServer/ConfigProtocol.h"
 #include "DevServer/JsonText.h"
 #include "DevServer/TraceIdProtocol.h"
 #include "DevServer/TraceIds.h"
 #include "Tools/DevServer/Requests.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
     const size_t at = text.find(from);

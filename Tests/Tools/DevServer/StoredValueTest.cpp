@@ -1,15 +1,13 @@
 // The server's picture of a value against the client itself.
 #include "DevServer/Lint/StoredValue.h"
 
-#include <gtest/gtest.h>
-
 #include "Base/Configure/AnswerReader.h"
 #include "Base/Container/StringConversion.h"
 #include "DevServer/JsonText.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
-#include "Support/TestContainer.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {

@@ -1,13 +1,11 @@
 // The library's upload against the server on the desk, over real HTTP; the two share no code.
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <minizip/zip.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <functional>
 #include <future>
 
 #include "DevServer/JsonText.h"
@@ -16,9 +14,8 @@
 #include "DevServer/Uploads.h"
 #include "Requests.h"
 #include "Support/ConfigServer.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
 #include "System/WWW/Task/WWW.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -28,9 +25,6 @@ using OrvaneTest::FilesIn;
 using OrvaneTest::ReadFile;
 using OrvaneTest::WaitFor;
 using OrvaneTest::WriteFile;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 struct End final : SorrelCUploadTask::Listener {
     void OnFinished(SorrelCUploadTask* task, int code) override {

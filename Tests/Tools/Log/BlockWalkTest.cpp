@@ -1,9 +1,8 @@
 #include "Log/BlockWalk.h"
 
-#include <gtest/gtest.h>
-
 #include "Support/LogWriter.h"
 #include "Tools/Log/Collected.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

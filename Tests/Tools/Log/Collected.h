@@ -2,12 +2,9 @@
 #ifndef ORVANE_TESTS_TOOLS_LOG_COLLECTED_H
 #define ORVANE_TESTS_TOOLS_LOG_COLLECTED_H
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "Log/LogWalk.h"
+
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 

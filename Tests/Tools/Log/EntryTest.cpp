@@ -1,10 +1,7 @@
 #include "Log/Entry.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
 #include "Support/LogWriter.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

@@ -1,12 +1,9 @@
 #include "Log/Filter.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-
 #include "Log/Arguments.h"
 #include "Log/TimeArgument.h"
 #include "Support/LogWriter.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

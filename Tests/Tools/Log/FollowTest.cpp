@@ -1,10 +1,8 @@
 #include "Log/Follow.h"
 
-#include <gtest/gtest.h>
-
 #include "Support/LogWriter.h"
-#include "Support/TemporaryFolder.h"
 #include "Tools/Log/Collected.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

@@ -1,9 +1,8 @@
 #include "Log/KeyFile.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

@@ -1,12 +1,11 @@
 #include "Log/LeftOver.h"
 
-#include <gtest/gtest.h>
 #include <zlib.h>
 
 #include "Log/Reading.h"
 #include "Support/LogWriter.h"
-#include "Support/TemporaryFolder.h"
 #include "Tools/Log/Collected.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

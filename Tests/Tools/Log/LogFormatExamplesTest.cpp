@@ -1,12 +1,9 @@
 // The examples of Docs/LogFormat.md are what they say.
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <sstream>
 
 #include "Serializer/Codec/Hex.h"
 #include "Support/LogWriter.h"
 #include "Tools/Log/Collected.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

@@ -1,12 +1,10 @@
 #include "Log/Printer.h"
 
-#include <gtest/gtest.h>
 #include <json/json.h>
-
-#include <memory>
 
 #include "Log/RecordTable.h"
 #include "Log/TailPrinter.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

@@ -1,12 +1,10 @@
 #include "Log/RecordWalk.h"
 
-#include <gtest/gtest.h>
-
 #include <numeric>
-#include <random>
 
 #include "Support/LogWriter.h"
 #include "Tools/Log/Collected.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

@@ -1,12 +1,10 @@
 #include "Log/SourceList.h"
 
-#include <gtest/gtest.h>
-
 #include "Log/LogFileName.h"
 #include "Log/LogWalk.h"
 #include "Support/LogWriter.h"
-#include "Support/TemporaryFolder.h"
 #include "Tools/Log/Collected.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {

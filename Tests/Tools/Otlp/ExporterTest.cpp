@@ -1,18 +1,15 @@
 #include "Otlp/Exporter.h"
 
-#include <gmock/gmock.h>
-
 #include "Otlp/Messages.h"
 #include "Otlp/RetryDelay.h"
 #include "Support/OtlpReceiver.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 
 namespace OrvaneOtlp {
 namespace {
 
 using namespace OrvaneTest;
 using namespace std::chrono_literals;
-using testing::HasSubstr;
 
 // Goes on when a test says so; whoever waits looks a thousand times a second.
 class ManualClock final : public Clock {

@@ -1,6 +1,6 @@
 #include "Support/PrintableText.h"
 
-#include <gtest/gtest.h>
+#include "Support/Test.h"
 
 namespace OrvaneTools {
 namespace {

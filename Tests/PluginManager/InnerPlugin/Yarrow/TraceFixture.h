@@ -3,15 +3,12 @@
 #ifndef ORVANE_TESTS_YARROW_TRACE_FIXTURE_H
 #define ORVANE_TESTS_YARROW_TRACE_FIXTURE_H
 
-#include <gmock/gmock.h>
-
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "PluginManager/InnerPlugin/Yarrow/TraceService.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakePlugins.h"
-#include "Support/TestContainer.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 
