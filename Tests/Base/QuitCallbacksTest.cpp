@@ -1,4 +1,5 @@
 #include "Orvane/OrvaneCore.h"
+
 #include "Support/Test.h"
 
 namespace {

@@ -1,8 +1,5 @@
 #include "Base/XLog.h"
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <ctime>
 #include <regex>
 

@@ -1,4 +1,5 @@
 #include "Orvane/RunTime.h"
+
 #include "Support/Test.h"
 
 namespace {

@@ -1,11 +1,16 @@
 // What nearly every test begins with, read once for all of them (precompiled): the framework, the names of its
-// matchers, the standard headers that tests lean on, and their everyday helpers. A test includes this in their place,
-// behind the header that it is about.
+// matchers, the headers of the standard and of the system that tests lean on, and how to wait, to read the console and
+// to use the container. A test includes this in their place, behind the header that it is about.
 #ifndef ORVANE_TESTS_SUPPORT_TEST_H
 #define ORVANE_TESTS_SUPPORT_TEST_H
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -19,6 +24,8 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <numeric>
+#include <optional>
 #include <random>
 #include <set>
 #include <sstream>
@@ -27,13 +34,14 @@
 #include <utility>
 #include <vector>
 
-#include "Support/CapturedConsole.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
+#include "CapturedConsole.h"
+#include "TemporaryFolder.h"
+#include "TestContainer.h"
+#include "WaitFor.h"
 
 using testing::AllOf;
 using testing::Contains;
+using testing::ContainsRegex;
 using testing::Each;
 using testing::ElementsAre;
 using testing::EndsWith;

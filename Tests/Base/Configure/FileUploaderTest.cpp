@@ -3,8 +3,6 @@
 #include <minizip/unzip.h>
 #include <sys/resource.h>
 
-#include <csignal>
-
 #include "Base/Configure/UtilsHelper.h"
 #include "Base/Configure/ZipArchive.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"

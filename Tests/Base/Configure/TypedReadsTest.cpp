@@ -1,6 +1,5 @@
 // From what the server sends to what each read gives, through the client and its store: the table of
 // Docs/RemoteConfig.md.
-
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Configure/RemoteConfig.h"
 #include "Support/FakeInfoDictionary.h"

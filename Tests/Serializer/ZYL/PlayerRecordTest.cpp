@@ -1,9 +1,6 @@
 // The example class as a user of the whole layer: every form, there and back.
 #include "PlayerRecord.h"
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include "Serializer/ZYL/ZylTime.h"
 #include "Serializer/ZYL/ZylTypeUtil.h"
 #include "Support/Test.h"

@@ -1,7 +1,5 @@
 #include "Serializer/ZYL/ZylTime.h"
 
-#include <stdlib.h>
-
 #include "Serializer/ZYL/ZylBuf.h"
 #include "Serializer/ZYL/ZylTypeUtil.h"
 #include "Support/Test.h"

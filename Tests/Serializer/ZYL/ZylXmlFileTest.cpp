@@ -2,11 +2,6 @@
 
 #include "Support/Test.h"
 
-#include <fcntl.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace Quern {
 namespace {
 

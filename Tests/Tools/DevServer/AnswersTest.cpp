@@ -1,5 +1,4 @@
 // Faults, the answers that they make, and what the client does with answers.
-
 #include "DevServer/ClientVerdict.h"
 #include "DevServer/Fault.h"
 #include "DevServer/FaultyAnswer.h"

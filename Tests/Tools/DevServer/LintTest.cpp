@@ -83,7 +83,7 @@ const Case kCases[] = {
     {"Upload", R"({"file_pattern":"*.log"})", "file_pattern error odd-pattern"},
     {"Upload", R"({"file_pattern":"a*a*a*a*a*a*a*b"})", "file_pattern error odd-pattern"},
     {"Upload", R"({"file_pattern":"log{2}|"})", "file_pattern warning odd-pattern; file_pattern warning odd-pattern"},
-};  // namespace
+};
 
 TEST(Lint, SaysWhatTheClientWillMakeOfAKey) {
     for (const Case& at : kCases)

@@ -1,11 +1,8 @@
-#include <json/json.h>
-
 #include "DevServer/ConfigProtocol.h"
-#include "DevServer/JsonText.h"
 #include "DevServer/TraceIdProtocol.h"
 #include "DevServer/TraceIds.h"
-#include "Tools/DevServer/Requests.h"
 #include "Support/Test.h"
+#include "Tools/DevServer/Requests.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -149,19 +146,6 @@ TEST(DevServerTraceIdProtocol, ChecksTheQueryAndIssuesSoundIds) {
     EXPECT_FALSE(IsIssuedTraceId(id.substr(1)));
     EXPECT_FALSE(IsIssuedTraceId("-" + id.substr(1)));
     EXPECT_FALSE(IsIssuedTraceId(id.substr(0, 31) + "2"));  // as a device marks its own
-}
-
-TEST(DevServerProtocols, AnswersAsTheyAreStated) {
-    Json::Value modules;
-    modules["Upload"]["key"] = 7;
-    EXPECT_EQ(ConfigAnswer(5, modules),
-              "{\"biz_data\":{\"merged_cfg\":{\"Upload\":{\"key\":7}},\"rule_id\":5},\"err\":\"\",\"ret\":0}\n");
-    EXPECT_EQ(ConfigAnswer(1, Json::Value(Json::objectValue)),
-              "{\"biz_data\":{\"merged_cfg\":{},\"rule_id\":1},\"err\":\"\",\"ret\":0}\n");
-    EXPECT_EQ(ConfigError(-3, "why"), "{\"err\":\"why\",\"ret\":-3}\n");
-    EXPECT_EQ(TraceIdAnswer({"a", "b"}),
-              "{\"result\":{\"count\":2,\"traceids\":[\"a\",\"b\"]},\"retcode\":0,\"retmsg\":\"ok\"}\n");
-    EXPECT_EQ(TraceIdError(4, "why"), "{\"result\":{\"count\":0,\"traceids\":[]},\"retcode\":4,\"retmsg\":\"why\"}\n");
 }
 
 }  // namespace

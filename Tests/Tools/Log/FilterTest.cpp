@@ -10,17 +10,13 @@ namespace {
 
 using OrvaneTest::NumberedLine;
 
-Entry EntryOf(const std::string& whole) {
-    return MakeEntry(whole);
-}
-
 const std::string kDebug = "[2026-11-24 21:00:00 000] | Debug | [Pell] |1| a.cpp:1|f| quiet";
 const std::string kError = "[2026-11-24 22:30:00 500] | Error | [Ravel] |1| b.cpp:2|g| took 15 ms\nback trace";
 const std::string kLoss = "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: 122900";
 const std::string kTip = "----------- begin of mmap -----------";
 
 bool Passes(const FilterOptions& options, const std::string& whole, const std::string& module = "") {
-    return Filter(options, module).Accepts(EntryOf(whole));
+    return Filter(options, module).Accepts(MakeEntry(whole));
 }
 
 TEST(Filter, ByLevelAndModule) {
@@ -48,11 +44,11 @@ TEST(Filter, ByTime) {
     EXPECT_FALSE(Passes(options, kDebug));
     EXPECT_TRUE(Passes(options, kError)) << "the end is included";
     Filter filter(options, "");
-    EXPECT_FALSE(filter.Accepts(EntryOf(kTip))) << "nothing tells its time yet";
-    EXPECT_TRUE(filter.Accepts(EntryOf(kError)));
-    EXPECT_TRUE(filter.Accepts(EntryOf(kLoss))) << "goes by the line before it";
-    EXPECT_FALSE(filter.Accepts(EntryOf(kDebug)));
-    EXPECT_FALSE(filter.Accepts(EntryOf(kLoss)));
+    EXPECT_FALSE(filter.Accepts(MakeEntry(kTip))) << "nothing tells its time yet";
+    EXPECT_TRUE(filter.Accepts(MakeEntry(kError)));
+    EXPECT_TRUE(filter.Accepts(MakeEntry(kLoss))) << "goes by the line before it";
+    EXPECT_FALSE(filter.Accepts(MakeEntry(kDebug)));
+    EXPECT_FALSE(filter.Accepts(MakeEntry(kLoss)));
 }
 
 TEST(Pattern, FindsExpressionsAndPlainText) {
@@ -74,7 +70,6 @@ TEST(Pattern, FindsExpressionsAndPlainText) {
         EXPECT_TRUE(found(matches, kError)) << matches;
     for (const char* differs : {"too?k\\d", "took 16", "took.{9,}ms$", "[u]ook", "\\x75ook", "never?took"})
         EXPECT_FALSE(found(differs, kError)) << differs;
-    EXPECT_TRUE(error.empty() || found("took", kError));
     for (const char* wrong : {"(", "[a", "a{2", "*", "\\"}) {
         error.clear();
         EXPECT_EQ(Pattern::Compile(wrong, error), nullptr) << wrong;
@@ -122,33 +117,21 @@ TEST(TimeArgument, ReadsWhatPeopleWrite) {
 }
 
 TEST(Arguments, RefusesWhatMakesNoSense) {
-    const auto parse = [](const std::vector<std::string>& words, std::string& error) {
+    const auto complaint = [](const std::string& line) {
+        std::istringstream words(line);
         Arguments arguments;
-        return ParseArguments(words, 1000000000, arguments, error);
+        std::string error;
+        const std::vector<std::string> split{std::istream_iterator<std::string>(words), {}};
+        EXPECT_EQ(ParseArguments(split, 1000000000, arguments, error), error.empty());
+        return error;
     };
-    std::string error;
-    EXPECT_TRUE(
-        parse({"--key", "a", "--key=b", "--level", "warning", "--since", "-10m", "-n", "5", "x.xlog", "-"}, error));
-    EXPECT_TRUE(parse({"x", "--verify"}, error)) << "options may come last";
-    EXPECT_TRUE(parse({"--keygen"}, error));
-    EXPECT_TRUE(parse({"--keygen", "file"}, error));
-    const std::vector<std::vector<std::string>> wrong = {{},
-                                                         {"--level", "loud", "x"},
-                                                         {"--level", "5", "x"},
-                                                         {"--since", "noon", "x"},
-                                                         {"--grep", "(", "x"},
-                                                         {"--lines", "-1", "x"},
-                                                         {"--color=green", "x"},
-                                                         {"--records", "--verify", "x"},
-                                                         {"--follow", "-"},
-                                                         {"--keygen", "a", "b"},
-                                                         {"--key"},
-                                                         {"--nonsense", "x"}};
-    for (const auto& words : wrong) {
-        error.clear();
-        EXPECT_FALSE(parse(words, error)) << (words.empty() ? "" : words[0]);
-        EXPECT_FALSE(error.empty());
-    }
+    for (const char* good :
+         {"--key a --key=b --level warning --since -10m -n 5 x.xlog -", "x --verify", "--keygen", "--keygen file"})
+        EXPECT_EQ(complaint(good), "") << good;
+    for (const char* wrong :
+         {"", "--level loud x", "--level 5 x", "--since noon x", "--grep ( x", "--lines -1 x", "--color=green x",
+          "--records --verify x", "--follow -", "--keygen a b", "--key", "--nonsense x"})
+        EXPECT_NE(complaint(wrong), "") << wrong;
 }
 
 }  // namespace

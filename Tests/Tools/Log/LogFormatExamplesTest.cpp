@@ -1,9 +1,7 @@
 // The examples of Docs/LogFormat.md are what they say.
-
 #include "Serializer/Codec/Hex.h"
-#include "Support/LogWriter.h"
-#include "Tools/Log/Collected.h"
 #include "Support/Test.h"
+#include "Tools/Log/Collected.h"
 
 namespace OrvaneLog {
 namespace {

@@ -2,9 +2,8 @@
 
 #include "Log/LogFileName.h"
 #include "Log/LogWalk.h"
-#include "Support/LogWriter.h"
-#include "Tools/Log/Collected.h"
 #include "Support/Test.h"
+#include "Tools/Log/Collected.h"
 
 namespace OrvaneLog {
 namespace {
