@@ -141,13 +141,10 @@ TEST_F(ConfigureTest, TheAddressThatIsSetIsAskedAndKept) {
 TEST_F(ConfigureTest, AFailureIsReportedOnceNoRetryIsLeft) {
     Journal journal;
     FakePell pell(&journal);
-    const auto useRetries = [&](int count) {
-        manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(count));
-    };
     server.OrderNext("hold");
     Client().StartOnce();
     ASSERT_TRUE(WaitForAsked(1));
-    useRetries(1);
+    UseRetries(1);
     Client().StartOnce();  // sends nothing, but gives the request under way a retry
     proxy.Use({Fault::kReset});
     EXPECT_TRUE(ReleaseAnswer());
@@ -319,13 +316,12 @@ TEST_F(ConfigureTest, DoublesAreTextsWhateverTheLocale) {
 TEST_F(ConfigureTest, NothingFollowsARelease) {
     manifest.Set("OrvaneCore", "RemoteConfigNextGap", FakeInfoDictionary::Integer(1));
     for (const int milliseconds : {0, 1, 5, 20, 60, 150, 300}) {
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (int thread = 0; thread < 8; ++thread)
             threads.emplace_back([] { Client().Start(); });
         std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
         OnApplicationQuit();
-        for (std::thread& thread : threads)
-            thread.join();
+        threads.clear();
         OnApplicationQuit();
     }
     EXPECT_TRUE(WaitUntilAllAsleep("CThreadBase", 0));

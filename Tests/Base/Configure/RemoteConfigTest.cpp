@@ -96,7 +96,6 @@ TEST_F(RemoteConfigTest, OnlyTheFirstObserverHearsAndAlsoPastItsRemoval) {
 }
 
 TEST_F(RemoteConfigTest, TellsTheUserAndFetches) {
-    OrvaneTest::CacheFolder();
     config.SetUserInfo(-7, nullptr);
     EXPECT_THAT(console.Take(), Contains("Info module Upload SetUserInfo channelid -7, openid "));
     EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetChannelID(), "-7");
