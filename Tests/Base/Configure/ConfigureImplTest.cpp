@@ -302,10 +302,8 @@ TEST_F(ConfigureTest, AUrlThatIsSetWipesWhatTheLastRunKept) {
 
 TEST_F(ConfigureTest, DoublesAreTextsWhateverTheLocale) {
     setlocale(LC_ALL, "de_DE.UTF-8");
-    const struct {
-        const char* text;
-        double value;
-    } kTexts[] = {{"1.5", 1.5}, {"-2e3", -2000}, {"3.25 apples", 3.25}, {"apples", 1e-20}, {"", 1e-20}};
+    const std::pair<const char*, double> kTexts[] = {
+        {"1.5", 1.5}, {"-2e3", -2000}, {"3.25 apples", 3.25}, {"apples", 1e-20}, {"", 1e-20}};
     for (const auto& [text, value] : kTexts) {
         manifest.Set("Game", "double", FakeInfoDictionary::Text(text));
         EXPECT_EQ(Client().GetDouble("Game", "double", 1e-20), value) << text;

@@ -173,17 +173,6 @@ TEST_P(KxSymmetry, EachOfTheZerosIsLookedAtAndTheTextIsGivenAllTheSame) {
     }
 }
 
-// A wrong key gives any pad and any bytes: the sanitizers watch that no room is overrun.
-TEST_P(KxSymmetry, WrongKeysAreRefused) {
-    const std::string cipher = EncryptText(std::string(100, 'p'));
-    for (size_t i = 0; i < 500; ++i) {
-        std::string key = kKey, out(i % 110, 'x');
-        key[i % 16] = static_cast<char>(key[i % 16] + 1 + static_cast<int>(i / 16));
-        int room = static_cast<int>(out.size());
-        EXPECT_EQ(GetParam().decrypt(cipher.data(), static_cast<int>(cipher.size()), key.data(), out.data(), &room), 0);
-    }
-}
-
 }  // namespace
 }  // namespace Quern
 }  // namespace Orvane

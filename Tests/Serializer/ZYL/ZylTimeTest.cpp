@@ -139,17 +139,14 @@ TEST(ZylTypeUtilTest, ConvertsToAndFromTheClock) {
     unsigned long long dateTime = 0;
     long utc = 7;
     setZone("UTC0");
-    const struct {
-        long moment;
-        ZylDateTime dateTime;
-    } pairs[] = {{0, {ZylDate(1970, 1, 1), ZylTime(0, 0, 0)}},
-                 {253402300799, {ZylDate(9999, 12, 31), ZylTime(23, 59, 59)}},
-                 {-377705116800, {ZylDate(-9999, 1, 1), ZylTime(0, 0, 0)}}};
-    for (const auto& pair : pairs) {
-        EXPECT_EQ(Util::UTC2ZylDateTime(dateTime, pair.moment), 0);
-        EXPECT_EQ(dateTime, pair.dateTime);
+    const std::pair<long, ZylDateTime> pairs[] = {{0, {ZylDate(1970, 1, 1), ZylTime(0, 0, 0)}},
+                                                  {253402300799, {ZylDate(9999, 12, 31), ZylTime(23, 59, 59)}},
+                                                  {-377705116800, {ZylDate(-9999, 1, 1), ZylTime(0, 0, 0)}}};
+    for (const auto& [moment, expected] : pairs) {
+        EXPECT_EQ(Util::UTC2ZylDateTime(dateTime, moment), 0);
+        EXPECT_EQ(dateTime, expected);
         EXPECT_EQ(Util::zylDateTime2UTC(utc, dateTime), 0);
-        EXPECT_EQ(utc, pair.moment);
+        EXPECT_EQ(utc, moment);
     }
     // The year 67456 has the low 16 bits of 1920; the year 2147483647 overflows when 1900 are added to it.
     for (long beyond : {253402300800, -377705116801, 2066500000000, 67767976233532799})

@@ -27,11 +27,12 @@ std::string Double(const std::string& text) {
 }
 
 TEST(StoredValue, ReadsAsTheClientReadsIt) {
-    const std::string values = R"(7 -7 5000000000 -5000000000 18446744073709551615 9223372036854775807 true 1.5 1e5 null
-        [1] {} "7" "007" "1.10" "-0" "-." "." "-" "+5" "1.5.2" "5000000000" "123456789012345678" "1234567890123456789"
+    const std::string values =
+        R"(7 -7 5000000000 -5000000000 18446744073709551615 12345678901234567890 9223372036854775807 true 1.5 1e5 null
+        [1] {} "7" "007" "-07" "1.10" "-0" "-0.00" "-." "." "-" "+5" "1.5.2" "5000000000" "123456789012345678" "0123456789012345678" "1234567890123456789"
         "0.1234567890123" "99999999999999999." "true" "TRUE" "abc" "12abc" "0x10" "1e5" "inf" "\u0020a\u0020b\u0020"
         "\t4" "\u00204\u0020" "4#5" "#5" "\u0020#\u0020" "" "\u0020\u0020\u0020" "a\u0000b" "7\u0000" "a=b" "[M]" ")" +
-                               std::string(2000, 'y') + "\"";
+        std::string(2000, 'y') + "\"";
     std::istringstream words(values);
     const std::vector<std::string> sent{std::istream_iterator<std::string>(words), {}};
     // "n.." and "s.." hold a value; the manifest has them as an integer and as a text, which are what the reads want.

@@ -94,26 +94,12 @@ TEST_F(DevServerUploadTest, IsResumedKeptUnpackedAndTakenBackThroughAllFaults) {
 
 TEST_F(DevServerUploadTest, AnOrderIsGivenUntilItIsCarriedOut) {
     Start();
-    const std::string digits18(18, '1'), digits19(19, '1');
-    // The members of an order, and the id that the client sends. A text goes through the client's own number.
+    // The members of an order, and the id that the client sends: a text goes through the client's own number.
     const std::pair<std::string, std::string> orders[] = {
         {R"("upload_id":"007")", "7"},
-        {R"("upload_id":"1.5")", "1.500000"},
-        {R"("upload_id":"-07")", "-7"},
-        {R"("upload_id":"0)" + digits18 + "\"", "0" + digits18},
-        {R"("upload_id":"0)" + digits18.substr(1) + "\"", digits18.substr(1)},
-        {R"("upload_id":"-.")", "0.000000"},
-        {R"("upload_id":".")", "."},
-        {R"("upload_id":"1.2.3")", "1.2.3"},
-        {R"("upload_id":")" + digits19 + "\"", digits19},
-        {R"("upload_id":"-0.00")", "-0.000000"},
-        {R"("upload_id":"-")", "-"},
         {R"("upload_id":"7\u0000/../x")", "7"},
-        {R"("upload_id":" x ")", "x"},
         {R"("upload_id":"crash #17")", "crash"},
-        {R"("upload_id":"#17")", ""},
-        {R"("upload_id":12345678901234567890)", "-6101065172474983726"},
-        {R"("upload_id":1.5)", ""},
+        {R"("upload_id":"..")", ".."},
         {R"("upload_id":null)", ""},
         {R"("part_size":1)", ""},
     };

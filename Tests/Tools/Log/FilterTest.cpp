@@ -85,10 +85,7 @@ TEST(TimeArgument, ReadsWhatPeopleWrite) {
     setenv("TZ", "UTC", 1);
     tzset();
     const time_t now = 1795557039;  // 2026-11-24 21:50:39
-    const struct {
-        const char* text;
-        LocalStamp stamp;
-    } good[] = {
+    const std::pair<const char*, LocalStamp> good[] = {
         {"2026-11-24 21:50", 20261124215000000},
         {"2026-11-24 21:50:39", 20261124215039000},
         {"2026-11-24T21:50", 20261124215000000},
@@ -103,10 +100,10 @@ TEST(TimeArgument, ReadsWhatPeopleWrite) {
         {"-1d", 20261123215039000},
         {"-39s", 20261124215000000},
     };
-    for (const auto& one : good) {
+    for (const auto& [text, expected] : good) {
         LocalStamp stamp = 0;
-        EXPECT_TRUE(ParseTimeArgument(one.text, now, stamp)) << one.text;
-        EXPECT_EQ(stamp, one.stamp) << one.text;
+        EXPECT_TRUE(ParseTimeArgument(text, now, stamp)) << text;
+        EXPECT_EQ(stamp, expected) << text;
     }
     for (const char* wrong : {"", "-", "-m", "-10", "-10w", "-1.5h", "--5m", "-99999999999999999999s", "2026-13-01",
                               "2026-02-29", "2026-11-24 24:00", "21:60", "9:05", "now", "2026-11-24 21", "21:50:39:00",

@@ -16,10 +16,7 @@ TEST(KeyFile, TakesExactlyOneKey) {
     EXPECT_EQ(ToHex(key.data(), 4), "00112233");
     EXPECT_EQ(key[31], 0xFF);
 
-    const struct {
-        std::string content;
-        const char* problem;
-    } wrong[] = {
+    const std::pair<std::string, const char*> wrong[] = {
         {"", "holds 0 characters"},
         {digits.substr(1), "holds 63 characters"},
         {digits + "0", "holds 65 characters"},
@@ -30,10 +27,10 @@ TEST(KeyFile, TakesExactlyOneKey) {
         {std::string(64, '0'), "no private key"},
         {std::string(64, 'f'), "no private key"},
     };
-    for (const auto& one : wrong) {
+    for (const auto& [content, problem] : wrong) {
         error.clear();
-        EXPECT_FALSE(ParseKey(one.content, key, error)) << one.content;
-        EXPECT_THAT(error, HasSubstr(one.problem));
+        EXPECT_FALSE(ParseKey(content, key, error)) << content;
+        EXPECT_THAT(error, HasSubstr(problem));
     }
 }
 

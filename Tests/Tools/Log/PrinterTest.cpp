@@ -21,9 +21,7 @@ TEST(JsonPrinter, WritesTheFieldsOfALine) {
 }
 
 TEST(JsonPrinter, KeepsUtf8AndReplacesTheRest) {
-    const struct {
-        const char *text, *expected;
-    } cases[] = {
+    const std::pair<const char*, std::string> cases[] = {
         {"h\xC3\xA9llo \xE4\xB8\x96 \xF0\x9F\x98\x80", "h\xC3\xA9llo \xE4\xB8\x96 \xF0\x9F\x98\x80"},
         {"\xC4\xE3", "\xEF\xBF\xBD\xEF\xBF\xBD"},                  // another encoding
         {"a\xC3", "a\xEF\xBF\xBD"},                                // cut within a character
@@ -32,10 +30,10 @@ TEST(JsonPrinter, KeepsUtf8AndReplacesTheRest) {
         {"\xF4\x90\x80\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"},
         {"\x7F", "\\u007f"},
     };
-    for (const auto& one : cases) {
+    for (const auto& [text, expected] : cases) {
         std::string json;
-        AppendJsonString(json, one.text);
-        EXPECT_EQ(json, '"' + std::string(one.expected) + '"');
+        AppendJsonString(json, text);
+        EXPECT_EQ(json, '"' + expected + '"');
     }
 }
 
