@@ -150,7 +150,7 @@ TEST(Facade, AnyThreadMayBeTheFirstAndTellWhoTheUserIs) {
         });
     }
     threads.clear();
-    EXPECT_EQ(console.Count("Event Hello OrvaneCore!"), 1);
+    EXPECT_EQ(console.Count("Hello OrvaneCore!"), 1);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "Orvane/PluginBase.h"
 #include "Orvane/RavelAccount.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
+#include "PluginManager/PluginManager.h"
 
 namespace OrvaneTest {
 

@@ -71,7 +71,13 @@ TEST_F(ConsoleTest, ShowsWhatADeviceTookAcrossARestart) {
                            ", " + row["stored"].asString() + ", " + row["effective"].asString() + ", " +
                            row["reads"]["bool"].asString() + ", " + row["findings"][0]["rule"].asString() +
                            (row["changed"].asBool() ? ", changed" : ""));
-        EXPECT_THAT(rows, testing::UnorderedElementsAre("?"));
+        EXPECT_THAT(rows,
+                    ElementsAre("OrvaneCore.YarrowUrl: \"http://127.0.0.1:8765/traceids\", "
+                                "http://127.0.0.1:8765/traceids, http://127.0.0.1:8765/traceids, false, next-launch",
+                                "Sample.LogHoursLimit: \"12\", 12, 12, false, next-launch",
+                                "Sample.LogMode: 0, 0, (manifest, else 0), false, equals-default",
+                                "Sample.flag: true, , , (manifest), dropped-value, changed",
+                                "Sample.version: \"1.10\", 1.100000, , false, changed-number, changed"));
         EXPECT_EQ(Read("requests?did=D1").size(), 2u);
     }
     EXPECT_EQ(StatusOf("GET", "device?did=D2"), 404);

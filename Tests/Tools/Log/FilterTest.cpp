@@ -119,7 +119,8 @@ TEST(Arguments, RefusesWhatMakesNoSense) {
         Arguments arguments;
         std::string error;
         const std::vector<std::string> split{std::istream_iterator<std::string>(words), {}};
-        EXPECT_EQ(ParseArguments(split, 1000000000, arguments, error), error.empty());
+        const bool isTaken = ParseArguments(split, 1000000000, arguments, error);
+        EXPECT_EQ(isTaken, error.empty());
         return error;
     };
     for (const char* good :
