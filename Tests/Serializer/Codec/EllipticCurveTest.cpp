@@ -58,10 +58,10 @@ TEST(EllipticCurve, SharedSecretIsTheXCoordinate) {
 
     CurvePublicKey offTheCurve = publicA;
     offTheCurve[63] ^= 1;
-    EXPECT_FALSE(CurveSharedSecret(offTheCurve, b, secret));
-    EXPECT_FALSE(CurveSharedSecret(CurvePublicKey{}, b, secret));
-    EXPECT_FALSE(CurveSharedSecret(publicA, CurvePrivateKey{}, secret));
-    EXPECT_FALSE(CurveSharedSecret(publicA, FromHex<CurvePrivateKey>(kOrder), secret));
+    for (const CurvePublicKey& noPoint : {offTheCurve, CurvePublicKey{}})
+        EXPECT_FALSE(CurveSharedSecret(noPoint, b, secret));
+    for (const CurvePrivateKey& noKey : {CurvePrivateKey{}, FromHex<CurvePrivateKey>(kOrder)})
+        EXPECT_FALSE(CurveSharedSecret(publicA, noKey, secret));
 }
 
 TEST(EllipticCurve, HexTakesEitherCaseAndNothingElse) {

@@ -58,10 +58,6 @@ TEST_F(DevServerTest, ServesANewFolderAndKeepsAJournal) {
     EXPECT_EQ(Lines("modules").size(), 2u);
     EXPECT_EQ(Lines("unknown").at(0)["status"], 404);
     EXPECT_EQ(Lines("refused").at(0)["target"], "/x");
-
-    std::string error;
-    EXPECT_FALSE(DevServer({folder / "served", {}}).Open(error));
-    EXPECT_THAT(error, HasSubstr("another server has this folder"));
 }
 
 TEST_F(DevServerTest, StrictnessRefusesWhatBreaksTheProtocolAndAHurtJournalGoesOn) {

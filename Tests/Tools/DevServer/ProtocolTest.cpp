@@ -143,9 +143,8 @@ TEST(DevServerTraceIdProtocol, ChecksTheQueryAndIssuesSoundIds) {
         EXPECT_EQ(id.substr(0, 18), "KGU00000w000002fOG");
     }
     const std::string id = ids.front();
-    EXPECT_FALSE(IsIssuedTraceId(id.substr(1)));
-    EXPECT_FALSE(IsIssuedTraceId("-" + id.substr(1)));
-    EXPECT_FALSE(IsIssuedTraceId(id.substr(0, 31) + "2"));  // as a device marks its own
+    for (const std::string& other : {id.substr(1), "-" + id.substr(1), id.substr(0, 31) + "2"})  // a device's own
+        EXPECT_FALSE(IsIssuedTraceId(other)) << other;
 }
 
 }  // namespace
