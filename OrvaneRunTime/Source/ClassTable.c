@@ -23,7 +23,7 @@ typedef struct protocol {
 struct orvane_class {
     orvane_class* next;
     char* name;
-    int registered;
+    int registered;  // until it is 1 no look-up finds the class, so nobody meets one that lacks a part of its methods
     method* instance_methods;
     method* class_methods;
     protocol* protocols;
@@ -50,6 +50,8 @@ static protocol* find_protocol(protocol* list, const char* name) {
     return NULL;
 }
 
+// The memory is made before the lock is taken, so that the lock is held for a few pointers only; a selector that turns
+// out to be there gives it back.
 static int add_method(orvane_class* cls, method** list, const char* selector, orvane_implementation code) {
     if (!cls || !selector || !code) return 0;
     method* added = calloc(1, sizeof *added);
@@ -183,6 +185,7 @@ int orvane_class_conforms(const orvane_class* cls, const char* name) {
     return conforms;
 }
 
+// A method runs without the lock, since it may use the table itself.
 void* orvane_class_perform(const orvane_class* cls, const char* selector, void* const* arguments) {
     const orvane_implementation code = orvane_class_get_class_method(cls, selector);
     return code ? code(NULL, selector, arguments) : NULL;

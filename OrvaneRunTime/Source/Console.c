@@ -42,6 +42,8 @@ static int wait_writable(void) {
     return ready > 0;
 }
 
+// A line goes out in one call, so that lines of several threads and processes do not mix; in more only where the
+// console takes a part of it.
 static void write_all(struct iovec* parts, int count) {
     while (count > 0) {
         ssize_t written = writev(STDERR_FILENO, parts, count);

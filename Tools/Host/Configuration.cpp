@@ -7,6 +7,7 @@
 namespace OrvaneHost {
 
 void Fetch(const std::string& moduleName) {
+    // The service goes by the module's name and keeps no pointer to it, so it need not outlive the call.
     GameModule module(moduleName);
     module.GetCachePluginManager();
     using namespace Orvane::Plugin;

@@ -23,6 +23,7 @@ bool GameLogger::Open() {
         return false;
     }
     _logger = service->GetLogger(&_module);
+    // The options count when Init opens the store. With the lowest level no line of a script is filtered.
     _logger->SetOption("LogMode", _options.logMode);
     _logger->SetOption("LogConsoleOutput", _options.consoleOutput);
     _logger->SetLogLevel(kLogDebug);

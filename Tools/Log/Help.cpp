@@ -2,6 +2,7 @@
 
 namespace OrvaneLog {
 
+// In a file of its own, since it is long; it goes with the options of Arguments.cpp.
 const char kHelpText[] =
     R"(usage: orvane-log [OPTION]... PATH...
        orvane-log --keygen [FILE]

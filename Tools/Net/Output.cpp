@@ -9,6 +9,7 @@
 namespace OrvaneNet {
 namespace {
 
+// The true standard error; another descriptor once the library's lines are hidden.
 int g_errorDescriptor = STDERR_FILENO;
 
 void WriteError(const std::string& text) {

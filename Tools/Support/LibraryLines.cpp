@@ -7,6 +7,7 @@
 
 namespace OrvaneTools {
 
+// System calls alone: this may run before any library's objects are made.
 int HideLibraryLines() {
     int shown = STDERR_FILENO;
     const int kept = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);

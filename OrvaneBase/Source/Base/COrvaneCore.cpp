@@ -14,8 +14,8 @@ IOrvaneCore* IOrvaneCore::GetInstance() {
 
 std::atomic<COrvaneCore*> COrvaneCore::s_pInstance{nullptr};
 
-// Greets once the object stands, so that who hears the line, or comes at the same time, finds it and does not make
-// another.
+// The greeting is logged when the object stands, so that a log callback that hears it, or another thread, finds the
+// object and does not make another.
 COrvaneCore* COrvaneCore::GetInstance() {
     if (COrvaneCore* const instance = s_pInstance.load(std::memory_order_acquire)) return instance;
     Quern::IBase::GetInstance();

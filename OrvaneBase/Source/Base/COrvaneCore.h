@@ -8,6 +8,8 @@
 
 namespace Orvane {
 
+// The operations are told in Orvane/IOrvaneCore.h. The object holds nothing: each call goes on to whoever does the
+// work. It is there for its lifetime: whoever deletes it takes the base library down.
 class COrvaneCore final : public IOrvaneCore {
 public:
     // Made at the first call, and the base library's root with it. Any thread; a deleted one is followed by another.
@@ -15,7 +17,7 @@ public:
     // Does nothing, on purpose: callers release the facade and go on using it.
     static void ReleaseInstance();
 
-    // Takes the base library down.
+    // Takes the base library down, as IBase::Release does. On the thread and under the rules that are told there.
     ~COrvaneCore() override;
     int Initialize() override;
     void SetLogLevel(int level) override;

@@ -6,7 +6,7 @@ namespace Quern {
 
 std::string WriteCompactJson(const Json::Value& value) {
     Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
+    builder["indentation"] = "";  // takes away the line ends between members, too
     return Json::writeString(builder, value) + "\n";
 }
 

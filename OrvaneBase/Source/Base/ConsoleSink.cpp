@@ -8,10 +8,10 @@ namespace Quern {
 
 void PlatformLog(const char* format, ...) {
     if (!format) return;
-    char small[1024];
+    char small[1024];  // most lines fit, and are written without the heap
     va_list arguments;
     va_start(arguments, format);
-    va_list again;
+    va_list again;  // the first pass uses the arguments up
     va_copy(again, arguments);
     const int length = vsnprintf(small, sizeof small, format, arguments);
     va_end(arguments);

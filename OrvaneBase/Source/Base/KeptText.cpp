@@ -26,6 +26,8 @@ bool KeptText::IsEmpty(const Value* value) {
     return !value || value->text.empty();
 }
 
+// The list only grows, at its front, so it is walked without a lock. Two threads that bring the same new text at once
+// may both enter it: one copy too many, which does no harm.
 const KeptText::Value* KeptText::Keep(const char* text) {
     const Value* const last = _kept.load(std::memory_order_acquire);
     for (const Value* value = last; value; value = value->before)

@@ -6,8 +6,10 @@
 
 namespace Quern {
 
-// The object behind `place`, made at the first need. Without a lock, so that what `make` calls may come back here: of
-// two first callers one installs its object, and the other deletes its own and takes that.
+// The object behind `place`, made at the first need. Any thread, without a lock, so that what `make` calls may come
+// back here: of two first callers one installs its object, and the other deletes its own and takes that. So T's
+// constructor may run twice, and its destructor once while the T that counts lives: neither may do what must happen
+// only once.
 template <typename T, typename Make>
 T* MakeOnce(std::atomic<T*>& place, Make make) {
     T* current = place.load(std::memory_order_acquire);

@@ -5,6 +5,7 @@
 namespace Quern {
 namespace {
 
+// Ready before any code runs: initialisers ask for the name, and set it.
 constinit KeptText g_name;
 
 }  // namespace

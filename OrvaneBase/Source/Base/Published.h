@@ -22,7 +22,8 @@ class Published {
     };
 
 public:
-    // What one reader sees: a version that stays as it is. For a moment, on one thread; the Published outlives it.
+    // What one reader sees: a version that stays as it is. Kept for a moment and on one thread, since its slot is not
+    // used again meanwhile. The Published outlives it.
     class Reader {
     public:
         ~Reader() { _slot->readers.fetch_sub(1, std::memory_order_release); }
@@ -34,7 +35,7 @@ public:
 
     private:
         friend class Published;
-        explicit Reader(Slot* slot) : _slot(slot) {}
+        explicit Reader(Slot* slot) : _slot(slot) {}  // counted in already
         Slot* const _slot;
     };
 
@@ -67,9 +68,12 @@ public:
     }
 
 private:
+    // For the publisher. A reader that counts itself in behind this look finds that the slot is not current, and
+    // leaves.
     bool IsFree(const Slot* slot) const {
         return slot != _current.load(std::memory_order_relaxed) && slot->readers.load() == 0;
     }
+    // A slot to fill. There are never more than the readers that were held at one time, and two.
     Slot* FreeSlot() {
         for (Slot* slot = _slots; slot; slot = slot->next)
             if (IsFree(slot)) return slot;

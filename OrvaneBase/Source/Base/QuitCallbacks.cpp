@@ -15,8 +15,9 @@ public:
     void Add(QuitCallback callback) {
         const Quern::CCritical guard(&_lock);
         if (std::find(_waiting.begin(), _waiting.end(), callback) != _waiting.end()) return;
-        // One whose turn has come may be needed again: an operation under way queued work, and so the queue that had
-        // been ended came back. Once a run: an operation that queues its own successor must not keep the run going.
+        // A callback that was called in this run may be needed again: an operation that was under way has queued work,
+        // and so the queue that had been ended came back. That is granted once a run, so that an operation that queues
+        // its own successor does not keep the run going for ever.
         Entries& list = std::count(_called.begin(), _called.end(), callback) > 1 ? _next : _waiting;
         if (std::find(list.begin(), list.end(), callback) == list.end()) list.push_back(callback);
     }
@@ -30,7 +31,7 @@ public:
 private:
     using Entries = std::vector<QuitCallback>;
 
-    // False if a run is under way, which then is the one that calls everything.
+    // False if a run is under way: that one then calls everything.
     bool Begin() {
         const Quern::CCritical guard(&_lock);
         return !std::exchange(_running, true);

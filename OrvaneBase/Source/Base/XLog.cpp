@@ -150,12 +150,12 @@ size_t XLogFormat(char* out, ALogPriority level, const char* file, unsigned int 
     return writer.Finish();
 }
 
-// What the platform's log call prints under "%s\n". The console ends a line by itself, so the newline is needed only
-// behind a text that has one of its own.
+// The platform's log call prints "%s\n", so an empty line follows a text that ends in a newline. The console takes one
+// newline off a text's end and adds its own, so such a text is given a second one.
 void PrintLogToConsole(ALogPriority, const char*, const char* text) {
     if (!text) text = "(null)";
     const size_t length = strlen(text);
-    char line[kLogLineCapacity + 1];  // a text that is longer than any line keeps its own newline alone
+    char line[kLogLineCapacity + 1];  // a text that does not fit does without the second newline
     if (length == 0 || length >= sizeof line || text[length - 1] != '\n') {
         ConsoleSink::Current().Write(text, length);
         return;

@@ -1,4 +1,5 @@
-// The common parameters of QuernCommon, at the top of the house: they tell of the device and of the installed plugins.
+// The common parameters of QuernCommon. The body is here, and not beside the class, because it asks for the device and
+// for the installed plugins, which are built on top of the class.
 #include <json/json.h>
 
 #include <string>

@@ -8,7 +8,8 @@ namespace Orvane::Plugin {
 
 class IServiceManager {
 public:
-    // Null for an unknown name, and while the plugin that offers the service is not installed.
+    // Null for a null or unknown name, and while the plugin that offers the service is not installed. The plugin owns
+    // the service.
     virtual IPluginService* GetServiceByName(const char* serviceName) = 0;
     // Reserved for a list that comes from the configuration. Returns true.
     virtual bool loadEnabledService() = 0;

@@ -10,8 +10,8 @@
 
 namespace {
 
-// The object run time of the home platform knows a library's classes, and has loaded them, before any initialiser of
-// the library runs: so it is here.
+// On the home platform the run time has loaded a library's classes before any initialiser of the library runs. So here
+// they are entered first: this object stands in front of the others.
 struct RunTimeClassesLoad {
     RunTimeClassesLoad() {
         Quern::RegisterMainRunLoopClass();

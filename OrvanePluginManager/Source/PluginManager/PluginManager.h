@@ -14,8 +14,11 @@ namespace Orvane::Plugin {
 // registry itself, unguarded, as the interface has it: within the library CopyPlugins takes its place.
 class PluginManager final : public IPluginManager {
 public:
-    // Made at the first call: while the library loads, by PluginUtilsLaunch.
+    // Made at the first call: while the library loads, by PluginUtilsLaunch. Its constructor logs the library's
+    // version.
     static PluginManager* GetInstance();
+    // Forgets the plugins without a call on any of them. PluginUtils goes on handing out the old pointer, so a process
+    // that has siblings does not call this.
     static void ReleaseInstance();
 
     // The host borrows the plugin until it is uninstalled or replaced by another one of its name. Returns false, with a
@@ -26,10 +29,20 @@ public:
     bool UninstallByName(const char* pluginName) override;
     // The names as the last PostStartup found them, sorted, and null behind them. Never freed.
     const char* const* GetAllPluginNames() override;
+    // Borrowed. Null, with a line in the log, for null and for a name that is not installed. Names are compared byte by
+    // byte; the one other spelling that counts is "ORVANECORE", for "OrvaneCore".
     IPlugin* GetPluginByName(const char* pluginName) override;
     PluginCollection* GetPluginCollection() override;
+
+    // The walks go over all plugins in byte order of their names, at the shutdown too. Each may be called again and
+    // then runs again. A plugin that comes during a walk takes part in it if its name is still ahead.
+
+    // OnStartup of each, and the service names that it declares go into its entry.
     void Startup() override;
-    void PostStartup() override;  // in PluginManagerPostStartup.cpp
+    // Makes the array of names, calls OnPostStartup of each, and reports all versions as one event. Its body is in
+    // PluginManagerPostStartup.cpp.
+    void PostStartup() override;
+    // Neither changes the registry, and nothing in the library calls them: the host does, through PluginUtils.
     void PreShutdown() override;
     void Shutdown() override;
 

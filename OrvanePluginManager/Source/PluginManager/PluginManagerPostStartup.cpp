@@ -1,4 +1,5 @@
-// The second walk of the host, apart from the rest of it: it reports, and reports come from a plugin.
+// The second walk of the host. It stands apart from the rest, because it reports an event, and events are made by a
+// plugin's service.
 #include "Base/ReportHandler/ReportHandler.h"
 #include "PluginManager/PluginManager.h"
 

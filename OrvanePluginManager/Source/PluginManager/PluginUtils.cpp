@@ -10,7 +10,7 @@ using Orvane::Plugin::IPluginManager;
 using Orvane::Plugin::PluginManager;
 
 PluginUtils* PluginUtils::sharedInstance() {
-    // No static of the function: the manager's constructor logs, and what hears the line may come back here.
+    // Not a local static, whose guard is a lock: the manager's constructor logs, and a log callback may come back here.
     static constinit std::atomic<PluginUtils*> instance{nullptr};
     return Quern::MakeOnce(instance, [] { return new PluginUtils; });
 }

@@ -12,10 +12,12 @@ public:
     // Made at the first call, and never destroyed: siblings keep the pointer.
     static PluginUtils* sharedInstance();
 
+    // Any pointer, null too: what is set is what siblings get from the getter. Not owned.
     void setNativePluginManager(Orvane::Plugin::IPluginManager* manager) { _pluginManager = manager; }
     Orvane::Plugin::IPluginManager* getNativePluginManager() const { return _pluginManager; }
 
-    // The four steps of the plugins' life, in this order, each for all plugins.
+    // The four steps of the plugins' life, in this order, each for all plugins. The library takes the first two at the
+    // launch. The others are the host's: without its call no plugin hears that the process ends.
     void nativeStartup();
     void nativePostStartup();
     void nativePreShutdown();
@@ -24,7 +26,7 @@ public:
 private:
     PluginUtils();
 
-    Orvane::Plugin::IPluginManager* _pluginManager;
+    Orvane::Plugin::IPluginManager* _pluginManager;  // PluginManager's instance until another one is set
 };
 
 // Makes the shared PluginUtils, and with it the plugin host. One object of it is made while the library loads.

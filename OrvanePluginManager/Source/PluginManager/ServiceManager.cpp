@@ -32,6 +32,7 @@ IPluginService* ServiceManager::GetServiceByName(const char* serviceName) {
     if (found == _plugins.end()) return nullptr;
     const std::string pluginName = found->second;
     IPlugin* plugin = PluginManager::GetInstance()->GetPluginByName(pluginName.c_str());
+    // The plugin is asked in the caller's own letters: for "Report", where FindReportService asks it for "REPORT".
     return plugin ? plugin->GetServiceByName(serviceName) : nullptr;
 }
 

@@ -11,7 +11,7 @@ namespace Orvane::Plugin {
 
 // The table is fixed when the object is made: which plugin offers which service. A look-up asks the host for that
 // plugin, and the plugin for the service, so the plugin owns what is found. Any thread, except that the first call, and
-// ReleaseInstance, belong on the main thread.
+// ReleaseInstance, belong on the main thread. The library's own code asks the host directly instead.
 class ServiceManager final : public IServiceManager {
 public:
     // Made at the first call, without a lock.
@@ -20,8 +20,10 @@ public:
 
     // Returns null for an unknown name, a plugin that is not installed, and a service that the plugin does not have.
     IPluginService* GetServiceByName(const char* serviceName) override;
-    // Both return true: the first adds nothing, the second fills the table, which the constructor does by it.
+    // Adds nothing. Returns true.
     bool loadEnabledService() override;
+    // Sets the table anew: "Report" is the data plugin's ("PELL"), "Account" that of the plugin "CADMO". Returns true.
+    // The constructor calls it.
     bool loadDefaultEnabledService() override;
 
 private:

@@ -1,4 +1,5 @@
-// The makers of native halves by class name.
+// The factories of native halves, by the class name that the script layer gives. Other libraries enter theirs through
+// gs_OrvaneRegisterPlatformClass (Orvane/PlatformObject.h).
 #ifndef ORVANE_BASE_BRIDGE_C_PLATFORM_OBJECT_CLASS_H
 #define ORVANE_BASE_BRIDGE_C_PLATFORM_OBJECT_CLASS_H
 

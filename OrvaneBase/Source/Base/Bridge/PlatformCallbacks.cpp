@@ -6,6 +6,8 @@ using Quern::PlatformCallbacks;
 
 namespace {
 
+// Ready before any code runs and never destroyed: a native half in another library may send from an initialiser, and
+// until the process ends.
 constinit PlatformCallbacks g_callbacks;
 
 }  // namespace
@@ -16,6 +18,7 @@ PlatformCallbacks& PlatformCallbacks::Shared() {
     return g_callbacks;
 }
 
+// The one body of CPlatformObject that is not inline in its header: other libraries send, only this one clears.
 void CPlatformObject::ClearEnvironment() {
     g_callbacks.message.Set(nullptr);
     g_callbacks.structure.Set(nullptr);

@@ -27,18 +27,21 @@ private:
     std::atomic<Callback> _callback = nullptr;
 };
 
-// One slot for each kind of message: its name says what the script layer gets, and "result" what it gives back.
+// One slot for each form of a call from a native half to its script object. The first argument is always the object's
+// id; the others are named at the slot. Texts and bytes are valid for the call only, and a length counts bytes.
 struct PlatformCallbacks {
-    CallbackSlot<ArborSendMessageCallback> message;
-    CallbackSlot<ArborSendStructCallback> structure;
-    CallbackSlot<ArborSendResultCallback> result;
-    CallbackSlot<ArborSendResultStructCallback> resultStruct;
-    CallbackSlot<ArborSendBufferCallback> buffer;
-    CallbackSlot<ArborSendResultBufferCallback> resultBuffer;
-    CallbackSlot<ArborSendResultStructBufferCallback> resultStructBuffer;
-    CallbackSlot<ArborSendVoidMethodCallback> voidMethod;
-    CallbackSlot<ArborSendVoidMethodParamCallback> voidMethodParam;
-    CallbackSlot<ArborSendVoidMethodBufferCallback> voidMethodBuffer;
+    // These name the script method by a text.
+    CallbackSlot<ArborSendMessageCallback> message;                        // method, text
+    CallbackSlot<ArborSendStructCallback> structure;                       // method, pointer to the caller's structure
+    CallbackSlot<ArborSendResultCallback> result;                          // method, number
+    CallbackSlot<ArborSendResultStructCallback> resultStruct;              // method, result as bytes, length
+    CallbackSlot<ArborSendBufferCallback> buffer;                          // method, bytes, length
+    CallbackSlot<ArborSendResultBufferCallback> resultBuffer;              // method, number, bytes, length
+    CallbackSlot<ArborSendResultStructBufferCallback> resultStructBuffer;  // the same, then bytes, length
+    // These name it by a number.
+    CallbackSlot<ArborSendVoidMethodCallback> voidMethod;              // method
+    CallbackSlot<ArborSendVoidMethodParamCallback> voidMethodParam;    // method, text
+    CallbackSlot<ArborSendVoidMethodBufferCallback> voidMethodBuffer;  // method, bytes, length
 
     // Those of the process; never destroyed, since native halves may send until it ends.
     static PlatformCallbacks& Shared();

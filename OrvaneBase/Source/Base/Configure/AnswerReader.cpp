@@ -14,7 +14,7 @@ namespace {
 
 using Quern::Value;
 
-// What the JSON library would throw at, it throws at: the texts go to the log.
+// Throws, as the JSON library does where a value is of another kind. The text goes to the log.
 void Require(bool condition, const char* problem) {
     if (!condition) throw std::invalid_argument(problem);
 }

@@ -6,7 +6,7 @@
 
 #include "Orvane/IRemoteConfig.h"
 
-// The script layer's callback, for all observers there are. Set and called without a lock.
+// The script layer's callback, one for all observers; null for none. Set and called without a lock.
 extern std::atomic<void (*)(const char* keys)> g_callback;
 
 class CSRemoteConfigObserver final : public Orvane::RemoteConfigObserver {

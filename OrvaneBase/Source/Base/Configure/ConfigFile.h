@@ -8,7 +8,8 @@
 
 namespace Orvane {
 
-// Adds no lock to the bundle's. Without a bundle everything fails with a log line, and the reads give their default.
+// The operations are told in Orvane/IConfigFile.h. Adds no lock to the bundle's. Without a bundle everything fails with
+// a log line, and the reads give their default.
 class ConfigFile final : public IConfigFile {
 public:
     // Over NAME.config in the cache folder; null and "Orvane" mean the default bundle. It ends the process, after a log

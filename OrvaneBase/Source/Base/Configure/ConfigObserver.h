@@ -6,7 +6,8 @@
 
 namespace Orvane {
 
-// Owns neither. Never deleted once the client has it: the client may be about to call it.
+// Owns neither. Never deleted once the client has it: the client may be about to call it. It is called on the thread on
+// which the answer arrived, with none of the client's locks held.
 class ConfigObserver final : public ConfigureObserver {
 public:
     // The observer may be null: then it hears nothing.

@@ -25,7 +25,7 @@ protected:
 class Configure {
 public:
     // Asks the server now and from then on at the gap that "RemoteConfigNextGap" sets, in seconds (86400 by default;
-    // below 1 it is asked once a second). Again begins a new gap.
+    // below 1 it is asked once a second). A further call begins a new gap.
     virtual void Start() = 0;
     // An int that equals the default counts as missing. A stored bool is true for the text "true" alone.
     virtual int GetInt(const char* section, const char* key, int defaultValue) = 0;

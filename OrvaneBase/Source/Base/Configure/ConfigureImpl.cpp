@@ -147,7 +147,7 @@ void ConfigureImpl::Start() {
                 ConfigureInnerStart);
 }
 
-// One timer is left, also where two threads start one at a time, and none if the client was released meanwhile.
+// Where two threads start a timer at the same time, one timer is left; where the client is released meanwhile, none.
 void ConfigureImpl::_StartTimer(CTimer& timer, unsigned int ConfigureImpl::*kept, unsigned long long milliseconds,
                                 bool repeat, CTimerImp::Callback callback) {
     const unsigned int started = timer.StartTimer(milliseconds, repeat, callback, this);
@@ -174,8 +174,8 @@ void ConfigureImpl::_Init() {
     _openID = QuernCommon::GetInstance()->GetOpenID();
 }
 
-// By way of the main run loop, where none of the caller's locks is held. A release meanwhile posts the removal behind
-// this.
+// By way of the main run loop, where none of the caller's locks is held. A release that comes meanwhile posts the
+// removal, which then runs after this.
 void ConfigureImpl::_ObserveNetwork() {
     if (_isObservingPosted.exchange(true)) return;
     MainRunLoop::Current().Post([this] {
@@ -271,7 +271,7 @@ void ConfigureImpl::_Send(const std::string& url) {
     ORVANE_LOG_INFO("RemoteConfig url:%s, maxRetryCount %d, retryCount %d", _url.c_str(),
                     static_cast<int>(_maxRetryCount), static_cast<int>(_retryCount));
     if (!WWW::TryGet(_dataTask)) {
-        // No completion will come. What is in flight counts as stale no more either, since nothing is.
+        // Nothing was sent, so no completion will come, and no answer is on its way that could be stale.
         _state = kFailed;
         _ignoreResult = false;
     }

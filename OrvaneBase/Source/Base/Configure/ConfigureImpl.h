@@ -20,10 +20,10 @@
 // QuernCommon's, ConfigureReport's, a task's _stateMutex, the URL session's, and the log's.
 //
 // Between CNetwork's and _sMutex there is no order: a game's network observer may destroy a task, while a listener of a
-// task makes the client's first call. So the client takes neither under the other. Itself it enters and leaves the
-// network's observers by way of the main run loop, with no lock held; a removal that comes late is harmless, since the
-// object stays in memory and a released one does nothing. It enters at each StartOnce, since a network that was taken
-// down has forgotten it.
+// task makes the client's first call. So the client takes neither under the other. It enters the list of the
+// network's observers, and leaves it, by way of the main run loop, with no lock held. A removal that comes late is
+// harmless, since the object stays in memory and a released one does nothing. It enters at each StartOnce, since a
+// network that was taken down has forgotten it.
 //
 // Reads do not take _mutex, so they wait for none of that: the bundle answers them by itself.
 #ifndef ORVANE_BASE_CONFIGURE_CONFIGURE_IMPL_H
@@ -56,9 +56,9 @@ public:
 
     // From now on nothing is asked, told or taken; what is in flight is given up, and the timers are stopped. Waits for
     // an answer that is being delivered on another thread, but not for a request that gathers what it sends: that one
-    // may be inside the data plugin a moment longer, and then sends nothing. Again does nothing.
+    // may be inside the data plugin a moment longer, and then sends nothing. A second call does nothing.
     void Release();
-    // Puts it at the head of a chain of clients, for good.
+    // Puts this client at the head of the chain of those that stay in memory, for good.
     void Keep(std::atomic<ConfigureImpl*>& chain) { _keptBefore = chain.exchange(this, std::memory_order_acq_rel); }
 
     void Start() override;

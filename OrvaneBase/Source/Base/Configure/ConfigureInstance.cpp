@@ -9,8 +9,9 @@ namespace Orvane {
 namespace {
 
 std::atomic<Configure*> g_inForce{nullptr};  // what Use put there
-// The client, or that there is none: an odd number, another one after each release. So whoever opens a client and finds
-// the number that was there before knows that no other has come and gone meanwhile, with a file that is newer.
+// The client's address, or an odd number if there is none: a different number after each release. A thread that opens a
+// client remembers the number and compares it afterwards. If it is still there, no other client has come and gone
+// meanwhile and left a newer file.
 constexpr uintptr_t kNone = 1;
 std::atomic<uintptr_t> g_client{kNone};
 std::atomic<ConfigureImpl*> g_former{nullptr};  // the head of the chain of those that stay in memory
@@ -21,17 +22,18 @@ ConfigureImpl* ClientOf(uintptr_t state) {
     return state & kNone ? nullptr : reinterpret_cast<ConfigureImpl*>(state);
 }
 
-// A line that was logged while a client opened its file has come back here by way of a log callback, which reads a
-// setting: what a client before this one holds, else the manifest.
+// For a log callback that reads a setting inside a line which was logged while this thread opens the client's file:
+// what a former client holds, else the manifest.
 Configure* WhileOpening() {
     if (ConfigureImpl* const former = g_former.load(std::memory_order_acquire)) return former;
     static ConfigureImpl* manifest = new ConfigureImpl(nullptr);
     return manifest;
 }
 
-// Without a lock, since that callback runs under the log's. Of two first callers each opens the file, and one is the
-// client. The other is kept, released and saving nothing, since a bundle that is deleted leaves its file in plain text;
-// WhileOpening may hand it out, for reading. Who opened the file before a whole client came and went opens it again.
+// Without a lock, since that callback runs under the log's. Of two first callers each opens the file, and one gets the
+// client's place. The other's object is released, so that it saves nothing, and kept, since a bundle that is deleted
+// leaves its file in plain text; WhileOpening may hand it out, for reading. A caller that opened the file before
+// another client came and went opens it again.
 Configure* MakeClient(uintptr_t before) {
     if (t_isOpening) return WhileOpening();
     for (;;) {
@@ -65,7 +67,7 @@ void ReleaseConfigureInstance() {
     uintptr_t state = g_client.load(std::memory_order_acquire);
     ConfigureImpl* const client = ClientOf(state);
     if (!client) return;
-    // While it is still the one that is found: a second client beside it would work on the same file.
+    // Released while callers still find it: else they would make a second client, and both would work on one file.
     client->Release();
     // It stays in memory, so its address is a number that no other release gives.
     if (!g_client.compare_exchange_strong(state, state | kNone, std::memory_order_acq_rel)) return;

@@ -31,10 +31,10 @@ constexpr char kModule[] = "Upload";
 constexpr int kMostAttempts = 5;  // with one id in one process
 constexpr int kUploaded = 0, kRefused = 1;
 
-// What an order may cost: the search runs inside an HTTP completion, and all others wait for it. The unit is a step of
-// a regular expression; the first is for one pattern and one name, the second for all of a search, which takes a
-// second or two. The others stand for what costs time without a pattern: opening a folder, resolving what lies in it,
-// and writing a line about a name and a pattern.
+// What an order may cost: the search runs inside an HTTP completion, and all other completions wait for it. The unit is
+// one step of a regular expression. The first limit is for one pattern and one name. The second is for a whole search,
+// which then takes a second or two. The others are prices for what costs time without a pattern: opening a folder,
+// resolving what lies in it, and writing a line about a name and a pattern.
 constexpr long long kStepsOfMatch = 100'000;
 constexpr long long kStepsOfSearch = 50'000'000;
 constexpr long long kStepsOfFolder = 10'000;
@@ -43,8 +43,8 @@ constexpr long long kStepsOfLine = 500;
 constexpr size_t kMostMatches = 10'000;
 // A pattern that has been too costly for so many names is not tried again.
 constexpr int kMostCostlyNames = 10;
-// What the zip takes in: the time that it takes and the disk that it fills. Without it one file that 10,000 patterns
-// match would go in as often as that.
+// What the zip takes in at the most, which limits the time that it takes and the disk that it fills: one file that
+// 10,000 patterns match would go in 10,000 times.
 constexpr long long kMostZippedBytes = 1LL << 30;
 
 std::string LogFolder(const char* module) {
@@ -91,7 +91,7 @@ public:
     size_t Match(const std::string& name, size_t most) {
         size_t matches = 0;
         for (Pattern& pattern : _patterns) {
-            // The line below holds the pattern.
+            // The pattern's length counts, since the line below holds the pattern.
             if (matches == most || !Spend(kStepsOfLine + static_cast<long long>(pattern.text.size()))) break;
             if (Matches(pattern, name)) {
                 ORVANE_LOG_INFO("fileName %s match ", name.c_str());

@@ -60,8 +60,8 @@ private:
     void _ZipAndUpload(const Order& order, const std::vector<std::string>& files);
     void _Upload(const char* uploadId, const char* zipPath, int partSize);
 
-    // Set by an upload's begin and cleared by its end, so for good where none comes (an id that is no UTF-8 text). The
-    // search reads it without the mutex.
+    // Set when an upload begins and cleared when it ends. An upload whose id is no UTF-8 text never ends, and so blocks
+    // every later one. The search reads it without the mutex.
     std::atomic<bool> _isUploading{false};
     // Attempts by upload id in this process. Five are the most: the next one closes the uploader for good, for any id.
     std::map<std::string, int> _uploadTimes ORVANE_GUARDED_BY(_mutex);

@@ -7,7 +7,8 @@
 namespace Orvane {
 namespace {
 
-// The module "OrvaneCore" of the service "REMOTECONFIG", or null and what names the broken link.
+// The module "OrvaneCore" of the service "REMOTECONFIG"; or null, and then `broken` names the link to it that is
+// missing.
 IRemoteConfig* FindRemoteConfig(const char*& broken) {
     Plugin::PluginBase* pluginBase = Plugin::Singleton<Plugin::OrvaneCoreInnerPlugin>::GetInstance();
     if (!pluginBase) {
@@ -37,9 +38,9 @@ IRemoteConfig* FindRemoteConfig(const char*& broken) {
 std::atomic<OrvaneCoreRemoteConfig*> OrvaneCoreRemoteConfig::s_pInstance{nullptr};
 constinit OrvaneCoreRemoteConfig OrvaneCoreRemoteConfig::s_withoutConfig{nullptr};
 
-// Under no lock, not even that of a local static: what is logged here may come back here, by way of a log callback that
-// logs a stage line. The links log on the way, so a search within a search ends at once; the line about a broken link
-// comes when the instance stands.
+// No lock is held, not even that of a local static: a line that is logged here may reach a log callback that logs a
+// stage line, and that comes back here. The search logs on its way, so a search within a search ends at once. The line
+// about a broken link is logged only when the instance stands.
 OrvaneCoreRemoteConfig* OrvaneCoreRemoteConfig::GetInstance() {
     if (OrvaneCoreRemoteConfig* instance = s_pInstance.load(std::memory_order_acquire)) return instance;
     static thread_local bool isLooking = false;

@@ -13,8 +13,8 @@ namespace Orvane {
 class OrvaneCoreRemoteConfig {
 public:
     // Made at the first call, during start-up, without a lock; never destroyed. What it finds then is what it serves:
-    // made before the core plugin is installed, it gives defaults for the life of the process. To a log callback that
-    // comes here while the same thread looks for the core plugin, an object that gives defaults.
+    // made before the core plugin is installed, it gives defaults for the life of the process. A log callback that
+    // comes here while the same thread is still looking for the core plugin gets another object, which gives defaults.
     static OrvaneCoreRemoteConfig* GetInstance();
 
     int GetInt(const char* key, int defaultValue);

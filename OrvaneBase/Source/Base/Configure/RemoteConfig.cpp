@@ -66,7 +66,8 @@ bool RemoteConfig::GetString(const char* key, char* buffer, int& length, const c
 }
 
 void RemoteConfig::AddObserver(RemoteConfigObserver* observer) {
-    Configure* const configure = Configure::GetInstance();  // made, where it is the first use, before the lock
+    Configure* const configure =
+        Configure::GetInstance();  // before the lock, since the first use makes the client, which opens a file
     const Quern::CCritical guard(&_mutex);
     ConfigObserver*& registered = _observers[observer];
     if (registered) {
@@ -77,7 +78,7 @@ void RemoteConfig::AddObserver(RemoteConfigObserver* observer) {
     configure->AddObserver(_moduleName.c_str(), registered);
 }
 
-// What the client has stays there, and calls the observer on.
+// The client keeps the ConfigObserver, which goes on calling the observer: Orvane/IRemoteConfig.h warns of that.
 void RemoteConfig::RemoveObserver(RemoteConfigObserver* observer) {
     const Quern::CCritical guard(&_mutex);
     _observers.erase(observer);

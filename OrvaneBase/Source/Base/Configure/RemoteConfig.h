@@ -12,7 +12,9 @@ namespace Orvane {
 
 class ConfigObserver;
 
-// Everything goes to the client in force (Configure), with the module's name as section.
+// The operations are told in Orvane/IRemoteConfig.h. Reads and requests go to the client in force (Configure), with the
+// module's name as the section. The observers are kept here, and for each one a ConfigObserver that the client calls.
+// Any thread.
 class RemoteConfig final : public IRemoteConfig {
 public:
     // A null name is an empty one.

@@ -16,6 +16,7 @@ public:
     // Appends a copy; null is ignored.
     void Push(const char* text);
 
+    // Null at the end, and again at each further call.
     const char* Next() override;
     // True without texts.
     bool IsEnd() override;

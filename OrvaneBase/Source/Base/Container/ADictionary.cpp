@@ -11,7 +11,7 @@ void DeleteIfOwned(AObject* object) {
     if (object->IsOwned()) delete object;
 }
 
-// Such a key is not compared: that would end the process.
+// A key that is a dictionary is never compared: comparing dictionaries ends the process.
 bool IsDictionary(const AObject& key) {
     return key.GetObjectType() == kTypeDictionary;
 }

@@ -12,8 +12,7 @@
 namespace Quern {
 
 // Keys are compared by IsEqual in a walk over all of them: dictionaries are small. What is handed out stays the
-// dictionary's. A null key or value is not stored, nor is
-// one of which a copy would be stored and that has none.
+// dictionary's. A null key or value is not stored. Nor is an object whose Clone gives null, where a copy would be kept.
 //
 // The ways of setting differ in what they own, and callers rely on each as it is:
 //   by reference, number or text   the key and the value are copied and owned; an equal key has its value replaced

@@ -42,7 +42,7 @@ public:
 
     // Null gives 0. A wider integer is cut to its low bits; a fraction is cut off, and a float too large for 64 bits
     // gives the nearest 64-bit integer.
-    bool BoolValue() const;
+    bool BoolValue() const;  // whether it is not 0
     unsigned char ByteValue() const { return static_cast<unsigned char>(LongLongValue()); }
     int IntValue() const { return static_cast<int>(LongLongValue()); }
     long long LongLongValue() const;
@@ -67,6 +67,7 @@ private:
     bool EqualsNumber(const ANumber& other) const;
     void SetBool(bool value);
 
+    // _type says which of these holds.
     union {
         bool _bool;
         unsigned char _byte;

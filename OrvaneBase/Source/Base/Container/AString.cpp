@@ -81,6 +81,7 @@ bool AString::IsReal(const char* text) {
 }
 
 long long AString::AsInt64() const {
+    // Tested first, since strtoll takes "12abc" for 12. It stops at a ".", which cuts off the fraction.
     return IsNumberic() ? strtoll(c_str(), nullptr, 10) : 0;
 }
 

@@ -15,6 +15,7 @@ public:
     explicit AStringBuilder(const AString* text);
     AStringBuilder(const AStringBuilder& other) = default;
     AStringBuilder& operator=(const AStringBuilder& other) = default;
+    // These two replace what is there: with nothing for a null or empty text, and only up to a text's first zero byte.
     AStringBuilder& operator=(const AString& text);
     AStringBuilder& operator=(const char* text);
 
@@ -26,10 +27,11 @@ public:
 
     // Makes room for that many more bytes, and for as much again.
     void resize(int request);
-    // Null while nothing was appended. Valid until the next change.
+    // Null while there is no buffer, so after Clear too. Terminated. Valid until the next change.
     const char* ToString() const { return reinterpret_cast<const char*>(_data.Data()); }
     void Clear() { _data.Clear(); }
 
+    // Whether the other is a builder of the same bytes.
     bool IsEqual(const AObject* other) const override;
     AStringBuilder* Clone() const override;
 

@@ -6,6 +6,7 @@
 namespace Quern {
 namespace {
 
+// Compared with these and not with LLONG_MAX or ULLONG_MAX, which no double holds: they would be rounded up to these.
 constexpr double kTwoTo63 = 9223372036854775808.0;
 constexpr double kTwoTo64 = 18446744073709551616.0;
 

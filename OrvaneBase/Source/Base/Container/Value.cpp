@@ -97,7 +97,7 @@ Value::~Value() {
 }
 
 void Value::swap(Value& other) noexcept {
-    // The widest members stand for whichever is in force.
+    // No member is wider than _int, so its bytes stand for whichever member is in force.
     char bits[sizeof _int];
     memcpy(bits, &_int, sizeof bits);
     memcpy(&_int, &other._int, sizeof bits);

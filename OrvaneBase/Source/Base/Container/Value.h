@@ -68,6 +68,8 @@ public:
     bool isArray() const { return _type == ArrayValue; }
     bool isObject() const { return _type == ObjectValue; }
 
+    // The conversions, whose bodies are in ValueConversion.cpp.
+    //
     // Fractions are cut off; what is too large for the result keeps its low bits. Texts and containers give 0, with a
     // warning. asUInt64 warns for every IntValue, and converts it.
     long long asInt64() const;

@@ -5,6 +5,7 @@
 
 namespace Quern {
 
+// The old one goes last: in the assignments below the new one is copied from it when an iterator is assigned to itself.
 void ValueWrapper::SetImpl(ValueIteratorBaseImpl* impl) {
     ValueIteratorBaseImpl* old = _impl;
     _impl = impl;

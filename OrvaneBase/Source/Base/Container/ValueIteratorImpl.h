@@ -1,4 +1,4 @@
-// The places that the iterators of a Value point at.
+// The places that the iterators of a Value point at. Each belongs to the one iterator that wraps it.
 #ifndef ORVANE_BASE_CONTAINER_VALUE_ITERATOR_IMPL_H
 #define ORVANE_BASE_CONTAINER_VALUE_ITERATOR_IMPL_H
 
@@ -14,13 +14,16 @@ public:
 
     ValueIteratorBaseImpl& operator--() override;
     ValueIteratorBaseImpl& operator++() override;
+    // Behind the last entry there is no element: there it must not be asked for, nor key, index or name.
     const Value& operator*() const override;
     Value key() const override;
     int index() const override;
     const char* memberName() const override;
 
+    // Two that are nowhere are at the same place.
     bool IsSamePlace(const ValueIteratorBaseImpl& other) const;
-    // The steps to the other, found by walking there.
+    // The steps to the other, found by walking: from here to it, or if it does not lie ahead, from it to here, and then
+    // negative. 0 between two maps.
     int computeDistance(const ValueIteratorBaseImpl& other) const;
 
 protected:

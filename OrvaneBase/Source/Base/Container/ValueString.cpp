@@ -42,6 +42,7 @@ ValueString& ValueString::operator=(ValueString other) {
 }
 
 ValueString::~ValueString() {
+    // The text is looked at first, in the copy above too: an index may be the number of a policy.
     if (_text && _indexOrPolicy == kDuplicate) releaseStringValue(_text);
 }
 

@@ -9,6 +9,7 @@ namespace Quern {
 
 std::string MachineId() {
     std::string bytes(16, '\0');
+    // The second is where the id was kept before systemd, and on some systems still is.
     for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
         std::string digits;
         std::getline(std::ifstream(path), digits);

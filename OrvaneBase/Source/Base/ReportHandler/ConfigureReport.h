@@ -10,16 +10,19 @@
 
 namespace Quern {
 
-// Any thread.
+// A record waits in memory until somebody calls Report: the client of the configuration and the upload do so behind
+// their own records, with their own locks released. Without a data plugin the events go nowhere. Any thread.
 class ConfigureReport {
 public:
     // Never destroyed.
     static ConfigureReport* GetInstance();
 
-    // costTime: milliseconds. retryCount: retries used.
+    // A fetch that brought an answer, or that has no retry left. errorCode: a WWWErrorCode, 0 for an answer of whatever
+    // HTTP status. costTime: milliseconds. retryCount: retries used.
     void RecordPullConfigResult(int errorCode, int costTime, int retryCount);
     // Texts are copied; null counts as empty. partSize: bytes.
     void RecordRecieveUploadTask(const char* uploadId, const char* filePattern, const char* filePath, int partSize);
+    // result: as SorrelCUploadTask tells its listener.
     void RecordUploadResult(int result, const char* uploadId, const char* filePath);
     // Sends one event for each record, and forgets them: every fetch, then every order, then every upload, in order of
     // arrival. No lock is held while an event is sent.

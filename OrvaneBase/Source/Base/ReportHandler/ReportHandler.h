@@ -27,6 +27,7 @@ public:
 
 private:
     bool IsUsable() const { return _available && _event; }
+    // Both find the report service anew. False where there is no event to make or to give back.
     bool createEvent(const char* name, int dataType, int srcId);
     bool destroyEvent(Orvane::Plugin::IEvent** event);
 

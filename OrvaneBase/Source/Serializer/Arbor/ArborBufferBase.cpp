@@ -11,7 +11,7 @@ namespace Quern {
 bool _tagArborBufferBase::encode(AString& out) const {
     CArborBufferWriter writer;
     writer.Write(*this);
-    out = std::move(static_cast<AString&>(writer));
+    out = std::move(static_cast<AString&>(writer));  // the writer is the text: nothing is copied
     return true;
 }
 

@@ -22,6 +22,7 @@ bool _tagArborBufferBuffer::encode(AString& out) const {
 
 bool _tagArborBufferBuffer::encode(char* buffer, int& capacity) const {
     if (!buffer || size >= capacity) return false;
+    // Both fields are public: there may be a size without data.
     const int held = data && size > 0 ? size : 0;
     if (held > 0) memcpy(buffer, data, static_cast<size_t>(held));
     capacity = held;

@@ -8,6 +8,7 @@ template <typename Integer>
 void CArborBufferReader::ReadInteger(Integer& value) {
     constexpr int kSize = sizeof value;
     if (_buffer.length() - _position < kSize) {
+        // A part of a number is no value, and what stands behind it cannot be placed: all is used up.
         _position = _buffer.length();
         return;
     }

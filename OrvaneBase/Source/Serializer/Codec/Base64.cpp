@@ -8,7 +8,7 @@ namespace Quern {
 namespace {
 
 constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr uint8_t kForeign = 0x80;
+constexpr uint8_t kForeign = 0x80;  // a bit that no value has: four values or-ed together show it at once
 
 constexpr std::array<uint8_t, 256> kValues = [] {
     std::array<uint8_t, 256> values{};
@@ -54,6 +54,7 @@ std::string base64_decode(const std::string& text) {
         out[2] = static_cast<char>(c << 6 | d);
     }
 
+    // Fewer than four characters are left up to the end, or up to the foreign one that ended the loop.
     uint8_t tail[3];
     int count = 0;
     while (count < 3 && in < end && kValues[*in] != kForeign)

@@ -12,6 +12,7 @@ Sha1::Sha1() : _context(nullptr, EVP_MD_CTX_free) {
     if (_context && EVP_DigestInit_ex(_context.get(), EVP_sha1(), nullptr) != 1) _context.reset();
 }
 
+// Without a context the bytes go nowhere, and HexDigest says so: a caller looks once, at the end.
 void Sha1::Update(const void* data, size_t length) {
     if (_context) EVP_DigestUpdate(_context.get(), data, length);
 }

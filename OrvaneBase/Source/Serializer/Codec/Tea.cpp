@@ -25,6 +25,7 @@ uint32_t Mix(uint32_t word, uint32_t sum, uint32_t left, uint32_t right) {
     return ((word << 4) + left) ^ (word + sum) ^ ((word >> 5) + right);
 }
 
+// Both words are read before anything is written, since `out` may be `block`. The sums wrap, in both directions alike.
 template <int Rounds>
 void Encrypt(const char* block, const char* key, char* out) {
     uint32_t y = LoadWord(block), z = LoadWord(block + 4);

@@ -2,6 +2,8 @@
 
 #include "Serializer/ZYL/ZylError.h"
 
+// Here and not in the header, so that the table of the virtual operations is made in this file, and not in every one
+// that includes the header.
 namespace Quern {
 namespace {
 

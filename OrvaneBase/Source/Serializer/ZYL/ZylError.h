@@ -1,9 +1,11 @@
-// The codes by which the whole Zyl layer reports: 0 is success, every failure is negative.
+// The codes by which the whole Zyl layer reports: 0 is success, every failure is negative. Generated code is
+// compiled with the numbers, so none ever changes its meaning.
 #ifndef ORVANE_SERIALIZER_ZYL_ZYL_ERROR_H
 #define ORVANE_SERIALIZER_ZYL_ZYL_ERROR_H
 
 // The one table of codes, from 0 downwards without a gap: X(code, name, text). The texts are part of the interface,
-// spelling included. The codes below -31 belong to the tagged form, which generated classes alone implement.
+// spelling included. The codes below -31 belong to the tagged form, which generated classes alone implement. A new code
+// goes to the end.
 #define ORVANE_ZYL_ERRORS(X)                                                                        \
     X(0, ZYL_NO_ERROR, "no error")                                                                  \
     X(-1, ZYL_SHORT_BUFFER_TO_WRITE, "available free space in buffer is not enough")                \

@@ -10,6 +10,7 @@ int ZylOutStream::textize(const char* format, ...) {
     return code;
 }
 
+// A file keeps what it took of a print that failed. Only a buffer can take it back.
 int ZylOutStream::vtextize(const char* format, va_list arguments) {
     ORVANE_ASSERT(ZylError::ZYL_NO_ERROR == _state);
     ORVANE_ASSERT(NULL != format);

@@ -1,4 +1,4 @@
-// The name argument of the XML writer and reader.
+// The name argument of the XML writer and reader: a C string that converts by itself at the call.
 #ifndef ORVANE_SERIALIZER_ZYL_ZYL_NAME_H
 #define ORVANE_SERIALIZER_ZYL_ZYL_NAME_H
 
@@ -8,9 +8,10 @@
 
 namespace Quern {
 
-// A C string, measured at the call: the length of a literal is then known to the compiler. Null stays visible.
+// Borrows the text for the call. It is measured there, so that the compiler knows the length of a literal.
 class ZylName {
 public:
+    // A null has the size 0, and text() gives it back: what it means is for the operation to say.
     ZylName(const char* name) : _text(name), _size(name == nullptr ? 0 : strlen(name)) {}
 
     const char* text() const { return _text; }

@@ -13,7 +13,8 @@ namespace Quern {
 // Enough for any printed number, address, date or date and time.
 constexpr size_t kMaxShortText = 32;
 
-// Copies the two ends of a text of sizeof(Word) to 2 * sizeof(Word) bytes; they overlap as they must.
+// Copies a text of sizeof(Word) to 2 * sizeof(Word) bytes as two words, its first and its last. The shorter the text,
+// the more they overlap. The words go through variables, since no address here need be aligned.
 template <typename Word>
 inline void CopyEnds(char* target, std::string_view text) {
     Word head;
@@ -24,7 +25,8 @@ inline void CopyEnds(char* target, std::string_view text) {
     memcpy(target + text.size() - sizeof tail, &tail, sizeof tail);
 }
 
-// Returns the place behind the copy. Below 16 bytes the call of memcpy would cost more than the copy.
+// Copies the text, without a terminator, and returns the place behind the copy. The two must not overlap. Up to 16
+// bytes the call of memcpy would cost more than the copy, unless the compiler knows the size.
 inline char* CopyText(char* target, std::string_view text) {
     const size_t size = text.size();
     if (size > 16 || __builtin_constant_p(size)) {
@@ -41,6 +43,7 @@ inline char* CopyText(char* target, std::string_view text) {
     return target + size;
 }
 
+// Compares two texts of sizeof(Word) to 2 * sizeof(Word) bytes by their first and their last word, as CopyEnds copies.
 template <typename Word>
 inline bool HasSameEnds(const char* left, const char* right, size_t size) {
     Word heads[2];
@@ -52,7 +55,7 @@ inline bool HasSameEnds(const char* left, const char* right, size_t size) {
     return heads[0] == heads[1] && tails[0] == tails[1];
 }
 
-// Whether the first `size` characters are the same. Below 16 the call of memcmp would cost more than the comparison.
+// Whether the first `size` characters are the same. Up to 16 the call of memcmp would cost more than the comparison.
 inline bool IsSameText(const char* left, const char* right, size_t size) {
     if (size > 16) return memcmp(left, right, size) == 0;
     if (size >= 8) return HasSameEnds<uint64_t>(left, right, size);

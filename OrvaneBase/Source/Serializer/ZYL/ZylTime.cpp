@@ -5,6 +5,7 @@
 namespace Quern {
 namespace {
 
+// The large field goes through its unsigned form: a negative year would else set the bits of month and day.
 unsigned int Pack(int16_t large, uint8_t middle, uint8_t small) {
     return static_cast<uint16_t>(large) | static_cast<unsigned int>(middle) << 16 |
            static_cast<unsigned int>(small) << 24;

@@ -11,8 +11,8 @@ namespace {
 std::atomic<BundleFactory*> s_instance{nullptr};
 std::atomic<BundleImpl*> s_defaultBundle{nullptr};
 
-// Held while the default bundle is made. Two that lose and win as other singletons do cannot be had here: one that is
-// deleted leaves its file in plain text. Never destroyed.
+// Held while the default bundle is made. Other singletons may be made twice by two first callers, and one of the two is
+// deleted again; a bundle that is deleted leaves its file in plain text, so only one may be made. Never destroyed.
 CMutex& DefaultBundleMutex() {
     static CMutex* mutex = new CMutex(true);
     return *mutex;

@@ -21,7 +21,7 @@
 namespace Quern {
 namespace {
 
-// In the name of the one form that all the others stand for.
+// The line names ReadString, whichever read was called.
 void LogNullName() {
     const ReadReportScope reporting;
     if (!IsLogFiltered(kLogError)) XLog(kLogError, __FILE__, __LINE__, "ReadString", "s == NULL || key == NULL");
@@ -98,8 +98,8 @@ Number CIniFileImpl::ReadNumber(const char* section, const char* key, Number def
         std::string_view value;
         found = lines.Find(section, key, value);
         if (!found || value.empty()) return defaultValue;
-        // As a stream extracts: what precedes the first foreign character, which what stands behind the value is too;
-        // the nearest limit for what does not fit.
+        // Reads as a stream does, up to the first character that cannot belong to a number; what stands behind the
+        // value in its line begins with such a character. A number that does not fit gives the nearest limit.
         const long long number = strtoll(value.data(), nullptr, 10);
         if (number > std::numeric_limits<Number>::max()) return std::numeric_limits<Number>::max();
         if (number < std::numeric_limits<Number>::min()) return std::numeric_limits<Number>::min();

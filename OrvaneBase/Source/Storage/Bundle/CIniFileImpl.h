@@ -10,6 +10,8 @@
 
 namespace Quern {
 
+// The operations are told in IniFile.h. The lines are in memory: reads look there, changes are made there under the
+// mutex, and a save writes all of them to a new file that then takes the old one's place.
 class CIniFileImpl : public IniFile {
 public:
     // Loads this class's own way, also for a derived object, which does not exist yet.
@@ -22,6 +24,7 @@ public:
     // A last line without a line end is lost.
     bool Load() override;
     bool Save() override;
+    // Null names log an error, in the name of one operation for all.
     AString ReadString(const char* section, const char* key, const char* defaultValue) override;
     int ReadInt(const char* section, const char* key, int defaultValue) override;
     long long ReadLongLong(const char* section, const char* key, long long defaultValue) override;

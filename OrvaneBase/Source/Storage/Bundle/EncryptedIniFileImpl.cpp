@@ -135,18 +135,19 @@ bool EncryptedIniFileImpl::Replace(const std::string& bytes, const EncryptedIni:
     const bool hasOld = file.Old() && file.Old()->st_size > 0;
     if (!IsKept(key) && hasOld) return false;  // without its key the new file is of use to the peer alone
     const bool isInPlace = file.PutInPlace();
-    // Whoever went past the lock may have moved the key after this did, and the file before; or both after.
+    // A writer that went past the lock may have changed the key after this one did. Its file may have been put in place
+    // before this one's, and the key then belongs to a file that is gone; or after it, and all is well.
     if (IsKept(key)) return isInPlace;
     std::string now;
     if (ReadFile(_path.c_str(), now) && now == bytes) _SaveTeaKey(key);
-    return false;  // nobody knows
+    return false;  // whether file and key belong together now is not known
 }
 
 bool EncryptedIniFileImpl::TakeInterruptedSave(IniText& text) {
     FileReplacement file(_path.c_str());
     const std::string left = file.LeftOver();
     if (left.empty() || !OpenWhole(left, text)) return false;
-    // Where someone has the lock, he is at that.
+    // Where another has the lock, nothing is put in place here: he does that.
     if (file.Lock(FileReplacement::Duration(0)) && file.LeftOver() == left) file.PutLeftOverInPlace();
     return true;
 }

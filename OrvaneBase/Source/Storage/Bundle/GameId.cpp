@@ -18,6 +18,7 @@ const char* GameId() {
     if (kept) return kept;
     const AString found = SolidConfigReader::GetStringWithoutBlanks("Orvane", "GameId");
     if (found.Empty()) return "";
+    // Never freed, since callers keep the pointer. Of two first callers one drops its copy and gives the other's.
     char* copy = strdup(found.c_str());
     if (g_gameId.compare_exchange_strong(kept, copy, std::memory_order_acq_rel)) return copy;
     free(copy);

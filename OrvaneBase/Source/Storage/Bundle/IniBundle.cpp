@@ -29,7 +29,7 @@ AString DefaultPath() {
 IniBundle::IniBundle(const char* path) {
     const AString whole = path && strcmp(path, kDefaultName) != 0 ? AString(path) : DefaultPath();
     _file.reset(IniFile::CreateEncrptedFile(whole.c_str()));
-    _file->Load();
+    _file->Load();  // the new object has read the file as plain text; this one deciphers it if need be
 }
 
 bool IniBundle::Set(const char* section, const char* key, long long value) {

@@ -21,6 +21,7 @@ public:
     // Takes over a file, which may be null.
     explicit IniBundle(std::unique_ptr<IniFile> file) : _file(std::move(file)) {}
 
+    // Each writes the value and saves the whole file.
     bool Set(const char* section, const char* key, long long value);
     bool Set(const char* section, const char* key, int value);
     bool Set(const char* section, const char* key, const char* value);
@@ -30,6 +31,7 @@ public:
     bool Set(const char*, int) { return false; }
     bool Set(const char*, const char*) { return false; }
     bool Set(const char*, bool) { return false; }
+    // `found` becomes whether there is a line for the key, whatever is then given.
     long long Get(const char* section, const char* key, long long defaultValue, bool& found);
     int Get(const char* section, const char* key, int defaultValue, bool& found);
     AString Get(const char* section, const char* key, const char* defaultValue, bool& found);
@@ -44,6 +46,7 @@ public:
     bool Get(const char*, Value&) { return false; }
     bool Get(const char*, const char*, Value&) { return false; }
 
+    // Each removes, and saves if something was removed.
     bool RemoveSection(const char* section);
     // True without a file.
     bool RemoveValueForKey(const char* section, const char* key);
@@ -51,6 +54,7 @@ public:
     bool IsContainKey(const char* section, const char* key);
     bool RemoveAll();
 
+    // From here on: what is in memory, which is called the cache, and its way from and to the file.
     bool LoadFileToCache();
     bool SaveCacheToFile();
     bool SetCache(const char* section, const char* key, long long value);

@@ -67,7 +67,7 @@ void IniSection::Enter(size_t line) {
     if (_recent.size() > kFewest && _recent.size() * _recent.size() > _byKey.size()) MergeRecent();
 }
 
-// From behind, a stretch between two entries at a time.
+// Merges from the end on, and copies the stretch between two entries of the second index at once.
 void IniSection::MergeRecent() {
     const Index old = std::exchange(_byKey, Index(_byKey.size() + _recent.size()));
     auto out = _byKey.end();
@@ -92,7 +92,7 @@ void IniSection::InsertBeforeLast(std::string line) {
     if (_lines[at].assignment != kNone) {
         size_t place = 0;
         Index& index = IndexOf(at, place);
-        ++index[place];  // still behind all of its key
+        ++index[place];  // the line moves down by one; as the last of its key it keeps its place in the index
     }
     _lines.insert(_lines.end() - 1, Parse(std::move(line)));
     Enter(at);

@@ -10,8 +10,8 @@
 
 namespace Quern {
 
-// The first line is the header, but in what stands in front of the first header. No other line begins with "[", and so
-// each that holds a "=" is of the key that stands, trimmed, in front of the first one. Not locked.
+// The first line is the section's header; only the section in front of the first header has none. No other line begins
+// with "[". A line that holds a "=" belongs to a key: the text in front of its first "=", trimmed. Not locked.
 class IniSection {
 public:
     static constexpr size_t kNone = static_cast<size_t>(-1);

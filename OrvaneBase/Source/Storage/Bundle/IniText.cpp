@@ -226,7 +226,7 @@ bool IniText::Write(std::string_view section, std::string_view key, std::string_
     else if (found.Size() > 1)
         Own(place).InsertBeforeLast(std::move(line));
     else
-        Own(place - 1).Append(std::move(line));  // in front of its own header
+        Own(place - 1).Append(std::move(line));  // the header is the section's last line: in front of that
     return true;
 }
 
@@ -273,7 +273,7 @@ bool IniText::RemoveLine(std::string_view section, std::string_view prefix) {
         Own(place.section).Erase(place.line);
         return true;
     }
-    // A header: what is behind it belongs to the section before.
+    // The line is a header: once it is gone, the lines behind it belong to the section before.
     const std::shared_ptr<IniSection> headless = _sections[place.section];
     IniSection& before = Own(place.section - 1);
     for (size_t at = 1; at < headless->Size(); ++at)

@@ -87,8 +87,9 @@ private:
     void Append(std::string line);
     // A header's line goes into a section of its own, in front of the one of that name and whatever it ends with.
     void InsertHeader(size_t section, std::string line);
-    // A section is there, or is gone.
+    // Enters the name of a section that was added, if it has one.
     void AddName(size_t section);
+    // Enters all names anew, after a section has gone.
     void IndexNames();
     // The section, shared no longer, to be changed.
     IniSection& Own(size_t section);

@@ -5,7 +5,7 @@ namespace Quern {
 void SharedIniText::HoldBack() {
     const std::lock_guard<std::mutex> guard(_mutex);
     if (_holds > 0 && !IsHolder()) return;
-    PublishChanges();  // what stands so far is not the holder's to hold back
+    PublishChanges();  // what was changed before is for everybody
     _holder.store(std::this_thread::get_id(), std::memory_order_relaxed);
     ++_holds;
 }
@@ -14,7 +14,7 @@ void SharedIniText::Release() {
     const std::lock_guard<std::mutex> guard(_mutex);
     if (!IsHolder() || --_holds > 0) return;
     _holder.store(std::thread::id(), std::memory_order_relaxed);
-    PublishText();  // without a word of it before, which would have readers wait for it here
+    PublishText();  // and _isAhead is not set for it: readers would wait here for the mutex
 }
 
 IniText SharedIniText::Publish() {

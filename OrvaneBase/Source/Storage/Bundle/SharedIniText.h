@@ -46,7 +46,8 @@ public:
         Edit([&text](IniText& current) { current = std::move(text); });
     }
 
-    // Pairs, each on one thread; of threads that do so at a time the first one is the holder.
+    // The calls come in pairs, both of a pair on one thread. Of threads that hold back at the same time the first one
+    // is the holder.
     void HoldBack();
     void Release();
     // Spares the next reader the publishing, and gives the newest text. REQUIRES: the caller's lock keeps changes off

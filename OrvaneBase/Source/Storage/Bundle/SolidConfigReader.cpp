@@ -8,7 +8,7 @@
 namespace Quern {
 namespace {
 
-// What an operation logs, with the section's name. The texts of several have the name of another.
+// What an operation logs, with the section's name. Some of the texts name another operation than their own.
 struct Messages {
     const char* operation;
     const char* missing;

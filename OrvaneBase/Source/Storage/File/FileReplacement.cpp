@@ -110,7 +110,7 @@ bool FileReplacement::OpenNext() {
     constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     for (int look = 0; look < kLooks; ++look) {
         _descriptor = openat(_folder, _next.c_str(), O_RDWR | kFlags);
-        // Where NAME may not be written, nor may its new file: a lock and a rename do without.
+        // A new file has the mode of NAME, so it may be read-only: locking and renaming need no right to write.
         if (_descriptor < 0 && errno == EACCES) _descriptor = openat(_folder, _next.c_str(), O_RDONLY | kFlags);
         _isLeftOver = _descriptor >= 0;
         if (_isLeftOver && IsOurs(_descriptor)) return true;
@@ -223,7 +223,8 @@ bool FileReplacement::Prepare(std::string_view content) {
         return false;
     }
     _content = content;
-    // Asked for again, it might be had of a holder who was killed meanwhile, and his left-over lost unseen.
+    // A lock that was refused is not asked for again: its holder may have been killed meanwhile, and what he left would
+    // be overwritten before anybody had looked at it.
     if (!_isRefused) Lock();
     while (_hasLock && (fcntl(_descriptor, F_GETFL) & O_ACCMODE) == O_RDONLY) {
         _isLeftOver = false;
@@ -237,7 +238,7 @@ bool FileReplacement::Prepare(std::string_view content) {
         OpenStray();
     if (_descriptor >= 0 && WriteNext()) return _isReady = true;
     const int error = errno;
-    if (_descriptor >= 0) ftruncate(_descriptor, 0);  // its room may be what is wanting
+    if (_descriptor >= 0) ftruncate(_descriptor, 0);  // the room that it takes may be what the old file needs
     if (OpenInPlace()) return _isReady = true;
     errno = error;
     return false;
@@ -248,7 +249,8 @@ bool FileReplacement::WriteNext() {
            fsync(_descriptor) == 0;
 }
 
-// Before the first byte, so that nobody reads or writes it who may not do so with the old file.
+// Called before the first byte is written, so that whoever may not read or write the old file cannot read or write
+// this.
 bool FileReplacement::GiveOwnerAndMode() {
     if (!_hasOld) return fchmod(_descriptor, kOwnerAlone) == 0;
     struct stat state {};
@@ -261,7 +263,8 @@ bool FileReplacement::GiveOwnerAndMode() {
 
 bool FileReplacement::OpenInPlace() {
     const bool isLink = _hasOld && S_ISLNK(_old.st_mode);  // one that leads to nothing yet
-    // What another makes under the name meanwhile is not this one's to write, nor to remove.
+    // Where there was no file, only a new one is opened: one that another made meanwhile is neither written nor
+    // removed.
     const int create = !_hasOld ? O_CREAT | O_EXCL : isLink ? O_CREAT : 0;
     const int descriptor = openat(_folder, _name.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | create, kOwnerAlone);
     if (descriptor < 0) return false;
@@ -282,7 +285,8 @@ bool FileReplacement::WriteInPlace(std::string_view content) {
            fsync(_inPlace) == 0;
 }
 
-// Gives the new file the name, or its content to the file of that name. Until that is on the disk, it stays.
+// Renames the new file, or where that cannot be done writes its content over the old one. In the second case the new
+// file stays until the content is on the disk.
 bool FileReplacement::MoveNext(std::string_view content) {
     const std::string next = std::move(_next);
     _next.clear();

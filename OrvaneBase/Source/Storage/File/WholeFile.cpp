@@ -20,7 +20,7 @@ void SyncFolderOf(const std::string& path) {
     close(descriptor);
 }
 
-// Gives the file its name, unless something bears that name already. What rename gives.
+// Gives the file its name, unless something bears that name already. Returns what rename returns.
 int RenameToNew(const char* from, const char* to) {
     if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return 0;
     if (errno != EINVAL && errno != ENOSYS) return -1;

@@ -10,7 +10,8 @@
 namespace Quern {
 
 // Capacity grows to the next multiple of the allocation unit; new bytes are zero. Holds at most 20 MiB: one byte more,
-// a failed allocation and every other broken contract end the process.
+// a failed allocation and every other broken contract, which stand behind REQUIRES, end the process. One thread at a
+// time. Sizes and offsets are in bytes.
 class AutoBuffer {
 public:
     static constexpr size_t kDefaultUnit = 128;
@@ -24,14 +25,17 @@ public:
 
     // Room for `length` bytes at the position; with changeLength the length covers that room.
     void AllocWrite(size_t length, bool changeLength = true);
+    // Room for that many bytes more than the capacity.
     void AddCapacity(size_t length);
 
-    // At the position, which moves behind what was written.
+    // At the position, which moves behind what was written, or at an offset, which leaves the position. What ends
+    // behind the length makes it longer. REQUIRES: 0 <= offset <= Length(); null data only with a length of 0.
     void Write(const void* data, size_t length);
     void Write(const AutoBuffer& source) { Write(source.Ptr(), source.Length()); }
     void Write(long long offset, const void* data, size_t length);
     void Write(long long offset, const AutoBuffer& source) { Write(offset, source.Ptr(), source.Length()); }
-    // From the position, which moves behind what was read. Returns the bytes read.
+    // From the position, which moves behind what was read, or from an offset, which leaves it. Returns the bytes read:
+    // at most those up to the length. The forms with `out` write at its position. REQUIRES: 0 <= offset <= Length().
     size_t Read(void* data, size_t length);
     size_t Read(AutoBuffer& out, size_t length);
     size_t Read(long long offset, void* data, size_t length) const;
@@ -42,7 +46,7 @@ public:
     void Move(long long offset);
     // The result is clamped to 0 and to the length.
     void Seek(long long offset, TSeek from);
-    // Sets position and length.
+    // Sets position and length. REQUIRES: 0 <= position <= length <= Capacity().
     void Length(long long position, size_t length);
 
     // Takes memory from malloc over, dropping what was held.

@@ -160,7 +160,7 @@ bool AFileLogger::MakeRoom(const AString& path) {
         ORVANE_CONSOLE(kLogError, "_logFile is null or file not exist");  // it cannot be removed, or is gone already
         return false;
     }
-    // Between two lines of the same hour the path is not known here: that line is lost, and the next call opens the
+    // The path is known only where this call has opened the file. Else this line is lost, and the next call opens the
     // right file.
     if (_OpenLogFile(path.c_str())) return true;
     ORVANE_CONSOLE(kLogError, "OpenLogFile failed!");

@@ -53,7 +53,7 @@ public:
 
     // Removes a module's old files: first the oldest ones beyond `fileNumLimit` (below 0: no limit), then those whose
     // name says that they are older than `hours`. A file whose name says no time counts as oldest of all. On the
-    // caller's thread, without a lock.
+    // caller's thread, without a lock. (The body is in LogRetention.cpp.)
     static void RemoveOldLogFiles(const char* name, int hours, int fileNumLimit);
 
 private:

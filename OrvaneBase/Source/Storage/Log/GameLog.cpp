@@ -13,8 +13,8 @@ namespace {
 
 std::atomic<Logger*> g_gameLog{nullptr};
 
-// The look-up logs that a manifest has no such section, and a log callback may hand that line on to the game's own
-// logger: there is no id then.
+// The game's id, or an empty text where this thread is looking it up already: the look-up logs that the manifest has no
+// such section, and a log callback may hand that line on to the game's own logger.
 const char* GameIdUnlessLookedFor() {
     static thread_local bool isLooking = false;
     if (isLooking) return "";
@@ -24,15 +24,15 @@ const char* GameIdUnlessLookedFor() {
     return id;
 }
 
-// Without making the logger: a question leaves nothing behind.
+// What becomes of the game's lines, for a game that asks. Asking does not make the logger.
 void* PerformState(orvane_object*, const char*, void* const*) {
     const Logger* const gameLog = g_gameLog.load(std::memory_order_acquire);
     const LogKeeping keeping = gameLog ? gameLog->Keeping() : LogKeeping::kNotKept;
     return reinterpret_cast<void*>(static_cast<intptr_t>(keeping));
 }
 
-// Says on the console what a game forgets at its begin, and that it fails, each once. A line that waits because the
-// game is in the background is as it should be.
+// Says on the console, each once in a process, what the game has forgotten at its start and that its log file fails. It
+// says nothing of a line that waits because the game is in the background: that is as it should be.
 void SayIfNotKept(const Logger& gameLog) {
     static std::atomic<bool> isInitMissing{false}, isLaunchMissing{false}, isFailing{false};
     const LogKeeping keeping = gameLog.Keeping();
@@ -53,7 +53,8 @@ void SayIfNotKept(const Logger& gameLog) {
 
 }  // namespace
 
-// Without a lock, for the same reason: of two that make it one installs its logger, and the other takes that.
+// Without a lock, since a log callback may come back here: of two callers that make a logger, one installs its own, and
+// the other deletes its own and takes that.
 Logger* GetOrvaneGameLog() {
     if (Logger* gameLog = g_gameLog.load(std::memory_order_acquire)) return gameLog;
     const char* const gameId = GameIdUnlessLookedFor();

@@ -40,14 +40,22 @@ public:
     // before the block is emptied.
     void Flush(AutoBuffer& out);
 
+    // As LogCrypt::GetPeriodLogs.
     static bool GetPeriodLogs(const char* path, int beginHour, int endHour, unsigned long& beginPos,
                               unsigned long& endPos, std::string& error);
 
 private:
+    // Takes the record of a dead process in, if the memory begins with the header of one.
     void Fix();
+    // Begins a record: the header, and with compression a stream of its own. False if there is no memory for the
+    // stream.
     bool Reset();
+    // Ends the record that is open: the hour of the end, and the byte behind the payload.
     void Close();
+    // Makes the block empty and its bytes zero.
     void Clear();
+    // Deflates to the block's end, so that what was written so far can be inflated by itself. `written` are the bytes
+    // that it took there. False for a full block.
     bool Deflate(const void* data, size_t length, size_t& written);
 
     PtrBuffer _buffer;

@@ -57,7 +57,7 @@ public:
 
     // Finds the byte range of a log file that covers the hours from beginHour up to endHour. Damage is skipped byte by
     // byte. Reads the hours of encrypted writers' records only: the scan of any other file ends at its first record.
-    // On false, `error` has text added to it.
+    // On false, `error` has text added to it. (The body is in LogPeriod.cpp.)
     static bool GetPeriodLogs(const char* path, int beginHour, int endHour, unsigned long& beginPos,
                               unsigned long& endPos, std::string& error);
 

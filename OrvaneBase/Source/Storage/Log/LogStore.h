@@ -29,14 +29,15 @@ struct FormattedLine {
 // What becomes of a line, from the least to the most; the numbers are those of Orvane/Game.h.
 enum class LogKeeping { kNotKept = 0, kWaits = 1, kBuffered = 2, kDurable = 3 };
 
+// What a logger has settled when it is initialised; a store keeps it for its life.
 struct LogStoreOptions {
-    std::string module;
+    std::string module;  // names the block's file and the folder of the log files
     TAppenderMode mode;
     bool compress;
-    bool crypt;
-    int sizeLimitMiB;
-    LogExceedOp exceedOp;
-    uint32_t threadWaitMilliseconds;
+    bool crypt;                       // encrypts for the holder of the build's peer key (Serializer/Codec/PeerKey.h)
+    int sizeLimitMiB;                 // of one log file
+    LogExceedOp exceedOp;             // what happens at that limit
+    uint32_t threadWaitMilliseconds;  // how long the flush thread sleeps if nobody wakes it
 };
 
 class LogStore {
@@ -61,19 +62,28 @@ public:
     CMutex& Mutex() { return _mutex; }
 
 private:
+    // Mode 0: to the file, on the caller's thread.
     void SyncAppend(FormattedLine& line);
+    // Modes 1 and 2: to the block, behind the lines that still wait. While the application is in the background the
+    // line waits, too: in memory, with a thousand at most, and what comes then is dropped.
     void AsyncAppendAdapter(FormattedLine& line);
+    // To the block, under the log mutex. A block that is four fifths full gets a marker instead.
     void AsyncAppend(const char* line, size_t length);
     void HoldBack(const FormattedLine& line);
     void TakeHeldBack();
 
     void* MapBesideTheLogs(const char* extension, size_t size) const;
+    // Makes block and journal, mapped or, where that fails, a block on the heap. REQUIRES: the log mutex.
     bool MapBlock();
     bool RestoreStaged();
+    // Appends what a dead process left in its block, between two tips: lines that tell a reader where it begins and
+    // ends. `isRestoring`: the first tip is in the file.
     void RestoreBlock(const AutoBuffer& block, bool isRestoring);
+    // Appends a line of the store's own to the file, past the block; with a journal so that a kill does not tear it.
     void WriteTips(BlockJournal* journal, const char* format, ...) __attribute__((format(printf, 3, 4)));
+    // Appends a record that is staged in the journal, if there is one, and frees the journal for the next.
     void AppendStaged(const void* data, size_t length);
-    // False once the store is closed.
+    // Moves what is in the block to the file, which is written without the log mutex. False once the store is closed.
     bool Flush();
     bool IsFlushDue();
     static void* FlushThread(void* argument);

@@ -20,8 +20,13 @@
 
 namespace Quern {
 
+// The operations are told in Orvane/ILogger.h. Most bodies are in Logger.cpp; XLogDetail's is in StageLog.cpp, and that
+// of XLogInit in RetentionSweep.cpp. Any thread may set and log; Init does its work once, on the thread that comes
+// first.
 class Logger final : public Orvane::ILogger, public Orvane::ConfigureObserver {
 public:
+    // A null name is an empty one. Reads no setting and touches no file: that is for Init. The threshold begins at
+    // Info.
     explicit Logger(const char* moduleName);
     // Leaves the block as it is, for the next Init of the same module to find. The flush thread is not waited for.
     ~Logger();

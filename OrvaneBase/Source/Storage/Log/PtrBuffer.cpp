@@ -7,6 +7,8 @@
 
 namespace Quern {
 
+// The texts of the assertions stay as they are, since crash reports are searched for them: some name parameters that
+// are called otherwise here.
 void PtrBuffer::Attach(void* buffer, size_t length, size_t maxLength) {
     ORVANE_ASSERT_TEXT(length <= maxLength, "length_ <= max_length_");
     _buffer = static_cast<uint8_t*>(buffer);

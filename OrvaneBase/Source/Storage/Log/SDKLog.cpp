@@ -12,6 +12,7 @@
 namespace Orvane {
 namespace {
 
+// A copy, so that no lock of the service is held while a logger is told.
 Plugin::LoggerCollection CopyOfCollection() {
     return Plugin::OrvaneCoreLogSerivce::GetInstance()->CopyOfCollection();
 }

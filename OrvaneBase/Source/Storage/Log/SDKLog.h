@@ -11,7 +11,9 @@ namespace Orvane {
 // Has no state. Any thread.
 class OrvaneSDKLog {
 public:
+    // Made at the first call, by whichever thread.
     static OrvaneSDKLog* GetInstance();
+    // No thread may be in one of its operations.
     static void ReleaseInstance();
 
     // "OrvaneCore" is the library's own logger; an unknown name is ignored.

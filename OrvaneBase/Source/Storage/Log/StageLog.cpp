@@ -64,6 +64,7 @@ void XLogDetail(ALogPriority level, const char* file, unsigned int line, const c
                                  errorMsg, userInfo, resv, text);
         return;
     }
+    // Only the logger asks the setting "OrvaneIntelliDevLogMode": here the line is printed whatever that says.
     char formatted[kLogLineCapacity];
     IntelliDevLogFormate(formatted, module, session, stage, status, errCode, errCode2, errorMsg, userInfo, resv, text);
     PrintLogToConsole(level, kStageTag, formatted);

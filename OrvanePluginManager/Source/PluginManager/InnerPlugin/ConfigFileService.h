@@ -15,10 +15,13 @@ public:
     // Made at the first call, by whichever thread.
     static ConfigFileSerivce* GetInstance();
 
-    const char* GetName() const override;
-    const char* GetPluginName() const override;
+    const char* GetName() const override;        // "CONFIGFILE"
+    const char* GetPluginName() const override;  // "OrvaneCore"
+    // A new object over NAME.config in the cache folder; null and "Orvane" mean the library's own file. Never null.
     IConfigFile* NewConfigFile(const char* name) override;
+    // Saves, deletes and clears the caller's pointer. Of the default file only the pointer goes.
     void DeleteConfigFile(IConfigFile** file) override;
+    // The one object over the library's own file, "Orvane.config"; it lives as long as the process.
     IConfigFile* GetDefaultConfigFile() override;
 
 private:

@@ -10,6 +10,7 @@
 namespace Orvane::Plugin {
 namespace {
 
+// Both names are the crash-report SDK's: it looks every SDK up under a key of its own in that one dictionary.
 constexpr char kInfosKey[] = "FennelSDKInfos";
 constexpr char kSdkKey[] = "4be17c90fd";
 

@@ -11,6 +11,7 @@
 #include "PluginManager/InnerPlugin/RemoteConfigService.h"
 #include "PluginManager/InnerPlugin/Yarrow/TraceService.h"
 
+// The core plugin's names and its table of services. The stages are in OrvaneCoreInnerPluginStages.cpp.
 namespace Orvane::Plugin {
 
 const char* OrvaneCoreInnerPlugin::GetName() const {
@@ -24,6 +25,7 @@ const char* OrvaneCoreInnerPlugin::GetVersion() const {
 IPluginService* OrvaneCoreInnerPlugin::GetServiceByName(const char* serviceName) {
     ORVANE_LOG_DEBUG("OrvaneCoreInnerPlugin::GetServiceByName serviceName:%s", serviceName ? serviceName : "(null)");
     if (!serviceName) return nullptr;
+    // Each service is made at the first question for it: what nobody asks for costs nothing.
     if (strcmp(serviceName, "COREREPORT") == 0) return OrvaneCoreReportSerivce::GetInstance();
     if (strcmp(serviceName, "YARROW") == 0) return TraceService::GetInstance();
     if (strcmp(serviceName, "REMOTECONFIG") == 0) return RemoteConfigSerivce::GetInstance();

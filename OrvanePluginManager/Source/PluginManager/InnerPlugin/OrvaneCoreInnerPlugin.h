@@ -12,7 +12,8 @@
 
 namespace Orvane::Plugin {
 
-// Never destroyed, so an operation of its own always finds it.
+// Never destroyed, so an operation of its own always finds it. The stages and what they queue are in
+// OrvaneCoreInnerPluginStages.cpp, the rest in OrvaneCoreInnerPlugin.cpp.
 class OrvaneCoreInnerPlugin final : public Quern::OperationTargetBase,
                                     public Singleton<OrvaneCoreInnerPlugin>,
                                     public PluginBase {

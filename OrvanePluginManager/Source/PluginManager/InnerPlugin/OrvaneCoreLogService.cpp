@@ -35,6 +35,8 @@ ILogger* OrvaneCoreLogSerivce::GetLogger(PluginBase* plugin) {
     if (!name) name = "";
     const auto found = _loggers.find(name);
     if (found != _loggers.end()) return found->second;
+    // Made and observed under _mutex, so that one name never has two loggers; entered only then, under the lock that
+    // readers take, so that no reader waits for a logger's making.
     auto* logger = new Quern::Logger(name);
     Configure::GetInstance()->AddObserver(name, logger);
     const Quern::CCritical change(&_changeMutex);

@@ -15,6 +15,7 @@ class Logger;
 
 namespace Orvane::Plugin {
 
+// By plugin name; a plugin without a name has the empty one.
 using LoggerCollection = std::map<std::string, Quern::Logger*>;
 
 // A logger belongs to the service and is never deleted, so plugins may keep it. It is made at the first question for
@@ -23,11 +24,14 @@ class OrvaneCoreLogSerivce final : public ILogService {
 public:
     // Made at the first call, by whichever thread.
     static OrvaneCoreLogSerivce* GetInstance();
+    // What it handed out stays valid; a new one makes loggers of its own. No thread may be in one of
+    // its operations.
     static void ReleaseInstance();
 
-    const char* GetName() const override;
-    const char* GetPluginName() const override;
-    int GetVersion() override;
+    const char* GetName() const override;        // "LOG"
+    const char* GetPluginName() const override;  // "OrvaneCore"
+    int GetVersion() override;                   // 1, the version of ILogService
+    // Never null. REQUIRES: `plugin` is not null; its GetName is called under the lock.
     ILogger* GetLogger(PluginBase* plugin) override;
 
     // The live map. Handed out without a lock: for a reader on the thread on which plugins start.

@@ -15,11 +15,16 @@ class OrvaneCoreReportSerivce final : public ICoreReportService {
 public:
     // Made at the first call, by whichever thread.
     static OrvaneCoreReportSerivce* GetInstance();
+    // No thread may be in one of its operations. Events stay valid: they are the data plugin's.
     static void ReleaseInstance();
 
-    const char* GetName() const override;
-    const char* GetPluginName() const override;
+    const char* GetName() const override;        // "COREREPORT"
+    const char* GetPluginName() const override;  // "OrvaneCore"
+    // `dataType` is a bit set: an event with the bit of value 2 always passes, another one if the setting
+    // "ReportDataType" shares a bit with it. Null for an event that does not pass, for a null name, and if the data
+    // plugin is missing or makes none. Without a login the event only lacks the account's fields.
     IEvent* CreateEvent(int dataType, int srcID, const char* eventName) override;
+    // The data plugin clears the caller's pointer. Without that plugin nothing happens, and the pointer stays.
     void DestroyEvent(IEvent** event) override;
 
 private:
@@ -32,8 +37,8 @@ private:
     std::atomic<int> _reportDataType{-1};
 };
 
-// The data plugin's service "REPORT". Null if the plugin or the service is missing, and then says which one in the log:
-// the plugin by this line. Without a line it says nothing.
+// The data plugin's service "REPORT"; null if the plugin or the service is missing. The log is then told which one: a
+// missing plugin by the given line, a missing service by a line of its own. With a null line this says nothing.
 IReportService* FindReportService(const char* missingPluginLine = nullptr);
 
 }  // namespace Orvane::Plugin

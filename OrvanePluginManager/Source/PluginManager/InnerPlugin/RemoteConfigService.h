@@ -1,4 +1,5 @@
-// The services "REMOTECONFIG" and "REMOTECONFIGEX": one view of the configuration for each plugin name.
+// The services "REMOTECONFIG" and "REMOTECONFIGEX": one view of the configuration for each plugin name. What a view
+// reads, and from where, is in Orvane/IRemoteConfig.h.
 #ifndef ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_REMOTE_CONFIG_SERVICE_H
 #define ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_REMOTE_CONFIG_SERVICE_H
 
@@ -21,11 +22,13 @@ class RemoteConfigSerivce final : public IRemoteConfigService {
 public:
     // Made at the first call, by whichever thread.
     static RemoteConfigSerivce* GetInstance();
-    // What it handed out stays valid; a new one hands out objects of its own.
+    // What it handed out stays valid; a new one hands out objects of its own. No thread may be in
+    // one of its operations.
     static void ReleaseInstance();
 
-    const char* GetName() const override;
-    const char* GetPluginName() const override;
+    const char* GetName() const override;        // "REMOTECONFIG"
+    const char* GetPluginName() const override;  // "OrvaneCore"
+    // The same object for the same name. The name is copied.
     IRemoteConfig* GetRemoteConfig(PluginBase* plugin) override;
 
 private:
@@ -42,9 +45,10 @@ public:
     // Made at the first call, by whichever thread.
     static RemoteConfigExSerivce* GetInstance();
 
-    const char* GetName() const override;
-    const char* GetPluginName() const override;
-    int GetVersion() override;
+    const char* GetName() const override;        // "REMOTECONFIGEX"
+    const char* GetPluginName() const override;  // "OrvaneCore"
+    int GetVersion() override;                   // 1, the version of IRemoteConfigExService
+    // What RemoteConfigSerivce gives, null for a null plugin too.
     IRemoteConfig* GetRemoteConfig(PluginBase* plugin) override;
 
 private:

@@ -15,13 +15,14 @@ class Singleton {
 public:
     virtual ~Singleton() = default;
 
-    // Any thread. Of two objects made at once one is deleted again: T's constructor and destructor have no effect.
+    // Any thread. Of two objects made at once one is deleted again: T's constructor and destructor have no effect. Nor
+    // may T's constructor ask for the object: it would find none yet and make another one, without end.
     static T* GetInstance() {
         return Quern::MakeOnce(m_pInstance, [] { return new T; });
     }
 
 private:
-    static std::atomic<T*> m_pInstance;
+    static std::atomic<T*> m_pInstance;  // null until the first use; set once
 };
 
 template <typename T>

@@ -18,6 +18,8 @@
 namespace Quern {
 namespace {
 
+// A part of the key, like the secret that the constructor puts together: a change of either makes every stored value
+// unreadable. The number is there for that day.
 constexpr char kPurpose[] = "OrvaneCore keychain 1";
 
 constinit std::atomic<bool> g_saidWeak{false};

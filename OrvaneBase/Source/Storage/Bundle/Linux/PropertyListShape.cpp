@@ -9,9 +9,9 @@ namespace {
 
 using std::string_view;
 
-// Goes through the tags of an XML list. What the format does not know and a parser could see in another way than this
-// scan (quotes and angles inside a tag, an end inside quotes, a declaration with others inside it or behind the first
-// element) is refused, so that no nesting hides.
+// Goes through the tags of an XML list. It refuses what the format does not know and a parser could see in another way
+// than this scan, so that no nesting stays hidden: quotes and angles inside a tag, an end inside quotes, a declaration
+// that holds others or that stands behind the first element.
 class XmlScan {
 public:
     XmlScan(string_view text, const PropertyListLimits& limits) : _rest(text), _limits(limits) {}

@@ -49,7 +49,7 @@ public:
 private:
     const Json::Value* Find(const std::string& key) const { return _values.find(key.data(), key.data() + key.size()); }
 
-    // By members, so that the file's own others stay.
+    // Member by member, so that members which somebody else wrote to the file stay.
     static void NoteChanges(const Json::Value& before, const Json::Value& after, DictionaryChanges& changes) {
         for (const std::string& name : before.getMemberNames())
             if (!after.isMember(name)) changes[name] = Json::Value();
@@ -57,7 +57,8 @@ private:
             if (!before.isMember(name) || before[name] != after[name]) changes[name] = after[name];
     }
 
-    // Two threads may both read the file, and the second gives way: no lock is held over that, which may log.
+    // No lock is held while the file is read, since that may log. So two threads may both read it, and what the second
+    // one has read is dropped.
     void Load() {
         {
             const std::lock_guard<std::mutex> guard(_mutex);
@@ -85,14 +86,15 @@ private:
         }
     }
 
-    // False, and the thread is over, if there is nothing.
+    // Takes what is to be written. False if there is nothing: the thread then ends.
     bool TakePending(DefaultsChanges& changes) {
         const std::lock_guard<std::mutex> guard(_mutex);
         changes = std::exchange(_pending, {});
         return _isWriting = !changes.empty();
     }
 
-    // Behind what was set meanwhile, which is to be written: else false, and the thread is over.
+    // Takes back what could not be written; what was set meanwhile counts as newer. False if nothing was set meanwhile:
+    // the thread then ends, and the next change tries again.
     bool PutBack(DefaultsChanges changes) {
         const std::lock_guard<std::mutex> guard(_mutex);
         _isWriting = !_pending.empty();

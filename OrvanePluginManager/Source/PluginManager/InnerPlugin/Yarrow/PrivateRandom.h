@@ -11,8 +11,10 @@ namespace Orvane::Plugin {
 // call with the time at any moment: all who read it within a second would then read the same. One thread at a time.
 class PrivateRandom {
 public:
-    // From the system's entropy, so that devices which start in the same second differ.
+    // From the system's entropy, so that devices which start in the same second differ; where there is none, from the
+    // clock in microseconds.
     PrivateRandom();
+    // No copies: one would go on in the other's state.
     PrivateRandom(const PrivateRandom&) = delete;
     PrivateRandom& operator=(const PrivateRandom&) = delete;
 

@@ -12,11 +12,14 @@
 
 namespace Orvane::Plugin {
 
+// The operations, and the form of the text ("TRACE-PARENT-SPAN-1"), are in Orvane/ISpanContext.h. The trace service
+// makes the live spans and keeps them by their span id; callers hold the text alone. Any thread; a result leads into
+// the object, so the service uses it under its own lock.
 class SpanContext final : public ISpanContext {
 public:
     // Takes the ids from a span's text; what is no such text gives an object without fields.
     explicit SpanContext(const char* text);
-    // A null leaves its field unset.
+    // Trace, span and parent, which is not the order of the text. A null leaves its field unset.
     SpanContext(const char* tid, const char* sid, const char* pid);
 
     bool Set(const char* key, const char* value) override;
@@ -36,10 +39,11 @@ private:
 
     // The last of tracing's locks: only the log's are taken under it. Recursive: reading a text sets fields.
     Quern::CMutex _mutex{true};
-    Texts _context;  // these four under _mutex
-    Texts _tags;
-    std::string _strcontext;
-    std::string _encodedUserData;
+    // These four under _mutex.
+    Texts _context;                // the report fields
+    Texts _tags;                   // the caller's own
+    std::string _strcontext;       // what ToString's result leads to
+    std::string _encodedUserData;  // what GetEncodedUserData's result leads to
 };
 
 }  // namespace Orvane::Plugin

@@ -19,7 +19,7 @@ bool Parse(const char* data, int length, Json::Value& root) {
     }
 }
 
-// The JSON library throws at what it cannot convert, so that it is asked first.
+// The JSON library throws where it cannot convert a value, so it is asked first whether it can.
 bool Read(const Json::Value& value, int& out) {
     if (!value.isConvertibleTo(Json::intValue)) return false;
     out = value.asInt();
@@ -32,7 +32,8 @@ bool Read(const Json::Value& value, std::string& out) {
     return true;
 }
 
-// Without a copy of it. What is no text is short as one, and counts as nothing.
+// The length of a text, which is not copied for that. A value of another kind counts as 0: turned into a text it is
+// short.
 size_t TextLength(const Json::Value& value) {
     const char *begin = nullptr, *end = nullptr;
     return value.getString(&begin, &end) ? static_cast<size_t>(end - begin) : 0;

@@ -58,7 +58,7 @@ uint32_t SecondsNow() {
     return static_cast<uint32_t>(CTime::GetCurTime());
 }
 
-// As whoever uses it reads it: an id that begins with a NUL is none.
+// Whoever uses an id reads it as a C text, so one that begins with a NUL is empty.
 bool IsEmpty(const AString& id) {
     return *id.c_str() == '\0';
 }
@@ -69,15 +69,15 @@ AString PathInCache(const std::string& name) {
     return path;
 }
 
-// The setting comes from a server: it may name a file of the cache folder, and none in which the library keeps
-// something else, now or later.
+// The setting comes from a server. It may name a file of the cache folder, but none whose ending the library uses for
+// something else: such a file may come later, too.
 bool IsFileName(const std::string& name) {
     if (name.empty() || name.front() == '.' || name.find('/') != std::string::npos) return false;
     const auto hasEnding = [&](const char* ending) { return name.ends_with(ending); };
     return std::none_of(std::begin(kOwnEndings), std::end(kOwnEndings), hasEnding);
 }
 
-// Whether something lies there that is no stock, which would be lost.
+// Whether something lies there that is no stock: the stock would replace it.
 bool HoldsSomethingElse(const AString& path) {
     std::error_code error;
     if (!std::filesystem::exists(path.c_str(), error)) return false;

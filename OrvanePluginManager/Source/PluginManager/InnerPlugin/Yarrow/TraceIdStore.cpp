@@ -10,6 +10,7 @@ _tagTraceIdStore* _tagTraceIdStore::Clone() const {
 }
 
 void _tagTraceIdStore::WriteTo(Quern::CArborBufferWriter& writer) const {
+    // The array alone, whose encoding begins with its count: a header would make earlier versions' files unreadable.
     writer.Write(traceIds);
 }
 

@@ -44,8 +44,8 @@ void ReadList(const std::string& text, std::vector<std::string>& list) {
         list.emplace_back(Quern::TrimBlanks(entries.CStringAtIndex(i)));
 }
 
-// The span id in a context's text; empty for what is no such text. An object is made of the text only for what is then
-// logged.
+// The span id in a context's text; empty for what is no such text. With debug lines on, the text is read through an
+// object, because the object logs what it reads.
 std::string SpanIdOf(const char* context) {
     std::string sid;
     if (context && Quern::IsLogFiltered(kLogDebug) && SpanContext::FindSpanId(context, sid)) return sid;
@@ -97,7 +97,8 @@ bool TraceService::IsEnabled() const {
     return _isEnabled;
 }
 
-// Assigned only if it differs, which after the first call it never does: another caller may be reading it.
+// The kept text is assigned only if it differs, which it never does after the first call: another caller may be reading
+// it without the lock.
 const char* TraceService::GetTraceId() {
     const CCritical guard(&_mutex);
     const Quern::AString traceId = _traceIdManager->GetTraceId();

@@ -1,4 +1,5 @@
-// Identifiers as text.
+// Identifiers of spans and traces: sets of bits in which fields have fixed places, and their text. Without state; any
+// thread.
 #ifndef ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_YARROW_YARROW_UTIL_H
 #define ORVANE_PLUGIN_MANAGER_INNER_PLUGIN_YARROW_YARROW_UTIL_H
 
@@ -7,8 +8,8 @@
 
 namespace Orvane::Plugin::YarrowUtil {
 
-constexpr size_t kSpanIdBits = 66;
-constexpr size_t kTraceIdBits = 192;
+constexpr size_t kSpanIdBits = 66;    // a text of 11 characters
+constexpr size_t kTraceIdBits = 192;  // of 32; the places of the fields are told at TraceIdManager
 
 // The length of an identifier's text, without its terminator.
 constexpr size_t TextLength(size_t bits) {
@@ -24,7 +25,8 @@ void Bit2Base64(char* out, unsigned long size, const std::bitset<N>& bits);
 extern template void Bit2Base64(char* out, unsigned long size, const std::bitset<kSpanIdBits>& bits);
 extern template void Bit2Base64(char* out, unsigned long size, const std::bitset<kTraceIdBits>& bits);
 
-// Sets a field of an identifier: its lowest bit goes to `position`.
+// Sets a field of an identifier, which is as wide as the value's type: its lowest bit goes to `position`, the next one
+// behind it. REQUIRES: the field ends within the N bits.
 template <size_t N, typename Unsigned>
 void PutField(std::bitset<N>& bits, size_t position, Unsigned value) {
     for (size_t i = 0; i < 8 * sizeof value; ++i)
