@@ -69,7 +69,6 @@ TEST(AString, ConvertsOnlyNumbers) {
     EXPECT_EQ(AString("4294967297").AsInt(), 1);
     EXPECT_EQ(AString("99999999999999999999").AsInt64(), LLONG_MAX);
     EXPECT_FALSE(AString("true").AsBoolean());
-    EXPECT_TRUE(AString("-1").AsBoolean());
     EXPECT_FALSE(AString("0.9").AsBoolean());
     EXPECT_FALSE(AString("4294967296").AsBoolean());  // by its low 32 bits
 }

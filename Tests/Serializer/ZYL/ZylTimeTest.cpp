@@ -10,8 +10,6 @@ namespace {
 using Util = ZylTypeUtil;
 
 TEST(ZylTimeTest, PackedFormsKeepEveryField) {
-    EXPECT_EQ(static_cast<unsigned>(ZylDate(2024, 3, 5)), 0x050307E8u);
-    EXPECT_EQ(static_cast<unsigned>(ZylTime(-1, 2, 3)), 0x0302FFFFu);
     const ZylDateTime both(ZylDate(2024, 3, 5), ZylTime(-1, 2, 3));
     EXPECT_EQ(static_cast<unsigned long long>(both), 0x0302FFFF050307E8ull);
     EXPECT_TRUE(sizeof(ZylDate) == 4 && sizeof(ZylTime) == 4 && sizeof(ZylDateTime) == 8);

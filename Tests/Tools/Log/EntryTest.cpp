@@ -58,12 +58,6 @@ TEST(EntrySplitter, CutsAtTheBeginningsOfLinesHoweverTheTextComes) {
     EXPECT_TRUE(Split("", 1).empty());
 }
 
-TEST(EntrySplitter, KindsOfEntries) {
-    EXPECT_EQ(MakeEntry(NumberedLine(1)).kind, EntryKind::kLine);
-    EXPECT_EQ(MakeEntry(kLoss).kind, EntryKind::kLossNotice);
-    EXPECT_EQ(MakeEntry("----------- begin of mmap -----------").kind, EntryKind::kOther);
-}
-
 // The synchronous file loses the newline of a line that fills the formatting buffer.
 TEST(EntrySplitter, PartsLinesThatLostTheirNewline) {
     std::string full = NumberedLine(1);

@@ -46,18 +46,13 @@ TEST(Pattern, FindsExpressionsAndPlainText) {
         const auto pattern = Pattern::Compile(expression, error);
         return pattern && pattern->IsFoundIn(text);
     };
-    EXPECT_TRUE(found("took", kError));
-    EXPECT_TRUE(found("took \\d+ ms$", kError)) << "lines of a text end where they end";
-    EXPECT_TRUE(found("^back", kError));
-    EXPECT_FALSE(found("^took", kError));
-    EXPECT_TRUE(found("(o)\\1k", kError)) << "back-references";
-    EXPECT_FALSE(found("Took", kError));
     // What an expression demands is found whatever stands around it.
-    for (const char* matches :
-         {"tooo*k", "tooz?k", "took.{1,9}ms", "x*took", "took|never", "(never)?took", "[t]ook 1", "\\x74ook", "to{2}k",
-          "\\btook\\b", "took\\s15", "15 ms\\nback", "\\[Ravel\\]", "(?=took)took 15"})
+    for (const char* matches : {"took", "took \\d+ ms$", "^back", "(o)\\1k", "tooo*k", "tooz?k", "took.{1,9}ms",
+                                "x*took", "took|never", "(never)?took", "[t]ook 1", "\\x74ook", "to{2}k", "\\btook\\b",
+                                "took\\s15", "15 ms\\nback", "\\[Ravel\\]", "(?=took)took 15"})
         EXPECT_TRUE(found(matches, kError)) << matches;
-    for (const char* differs : {"too?k\\d", "took 16", "took.{9,}ms$", "[u]ook", "\\x75ook", "never?took"})
+    for (const char* differs :
+         {"^took", "Took", "too?k\\d", "took 16", "took.{9,}ms$", "[u]ook", "\\x75ook", "never?took"})
         EXPECT_FALSE(found(differs, kError)) << differs;
     for (const char* wrong : {"(", "[a", "a{2", "*", "\\"}) {
         error.clear();
