@@ -2,9 +2,6 @@
 
 #include "Base/Configure/FileUploader.h"
 #include "Base/QuernCommon.h"
-#include "PluginManager/InnerPlugin/ConfigFileService.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 #include "PluginManager/InnerPlugin/RemoteConfigService.h"
 #include "Storage/Bundle/BundleFactory.h"
 #include "Support/FakeConfigure.h"
