@@ -92,7 +92,8 @@ private:
     Answer HandlePart(Exchange& exchange);
     Answer HandleUnknown(Exchange& exchange);
     Answer HandlePage(Exchange& exchange, const std::string& refusal);
-    Answer Refuse(Exchange& exchange, int status, const std::string& problem);
+    // The advice goes into the answer alone, for the person who reads it.
+    Answer Refuse(Exchange& exchange, int status, const std::string& problem, const std::string& advice = "");
     Answer HandleControl(Exchange& exchange);
     // What the orders of Control.cpp do.
     Answer Control(const Exchange& exchange, const std::string& path);

@@ -12,7 +12,7 @@ void Fetch(const std::string& moduleName) {
     module.GetCachePluginManager();
     using namespace Orvane::Plugin;
     IPluginManager* const manager = module.GetPluginManager();
-    IPlugin* const core = manager ? manager->GetPluginByName("OrvaneCore") : nullptr;
+    IPlugin* const core = manager ? manager->GetPluginByName(kCoreModule) : nullptr;
     auto* const service = core ? static_cast<IRemoteConfigService*>(core->GetServiceByName("REMOTECONFIG")) : nullptr;
     if (service)
         service->GetRemoteConfig(&module)->Fetch();

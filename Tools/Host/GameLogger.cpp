@@ -16,7 +16,7 @@ bool GameLogger::Open() {
     if (_logger) return true;
     _module.GetCachePluginManager();
     IPluginManager* manager = _module.GetPluginManager();
-    IPlugin* core = manager ? manager->GetPluginByName("OrvaneCore") : nullptr;
+    IPlugin* core = manager ? manager->GetPluginByName(kCoreModule) : nullptr;
     auto* service = core ? static_cast<ILogService*>(core->GetServiceByName("LOG")) : nullptr;
     if (!service) {
         orvane_console_log("orvane-host: no log service yet; it comes with the launch");

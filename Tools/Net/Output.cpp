@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 
 #include "Support/LibraryLines.h"
@@ -16,6 +17,7 @@ void WriteError(const std::string& text) {
     size_t done = 0;
     while (done < text.size()) {
         const ssize_t written = write(g_errorDescriptor, text.data() + done, text.size() - done);
+        if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return;
         done += static_cast<size_t>(written);
     }

@@ -30,12 +30,12 @@ struct Result {
     int status = -1;
 };
 
-Result RunStore(std::vector<std::string> arguments) {
+Result RunStore(std::vector<std::string> arguments, const std::string& home = "/nowhere") {
     arguments.insert(arguments.begin(), ORVANE_STORE_PROGRAM);
     Result result;
     Ending ending;
     // Not in the container of this test: the tool is to find it.
-    result.output = RunToEnd({arguments, {{"ORVANE_HOME", "/nowhere"}}, ""}, &ending, &result.error);
+    result.output = RunToEnd({arguments, {{"ORVANE_HOME", home}}, ""}, &ending, &result.error);
     result.status = ending.exitStatus;
     return result;
 }
@@ -210,6 +210,8 @@ TEST_F(StoreTool, ExplainsWhoAnswersARead) {
                                            HasSubstr("library   int, default \"240\", read once, at the launch\n")));
     EXPECT_EQ(RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", "/nowhere"}).status, 2);
     EXPECT_EQ(RunStore({"explain", path, "Demo", "seven", "--home", "/nowhere"}).status, 3);
+    EXPECT_THAT(RunStore({"explain", "Demo", "seven", "--manifest", manifest}, "here").error,
+                HasSubstr("ORVANE_HOME is \"here\": no absolute path, so the library ignores it\n"));
     EXPECT_EQ(RunStore({"dump", path, "--default", "1"}).status, 2);
 }
 

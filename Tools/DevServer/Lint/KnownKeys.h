@@ -7,7 +7,15 @@
 #include <string>
 #include <string_view>
 
+#include "Orvane/IPluginManager.h"
+
 namespace OrvaneDevServer {
+
+using Orvane::Plugin::kCoreModule;
+
+// What the library reads each text of its own module into, with the terminator. A text without room reads as the
+// default.
+inline constexpr size_t kCoreTextRoom = 1024;
 
 // By which of its typed reads the library reads a key.
 enum class KeyType { kInt, kBool, kText };

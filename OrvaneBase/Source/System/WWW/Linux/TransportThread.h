@@ -43,7 +43,7 @@ private:
     const TransportOptions _options;
     CompletionThread _completions;
 
-    std::mutex _mutex;  // a leaf
+    std::mutex _mutex;  // held while the threads are started
     std::vector<Work> _work;
     bool _isCompleting = false;  // the completion thread runs
     bool _isRunning = false;
