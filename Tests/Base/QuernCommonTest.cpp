@@ -6,7 +6,6 @@
 #include "Support/FakeKeychain.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 
@@ -16,7 +15,6 @@ using Quern::QuernCommon;
 
 class QuernCommonTest : public testing::Test {
 protected:
-    QuernCommonTest() { OrvaneTest::CacheFolder(); }
     size_t Saves() const { return keychain->calls.size() / 2; }
 
     const std::shared_ptr<OrvaneTest::FakeKeychain> keychain = OrvaneTest::FakeKeychain::Install();

@@ -1,54 +1,42 @@
 #include "Orvane/OrvaneCore.h"
+
 #include "Support/Test.h"
 
 namespace {
 
 std::string g_calls;
 
-void First() {
-    g_calls += "1";
+template <char Name>
+void Call() {
+    g_calls += Name;
 }
-void Second() {
-    g_calls += "2";
+// Registers another in the middle of a run.
+template <char Name, void (*Other)()>
+void Add() {
+    g_calls += Name;
+    AddApplicationQuitCallback(Other);
 }
-void AddsSecond() {
-    g_calls += "a";
-    AddApplicationQuitCallback(Second);
-}
-
-TEST(QuitCallbacks, RunOnceInOrderOfFirstRegistration) {
-    AddApplicationQuitCallback(nullptr);
-    AddApplicationQuitCallback(Second);
-    AddApplicationQuitCallback(First);
-    AddApplicationQuitCallback(Second);
-    OnApplicationQuit();
-    EXPECT_EQ(g_calls, "21");
-    OnApplicationQuit();
-    EXPECT_EQ(g_calls, "21") << "the list is empty after a run";
-    AddApplicationQuitCallback(First);
-    OnApplicationQuit();
-    EXPECT_EQ(g_calls, "211") << "a new list begins";
-}
-
-TEST(QuitCallbacks, OneAddedDuringTheRunIsRunInTheSamePass) {
-    AddApplicationQuitCallback(First);
-    AddApplicationQuitCallback(AddsSecond);
-    OnApplicationQuit();
-    EXPECT_EQ(g_calls, "1a2");
-}
-
 void Returns() {
-    g_calls += "r";
-    AddApplicationQuitCallback(Returns);
+    Add<'r', Returns>();
 }
 
-TEST(QuitCallbacks, OneWhoseTurnIsOverIsRunOnceMoreAndThenInTheNextRun) {
-    AddApplicationQuitCallback(Returns);
-    AddApplicationQuitCallback(First);
-    OnApplicationQuit();
-    EXPECT_EQ(g_calls, "r1r");
-    OnApplicationQuit();
-    EXPECT_EQ(g_calls, "r1rrr");
+TEST(QuitCallbacks, RunInOrderOfFirstRegistrationAndTheListIsEmptyAfterARun) {
+    const struct {
+        std::vector<void (*)()> registered;
+        const char *calls, *again;  // of two runs
+    } kRuns[] = {
+        {{nullptr, Call<'2'>, Call<'1'>, Call<'2'>}, "21", ""},
+        {{Call<'1'>, Add<'a', Call<'2'>>}, "1a2", ""},  // in the same pass
+        {{Returns, Call<'1'>}, "r1r", "rr"},            // its turn was over: once more, and then in the next run
+    };
+    for (const auto& run : kRuns) {
+        for (auto* const callback : run.registered)
+            AddApplicationQuitCallback(callback);
+        for (const char* calls : {run.calls, run.again}) {
+            OnApplicationQuit();
+            EXPECT_EQ(std::exchange(g_calls, ""), calls);
+        }
+    }
 }
 
 std::atomic<int> g_runs[4];
@@ -61,7 +49,7 @@ TEST(QuitCallbacks, AreTakenFromAnyThreadDuringARun) {
     constexpr int kRounds = 20000;
     constexpr void (*kCounts[])() = {Counts<0>, Counts<1>, Counts<2>, Counts<3>};
     std::atomic<int> done{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (auto* const callback : kCounts) {
         threads.emplace_back([&, callback] {
             for (int round = 0; round < kRounds; ++round)
@@ -71,8 +59,7 @@ TEST(QuitCallbacks, AreTakenFromAnyThreadDuringARun) {
     }
     while (done < 4)
         OnApplicationQuit();
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     OnApplicationQuit();
     for (const auto& runs : g_runs)
         EXPECT_GE(runs, 1);

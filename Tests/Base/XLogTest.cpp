@@ -1,8 +1,5 @@
 #include "Base/XLog.h"
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <ctime>
 #include <regex>
 
@@ -61,10 +58,7 @@ TEST(LocalClock, FollowsTheZoneWhileTheProcessRuns) {
     EXPECT_EQ(LocalTime(kNoon + 1).tm_hour, 21);
 }
 
-TEST(XLog, LevelsHaveTheirWords) {
-    const char* const words[] = {"Debug", "Info", "Warning", "Event", "Error"};
-    for (int i = 0; i < 5; ++i)
-        EXPECT_STREQ(GetQuernLogLevelString(i), words[i]);
+TEST(XLog, AnUnknownLevelHasAWordToo) {
     for (const int other : {-1, 5, 6, 7, 1000})
         EXPECT_STREQ(GetQuernLogLevelString(other), "Unkonwn");
 }

@@ -1,6 +1,5 @@
 #include "PluginManager/ServiceManager.h"
 
-#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
 
@@ -21,11 +20,9 @@ TEST(ServiceManager, FindsAServiceThroughThePluginThatOffersIt) {
     FakePlugin cadmo("CADMO");
     cadmo.services["Account"] = &pell;
     EXPECT_EQ(services->GetServiceByName("Account"), &pell);
-    EXPECT_EQ(services->GetServiceByName("report"), nullptr);
-    EXPECT_EQ(services->GetServiceByName("PELL"), nullptr);
-    EXPECT_EQ(services->GetServiceByName(nullptr), nullptr);
-    EXPECT_TRUE(services->loadEnabledService());
-    EXPECT_TRUE(services->loadDefaultEnabledService());
+    for (const char* none : {"report", "PELL", static_cast<const char*>(nullptr)})
+        EXPECT_EQ(services->GetServiceByName(none), nullptr);
+    EXPECT_TRUE(services->loadEnabledService() && services->loadDefaultEnabledService());
     EXPECT_EQ(services->GetServiceByName("Report"), &pell);
 }
 

@@ -1,7 +1,4 @@
-#include <fcntl.h>
-#include <unistd.h>
 
-#include <cerrno>
 
 #include "Orvane/RunTime.h"
 #include "Support/Test.h"

@@ -12,9 +12,18 @@
 #include "Orvane/IEvent.h"
 #include "Orvane/PluginBase.h"
 #include "Orvane/RavelAccount.h"
+#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "PluginManager/PluginManager.h"
 
 namespace OrvaneTest {
+
+// As the launch does it.
+inline Orvane::Plugin::OrvaneCoreInnerPlugin* InstallCorePlugin() {
+    auto* const core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
+    core->GetCachePluginManager();
+    core->RegisterPlugin(core);
+    return core;
+}
 
 using Journal = std::vector<std::string>;
 

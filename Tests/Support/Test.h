@@ -1,11 +1,16 @@
 // What nearly every test begins with, read once for all of them (precompiled): the framework, the names of its
-// matchers, and the standard headers that tests lean on. A test includes this in their place, behind the header that it
-// is about.
+// matchers, the headers of the standard and of the system that tests lean on, and how to wait, to read the console and
+// to use the container. A test includes this in their place, behind the header that it is about.
 #ifndef ORVANE_TESTS_SUPPORT_TEST_H
 #define ORVANE_TESTS_SUPPORT_TEST_H
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -19,6 +24,8 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <numeric>
+#include <optional>
 #include <random>
 #include <set>
 #include <sstream>
@@ -27,8 +34,17 @@
 #include <utility>
 #include <vector>
 
+#include "CapturedConsole.h"
+#include "TemporaryFolder.h"
+#include "TestContainer.h"
+#include "WaitFor.h"
+
+using testing::AllOf;
 using testing::Contains;
+using testing::ContainsRegex;
+using testing::Each;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::IsSupersetOf;

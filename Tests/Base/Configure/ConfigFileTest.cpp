@@ -7,10 +7,8 @@
 #include "Orvane/OrvaneCore.h"
 #include "PluginManager/InnerPlugin/ConfigFileService.h"
 #include "Storage/Bundle/BundleFactory.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 

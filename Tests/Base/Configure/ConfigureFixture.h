@@ -2,21 +2,14 @@
 #ifndef ORVANE_TESTS_BASE_CONFIGURE_CONFIGURE_FIXTURE_H
 #define ORVANE_TESTS_BASE_CONFIGURE_CONFIGURE_FIXTURE_H
 
-#include <gmock/gmock.h>
-
-#include <algorithm>
-
 #include "Base/Configure/ConfigureImpl.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
-#include "Support/CapturedConsole.h"
 #include "Support/ConfigServer.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
 #include "Support/FakePlugins.h"
 #include "Support/FakeReachability.h"
 #include "Support/FaultProxy.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/WWW/Task/WWWTaskBase.h"
 
@@ -28,18 +21,18 @@ protected:
     enum State { kInited = 1, kRequesting, kFinished, kFailed };
 
     ConfigureFixture() {
-        CacheFolder();
         manifest.Set("OrvaneCore", "RemoteConfigUrl", FakeInfoDictionary::Text(proxy.Url("").c_str()));
-        manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(0));
-        auto* core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
-        core->GetCachePluginManager();
-        core->RegisterPlugin(core);
+        UseRetries(0);
+        InstallCorePlugin();
     }
     ~ConfigureFixture() override {
         Orvane::ReleaseConfigureInstance();
         EXPECT_EQ(server.Problems(), "");
     }
 
+    void UseRetries(int count) {
+        manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(count));
+    }
     static Orvane::ConfigureImpl& Client() {
         return dynamic_cast<Orvane::ConfigureImpl&>(*Orvane::Configure::GetInstance());
     }

@@ -141,13 +141,10 @@ TEST_F(ConfigureTest, TheAddressThatIsSetIsAskedAndKept) {
 TEST_F(ConfigureTest, AFailureIsReportedOnceNoRetryIsLeft) {
     Journal journal;
     FakePell pell(&journal);
-    const auto useRetries = [&](int count) {
-        manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(count));
-    };
     server.OrderNext("hold");
     Client().StartOnce();
     ASSERT_TRUE(WaitForAsked(1));
-    useRetries(1);
+    UseRetries(1);
     Client().StartOnce();  // sends nothing, but gives the request under way a retry
     proxy.Use({Fault::kReset});
     EXPECT_TRUE(ReleaseAnswer());
@@ -305,10 +302,8 @@ TEST_F(ConfigureTest, AUrlThatIsSetWipesWhatTheLastRunKept) {
 
 TEST_F(ConfigureTest, DoublesAreTextsWhateverTheLocale) {
     setlocale(LC_ALL, "de_DE.UTF-8");
-    const struct {
-        const char* text;
-        double value;
-    } kTexts[] = {{"1.5", 1.5}, {"-2e3", -2000}, {"3.25 apples", 3.25}, {"apples", 1e-20}, {"", 1e-20}};
+    const std::pair<const char*, double> kTexts[] = {
+        {"1.5", 1.5}, {"-2e3", -2000}, {"3.25 apples", 3.25}, {"apples", 1e-20}, {"", 1e-20}};
     for (const auto& [text, value] : kTexts) {
         manifest.Set("Game", "double", FakeInfoDictionary::Text(text));
         EXPECT_EQ(Client().GetDouble("Game", "double", 1e-20), value) << text;
@@ -319,13 +314,12 @@ TEST_F(ConfigureTest, DoublesAreTextsWhateverTheLocale) {
 TEST_F(ConfigureTest, NothingFollowsARelease) {
     manifest.Set("OrvaneCore", "RemoteConfigNextGap", FakeInfoDictionary::Integer(1));
     for (const int milliseconds : {0, 1, 5, 20, 60, 150, 300}) {
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (int thread = 0; thread < 8; ++thread)
             threads.emplace_back([] { Client().Start(); });
         std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
         OnApplicationQuit();
-        for (std::thread& thread : threads)
-            thread.join();
+        threads.clear();
         OnApplicationQuit();
     }
     EXPECT_TRUE(WaitUntilAllAsleep("CThreadBase", 0));

@@ -9,9 +9,6 @@ using testing::Contains;
 
 class ConfigureTimerTest : public ConfigureFixture {
 protected:
-    void UseRetries(int count) {
-        manifest.Set("OrvaneCore", "RemoteConfigMaxRetryCount", FakeInfoDictionary::Integer(count));
-    }
     // Waits until the proxy has been connected to so often. A moment just before it was.
     Clock::time_point Connected(int count) {
         Clock::time_point before;

@@ -1,36 +1,22 @@
 #include "Base/Configure/FileUploader.h"
 
-#include <gmock/gmock.h>
 #include <minizip/unzip.h>
 #include <sys/resource.h>
 
-#include <csignal>
-#include <functional>
-#include <random>
-#include <utility>
-
 #include "Base/Configure/UtilsHelper.h"
 #include "Base/Configure/ZipArchive.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "Storage/File/CPath.h"
 #include "Storage/File/Sandbox.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 #include "Support/FakeReachability.h"
 #include "Support/HttpServer.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace OrvaneTest;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsSupersetOf;
-using testing::Not;
 
 using Names = std::vector<std::string>;
 
@@ -59,7 +45,6 @@ protected:
     FileUploaderTest() {
         fs::create_directories(home + "/logs/sub.log");
         fs::create_directories(home + "/Documents");
-        fs::create_directories(outside);
         for (const char* name :
              {"/logs/a.log", "/logs/B.LOG", "/logs/c.txt", "/Library/OrvaneCore.keychain",
               "/Library/OrvaneCore.keychain.unusable", "/Library/.OrvaneCore.keychain.orvane-new",
@@ -70,9 +55,7 @@ protected:
         fs::create_symlink(outside + "/o.log", home + "/logs/o.log");
         fs::create_symlink(home + "/logs", home + "/in");
         fs::create_symlink(home + "/Library/OrvaneCore.keychain", home + "/key");
-        auto* core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
-        core->GetCachePluginManager();
-        core->RegisterPlugin(core);
+        InstallCorePlugin();
         settings.Set("OrvaneCore", "RemoteConfigUrl", server.Url(""));
         prepared = R"({"ret":0,"biz_data":{"upload_url":")" + server.Url("/part") + R"(","next_pos":0}})";
     }
@@ -116,8 +99,6 @@ protected:
 
 TEST_F(FileUploaderTest, SendsWhatPathPatternAndIdNameAndNothingElse) {
     const std::string log = LogFolder("Orvane"), coreLog = LogFolder("OrvaneCore");
-    fs::create_directories(log);
-    fs::create_directories(coreLog);
     WriteFile(log + "/g.xlog", "game");
     WriteFile(coreLog + "/c.xlog", "core");
     WriteFile(cache + "/other.zip", "another's");
@@ -189,24 +170,15 @@ TEST_F(FileUploaderTest, SendsNothingThatCameBetweenTheSearchAndTheZip) {
     WriteFile(outside + "/a.log", "outside");
     const std::string logs = home + "/logs", file = logs + "/a.log";
     const std::function<void()> acts[] = {
-        [&] {
-            fs::remove(file);
-            fs::create_symlink(outside + "/a.log", file);
-        },
-        [&] {
-            fs::remove(file);
-            fs::create_hard_link(home + "/Library/OrvaneCore.keychain", file);
-        },
-        [&] {
-            fs::rename(logs, home + "/moved");
-            fs::create_directory_symlink(outside, logs);
-        },
+        [&] { fs::create_symlink(outside + "/a.log", file); },
+        [&] { fs::create_hard_link(home + "/Library/OrvaneCore.keychain", file); },
+        [&] { fs::rename(logs, home + "/moved"), fs::create_directory_symlink(outside, logs); },
     };
     for (const auto& act : acts) {
         fs::remove(file);
         WriteFile(file, "a");
         fs::remove(outside + "/sent.zip");
-        sandbox->before = act;
+        sandbox->before = [&] { fs::remove(file), act(); };
         EXPECT_THAT(Order("/logs", "^a", "hurried"), Contains("Info total match 1 files."));
         EXPECT_EQ(Unzip(outside + "/sent.zip"), Names{});
     }
@@ -237,9 +209,8 @@ TEST_F(FileUploaderTest, KeepsTheZipOfAFailureAndIsClosedAfterFiveAttempts) {
     const auto network = FakeReachability::Install();
     settings.Set("Upload", "manual_upload", "1");
     network->flags = FakeReachability::kCellular;
-    EXPECT_THAT(Order("/logs", "^a", "id"),
-                testing::IsSupersetOf(
-                    {"Info only upload by wifi(isManualUpload/isWifiUpload)", "Info do not upload because not wifi"}));
+    EXPECT_THAT(Order("/logs", "^a", "id"), IsSupersetOf({"Info only upload by wifi(isManualUpload/isWifiUpload)",
+                                                          "Info do not upload because not wifi"}));
     EXPECT_TRUE(journal.empty());
     network->flags = FakeReachability::kWifi;
 

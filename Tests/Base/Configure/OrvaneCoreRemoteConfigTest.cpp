@@ -1,7 +1,5 @@
 #include "Base/Configure/OrvaneCoreRemoteConfig.h"
 
-#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
-#include "Support/CapturedConsole.h"
 #include "Support/CoreSettings.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
@@ -10,42 +8,34 @@ namespace {
 
 using Orvane::OrvaneCoreRemoteConfig;
 using OrvaneTest::FakePlugin;
-using testing::EndsWith;
-
-// Every read gives the default, and the broken link is told at construction alone.
-void ExpectDefaults(OrvaneTest::CapturedConsole& console, const char* line) {
-    OrvaneCoreRemoteConfig* config = OrvaneCoreRemoteConfig::GetInstance();
-    EXPECT_THAT(console.Take(), Contains(line).Times(1));
-    EXPECT_EQ(config->GetInt("x", 5), 5);
-    EXPECT_EQ(config->GetLong("x", 1LL << 40), 1LL << 40);
-    EXPECT_EQ(config->GetDouble("x", 0.5), 0.5);
-    EXPECT_TRUE(config->GetBool("x", true));
-    EXPECT_EQ(config->GetString("x", "default"), "default");
-    EXPECT_EQ(config->GetString("x", nullptr), "");
-    EXPECT_EQ(OrvaneCoreRemoteConfig::GetInstance(), config);
-    EXPECT_THAT(console.Take(), IsEmpty());
-}
 
 auto* CorePlugin() {
     return Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
 }
 
-TEST(OrvaneCoreRemoteConfig, WithoutACachedManager) {
-    OrvaneTest::CapturedConsole console;
-    ExpectDefaults(console, "Error pluginManager is NULL");
+std::string ReadAll(OrvaneCoreRemoteConfig* config) {
+    return OrvaneTest::Format("%d %lld %g %d ", config->GetInt("x", 5), config->GetLong("x", 1LL << 40),
+                              config->GetDouble("x", 0.5), config->GetBool("x", true)) +
+           config->GetString("x", "default").c_str();
 }
 
-TEST(OrvaneCoreRemoteConfig, WithoutTheCorePlugin) {
-    OrvaneTest::CapturedConsole console;
-    CorePlugin()->GetCachePluginManager();
-    ExpectDefaults(console, "Error PLUGIN_NAME_ORVANECORE is NULL");
-}
+class BrokenLink : public testing::TestWithParam<const char*> {};
+INSTANTIATE_TEST_SUITE_P(, BrokenLink,
+                         testing::Values("pluginManager", "PLUGIN_NAME_ORVANECORE",
+                                         "PLUGIN_SERVICE_NAME_REMOTECONFIG"));
 
-TEST(OrvaneCoreRemoteConfig, WithoutTheService) {
+TEST_P(BrokenLink, IsToldAtConstructionAloneAndEveryReadGivesItsDefault) {
     OrvaneTest::CapturedConsole console;
-    CorePlugin()->GetCachePluginManager();
-    FakePlugin core("OrvaneCore");
-    ExpectDefaults(console, "Error PLUGIN_SERVICE_NAME_REMOTECONFIG is NULL");
+    const std::string missing = GetParam();
+    if (missing != "pluginManager") CorePlugin()->GetCachePluginManager();
+    std::optional<FakePlugin> core;
+    if (missing == "PLUGIN_SERVICE_NAME_REMOTECONFIG") core.emplace("OrvaneCore");
+    OrvaneCoreRemoteConfig* config = OrvaneCoreRemoteConfig::GetInstance();
+    EXPECT_THAT(console.Take(), Contains("Error " + missing + " is NULL").Times(1));
+    EXPECT_EQ(ReadAll(config), "5 1099511627776 0.5 1 default");
+    EXPECT_EQ(config->GetString("x", nullptr), "");
+    EXPECT_EQ(OrvaneCoreRemoteConfig::GetInstance(), config);
+    EXPECT_THAT(console.Take(), IsEmpty());
 }
 
 class FakeRemoteConfig final : public OrvaneTest::CoreSettings {
@@ -80,12 +70,8 @@ TEST(OrvaneCoreRemoteConfig, ReadsThroughTheService) {
     OrvaneCoreRemoteConfig* config = OrvaneCoreRemoteConfig::GetInstance();
     EXPECT_EQ(service.asked, CorePlugin());
     EXPECT_EQ(service.inside, 5);
-    EXPECT_EQ(config->GetInt("x", 5), 6);
-    EXPECT_EQ(config->GetLong("x", 5), 6);
-    EXPECT_EQ(config->GetDouble("x", 0.5), 1.5);
-    EXPECT_FALSE(config->GetBool("x", true));
     service.text = std::string(1023, 't');
-    EXPECT_EQ(config->GetString("x", "default"), service.text);
+    EXPECT_EQ(ReadAll(config), "6 1099511627777 1.5 0 " + service.text);
     service.text += "t";
     EXPECT_EQ(config->GetString("x", "default"), "default");
 }

@@ -4,11 +4,9 @@
 #include "Base/Configure/StringIterator.h"
 #include "Base/QuernCommon.h"
 #include "Orvane/OrvaneCore.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 
@@ -98,7 +96,6 @@ TEST_F(RemoteConfigTest, OnlyTheFirstObserverHearsAndAlsoPastItsRemoval) {
 }
 
 TEST_F(RemoteConfigTest, TellsTheUserAndFetches) {
-    OrvaneTest::CacheFolder();
     config.SetUserInfo(-7, nullptr);
     EXPECT_THAT(console.Take(), Contains("Info module Upload SetUserInfo channelid -7, openid "));
     EXPECT_STREQ(Quern::QuernCommon::GetInstance()->GetChannelID(), "-7");

@@ -21,11 +21,9 @@ TEST(AArray, DeletesWhatItOwns) {
         EXPECT_EQ(alive, 2);
         array.RemoveFirstObject();
         EXPECT_EQ(alive, 2);
-        EXPECT_EQ(array.Count(), 1);
         array.Add(&kept, false);
         array.RemoveAll();
         EXPECT_EQ(alive, 1);
-        EXPECT_EQ(array.Count(), 0);
         array.Add(new Witness(&alive), true);
     }
     EXPECT_EQ(alive, 1);
@@ -50,7 +48,6 @@ TEST(AArray, CopiesAreDeepAndOwn) {
         EXPECT_STREQ(static_cast<AArray*>(copy[3])->FirstCString(), "inner");
         copy = array;
         EXPECT_EQ(alive, 2);
-        EXPECT_EQ(copy.Count(), 4);
         copy.Add(&copy);
         EXPECT_EQ(copy.Count(), 8);
         EXPECT_EQ(alive, 3);

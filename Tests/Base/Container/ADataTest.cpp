@@ -49,13 +49,11 @@ TEST(AData, CapacityGrowsWithTheBytesAndShrinksWithout) {
     data.SetCapacity(0);
     data.SetCapacity(-1);
     data.SetCapacity(100);
-    EXPECT_EQ(Bytes(data), "abc");
     data.SetCapacity(200);
     EXPECT_EQ(Bytes(data), "abc");
     for (int i = data.Size(); i < data.Capacity(); ++i)
         ASSERT_EQ(data.Data()[i], 0);
     data.SetCapacity(150);
-    EXPECT_EQ(data.Size(), 0);
     EXPECT_TRUE(data.Empty());
     EXPECT_EQ(data.Capacity(), 150);
     EXPECT_EQ(data.Data()[0], 0);

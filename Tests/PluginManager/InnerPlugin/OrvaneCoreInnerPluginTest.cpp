@@ -2,12 +2,8 @@
 
 #include "Base/Configure/FileUploader.h"
 #include "Base/QuernCommon.h"
-#include "PluginManager/InnerPlugin/ConfigFileService.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreLogService.h"
-#include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 #include "PluginManager/InnerPlugin/RemoteConfigService.h"
 #include "Storage/Bundle/BundleFactory.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
@@ -41,22 +37,12 @@ TEST(OrvaneCoreInnerPlugin, BeginsWithTheTargetOfItsOperations) {
 
 TEST(OrvaneCoreInnerPlugin, ServesByExactName) {
     OrvaneTest::CapturedConsole console;
-    OrvaneCoreInnerPlugin* core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
-    EXPECT_EQ(Singleton<OrvaneCoreInnerPlugin>::GetInstance(), core);
-    IPlugin* plugin = core;
-    EXPECT_STREQ(plugin->GetName(), "OrvaneCore");
-    EXPECT_STREQ(plugin->GetVersion(), "1.5.11.2664");
-
-    EXPECT_EQ(plugin->GetServiceByName("COREREPORT"), OrvaneCoreReportSerivce::GetInstance());
-    EXPECT_EQ(plugin->GetServiceByName("REMOTECONFIG"), RemoteConfigSerivce::GetInstance());
-    EXPECT_EQ(plugin->GetServiceByName("LOG"), OrvaneCoreLogSerivce::GetInstance());
-    EXPECT_EQ(plugin->GetServiceByName("REMOTECONFIGEX"), RemoteConfigExSerivce::GetInstance());
-    EXPECT_EQ(plugin->GetServiceByName("CONFIGFILE"), Orvane::ConfigFileSerivce::GetInstance());
-    EXPECT_EQ(plugin->GetServiceByName("log"), nullptr);
-    EXPECT_EQ(plugin->GetServiceByName(""), nullptr);
-    EXPECT_EQ(plugin->GetServiceByName(nullptr), nullptr);
+    IPlugin* plugin = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
+    EXPECT_EQ(Singleton<OrvaneCoreInnerPlugin>::GetInstance(), plugin);
+    EXPECT_EQ(std::string(plugin->GetName()) + plugin->GetVersion(), "OrvaneCore1.5.11.2664");
+    for (const char* none : {"log", "", static_cast<const char*>(nullptr)})
+        EXPECT_EQ(plugin->GetServiceByName(none), nullptr);
     EXPECT_THAT(console.Take(), Contains("Debug OrvaneCoreInnerPlugin::GetServiceByName serviceName:log"));
-
     for (const char* name : {"COREREPORT", "YARROW", "REMOTECONFIG", "LOG", "REMOTECONFIGEX", "CONFIGFILE"}) {
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetName(), name);
         EXPECT_STREQ(plugin->GetServiceByName(name)->GetPluginName(), "OrvaneCore");
@@ -141,11 +127,10 @@ TEST(RemoteConfigService, KeepsOneObjectANamePastItsRelease) {
     EXPECT_EQ(RemoteConfigExSerivce::GetInstance()->GetRemoteConfig(nullptr), nullptr);
     EXPECT_THAT(console.Take(), ElementsAre("Error pBase is Null"));
     std::vector<Orvane::IRemoteConfig*> given(8);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (auto& one : given)
         threads.emplace_back([&] { one = RemoteConfigSerivce::GetInstance()->GetRemoteConfig(core); });
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     EXPECT_THAT(given, testing::Each(RemoteConfigExSerivce::GetInstance()->GetRemoteConfig(core)));
     RemoteConfigSerivce::ReleaseInstance();
     EXPECT_EQ(given[0]->GetInt(nullptr, 7), 7);

@@ -1,8 +1,5 @@
 #include "PluginManager/InnerPlugin/OrvaneCoreReportService.h"
 
-#include <optional>
-
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"

@@ -272,15 +272,11 @@ TEST(ArborBufferBuffer, CopiesBytesAsTheyAre) {
     AString out = "old";
     char target[4] = "xyz";
     int capacity = 4;
-    EXPECT_FALSE(buffer.Encode(out));
-    EXPECT_EQ(buffer.Clone(), nullptr);
-    EXPECT_FALSE(Convert(&buffer, &buffer));
+    EXPECT_FALSE(buffer.Encode(out) || buffer.Clone() || Convert(&buffer, &buffer));
     EXPECT_TRUE(buffer.encode(target, capacity));
     EXPECT_EQ(capacity, 0);
-    EXPECT_FALSE(buffer.encode(target, capacity));
-    EXPECT_FALSE(buffer.Decode(nullptr, 3));
-    EXPECT_FALSE(buffer.Decode("abc", 0));
-    EXPECT_FALSE(buffer.Decode(AString()));
+    EXPECT_FALSE(buffer.encode(target, capacity) || buffer.Decode(nullptr, 3) || buffer.Decode("abc", 0) ||
+                 buffer.Decode(AString()));
     EXPECT_STREQ(out.c_str(), "old");
 
     ASSERT_TRUE(buffer.Decode("abc", 3));

@@ -68,18 +68,15 @@ TEST(RegularExpression, SetsAndEscapes) {
 }
 
 TEST(RegularExpression, ErrorCodes) {
-    const struct {
-        int code;
-        std::vector<const char*> patterns;
-    } kErrors[] = {
+    const std::pair<int, std::vector<const char*>> kErrors[] = {
         {kSlreNoMatch, {"()", "(\\()"}},
         {kSlreUnexpectedQuantifier, {"*a", "a??", "x|*", "(+a)"}},
         {kSlreUnbalancedBrackets, {"(a", "a)", ")(", "([)"}},
         {kSlreInvalidMetacharacter, {"\\q", "\\D", "\\W", "a\\", "\\x", "\\x4", "\\x4g"}},
     };
-    for (const auto& error : kErrors) {
-        for (const char* pattern : error.patterns)
-            EXPECT_EQ(Match(pattern, "a"), error.code) << pattern;
+    for (const auto& [code, patterns] : kErrors) {
+        for (const char* pattern : patterns)
+            EXPECT_EQ(Match(pattern, "a"), code) << pattern;
     }
     // Compiling comes first: its errors do not depend on the subject.
     EXPECT_EQ(slre_match("(a", "a", -1, nullptr, 0, 0), kSlreUnbalancedBrackets);

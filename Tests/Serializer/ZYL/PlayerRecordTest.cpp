@@ -1,9 +1,6 @@
 // The example class as a user of the whole layer: every form, there and back.
 #include "PlayerRecord.h"
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include "Serializer/ZYL/ZylTime.h"
 #include "Serializer/ZYL/ZylTypeUtil.h"
 #include "Support/Test.h"
@@ -117,10 +114,10 @@ TEST(PlayerRecordTest, RandomRecordsComeBackFromEveryForm) {
 
 TEST(PlayerRecordTest, FilesHoldTheSameXml) {
     Randomiser randomiser(3);
-    char path[] = "/tmp/zyl-player-XXXXXX";
-    close(mkstemp(path));
-    PlayerRecord record = randomiser.record(true);
-    PlayerRecord back;
+    const OrvaneTest::TemporaryFolder folder;
+    const std::string file = folder / "record";
+    const char* const path = file.c_str();
+    PlayerRecord record = randomiser.record(true), back;
     for (ZylXmlFormat format : {ZYL_XML_NODE, ZYL_XML_ATTRIBUTE}) {
         ASSERT_EQ(record.toXmlFile(path, format, 0), 0);
         ASSERT_EQ(back.fromXmlFile(path, format, 0), 0);
@@ -128,8 +125,7 @@ TEST(PlayerRecordTest, FilesHoldTheSameXml) {
     }
     EXPECT_EQ(back.fromXmlFile(path, ZYL_XML_NODE, 0), 0);
     EXPECT_EQ(back.uid, 0u) << "the other layout finds no values";
-    unlink(path);
-    EXPECT_EQ(record.fromXmlFile(path, ZYL_XML_NODE, 0), -22);
+    EXPECT_EQ(record.fromXmlFile("/nonexistent/x", ZYL_XML_NODE, 0), -22);
     EXPECT_EQ(record.toXmlFile("/nonexistent/x", ZYL_XML_NODE, 0), -23);
     EXPECT_EQ(record.toXmlFile("/dev/full", ZYL_XML_NODE, 0), -25) << "found out by fclose";
 }
@@ -171,10 +167,7 @@ TEST(PlayerRecordTest, DamageHasItsCode) {
     std::string items;
     for (int i = 0; i <= PlayerRecord::kMaxItems; ++i)
         items += "<items/>";
-    const struct {
-        std::string fields;
-        int code;
-    } rows[] = {
+    const std::pair<std::string, int> rows[] = {
         {"", 0},  // what is missing has its default
         {items, -7},
         {"<name>a text that is far too long for it</name>", -3},
@@ -183,9 +176,9 @@ TEST(PlayerRecordTest, DamageHasItsCode) {
         {"<items><kind>SHIELD</kind></items>", 0},
         {"<items><kind>CLOAK</kind></items>", -30},
     };
-    for (const auto& row : rows) {
-        const std::string text = "<PlayerRecord>" + row.fields + "</PlayerRecord>";
-        EXPECT_EQ(back.fromXmlBuffer(text.data(), text.size(), ZYL_XML_NODE, 0), row.code) << text;
+    for (const auto& [fields, code] : rows) {
+        const std::string text = "<PlayerRecord>" + fields + "</PlayerRecord>";
+        EXPECT_EQ(back.fromXmlBuffer(text.data(), text.size(), ZYL_XML_NODE, 0), code) << text;
     }
     EXPECT_EQ(back.fromXmlBuffer("<Player/>", 9, ZYL_XML_NODE, 0), -28);
 }

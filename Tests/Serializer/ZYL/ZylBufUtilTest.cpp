@@ -17,10 +17,7 @@ TEST(ZylBufUtilTest, PrintsLinesToTheByte) {
     const ZylDateTime both(date, time);
     const unsigned short wide[] = {0x41, 0xFFFF, 0};
     using Print = std::function<int(ZylWriteBuf&)>;
-    const struct {
-        Print print;
-        const char* text;
-    } lines[] = {
+    const std::pair<Print, std::string> lines[] = {
         {[](auto& d) { return Util::printVariable(d, 0, '\n', "a", true); }, "a\n"},
         {[](auto& d) { return Util::printVariable(d, 2, ';', "a", false); }, "        a: "},
         {[](auto& d) { return Util::printVariable(d, 1, ';', "a", 7u, true); }, "    a[7];"},
@@ -43,12 +40,11 @@ TEST(ZylBufUtilTest, PrintsLinesToTheByte) {
         {[&](auto& d) { return Util::printZylDateTime(d, 0, '\n', "b", both); }, "b: 2024-03-05 -7:08:09\n"},
         {[&](auto& d) { return Util::printZylDateTime(d, 0, '\n', "b", 4u, both); }, "b[4]: 2024-03-05 -7:08:09\n"},
     };
-    for (const auto& line : lines) {
-        const std::string text = line.text;
+    for (const auto& [print, text] : lines) {
         for (size_t size = 0; size <= text.size() + 1; ++size) {
             char memory[64];
             ZylWriteBuf dest(memory, size);
-            EXPECT_EQ(line.print(dest), size > text.size() ? 0 : -1) << text << size;
+            EXPECT_EQ(print(dest), size > text.size() ? 0 : -1) << text << size;
             EXPECT_TRUE(size <= text.size() || (text == memory && dest.position == text.size())) << text << memory;
         }
     }

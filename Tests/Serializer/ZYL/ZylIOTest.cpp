@@ -2,8 +2,6 @@
 
 #include "Support/Test.h"
 
-#include <stdio.h>
-
 #include <charconv>
 
 namespace Quern {

@@ -1,7 +1,5 @@
 #include "Serializer/ZYL/ZylTime.h"
 
-#include <stdlib.h>
-
 #include "Serializer/ZYL/ZylBuf.h"
 #include "Serializer/ZYL/ZylTypeUtil.h"
 #include "Support/Test.h"
@@ -12,8 +10,6 @@ namespace {
 using Util = ZylTypeUtil;
 
 TEST(ZylTimeTest, PackedFormsKeepEveryField) {
-    EXPECT_EQ(static_cast<unsigned>(ZylDate(2024, 3, 5)), 0x050307E8u);
-    EXPECT_EQ(static_cast<unsigned>(ZylTime(-1, 2, 3)), 0x0302FFFFu);
     const ZylDateTime both(ZylDate(2024, 3, 5), ZylTime(-1, 2, 3));
     EXPECT_EQ(static_cast<unsigned long long>(both), 0x0302FFFF050307E8ull);
     EXPECT_TRUE(sizeof(ZylDate) == 4 && sizeof(ZylTime) == 4 && sizeof(ZylDateTime) == 8);
@@ -141,17 +137,14 @@ TEST(ZylTypeUtilTest, ConvertsToAndFromTheClock) {
     unsigned long long dateTime = 0;
     long utc = 7;
     setZone("UTC0");
-    const struct {
-        long moment;
-        ZylDateTime dateTime;
-    } pairs[] = {{0, {ZylDate(1970, 1, 1), ZylTime(0, 0, 0)}},
-                 {253402300799, {ZylDate(9999, 12, 31), ZylTime(23, 59, 59)}},
-                 {-377705116800, {ZylDate(-9999, 1, 1), ZylTime(0, 0, 0)}}};
-    for (const auto& pair : pairs) {
-        EXPECT_EQ(Util::UTC2ZylDateTime(dateTime, pair.moment), 0);
-        EXPECT_EQ(dateTime, pair.dateTime);
+    const std::pair<long, ZylDateTime> pairs[] = {{0, {ZylDate(1970, 1, 1), ZylTime(0, 0, 0)}},
+                                                  {253402300799, {ZylDate(9999, 12, 31), ZylTime(23, 59, 59)}},
+                                                  {-377705116800, {ZylDate(-9999, 1, 1), ZylTime(0, 0, 0)}}};
+    for (const auto& [moment, expected] : pairs) {
+        EXPECT_EQ(Util::UTC2ZylDateTime(dateTime, moment), 0);
+        EXPECT_EQ(dateTime, expected);
         EXPECT_EQ(Util::zylDateTime2UTC(utc, dateTime), 0);
-        EXPECT_EQ(utc, pair.moment);
+        EXPECT_EQ(utc, moment);
     }
     // The year 67456 has the low 16 bits of 1920; the year 2147483647 overflows when 1900 are added to it.
     for (long beyond : {253402300800, -377705116801, 2066500000000, 67767976233532799})

@@ -2,31 +2,18 @@
 
 #include "Support/Test.h"
 
-#include <fcntl.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace Quern {
 namespace {
 
-std::string TemporaryFile(const std::string& content) {
-    char path[] = "/tmp/zyl-file-XXXXXX";
-    const int descriptor = mkstemp(path);
-    EXPECT_EQ(write(descriptor, content.data(), content.size()), static_cast<ssize_t>(content.size()));
-    close(descriptor);
-    return path;
-}
-
 TEST(ZylXmlFileTest, LoadsTheWholeFile) {
+    const OrvaneTest::TemporaryFolder folder;
     for (const std::string& content : {std::string(), std::string("<a/>\n"), std::string("a\0b", 3)}) {
-        const std::string path = TemporaryFile(content);
+        const std::string path = folder.Write("file", content);
         ZylXmlFile file;
         EXPECT_EQ(file.load(path.c_str()), 0);
         EXPECT_EQ(file.state, 0);
         EXPECT_EQ(std::string(file.buffer, content.size() + 1), content + '\0');
         EXPECT_DEATH(file.load(path.c_str()), "Assertion failed") << "loads once";
-        unlink(path.c_str());
     }
 }
 
@@ -37,13 +24,12 @@ TEST(ZylXmlFileTest, SaysWhatFailed) {
     EXPECT_DEATH(missing.load("/dev/null"), "Assertion failed") << "a failed load is not fresh either";
     EXPECT_DEATH(ZylXmlFile().load(nullptr), "NULL != path");
 
-    const std::string path = TemporaryFile("");
-    unlink(path.c_str());
+    const OrvaneTest::TemporaryFolder folder;
+    const std::string path = folder / "pipe";
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     const int held = open(path.c_str(), O_RDWR);  // or the load would wait for a writer
     EXPECT_EQ(ZylXmlFile().load(path.c_str()), -24) << "cannot be measured";
     close(held);
-    unlink(path.c_str());
     const char* const kAttribute = "/sys/devices/system/cpu/online";  // claims a page, gives a line
     ZylXmlFile shorter;
     EXPECT_TRUE(access(kAttribute, R_OK) != 0 || shorter.load(kAttribute) == -24);

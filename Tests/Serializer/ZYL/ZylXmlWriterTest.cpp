@@ -82,10 +82,7 @@ TEST(ZylXmlWriterTest, TabsEndAtThirtyTwoWhileTheDepthGoesOn) {
 
 TEST(ZylXmlWriterTest, WritesValues) {
     using W = ZylXmlWriter;
-    const struct {
-        Step step;
-        const char* text;
-    } rows[] = {
+    const std::pair<Step, const char*> rows[] = {
         {Text("a<b"), "a&lt;b"},
         {Text("<>&'\"", true), "&lt;&gt;&amp;&apos;&quot; "},
         {Text("&&end"), "&amp;&amp;end"},
@@ -102,8 +99,8 @@ TEST(ZylXmlWriterTest, WritesValues) {
         {[](W& w) { return w.textizeDouble(-DBL_MAX, true); }, "-1.7976931348623157e+308 "},
         {[](W& w) { return w.textizeDouble(0.1, false); }, "0.1"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(Write(0, {row.step}), row.text);
+    for (const auto& [step, text] : rows)
+        EXPECT_EQ(Write(0, {step}), text);
 }
 
 TEST(ZylXmlWriterDeathTest, BrokenContractsEndTheProcess) {

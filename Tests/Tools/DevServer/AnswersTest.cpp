@@ -1,21 +1,13 @@
 // Faults, the answers that they make, and what the client does with answers.
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <sstream>
-
 #include "DevServer/ClientVerdict.h"
 #include "DevServer/Fault.h"
 #include "DevServer/FaultyAnswer.h"
 #include "DevServer/HostileJson.h"
 #include "DevServer/JsonText.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 Fault Parsed(const std::string& order) {
     Fault fault;
@@ -165,26 +157,6 @@ TEST(DevServerClientVerdict, ForeseesWhatBecomesOfAnUpload) {
         answer.body = document.text;
         EXPECT_EQ(UploadVerdict(answer, true).isTaken, document.name == "doubled") << document.name;
     }
-}
-
-TEST(DevServerClientVerdict, BearsHostileAnswers) {
-    for (const Protocol protocol : {Protocol::kConfig, Protocol::kTraceIds}) {
-        std::vector<HostileDocument> documents = HostileDocuments(protocol);
-        for (uint64_t seed = 0; seed < 3000; ++seed)
-            documents.push_back({"mutated", Mutate(seed % 50 == 0 ? "" : FindHostile(protocol, "behind")->text, seed)});
-        for (const HostileDocument& document : documents) {
-            Answer answer;
-            answer.body = document.text;
-            int32_t highest = 0;
-            EXPECT_THAT(ConfigVerdict(answer, highest), StartsWith("will "));
-            EXPECT_THAT(TraceIdVerdict(answer), StartsWith("will "));
-        }
-    }
-    int32_t highest = 0;
-    for (const char* taken : {"rule-negative", "value-kinds", "value-big", "names", "nul-in-text", "no-utf8", "behind"})
-        EXPECT_THAT(VerdictOn(FindHostile(Protocol::kConfig, taken)->text, highest), StartsWith("will replace"));
-    for (const char* refused : {"page", "nothing", "deep-arrays", "deep-objects", "value-deep", "cut"})
-        EXPECT_THAT(VerdictOn(FindHostile(Protocol::kConfig, refused)->text, highest), StartsWith("will keep"));
 }
 
 }  // namespace

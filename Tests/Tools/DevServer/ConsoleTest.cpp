@@ -1,83 +1,47 @@
 // The console's data over real HTTP, and who is kept from it.
-#include <gmock/gmock.h>
-
-#include <filesystem>
 #include <future>
 
 #include "DevServer/Console/Changes.h"
 #include "DevServer/Console/Console.h"
 #include "DevServer/Console/DeviceBook.h"
 #include "DevServer/Console/UploadShelf.h"
-#include "DevServer/DevServer.h"
-#include "DevServer/JsonText.h"
 #include "DevServer/Sha1Text.h"
 #include "Log/KeyFile.h"
 #include "Support/LogWriter.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/WaitFor.h"
 #include "Tools/DevServer/Requests.h"
 
 namespace OrvaneDevServer {
 namespace {
 
-using testing::HasSubstr;
+const std::string kData = "console/data/";
 
-const std::string kData = "/_orvane/console/data/";
-
-class ConsoleTest : public testing::Test {
+class ConsoleTest : public ServedTest {
 protected:
     ConsoleTest() { Start(); }
 
-    void Start(const std::vector<std::string>& keyFiles = {}) {
-        server.reset();
-        ServerOptions options;
-        options.keyFiles = keyFiles;
-        options.folder = folder / "served";
-        options.now = [] { return kNow; };
-        server = std::make_unique<DevServer>(options);
-        std::string error;
-        EXPECT_TRUE(server->Open(error)) << error;
+    int StatusOf(const std::string& method, const std::string& what, const std::string& body = "") {
+        return Ask(method, kData + what, body).status;
     }
-    Answer Ask(const std::string& method, const std::string& what, const std::string& body = "") {
-        Request request = Get(kData + what);
-        request.method = method;
-        request.body = body;
-        return server->Handle(request);
-    }
-    Json::Value Read(const std::string& what) {
-        Json::Value value;
-        std::string error;
-        EXPECT_TRUE(ReadStrictly(Ask("GET", what).body, value, error)) << what;
-        return value;
-    }
-
-    const OrvaneTest::TemporaryFolder folder;
-    std::unique_ptr<DevServer> server;
+    Json::Value Read(const std::string& what) { return Parsed(Ask("GET", kData + what).body); }
 };
 
 TEST_F(ConsoleTest, KeepsPagesOfOthersOut) {
-    for (const std::string& target :
-         {std::string("/_orvane/console/"), kData + "devices", kData + "module?name=M&was="})
+    for (const char* target : {"", "data/devices", "data/module?name=M&was="})
         for (const char* method : {"GET", "PUT", "DELETE", "POST"})
             for (const auto& header : {Header{"Origin", "http://evil.example"}, Header{"Sec-Fetch-Site", "cross-site"},
                                        Header{"Host", "evil.example:8765"}}) {
-                Request request = Get(target);
-                request.method = method;
-                request.body = "{}";
-                request.headers.push_back(header);
+                Request request{method, "/_orvane/console/", "HTTP/1.1", {{"Host", "127.0.0.1"}, header}, "{}", {}};
+                request.target += target;
                 EXPECT_EQ(server->Handle(request).status, 403) << method << " " << target << " " << header.first;
             }
     EXPECT_FALSE(std::filesystem::exists(folder / "served/modules/M.json"));
-    const Answer page = server->Handle(Get("/_orvane/console/"));
-    EXPECT_THAT(page.body, HasSubstr("<!doctype html>"));
-    std::string policy;
-    for (const auto& [name, value] : page.headers)
-        if (name == "Content-Security-Policy") policy = value;
-    EXPECT_THAT(policy, HasSubstr("script-src 'self';"));
-    EXPECT_THAT(policy, HasSubstr("frame-ancestors 'none'"));
-    EXPECT_EQ(page.body.find("<script>"), std::string::npos);
-    EXPECT_EQ(server->Handle(Get("/_orvane/console/../main.js")).status, 404);
-    EXPECT_EQ(server->Handle(Get("/_orvane/console")).status, 302);
+    const Answer page = Ask("GET", "console/");
+    EXPECT_THAT(page.body, AllOf(HasSubstr("<!doctype html>"), Not(HasSubstr("<script>"))));
+    EXPECT_THAT(page.headers,
+                Contains(testing::Pair("Content-Security-Policy",
+                                       AllOf(HasSubstr("script-src 'self';"), HasSubstr("frame-ancestors 'none'")))));
+    EXPECT_EQ(Ask("GET", "console/../main.js").status, 404);
+    EXPECT_EQ(Ask("GET", "console").status, 302);
     Request typed = Get("/");
     const Answer unknown = server->Handle(typed);  // no browser: somebody's broken client, or who looks around
     EXPECT_EQ(unknown.status, 404);
@@ -89,14 +53,11 @@ TEST_F(ConsoleTest, KeepsPagesOfOthersOut) {
 
 TEST_F(ConsoleTest, ShowsWhatADeviceTookAcrossARestart) {
     folder.Write("served/modules/Sample.json", R"({"version":"1.10","LogMode":0,"flag":true,"LogHoursLimit":"12"})");
-    server->Handle(ConfigFetch("D1"));
-    Request order = Get("/_orvane/faults");
-    order.method = "POST";
-    order.body = "config:*:500";
-    EXPECT_EQ(server->Handle(order).status, 200);
+    Fetch();
+    EXPECT_EQ(Ask("POST", "faults", "config:*:500").status, 200);
     folder.Write("served/modules/Sample.json", "{}");
     folder.Write("served/devices/D1/Sample.json", "{}");
-    server->Handle(ConfigFetch("D1"));  // the answer is spoilt: the device keeps what it had
+    Fetch();  // the answer is spoilt: the device keeps what it had
     for (const bool isAnew : {false, true}) {
         if (isAnew) Start();
         const Json::Value devices = Read("devices");
@@ -107,47 +68,47 @@ TEST_F(ConsoleTest, ShowsWhatADeviceTookAcrossARestart) {
         const Json::Value device = Read("device?did=D1");
         EXPECT_EQ(device["own_modules"][0], "Sample");
         EXPECT_LT(device["modules_rule_id"].asInt(), device["served_rule_id"].asInt());
-        std::map<std::string, Json::Value> rows;
+        std::vector<std::string> rows;
         for (const Json::Value& row : device["keys"])
-            rows[row["module"].asString() + "." + row["key"].asString()] = row;
-        ASSERT_EQ(rows.size(), 5u);
-        EXPECT_EQ(rows["Sample.version"]["sent"], "\"1.10\"");
-        EXPECT_EQ(rows["Sample.version"]["stored"], "1.100000");
-        EXPECT_EQ(rows["Sample.version"]["findings"][0]["rule"], "changed-number");
-        EXPECT_TRUE(rows["Sample.version"]["changed"].asBool());
-        EXPECT_FALSE(rows["Sample.LogHoursLimit"]["changed"].asBool());
-        EXPECT_TRUE(rows["Sample.flag"]["stored"].isNull());
-        EXPECT_EQ(rows["Sample.flag"]["reads"]["bool"], "(manifest)");
-        EXPECT_EQ(rows["Sample.LogMode"]["effective"], "(manifest, else 0)");
-        EXPECT_EQ(rows["Sample.LogHoursLimit"]["effective"], "12");
-        EXPECT_EQ(rows["OrvaneCore.YarrowUrl"]["effective"], "http://127.0.0.1:8765/traceids");
+            rows.push_back(row["module"].asString() + "." + row["key"].asString() + ": " + row["sent"].asString() +
+                           ", " + row["stored"].asString() + ", " + row["effective"].asString() + ", " +
+                           row["reads"]["bool"].asString() + ", " + row["findings"][0]["rule"].asString() +
+                           (row["changed"].asBool() ? ", changed" : ""));
+        EXPECT_THAT(rows,
+                    ElementsAre("OrvaneCore.YarrowUrl: \"http://127.0.0.1:8765/traceids\", "
+                                "http://127.0.0.1:8765/traceids, http://127.0.0.1:8765/traceids, false, next-launch",
+                                "Sample.LogHoursLimit: \"12\", 12, 12, false, next-launch",
+                                "Sample.LogMode: 0, 0, (manifest, else 0), false, equals-default",
+                                "Sample.flag: true, , , (manifest), dropped-value, changed",
+                                "Sample.version: \"1.10\", 1.100000, , false, changed-number, changed"));
         EXPECT_EQ(Read("requests?did=D1").size(), 2u);
     }
-    EXPECT_EQ(Ask("GET", "device?did=D2").status, 404);
+    EXPECT_EQ(StatusOf("GET", "device?did=D2"), 404);
 }
 
 TEST_F(ConsoleTest, EditsModulesAndLosesNobodysEdit) {
     const std::string text = "{ \"LogLevel\": \"warn\" }\n";
-    EXPECT_EQ(Ask("PUT", "module?device=D1&name=Sample&was=", text).status, 200);
-    const Json::Value read = Read("module?device=D1&name=Sample");
+    const std::string module = "module?device=D1&name=Sample", unknown = module + "&was=";
+    EXPECT_EQ(StatusOf("PUT", unknown, text), 200);
+    const Json::Value read = Read(module);
     EXPECT_EQ(read["text"], text);
     EXPECT_EQ(read["digest"], Sha1Text(text));
     EXPECT_EQ(read["findings"][0]["rule"], "odd-log-level");
-    EXPECT_THAT(server->Handle(ConfigFetch("D1")).body, HasSubstr("\"Sample\":{\"LogLevel\":\"warn\"}"));
-    const std::string known = "module?device=D1&name=Sample&was=" + Sha1Text(text);
-    EXPECT_EQ(Ask("PUT", known, "[]").status, 400);
-    EXPECT_EQ(Ask("PUT", known, "{").status, 400);
+    EXPECT_THAT(Fetch().body, HasSubstr("\"Sample\":{\"LogLevel\":\"warn\"}"));
+    const std::string known = unknown + Sha1Text(text);
+    for (const char* wrong : {"[]", "{"})
+        EXPECT_EQ(StatusOf("PUT", known, wrong), 400) << wrong;
     folder.Write("served/devices/D1/Sample.json", "{}");  // by hand
-    EXPECT_EQ(Ask("PUT", known, text).status, 409);
-    EXPECT_EQ(Ask("DELETE", known).status, 409);
-    EXPECT_EQ(Ask("PUT", "module?device=D1&name=Sample&was=", text).status, 409);
-    EXPECT_EQ(Read("module?device=D1&name=Sample")["text"], "{}");
-    EXPECT_EQ(Ask("DELETE", "module?device=D1&name=Sample&was=" + Sha1Text("{}")).status, 200);
+    for (const auto& [method, edit] : {std::pair("PUT", known), {"DELETE", known}, {"PUT", unknown}})
+        EXPECT_EQ(StatusOf(method, edit, text), 409) << method << edit;
+    EXPECT_EQ(Read(module)["text"], "{}");
+    EXPECT_EQ(StatusOf("DELETE", unknown + Sha1Text("{}")), 200);
     EXPECT_FALSE(std::filesystem::exists(folder / "served/devices/D1/Sample.json"));
     for (const char* name : {"device=D1&name=", "device=..&name=M", "device=&name=..%2FM", "device=a%2Fb&name=M",
                              "device=&name=.M", "device=&name=M%00", "device=&name=%0A"})
-        EXPECT_EQ(Ask("PUT", std::string("module?was=&") + name, "{}").status, 400) << name;
-    EXPECT_THAT(Ask("POST", "lint?device=&name=Upload", R"({"upload_id":"a"})").body, HasSubstr("odd-part-size"));
+        EXPECT_EQ(StatusOf("PUT", std::string("module?was=&") + name, "{}"), 400) << name;
+    EXPECT_THAT(Ask("POST", kData + "lint?device=&name=Upload", R"({"upload_id":"a"})").body,
+                HasSubstr("odd-part-size"));
     EXPECT_EQ(Read("modules").size(), 1u);
 }
 
@@ -181,7 +142,7 @@ TEST_F(ConsoleTest, ReadsEventsAndTheLinesOfUploadsAsData) {
     EXPECT_EQ(Read(lines + "&from=1&most=1")["lines"].size(), 1u);
     EXPECT_EQ(Read(lines + "&from=2&most=1")["lines"][0]["text"], "Two\nstray");
     for (const char* name : {"device=..&folder=42", "device=D1&folder=..", "device=D1&folder=42&file=..%2Fupload.json"})
-        EXPECT_EQ(Ask("GET", std::string("lines?") + name).status, 400) << name;
+        EXPECT_EQ(StatusOf("GET", std::string("lines?") + name), 400) << name;
 }
 
 TEST_F(ConsoleTest, DecodesTheLogsThatDevicesSend) {
@@ -196,7 +157,7 @@ TEST_F(ConsoleTest, DecodesTheLogsThatDevicesSend) {
     Json::Value read = Read("lines?device=D1&folder=42");
     EXPECT_EQ(read["total"], 3);
     EXPECT_EQ(read["notes"].size(), 1u);  // that a key is missing
-    Start({keyFile});
+    Start({"", {}, {keyFile}});
     read = Read("lines?device=D1&folder=42");
     EXPECT_EQ(read["total"], 7);
     EXPECT_EQ(read["notes"].size(), 0u);

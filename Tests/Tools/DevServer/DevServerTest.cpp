@@ -1,46 +1,23 @@
 #include "DevServer/DevServer.h"
 
-#include <gmock/gmock.h>
-
-#include <fstream>
 #include <future>
 
-#include "DevServer/JsonText.h"
-#include "DevServer/PageGuard.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/WaitFor.h"
 #include "Tools/DevServer/Requests.h"
 
 namespace OrvaneDevServer {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
-
-class DevServerTest : public testing::Test {
+class DevServerTest : public ServedTest {
 protected:
-    DevServer& Start(std::vector<std::string> orders = {}, bool isStrict = false) {
-        ServerOptions options;
-        options.folder = folder / "served";
-        options.isStrict = isStrict;
-        options.now = [] { return kNow; };
-        options.mostWaiting = 2;
+    void Start(std::vector<std::string> orders = {}, bool isStrict = false) {
+        ServerOptions options{"", {}, {}, isStrict, 2};
         std::string error;
         for (const std::string& order : orders)
             EXPECT_TRUE(ParseFault(order, options.faults.emplace_back(), error)) << error;
-        server = std::make_unique<DevServer>(options);
-        EXPECT_TRUE(server->Open(error)) << error;
-        return *server;
-    }
-    Answer Order(const std::string& method, const std::string& path, const std::string& body = "") {
-        Request request = Get("/_orvane/" + path);
-        request.method = method;
-        request.body = body;
-        return server->Handle(request);
+        ServedTest::Start(options);
     }
     bool WaitUntilOneIsHeld() {
-        return OrvaneTest::WaitFor([&] { return Order("GET", "status").body.find("\"held\":1") != std::string::npos; });
+        return OrvaneTest::WaitFor([&] { return Ask("GET", "status").body.find("\"held\":1") != std::string::npos; });
     }
     // The journal's lines of that kind.
     std::vector<Json::Value> Lines(const std::string& kind) const {
@@ -52,17 +29,14 @@ protected:
         }
         return lines;
     }
-
-    const OrvaneTest::TemporaryFolder folder;
-    std::unique_ptr<DevServer> server;
 };
 
 TEST_F(DevServerTest, ServesANewFolderAndKeepsAJournal) {
     Start();
-    const std::string body = server->Handle(ConfigFetch("D1")).body;
+    const std::string body = Fetch().body;
     EXPECT_THAT(body, HasSubstr("{\"OrvaneCore\":{\"YarrowUrl\":\"http://127.0.0.1:8765/traceids\"}},\"rule_id\":1"));
     folder.Write("served/devices/D1/Upload.json", R"({"k":"v"})");
-    EXPECT_THAT(server->Handle(ConfigFetch("D1")).body, HasSubstr("\"Upload\":{\"k\":\"v\"}},\"rule_id\":2"));
+    EXPECT_THAT(Fetch().body, HasSubstr("\"Upload\":{\"k\":\"v\"}},\"rule_id\":2"));
     server->Handle(TraceIdFetch());
     Request broken = ConfigFetch("D2");
     broken.target += "&x=1";
@@ -84,19 +58,12 @@ TEST_F(DevServerTest, ServesANewFolderAndKeepsAJournal) {
     EXPECT_EQ(Lines("modules").size(), 2u);
     EXPECT_EQ(Lines("unknown").at(0)["status"], 404);
     EXPECT_EQ(Lines("refused").at(0)["target"], "/x");
-
-    ServerOptions options;
-    options.folder = folder / "served";
-    DevServer second(options);
-    std::string error;
-    EXPECT_FALSE(second.Open(error));
-    EXPECT_THAT(error, HasSubstr("another server has this folder"));
 }
 
 TEST_F(DevServerTest, StrictnessRefusesWhatBreaksTheProtocolAndAHurtJournalGoesOn) {
     folder.Write("served/journal.jsonl", "{\"kind\":\"config\"}\n{\"cut");
     Start({}, true);
-    EXPECT_THAT(server->Handle(ConfigFetch("D1")).body, HasSubstr("\"ret\":0"));
+    EXPECT_THAT(Fetch().body, HasSubstr("\"ret\":0"));
     Request broken = ConfigFetch("D1");
     broken.headers.emplace_back("Cookie", "a");
     EXPECT_THAT(server->Handle(broken).body, HasSubstr("\"ret\":1"));
@@ -108,31 +75,31 @@ TEST_F(DevServerTest, StrictnessRefusesWhatBreaksTheProtocolAndAHurtJournalGoesO
 
 TEST_F(DevServerTest, FaultsMeetInOneRequestAndComeWhileItRuns) {
     Start({"config:1:rule:-3", "config:1:500:json", "traceids:1:ret:9"});
-    const Answer first = server->Handle(ConfigFetch("D1"));
+    const Answer first = Fetch();
     EXPECT_EQ(first.status, 500);
     EXPECT_THAT(first.body, HasSubstr("\"rule_id\":-2"));
     EXPECT_THAT(server->Handle(TraceIdFetch()).body, HasSubstr("\"retcode\":9"));
     EXPECT_EQ(Lines("config").at(0)["faults"].size(), 2u);
-    EXPECT_EQ(server->Handle(ConfigFetch("D1")).status, 200);
-    EXPECT_EQ(Order("POST", "faults", "config:+1:rule:41\r\n\nconfig:+2:502\n").status, 200);
-    EXPECT_THAT(server->Handle(ConfigFetch("D1")).body, HasSubstr("\"rule_id\":41"));
-    EXPECT_EQ(Order("POST", "faults", "config:*:404\nnonsense").status, 400);
-    EXPECT_EQ(server->Handle(ConfigFetch("D1")).status, 502);
-    EXPECT_EQ(Order("POST", "faults", "config:*:404").status, 200);
-    EXPECT_EQ(Order("DELETE", "faults").body, "{\"faults\":[]}\n");
-    EXPECT_EQ(server->Handle(ConfigFetch("D1")).status, 200);
-    EXPECT_EQ(Order("GET", "release").status, 405);
-    EXPECT_EQ(Order("POST", "nosuch").status, 404);
+    EXPECT_EQ(Fetch().status, 200);
+    EXPECT_EQ(Ask("POST", "faults", "config:+1:rule:41\r\n\nconfig:+2:502\n").status, 200);
+    EXPECT_THAT(Fetch().body, HasSubstr("\"rule_id\":41"));
+    EXPECT_EQ(Ask("POST", "faults", "config:*:404\nnonsense").status, 400);
+    EXPECT_EQ(Fetch().status, 502);
+    EXPECT_EQ(Ask("POST", "faults", "config:*:404").status, 200);
+    EXPECT_EQ(Ask("DELETE", "faults").body, "{\"faults\":[]}\n");
+    EXPECT_EQ(Fetch().status, 200);
+    EXPECT_EQ(Ask("GET", "release").status, 405);
+    EXPECT_EQ(Ask("POST", "nosuch").status, 404);
 }
 
 TEST_F(DevServerTest, HoldsARequestAndSeesASecondOneOfTheDevice) {
     Start({"config:1:hold", "config:4:hold"});
-    auto held = std::async(std::launch::async, [this] { return server->Handle(ConfigFetch("D1")); });
+    auto held = std::async(std::launch::async, [this] { return Fetch(); });
     ASSERT_TRUE(WaitUntilOneIsHeld());
     folder.Write("served/modules/Late.json", "{}");
-    server->Handle(ConfigFetch("D2"));
-    server->Handle(ConfigFetch("D1"));
-    EXPECT_EQ(Order("POST", "release").body, "{\"released\":1}\n");
+    Fetch("D2");
+    Fetch();
+    EXPECT_EQ(Ask("POST", "release").body, "{\"released\":1}\n");
     EXPECT_THAT(held.get().body, HasSubstr("\"Late\""));  // as it stands when the answer goes
     EXPECT_EQ(Lines("config").at(0)["problems"].size(), 0u);
     EXPECT_THAT(Lines("config").at(1)["problems"][0].asString(),
@@ -169,20 +136,16 @@ TEST_F(DevServerTest, LetsNoWebPageOrderAnything) {
              {{{"Host", "127.0.0.1"}, {"Host", "evil.example"}}, 403, 200},
              {{}, 403, 200},
          }) {
-        server.reset();
         Start();
-        Request order = Get("/_orvane/faults");
-        order.method = "POST";
-        order.body = "config:*:500:json";
-        order.headers = c.headers;
         const std::string name = c.headers.empty() ? "none" : c.headers.back().second;
-        EXPECT_EQ(server->Handle(order).status, c.control) << name;
-        order.method = "DELETE";
-        EXPECT_EQ(server->Handle(order).status, c.control) << name;
+        for (const char* method : {"POST", "DELETE"}) {
+            const Request order{method, "/_orvane/faults", "HTTP/1.1", c.headers, "config:*:500:json", {}};
+            EXPECT_EQ(server->Handle(order).status, c.control) << name;
+        }
         Request fetch = ConfigFetch("D1");
         fetch.headers = c.headers;
         EXPECT_EQ(server->Handle(fetch).status, c.config) << name;
-        EXPECT_THAT(Order("GET", "status").body, HasSubstr(c.config == 200 ? "\"config\":1" : "\"config\":0")) << name;
+        EXPECT_THAT(Ask("GET", "status").body, HasSubstr(c.config == 200 ? "\"config\":1" : "\"config\":0")) << name;
     }
 }
 

@@ -1,17 +1,11 @@
 #include "DevServer/Lint/Lint.h"
 
-#include <gmock/gmock.h>
-
 #include "DevServer/JsonText.h"
 #include "DevServer/Lint/LintCommand.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 
 namespace OrvaneDevServer {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 // "KEY severity rule" of each, one behind the other.
 std::string Told(const Findings& findings) {
@@ -89,7 +83,7 @@ const Case kCases[] = {
     {"Upload", R"({"file_pattern":"*.log"})", "file_pattern error odd-pattern"},
     {"Upload", R"({"file_pattern":"a*a*a*a*a*a*a*b"})", "file_pattern error odd-pattern"},
     {"Upload", R"({"file_pattern":"log{2}|"})", "file_pattern warning odd-pattern; file_pattern warning odd-pattern"},
-};  // namespace
+};
 
 TEST(Lint, SaysWhatTheClientWillMakeOfAKey) {
     for (const Case& at : kCases)

@@ -1,26 +1,14 @@
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <filesystem>
-
-#include "DevServer/JsonText.h"
-#include "DevServer/ModuleFolder.h"
-#include "DevServer/RuleId.h"
-#include "Support/TemporaryFolder.h"
+#include "Tools/DevServer/Requests.h"
 
 namespace OrvaneDevServer {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
-class DevServerModules : public testing::Test {
+class DevServerModules : public ServedTest {
 protected:
     std::string For(const std::string& device) { return WriteCompact(modules.For(device)); }
 
-    const OrvaneTest::TemporaryFolder folder;
     ModuleFolder modules{folder.Path()};
 };
 
@@ -75,10 +63,7 @@ TEST_F(DevServerModules, BearHostileFiles) {
     EXPECT_THAT(odd, ElementsAre("modules/odd.json is taken, 4 keys",
                                  HasSubstr("the client will drop \"b\", a boolean; it keeps strings and integers"),
                                  HasSubstr("the client will drop \"r\", a real number")));
-    Json::Value sent;
-    std::string error;
-    EXPECT_TRUE(ReadStrictly(For(""), sent, error)) << error;
-    EXPECT_EQ(sent["odd"]["b"], Json::Value(true));  // sent as it stands
+    EXPECT_EQ(Parsed(For(""))["odd"]["b"], Json::Value(true));  // sent as it stands
 }
 
 TEST_F(DevServerModules, TheRuleIdRisesWithEachChangeAndAcrossStarts) {

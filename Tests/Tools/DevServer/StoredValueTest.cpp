@@ -1,15 +1,12 @@
 // The server's picture of a value against the client itself.
 #include "DevServer/Lint/StoredValue.h"
 
-#include <gtest/gtest.h>
-
 #include "Base/Configure/AnswerReader.h"
 #include "Base/Container/StringConversion.h"
-#include "DevServer/JsonText.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
-#include "Support/TestContainer.h"
+#include "Tools/DevServer/Requests.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -30,53 +27,15 @@ std::string Double(const std::string& text) {
 }
 
 TEST(StoredValue, ReadsAsTheClientReadsIt) {
-    const std::string longText = "\"" + std::string(2000, 'y') + "\"";
-    const std::vector<std::string> sent = {"7",
-                                           "-7",
-                                           "5000000000",
-                                           "-5000000000",
-                                           "18446744073709551615",
-                                           "9223372036854775807",
-                                           "true",
-                                           "1.5",
-                                           "1e5",
-                                           "null",
-                                           "[1]",
-                                           "{}",
-                                           R"("7")",
-                                           R"("007")",
-                                           R"("1.10")",
-                                           R"("-0")",
-                                           R"("-.")",
-                                           R"(".")",
-                                           R"("-")",
-                                           R"("+5")",
-                                           R"("1.5.2")",
-                                           R"("5000000000")",
-                                           R"("123456789012345678")",
-                                           R"("1234567890123456789")",
-                                           R"("0.1234567890123")",
-                                           R"("99999999999999999.")",
-                                           R"("true")",
-                                           R"("TRUE")",
-                                           R"("abc")",
-                                           R"("12abc")",
-                                           R"("0x10")",
-                                           R"("1e5")",
-                                           R"("inf")",
-                                           R"(" a b ")",
-                                           R"("\t4")",
-                                           R"(" 4 ")",
-                                           R"("4#5")",
-                                           R"("#5")",
-                                           R"(" # ")",
-                                           R"("")",
-                                           R"("   ")",
-                                           R"("a\u0000b")",
-                                           R"("7\u0000")",
-                                           R"("a=b")",
-                                           R"("[M]")",
-                                           longText.c_str()};
+    const std::string values =
+        R"(7 -7 5000000000 -5000000000 18446744073709551615 12345678901234567890 9223372036854775807 true 1.5 1e5 null
+        [1] {} "7" "007" "-07" "1.10" "-0" "-0.00" "-." "." "-" "+5" "1.5.2" "5000000000" "123456789012345678"
+        "0123456789012345678" "1234567890123456789"
+        "0.1234567890123" "99999999999999999." "true" "TRUE" "abc" "12abc" "0x10" "1e5" "inf" "\u0020a\u0020b\u0020"
+        "\t4" "\u00204\u0020" "4#5" "#5" "\u0020#\u0020" "" "\u0020\u0020\u0020" "a\u0000b" "7\u0000" "a=b" "[M]" ")" +
+        std::string(2000, 'y') + "\"";
+    std::istringstream words(values);
+    const std::vector<std::string> sent{std::istream_iterator<std::string>(words), {}};
     // "n.." and "s.." hold a value; the manifest has them as an integer and as a text, which are what the reads want.
     const auto keychain = OrvaneTest::FakeKeychain::Install();
     FakeInfoDictionary manifest;
@@ -94,10 +53,7 @@ TEST(StoredValue, ReadsAsTheClientReadsIt) {
     Quern::BundleImpl bundle((OrvaneTest::CacheFolder() + "/client.config").c_str());
     bundle.Set(modules);
     for (size_t i = 0; i < sent.size(); ++i) {
-        Json::Value value;
-        std::string error;
-        ASSERT_TRUE(ReadStrictly("[" + sent[i] + "]", value, error)) << sent[i];
-        const Reads reads = ReadsOf(StoreValue(value[0]));
+        const Reads reads = ReadsOf(StoreValue(Parsed("[" + sent[i] + "]")[0]));
         const std::string n = "n" + std::to_string(i), s = "s" + std::to_string(i);
         EXPECT_EQ(std::to_string(bundle.Get("M", n.c_str(), 77)), Text(reads.asInt, "55", "77")) << sent[i];
         EXPECT_EQ(std::to_string(bundle.Get("M", n.c_str(), 77LL)), Text(reads.asLong, "55", "77")) << sent[i];

@@ -1,8 +1,6 @@
 #include "Log/BlockWalk.h"
 
-#include <gtest/gtest.h>
-
-#include "Support/LogWriter.h"
+#include "Support/Test.h"
 #include "Tools/Log/Collected.h"
 
 namespace OrvaneLog {
@@ -23,18 +21,16 @@ std::string WithoutEnd(std::string record) {
 }
 
 TEST(BlockWalk, ALeftOverBlockHasNoEndByte) {
-    const ReaderKey reader;
-    KeyRing keys, none;
-    keys.Add(reader.privateKey, "test");
+    TestKeys keys;
+    KeyRing none;
     const auto lines = NumberedLines(0, 100);
-    const std::string compressed = CompressedRecord(3, lines);
-    const std::string encrypted = EncryptedRecord(3, lines, AgreeWith(reader.publicKey));
-    for (const std::string& record : {compressed, encrypted}) {
-        const Collected read = WalkOf(MappedBlock(WithoutEnd(record)), keys);
+    const std::string encrypted = EncryptedRecord(3, lines, keys.writer);
+    for (const std::string& record : {CompressedRecord(3, lines), encrypted}) {
+        const Collected read = WalkOf(MappedBlock(WithoutEnd(record)), keys.ring);
         EXPECT_EQ(read.text, Joined(lines));
         EXPECT_EQ(read.Verdicts(), "sound");
         EXPECT_EQ(read.records[0].size, record.size() - 1);
-        EXPECT_EQ(WalkOf(record, keys).text, Joined(lines)) << "a copy that ends with the record";
+        EXPECT_EQ(WalkOf(record, keys.ring).text, Joined(lines)) << "a copy that ends with the record";
     }
     EXPECT_EQ(WalkOf(MappedBlock(WithoutEnd(encrypted)), none).Verdicts(), "encrypted");
     EXPECT_EQ(WalkOf(MappedBlock(PlainRecord("tip\n")), none).text, "tip\n");

@@ -2,12 +2,10 @@
 #ifndef ORVANE_TESTS_TOOLS_LOG_COLLECTED_H
 #define ORVANE_TESTS_TOOLS_LOG_COLLECTED_H
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "Log/LogWalk.h"
+#include "Support/LogWriter.h"
+
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 
@@ -26,9 +24,8 @@ public:
     void OnText(std::string_view piece) override {
         EXPECT_FALSE(piece.empty());
         EXPECT_LE(piece.size(), 256u << 10) << "pieces are of bounded size";
-        if (keepsText) text += piece;
+        text += piece;
         _textOfRecord += piece.size();
-        textSize += piece.size();
     }
     void OnRecordEnd(const RecordReport& report) override {
         EXPECT_TRUE(_open);
@@ -67,8 +64,6 @@ public:
     uint64_t Covered() const { return _covered; }
 
     std::string text;
-    uint64_t textSize = 0;
-    bool keepsText = true;
     bool isText = false;  // of a plain-text source, whose text is in no record
     std::vector<RecordReport> records;
     std::vector<Gap> gaps;
@@ -107,6 +102,15 @@ struct ReaderKey {
         EXPECT_TRUE(Quern::CurvePublicFromPrivate(privateKey, bytes));
         publicKey.assign(bytes.begin(), bytes.end());
     }
+};
+
+// A reader with a key, and a writer who encrypts for it.
+struct TestKeys {
+    TestKeys() { ring.Add(reader.privateKey, "test"); }
+
+    const ReaderKey reader;
+    const OrvaneTest::WriterKey writer = OrvaneTest::AgreeWith(reader.publicKey);
+    KeyRing ring;
 };
 
 }  // namespace OrvaneLog

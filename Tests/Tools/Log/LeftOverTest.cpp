@@ -1,11 +1,9 @@
 #include "Log/LeftOver.h"
 
-#include <gtest/gtest.h>
 #include <zlib.h>
 
 #include "Log/Reading.h"
-#include "Support/LogWriter.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 #include "Tools/Log/Collected.h"
 
 namespace OrvaneLog {
@@ -36,21 +34,18 @@ std::string Journal(uint64_t undoState, std::string undoTail, const std::string&
 
 class LeftOverTest : public testing::Test {
 protected:
-    LeftOverTest() { _keys.Add(_reader.privateKey, "test"); }
-
     // All that the folder gives, or a path in it.
     std::string Read(const std::string& path = ".") {
         Arguments arguments;
         arguments.paths = {_folder / path};
         StringOutput output;
         Report report([this](const std::string& message) { _said += message + "\n"; });
-        Reading(arguments, Look::kAsItStands, _keys, output, report, nullptr).Run();
+        Reading(arguments, Look::kAsItStands, _keys.ring, output, report, nullptr).Run();
         return output.Text();
     }
 
-    const ReaderKey _reader;
-    const WriterKey _writer = AgreeWith(_reader.publicKey);
-    KeyRing _keys;
+    TestKeys _keys;
+    const WriterKey& _writer = _keys.writer;
     TemporaryFolder _folder;
     std::string _said;
     const std::string _file = "OrvaneSDKLog/Pell/Pell_2026112421.xlog";
@@ -63,12 +58,10 @@ TEST_F(LeftOverTest, TheTailOfAnInterruptedWriteIsPutBack) {
         lines.push_back("x");
     const std::string deflated = DeflateLines(lines);
     const size_t tail = deflated.size() % 8;
-    RecordFields fields;
-    fields.magic = 7;
-    fields.seq = 5;
-    fields.publicKey = _writer.publicKey;
     // The group that the tail begins is enciphered already, together with the first bytes of the next line.
-    fields.payload = EncryptGroups(deflated + std::string(8 - tail, '\x55'), _writer.tea).substr(0, deflated.size());
+    std::string payload = EncryptGroups(deflated + std::string(8 - tail, '\x55'), _writer.tea);
+    payload.resize(deflated.size());
+    const RecordFields fields{.magic = 7, .seq = 5, .publicKey = _writer.publicKey, .payload = payload};
     _folder.Write("Pell.mmap3", MappedBlock(RecordBytes(fields, false)));
     Read();
     EXPECT_NE(_said, "") << "the journal is needed";
@@ -112,14 +105,13 @@ TEST_F(LeftOverTest, AStagedRecordCountsOnceWhereverTheProcessDied) {
     }
     _folder.Write(_file, first);
     EXPECT_EQ(Read("Pell.journal3"), Joined(two));
-    _folder.Write("Pell.mmap3", MappedBlock(second));
-    _folder.Write("Pell.journal3", Journal(0, "", second, -1, ""));
     EXPECT_EQ(_said, "");
     // A journal that is none changes nothing.
-    _folder.Write("Pell.journal3", std::string(256 + 153600, 'x'));
-    EXPECT_EQ(Read(), Joined(one) + Joined(two));
-    _folder.Write("Pell.journal3", "ORVJRNL3");
-    EXPECT_EQ(Read(), Joined(one) + Joined(two));
+    _folder.Write("Pell.mmap3", MappedBlock(second));
+    for (const std::string& none : {std::string(256 + 153600, 'x'), std::string("ORVJRNL3")}) {
+        _folder.Write("Pell.journal3", none);
+        EXPECT_EQ(Read(), Joined(one) + Joined(two));
+    }
 }
 
 }  // namespace

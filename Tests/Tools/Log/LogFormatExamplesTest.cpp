@@ -1,11 +1,6 @@
 // The examples of Docs/LogFormat.md are what they say.
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <sstream>
-
 #include "Serializer/Codec/Hex.h"
-#include "Support/LogWriter.h"
+#include "Support/Test.h"
 #include "Tools/Log/Collected.h"
 
 namespace OrvaneLog {

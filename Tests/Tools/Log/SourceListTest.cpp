@@ -1,11 +1,8 @@
 #include "Log/SourceList.h"
 
-#include <gtest/gtest.h>
-
 #include "Log/LogFileName.h"
 #include "Log/LogWalk.h"
-#include "Support/LogWriter.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 #include "Tools/Log/Collected.h"
 
 namespace OrvaneLog {

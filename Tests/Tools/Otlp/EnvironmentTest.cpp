@@ -1,6 +1,6 @@
 #include "Otlp/Environment.h"
 
-#include <gmock/gmock.h>
+#include "Support/Test.h"
 
 namespace OrvaneOtlp {
 namespace {

@@ -1,19 +1,16 @@
 #include "Otlp/Exporter.h"
 
-#include <gmock/gmock.h>
-
 #include "Otlp/Messages.h"
 #include "Otlp/RetryDelay.h"
 #include "Support/OtlpReceiver.h"
+#include "Support/Test.h"
 #include "Support/TlsServer.h"
-#include "Support/WaitFor.h"
 
 namespace OrvaneOtlp {
 namespace {
 
 using namespace OrvaneTest;
 using namespace std::chrono_literals;
-using testing::HasSubstr;
 
 // Goes on when a test says so; whoever waits looks a thousand times a second.
 class ManualClock final : public Clock {

@@ -1,7 +1,8 @@
 #include "Orvane/TraceParent.h"
 
-#include <gtest/gtest.h>
 #include <openssl/sha.h>
+
+#include "Support/Test.h"
 
 namespace Orvane::Plugin {
 namespace {

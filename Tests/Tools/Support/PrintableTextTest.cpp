@@ -1,14 +1,12 @@
 #include "Support/PrintableText.h"
 
-#include <gtest/gtest.h>
+#include "Support/Test.h"
 
 namespace OrvaneTools {
 namespace {
 
 TEST(PrintableText, EscapesWhatATerminalWouldObey) {
-    const struct {
-        const char *text, *printable;
-    } rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"plain\ttext\nof two lines", "plain\ttext\nof two lines"},
         {"h\xC3\xA9llo \xE4\xB8\x96 \xF0\x9F\x98\x80\xC2\xA0", "h\xC3\xA9llo \xE4\xB8\x96 \xF0\x9F\x98\x80\xC2\xA0"},
         {"\x1b[2J\x1b]0;title\x07", "\\x1B[2J\\x1B]0;title\\x07"},
@@ -21,8 +19,8 @@ TEST(PrintableText, EscapesWhatATerminalWouldObey) {
          "\\x9B31m\\xC4\\xE3"},
         {"cut \xE4\xB8", "cut \\xE4\\xB8"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(PrintableText(row.text), row.printable);
+    for (const auto& [text, printable] : rows)
+        EXPECT_EQ(PrintableText(text), printable);
     EXPECT_EQ(PrintableText(std::string_view("\0", 1)), "\\x00");
 }
 

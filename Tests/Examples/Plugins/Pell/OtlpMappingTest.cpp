@@ -1,10 +1,7 @@
 #include "Pell/OtlpMapping.h"
 
-#include <gtest/gtest.h>
-
-#include <sstream>
-
 #include "Orvane/TraceParent.h"
+#include "Support/Test.h"
 
 namespace Pell {
 namespace {

@@ -1,9 +1,8 @@
 #include "PluginManager/InnerPlugin/Yarrow/SpanContext.h"
 
-#include <gmock/gmock.h>
 #include <json/json.h>
 
-#include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 
 namespace {
 

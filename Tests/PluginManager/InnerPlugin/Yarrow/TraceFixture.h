@@ -3,24 +3,18 @@
 #ifndef ORVANE_TESTS_YARROW_TRACE_FIXTURE_H
 #define ORVANE_TESTS_YARROW_TRACE_FIXTURE_H
 
-#include <gmock/gmock.h>
-
-#include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "PluginManager/InnerPlugin/Yarrow/TraceService.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakePlugins.h"
-#include "Support/TestContainer.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 
 class TraceFixture : public testing::Test {
 protected:
     TraceFixture() {
-        auto* const core = Orvane::Plugin::Singleton<Orvane::Plugin::OrvaneCoreInnerPlugin>::GetInstance();
-        core->GetCachePluginManager();
-        core->RegisterPlugin(core);
+        InstallCorePlugin();
         Set("YarrowEnable", "true");
         info.Set("Orvane", "GameId", info.Text("4886718345"));  // 0x123456789: beyond 32 bits
     }

@@ -269,7 +269,7 @@ TEST(TraceExports, MayComeBeforeTheLaunch) {
     std::barrier start(9);
     std::vector<std::string> spans(8);
     std::vector<OrvaneCoreInnerPlugin*> cores(8);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (size_t i = 0; i < 8; ++i)
         threads.emplace_back([&, i] {
             char span[64] = "";
@@ -285,12 +285,9 @@ TEST(TraceExports, MayComeBeforeTheLaunch) {
             spans[i] = span;
         });
     start.arrive_and_wait();
-    auto* const core = Singleton<OrvaneCoreInnerPlugin>::GetInstance();
-    core->GetCachePluginManager();
-    core->RegisterPlugin(core);
+    auto* const core = OrvaneTest::InstallCorePlugin();
     PluginManager::GetInstance()->Startup();
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     EXPECT_THAT(cores, testing::Each(core));
     EXPECT_THAT(spans, testing::Each(StartsWith("1--"))) << "one service, and one id taken";
     TraceService::ReleaseInstance();
@@ -377,11 +374,10 @@ TEST_F(TraceServiceTest, EightThreadsAgreeWithTheModel) {
     std::vector<Model> models;
     for (unsigned seed = 0; seed < 8; ++seed)
         models.push_back({Service(), std::mt19937(seed)});
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (Model& model : models)
         threads.emplace_back([&model] { model.Run(kSpans); });
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     int reported = 0;
     for (const Model& model : models) {
         EXPECT_EQ(model.mistakes, 0);
