@@ -89,18 +89,11 @@ std::string RecordBytes(const RecordFields& fields, bool withEnd) {
 }
 
 std::string CompressedRecord(unsigned seq, const std::vector<std::string>& lines) {
-    RecordFields fields;
-    fields.seq = seq;
-    fields.payload = DeflateLines(lines);
-    return RecordBytes(fields);
+    return RecordBytes({.seq = seq, .payload = DeflateLines(lines)});
 }
 
 std::string PlainRecord(const std::string& text, int magic) {
-    RecordFields fields;
-    fields.magic = magic;
-    fields.seq = 0;
-    fields.payload = text;
-    return RecordBytes(fields);
+    return RecordBytes({.magic = magic, .seq = 0, .payload = text});
 }
 
 WriterKey AgreeWith(const std::string& readerPublicKey, unsigned number) {
@@ -140,12 +133,8 @@ std::string EncryptGroups(std::string payload, const std::array<uint8_t, 16>& ke
 }
 
 std::string EncryptedRecord(unsigned seq, const std::vector<std::string>& lines, const WriterKey& key) {
-    RecordFields fields;
-    fields.magic = 7;
-    fields.seq = seq;
-    fields.publicKey = key.publicKey;
-    fields.payload = EncryptGroups(DeflateLines(lines), key.tea);
-    return RecordBytes(fields);
+    const std::string payload = EncryptGroups(DeflateLines(lines), key.tea);
+    return RecordBytes({.magic = 7, .seq = seq, .publicKey = key.publicKey, .payload = payload});
 }
 
 std::string MappedBlock(const std::string& bytes) {

@@ -27,7 +27,7 @@ struct RecordFields {
     unsigned seq = 1;
     int beginHour = 21, endHour = 21;
     std::string publicKey = std::string(64, '\0');
-    std::string payload;
+    std::string payload = {};
 };
 // Header, payload, and the end byte if wanted.
 std::string RecordBytes(const RecordFields& fields, bool withEnd = true);
