@@ -1,10 +1,8 @@
 #include "CrashVerdict.h"
 
-#include <algorithm>
-#include <cstdlib>
-
 #include "Host/LoadLine.h"
 #include "Support/LoadCheck.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 namespace {

@@ -2,12 +2,8 @@
 #ifndef ORVANE_TESTS_END_TO_END_CRASH_VERDICT_H
 #define ORVANE_TESTS_END_TO_END_CRASH_VERDICT_H
 
-#include <cstdint>
-#include <map>
-#include <string>
-#include <vector>
-
 #include "CrashCycle.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 

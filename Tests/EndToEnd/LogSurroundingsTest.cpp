@@ -1,5 +1,4 @@
 // The log in bad surroundings: the game goes on, the console says why lines cannot be kept, and what can be kept is.
-#include <signal.h>
 
 #include "Support/Container.h"
 #include "Support/LoadCheck.h"
@@ -23,22 +22,10 @@ protected:
         fs::create_directories(_container.Home());
         const std::string home = _container.Home().string();
         const std::string mount = "mount -t tmpfs -o " + options + " tmpfs '" + home + "' && cd '" + home + "' && ";
-        const std::vector<std::string> unshare = {"unshare", "--mount", "--propagation", "private", "sh", "-c"};
-        Command probe;
-        probe.words = unshare;
-        probe.words.push_back(mount + "true");
-        Ending ending;
-        std::string error;
-        RunToEnd(probe, &ending, &error);
-        if (ending.exitStatus != 0) {
-            _skipReason = "no right to mount a temporary file system: " + error;
-            return nullptr;
-        }
+        if (RunToEnd({{"unshare", "--mount", "sh", "-c", mount + "true"}, {}, ""}).status != 0) return nullptr;
         Command command = _container.Host(arguments);
-        std::vector<std::string> words = unshare;
-        words.push_back(mount + before + " exec \"$0\" \"$@\"");
-        words.insert(words.end(), command.words.begin(), command.words.end());
-        command.words = words;
+        command.words.insert(command.words.begin(), {"unshare", "--mount", "--propagation", "private", "sh", "-c",
+                                                     mount + before + " exec \"$0\" \"$@\""});
         return std::make_unique<Process>(command);
     }
 
@@ -48,16 +35,15 @@ protected:
     }
 
     Container _container;
-    std::string _skipReason;
 };
 
 TEST_F(LogSurroundingsTest, GoesOnWhereNothingCanBeWritten) {
     const auto host =
         StartMounted("ro", "", {"--threads", "2", "--lines", "1500", "--lines-per-second", "5000", "--ack-fd", "3"});
-    if (!host) GTEST_SKIP() << _skipReason;
+    if (!host) GTEST_SKIP() << "no right to mount a temporary file system";
     host->Send("launch\n");
     host->CloseInput();
-    EXPECT_EQ(host->Wait().exitStatus, 0) << host->Error();
+    EXPECT_EQ(host->Wait().status, 0) << host->Error();
     EXPECT_EQ(CountLines(host->Acknowledged()), 2 * kLines);
     EXPECT_THAT(host->Error(), HasSubstr("Game.mmap3) fail: "));
     EXPECT_THAT(host->Error(), HasSubstr("OrvaneSDKLog failed!"));
@@ -67,7 +53,7 @@ TEST_F(LogSurroundingsTest, GoesOnWhereNothingCanBeWritten) {
 TEST_F(LogSurroundingsTest, GoesOnWithAFullDiskAndCatchesUpWhenThereIsRoom) {
     const auto host = StartMounted("size=1m", "head -c 1000000 /dev/zero > ballast;",
                                    {"--threads", "2", "--lines", "0", "--ack-fd", "3"});
-    if (!host) GTEST_SKIP() << _skipReason;
+    if (!host) GTEST_SKIP() << "no right to mount a temporary file system";
     host->Send("launch\n");
     const auto acknowledges = [&](uint64_t more) {
         const uint64_t wanted = CountLines(host->Acknowledged()) + more;
@@ -91,7 +77,7 @@ TEST_F(LogSurroundingsTest, GoesOnWithAFullDiskAndCatchesUpWhenThereIsRoom) {
     EXPECT_FALSE(LoadLinesOf(log).empty());
     EXPECT_FALSE(LoadLinesOf(log).count(kDamaged));
     host->Signal(SIGTERM);
-    EXPECT_EQ(host->Wait().exitStatus, 0) << host->Error();
+    EXPECT_EQ(host->Wait().status, 0) << host->Error();
 }
 
 }  // namespace
