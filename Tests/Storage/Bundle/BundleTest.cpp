@@ -4,11 +4,9 @@
 #include "Storage/Bundle/BundleFactory.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/File/PathSource.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
@@ -36,7 +34,7 @@ protected:
     const std::string path = CacheFolder() + "/game.config";
     CapturedConsole console;
     FakeInfoDictionary manifest;
-    const std::shared_ptr<OrvaneTest::FakeKeychain> keychain = OrvaneTest::FakeKeychain::Install();
+    const std::shared_ptr<FakeKeychain> keychain = FakeKeychain::Install();
 
 private:
     std::unique_ptr<BundleImpl> _bundle;
@@ -224,8 +222,7 @@ TEST(BundleDeathTest, TheDefaultBundleWantsACacheFolder) {
     };
     PathSource::Use(std::make_shared<NoPaths>());
     EXPECT_DEATH(BundleFactory::GetInstance()->GetDefaultBundle(),
-                 testing::AllOf(testing::HasSubstr("CachePath is empty, do not use bundle in JNI_ONLoad!!!"),
-                                testing::HasSubstr("false")));
+                 AllOf(HasSubstr("CachePath is empty, do not use bundle in JNI_ONLoad!!!"), HasSubstr("false")));
 }
 
 TEST_F(BundleTest, TheFactoryKeepsABundleAName) {

@@ -2,17 +2,12 @@
 #include "Storage/Bundle/InfoDictionary.h"
 
 #include <plist/plist.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "Orvane/InfoPlist.h"
 #include "Storage/Bundle/Linux/PropertyList.h"
 #include "Storage/Bundle/Linux/PropertyListShape.h"
 #include "Storage/File/PathSource.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 
@@ -192,14 +187,10 @@ TEST(InfoDictionary, TakesTheHostsFileAndReadsItOnce) {
     setenv("ORVANE_INFO_PLIST", other.c_str(), 1);
     EXPECT_TRUE(gs_OrvaneSetInfoPlist(other.c_str()));
     EXPECT_TRUE(gs_OrvaneSetInfoPlist(chosen.c_str()));
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
 
     std::vector<const InfoValue*> seen(8);
-    std::vector<std::thread> readers;
-    for (auto& root : seen)
-        readers.emplace_back([&root] { root = &InfoDictionary::Current().Root(); });
-    for (auto& reader : readers)
-        reader.join();
+    Threads(8, [&](int number) { seen[number] = &InfoDictionary::Current().Root(); }).Join();
     for (const InfoValue* root : seen)
         EXPECT_EQ(root, seen[0]);
     EXPECT_EQ(BundleIdOf(*seen[0]), "com.example.game");
@@ -220,7 +211,7 @@ TEST(InfoDictionary, NamesTheContainerAfterTheBundleId) {
 }
 
 void ExpectEmptyManifestWith(const std::string& line) {
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
     for (int reads = 0; reads < 2; ++reads)
         EXPECT_THAT(std::get<InfoValue::Dictionary>(InfoDictionary::Current().Root().value), IsEmpty());
     EXPECT_THAT(console.Take(), ElementsAre(line));
@@ -231,11 +222,6 @@ TEST(InfoDictionary, IsEmptyForADamagedFile) {
     WriteFile(path, Manifest().substr(0, Manifest().find("<key>Game")));
     setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
     ExpectEmptyManifestWith("The manifest " + path + " is not used: it is no property list, or damaged");
-}
-
-TEST(InfoDictionary, IsEmptyWithoutTheFileThatWasAskedFor) {
-    InfoDictionary::SetPath("/nowhere/Info.plist");
-    ExpectEmptyManifestWith("The manifest /nowhere/Info.plist cannot be read");
 }
 
 TEST(InfoDictionary, WaitsForNoPipe) {

@@ -1,15 +1,9 @@
 #include "Storage/File/CPath.h"
 
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "Base/QuernCommon.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/PathSource.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 
@@ -115,7 +109,7 @@ TEST(CPath, JoinsAndCutsPaths) {
 }
 
 TEST(CPath, ListsFilesAndDirectories) {
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
     const std::string folder = CacheFolder() + "/listed";
     WriteFile(folder + "/file", "1");
     WriteFile(folder + "/.hidden", "1");

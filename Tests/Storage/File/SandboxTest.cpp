@@ -1,12 +1,7 @@
 #include "Storage/File/Sandbox.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "Storage/File/CPath.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 

@@ -2,11 +2,8 @@
 
 #include "Storage/Log/LogStore.h"
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "Storage/File/PathSource.h"
 #include "Storage/Log/LoggerFixture.h"
@@ -106,7 +103,7 @@ TEST_F(LogStoreTest, ModesOneAndTwoBringTheBlockBackBetweenTheTips) {
         ASSERT_EQ(records.size(), 3u);
         EXPECT_EQ(records[0].magic, mode == 2 ? 6 : 8);
         EXPECT_EQ(records[1].magic, mode == 2 ? 7 : 9);
-        EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(::testing::MatchesRegex(module + "_[0-9]{10}\\.xlog")));
+        EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(MatchesRegex(module + "_[0-9]{10}\\.xlog")));
     }
 }
 
@@ -117,8 +114,7 @@ TEST_F(LogStoreTest, ATornEndOfARestoringIsCutOffAndWrittenWhole) {
     LogBuffer plain(nullptr, 0, true, "");
     AutoBuffer record;
     ASSERT_TRUE(plain.Write(tip.data(), tip.size(), record));
-    const std::string whole(reinterpret_cast<const char*>(record.Ptr()), record.Length());
-
+    const std::string whole = TextOf(record);
     const std::string file = "Torn_2026010203.xlog";
     WriteFile(LogFolder("Torn") + "/" + file, whole + whole.substr(0, 60));
     std::vector<uint8_t> memory(sizeof(BlockJournalLayout));
@@ -149,7 +145,6 @@ TEST_F(LogStoreTest, HoldsAThousandLinesInTheBackground) {
 
 TEST_F(LogStoreTest, AThirdOfTheBlockWakesTheFlushThread) {
     Logger* logger = Make("Flushed", 2);
-    std::string expected;
     for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i) {
         Say(logger, "line number " + std::to_string(i));
         // Slow enough for the thread to come to its turn on a busy machine before the block is half full.
@@ -161,9 +156,8 @@ TEST_F(LogStoreTest, AThirdOfTheBlockWakesTheFlushThread) {
     EXPECT_GE(record.payload.size() + 73, 51200u);
     EXPECT_LT(record.payload.size(), 76800u);
 
-    const std::vector<std::string> texts = Texts(Reopen("Flushed", 2));
     size_t next = 0;
-    for (const std::string& text : texts)
+    for (const std::string& text : Texts(Reopen("Flushed", 2)))
         if (text[0] != '?') {
             EXPECT_EQ(text, "Info line number " + std::to_string(next++));
         }
@@ -209,8 +203,7 @@ TEST_F(LogStoreTest, LinesThatComeWhileTheBlockIsBroughtBackGoBehindIt) {
             LogBuffer buffer(block.data(), block.size(), true, "");
             buffer.SetJournal(&journal);
             buffer.Write("older\n", 6);
-            AutoBuffer out;
-            buffer.Flush(out);
+            Flush(buffer);
             WriteFile(CacheFolder() + "/" + module + ".journal3", std::string(memory.begin(), memory.end()));
             expected.insert(expected.begin() + 1, "? older");
         }
@@ -263,7 +256,7 @@ TEST(LogStore, SaysThatThereIsNoCachePath) {
         std::string Caches() override { return ""; }
     };
     PathSource::Use(std::make_shared<Nowhere>());
-    const OrvaneTest::FakeConfigure settings;  // the client of the configuration server ends the process
+    const FakeConfigure settings;  // the client of the configuration server ends the process
     const CapturedConsole console;
     Logger logger("Homeless");
     logger.SetOption("LogMode", 2);
@@ -295,13 +288,13 @@ TEST_F(LogStoreTest, MarkersTakeThePlaceOfLinesInAFullBlock) {
     const std::string text = DecodeText(ReadLogFiles("Full"));
     const size_t marker = text.find("[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: ");
     ASSERT_NE(marker, std::string::npos);
-    std::istringstream in(text.substr(marker));
     int markers = 0, previous = 122879;
-    for (std::string line; std::getline(in, line); ++markers) {
+    for (const std::string& line : SplitLines(text.substr(marker))) {
         int length = 0;
         ASSERT_EQ(sscanf(line.c_str(), "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: %d", &length), 1);
         EXPECT_GT(length, previous) << "each marker is written";
         previous = length;
+        ++markers;
     }
     EXPECT_GT(markers, 10);
     EXPECT_LT(previous, 153600);
@@ -312,14 +305,10 @@ TEST_F(LogStoreTest, MarkersTakeThePlaceOfLinesInAFullBlock) {
 TEST_F(LogStoreTest, FourThreadsKeepTheirOrderInModeZero) {
     Logger* logger = Make("Threads", 0);
     constexpr int kLines = 3000;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back([=] {
-            for (int i = 0; i < kLines; ++i)
-                Say(logger, std::to_string(t) + " " + std::to_string(i));
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    Threads(4, [=](int thread) {
+        for (int i = 0; i < kLines; ++i)
+            Say(logger, std::to_string(thread) + " " + std::to_string(i));
+    }).Join();
     loggers.clear();
     std::map<int, int> next;
     for (const std::string& line : Texts(ReadLogFiles("Threads"))) {
