@@ -1,10 +1,8 @@
 #include "System/Application/OrvaneAppLifecycleDispatcher.h"
 
 #include "Base/XLog.h"
-#include "Support/CapturedConsole.h"
 #include "Support/LifecycleFakes.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/SwizzleHelper.h"
 
@@ -111,20 +109,6 @@ TEST_F(DispatcherTest, WritesALineForTheEventsThatHaveOne) {
           "application:didReceiveLocalNotification:"})
         Send(delegate, selector);
     EXPECT_THAT(console.Take(), IsEmpty());
-}
-
-TEST_F(DispatcherTest, ALaunchSaysSoAndStartsTheLibrary) {
-    OrvaneTest::CacheFolder();
-    LifecycleClass delegateClass("AppDelegate");
-    delegateClass.Answer(kLaunch, 0);
-    orvane_object delegate = delegateClass.Make("delegate");
-    OrvaneAppLifecycleDispatcher::manualSwizzle(delegateClass.get());
-    console.Take();
-    Send(delegate, kLaunch);
-    EXPECT_EQ(console.Take().front(),
-              "[OrvaneAppLifecycleDispatcher orvane_application: didFinishLaunchingWithOptions:]");
-    EXPECT_THAT(LifecycleClass::Heard(), ElementsAre(std::string("delegate orvane_") + kLaunch));
-    EXPECT_TRUE(Quern::IsCoreLoggerStarted());
 }
 
 TEST_F(DispatcherTest, ADelegateWithoutAMethodMissesTheEventButContinuesActivities) {

@@ -1,15 +1,11 @@
 #include "Orvane/DownloadFileTask.h"
 
-#include <signal.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 #include "HeardAnswers.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FaultProxy.h"
 #include "Support/HttpServer.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 #include "System/WWW/Task/WWW.h"
 
 namespace {
