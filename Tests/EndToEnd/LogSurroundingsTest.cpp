@@ -62,20 +62,18 @@ TEST_F(LogSurroundingsTest, GoesOnWithAFullDiskAndCatchesUpWhenThereIsRoom) {
     ASSERT_TRUE(acknowledges(2000)) << host->Error();
     fs::remove(Inside(*host, _container.Home() / "ballast"));
 
-    // Wait until the file has something, by way of its copy outside.
-    const fs::path inside = Inside(*host, _container.LogFolder(kModule));
-    const fs::path outside = _container.LogFolder(kModule);
+    // Wait until the file has something.
     std::vector<std::string> log;
     for (int round = 0; round < 1000 && LoadLinesOf(log).empty(); ++round) {
         ASSERT_TRUE(acknowledges(100)) << host->Error();
-        fs::create_directories(outside);
-        for (const auto& entry : fs::directory_iterator(inside)) {
-            fs::copy_file(entry.path(), outside / entry.path().filename(), fs::copy_options::overwrite_existing);
-        }
-        log = _container.ReadLog(kModule);
+        Command reader{{ORVANE_LOG_PROGRAM, "--quiet", "--key", ORVANE_LOG_KEY_FILE}, {}, ""};
+        for (const auto& entry : fs::directory_iterator(Inside(*host, _container.LogFolder(kModule))))
+            reader.words.push_back(entry.path());
+        log = SplitLines(RunToEnd(reader).output);
     }
     EXPECT_FALSE(LoadLinesOf(log).empty());
     EXPECT_FALSE(LoadLinesOf(log).count(kDamaged));
+
     host->Signal(SIGTERM);
     EXPECT_EQ(host->Wait().status, 0) << host->Error();
 }

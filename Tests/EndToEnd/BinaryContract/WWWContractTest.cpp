@@ -118,10 +118,7 @@ TEST_F(WWWContract, EverySlotOfADownloadWorks) {
     EXPECT_EQ(static_cast<Contract::Task*>(download)->Address(), server.Url());
     Moves moves;
     const auto run = [&](const std::function<bool()>& condition) {
-        return WaitFor([&] {
-            Perform("OrvaneMainRunLoop", "runPending", {});
-            return condition();
-        });
+        return WaitFor([&] { return Perform("OrvaneMainRunLoop", "runPending", {}), condition(); });
     };
     download->Listen(&moves);
     isHeld = true;

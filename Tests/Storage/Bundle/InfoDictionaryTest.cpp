@@ -33,16 +33,13 @@ std::string Binary(const std::string& xml) {
     return binary;
 }
 
-const std::string& Manifest() {
-    static const std::string manifest = Xml(
-        "<dict><key>CFBundleIdentifier</key><string>com.example.game</string><key>Game</key>"
+const std::string kManifest =
+    Xml("<dict><key>CFBundleIdentifier</key><string>com.example.game</string><key>Game</key>"
         "<!-- </dict> a remark --><dict><key>one</key><integer>1</integer><key>minus</key><integer>-2</integer>"
         "<key>pi</key><real>3.5</real><key>on</key><true/><key>off</key><false/><key>text</key>"
         "<string>a &lt;b&gt; &amp; caf\xC3\xA9 \xE6\xBC\xA2</string><key>raw</key><string><![CDATA[</dict>]]></string>"
         "<key>empty</key><string/><key>when</key><date>2020-01-01T00:00:00Z</date><key>bytes</key><data>AAEC</data>"
         "<key>list</key><array><string>x</string></array><key>inner</key><dict/></dict></dict>");
-    return manifest;
-}
 
 std::string BundleIdOf(const InfoValue& root) {
     const InfoValue* id = root.Find("CFBundleIdentifier");
@@ -50,7 +47,7 @@ std::string BundleIdOf(const InfoValue& root) {
 }
 
 TEST(PropertyList, IsReadFromXmlAndBinaryAlike) {
-    for (const std::string& bytes : {Manifest(), Binary(Manifest())}) {
+    for (const std::string& bytes : {kManifest, Binary(kManifest)}) {
         InfoValue root;
         const char* why = nullptr;
         ASSERT_TRUE(Quern::ParsePropertyList(bytes, root, why)) << why;
@@ -140,7 +137,7 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
     const std::string deep = Repeated("<array>", 100000);
     std::string selfHolding = Doubling(1);
     selfHolding[9] = 0;
-    std::string zeroInKey = Binary(Manifest()), numberAsKey = zeroInKey;
+    std::string zeroInKey = Binary(kManifest), numberAsKey = zeroInKey;
     zeroInKey[zeroInKey.find("\x53one") + 2] = '\0';
     numberAsKey.replace(numberAsKey.find("\x53one"), 4, "\x12one", 4);
     const std::pair<std::string, const char*> kHostile[] = {
@@ -158,7 +155,7 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
         {Doubling(40), "it is damaged, or nests too deep"},
         {selfHolding, "it is damaged, or nests too deep"},
         {std::string(Quern::kLargestPropertyList + 1, ' '), "it is too large"},
-        {Binary(Manifest()).substr(0, 100), "it is damaged, or nests too deep"},
+        {Binary(kManifest).substr(0, 100), "it is damaged, or nests too deep"},
     };
     for (const auto& [bytes, expected] : kHostile) {
         InfoValue root;
@@ -182,7 +179,7 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
 
 TEST(InfoDictionary, TakesTheHostsFileAndReadsItOnce) {
     const std::string chosen = CacheFolder() + "/chosen", other = CacheFolder() + "/other";
-    WriteFile(chosen, Binary(Manifest()));
+    WriteFile(chosen, Binary(kManifest));
     WriteFile(other, Xml("<dict/>"));
     setenv("ORVANE_INFO_PLIST", other.c_str(), 1);
     EXPECT_TRUE(gs_OrvaneSetInfoPlist(other.c_str()));
@@ -203,7 +200,7 @@ TEST(InfoDictionary, TakesTheHostsFileAndReadsItOnce) {
 
 TEST(InfoDictionary, NamesTheContainerAfterTheBundleId) {
     const std::string path = CacheFolder() + "/environment";
-    WriteFile(path, Manifest());
+    WriteFile(path, kManifest);
     setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
     setenv("XDG_DATA_HOME", CacheFolder().c_str(), 1);
     unsetenv("ORVANE_HOME");
@@ -219,7 +216,7 @@ void ExpectEmptyManifestWith(const std::string& line) {
 
 TEST(InfoDictionary, IsEmptyForADamagedFile) {
     const std::string path = CacheFolder() + "/damaged";
-    WriteFile(path, Manifest().substr(0, Manifest().find("<key>Game")));
+    WriteFile(path, kManifest.substr(0, kManifest.find("<key>Game")));
     setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
     ExpectEmptyManifestWith("The manifest " + path + " is not used: it is no property list, or damaged");
 }

@@ -44,10 +44,7 @@ void OnLookup(NSLookupResult& r) {
 }
 
 bool WaitForHeard(size_t count) {
-    return WaitFor([&] {
-        MainRunLoop::Current().RunPending();
-        return g_heard.size() >= count;
-    });
+    return WaitFor([&] { return MainRunLoop::Current().RunPending(), g_heard.size() >= count; });
 }
 
 TEST(NetworkChecker, RefusesArguments) {

@@ -29,12 +29,8 @@ void OnTraceRoute(TraceRouteResult& result) {
 
 template <typename Result>
 std::unique_ptr<Result> WaitForResult(Result*& result) {
-    OrvaneTest::WaitFor(
-        [&] {
-            MainRunLoop::Current().RunPending();
-            return result != nullptr;
-        },
-        std::chrono::seconds(60));
+    const auto isHere = [&] { return MainRunLoop::Current().RunPending(), result != nullptr; };
+    OrvaneTest::WaitFor(isHere, std::chrono::seconds(60));
     return std::unique_ptr<Result>(std::exchange(result, nullptr));
 }
 

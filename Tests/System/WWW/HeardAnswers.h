@@ -83,12 +83,7 @@ public:
         if (onFinished) onFinished(task);
     }
     static bool Run(const std::function<bool()>& condition, std::chrono::milliseconds deadline = kDeadline) {
-        return WaitFor(
-            [&] {
-                Quern::MainRunLoop::Current().RunPending();
-                return condition();
-            },
-            deadline);
+        return WaitFor([&] { return Quern::MainRunLoop::Current().RunPending(), condition(); }, deadline);
     }
     bool RunUntilFinished(int count = 1) {
         return Run([&] { return finishes >= count; });
