@@ -28,63 +28,53 @@ std::string Noise(size_t length) {
 // The log file of this hour and of the next, as a pipe: whoever appends to it waits until the test drains it.
 class StuckFile {
 public:
-    explicit StuckFile(const std::string& module) {
-        std::filesystem::create_directories(LogFolder(module));
+    explicit StuckFile(const std::string& module) : _folder(LogFolder(module)) {
+        std::filesystem::create_directories(_folder);
+        const std::string pipe = CacheFolder() + "/pipe of " + module;
+        EXPECT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        _pipe = open(pipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        EXPECT_GT(fcntl(_pipe, F_SETPIPE_SZ, 4096), 0);
         for (const time_t hour : {time(nullptr), time(nullptr) + 3600}) {
             char name[16];
             tm local;
             strftime(name, sizeof name, "%Y%m%d%H", localtime_r(&hour, &local));
-            _paths.push_back(LogFolder(module) + "/" + module + "_" + name + ".xlog");
-            EXPECT_EQ(mkfifo(_paths.back().c_str(), 0600), 0);
-            _pipes.push_back(open(_paths.back().c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
-            EXPECT_GT(fcntl(_pipes.back(), F_SETPIPE_SZ, 4096), 0);
+            std::filesystem::create_symlink(pipe, _folder + "/" + module + "_" + name + ".xlog");
         }
     }
     ~StuckFile() {
-        for (size_t i = 0; i < _pipes.size(); ++i) {
-            close(_pipes[i]);
-            unlink(_paths[i].c_str());
-        }
+        close(_pipe);
+        std::filesystem::remove_all(_folder);
     }
     // From now on not even a byte goes in.
     void Fill() {
-        for (size_t i = 0; i < _pipes.size(); ++i)
-            while (write(_pipes[i], "", 1) == 1)
-                ++_filled[i];
+        while (write(_pipe, "", 1) == 1)
+            ++_filled;
     }
     bool HasData() const {
-        int count, all = 0;
-        for (const int pipe : _pipes)
-            if (ioctl(pipe, FIONREAD, &count) == 0) all += count;
-        return all > 0;
+        int count = 0;
+        return ioctl(_pipe, FIONREAD, &count) == 0 && count > 0;
     }
     // Whether what Drain gave until now is whole records, of more than `size` bytes.
     bool HasRecords(size_t size) {
         const std::string& bytes = Drain();
         size_t at = 0;
-        while (at + 74 <= bytes.size()) {
-            uint32_t length;
-            memcpy(&length, &bytes[at + 5], sizeof length);
-            at += 74 + length;
-        }
+        while (at + 74 <= bytes.size())
+            at += 74 + LogRecord::LoadU32(reinterpret_cast<const uint8_t*>(&bytes[at + LogRecord::kLenAt]));
         return bytes.size() > size && at == bytes.size();
     }
     // What was appended until now, without that which Fill put in.
     const std::string& Drain() {
         char piece[4096];
-        for (size_t i = 0; i < _pipes.size(); ++i)
-            for (ssize_t count; (count = read(_pipes[i], piece, sizeof piece)) > 0;) {
-                const size_t filled = std::min(_filled[i], static_cast<size_t>(count));
-                _filled[i] -= filled;
-                _text.append(piece + filled, static_cast<size_t>(count) - filled);
-            }
+        for (ssize_t count; (count = read(_pipe, piece, sizeof piece)) > 0;)
+            _text.append(piece, static_cast<size_t>(count));
+        _text.erase(0, std::exchange(_filled, 0));
         return _text;
     }
 
 private:
-    std::vector<std::string> _paths;
-    std::vector<int> _pipes;
-    std::map<size_t, size_t> _filled;  // what Fill put into each and Drain has not met yet
+    const std::string _folder;
+    int _pipe = -1;
+    size_t _filled = 0;
     std::string _text;
 };
 
