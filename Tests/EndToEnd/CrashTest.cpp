@@ -62,20 +62,13 @@ bool RestoreLastBlock(const Container& container, const CrashPlan& plan) {
     return false;
 }
 
-struct Totals {
-    uint64_t acknowledged = 0, readBack = 0, restoredBlocks = 0, markers = 0;
-};
-
 // Whether the log has what it must have.
-bool Judge(const Container& container, const CrashPlan& plan, std::vector<CycleRecord> cycles, Totals& totals) {
-    CrashVerdict verdict(std::move(cycles), plan.linesPerSecond == 0);
+bool Judge(const Container& container, const CrashPlan& plan, std::vector<LastAcknowledged> cycles,
+           CrashTotals& totals) {
+    CrashVerdict verdict(std::move(cycles), plan.linesPerSecond == 0, totals);
     for (const std::string& line : container.ReadLog(plan.module))
         verdict.Take(line);
     verdict.Finish();
-    totals.acknowledged += verdict.Acknowledged();
-    totals.readBack += verdict.ReadBack();
-    totals.restoredBlocks += verdict.RestoredBlocks();
-    totals.markers += verdict.Markers();
     for (const std::string& problem : verdict.Problems())
         fprintf(stderr, "FAILED: %s\n", problem.c_str());
     return verdict.Problems().empty();
@@ -92,7 +85,7 @@ public:
         for (uint64_t round = 0; round < (_arguments.isFresh ? _arguments.cycles : 1); ++round) {
             auto container = std::make_unique<Container>();
             CrashCycle cycle(*container, _arguments.plan, _random);
-            std::vector<CycleRecord> cycles;
+            std::vector<LastAcknowledged> cycles;
             bool isWhole = true;
             while (isWhole && cycles.size() < (_arguments.isFresh ? 1 : _arguments.cycles))
                 isWhole = Live(cycle, cycles);
@@ -115,13 +108,11 @@ public:
     }
 
 private:
-    bool Live(CrashCycle& cycle, std::vector<CycleRecord>& cycles) {
-        constexpr uint64_t kSequencesOfCycle = 100000000;
-        CycleRecord record{1 + cycles.size() * kSequencesOfCycle, {}};
+    bool Live(CrashCycle& cycle, std::vector<LastAcknowledged>& cycles) {
         const auto moment = static_cast<KillAt>(_random() % std::size(kKillMoments));
+        const uint64_t first = 1 + cycles.size() * kSequencesOfCycle;
         std::string problem;
-        if (cycle.Run(moment, record.firstSequence, record.acknowledged, problem)) ++_kills[moment];
-        cycles.push_back(std::move(record));
+        if (cycle.Run(moment, first, cycles.emplace_back(), problem)) ++_kills[moment];
         if (!problem.empty()) fprintf(stderr, "FAILED: %s\n", problem.c_str());
         return problem.empty();
     }
@@ -129,7 +120,7 @@ private:
     const Arguments& _arguments;
     std::mt19937_64 _random;
     std::map<KillAt, unsigned> _kills;
-    Totals _totals;
+    CrashTotals _totals;
 };
 
 }  // namespace

@@ -23,18 +23,13 @@ protected:
                                 "--plugins", ORVANE_PLUGIN_FOLDER});
     }
     std::vector<std::string> Requests() const {
-        std::vector<std::string> requests;
-        for (const std::string& line : SplitLines(ReadFile(_folder + "/journal.jsonl")))
-            if (line.find("\"kind\":\"config\"") != std::string::npos) requests.push_back(line);
-        return requests;
+        return OrvaneTest::LinesWith("\"kind\":\"config\"", ReadFile(_folder + "/journal.jsonl"));
     }
     // How many fetches the data plugin was told of.
     size_t Reports() const {
-        const std::vector<std::string> events = SplitLines(ReadFile(_container.EventsFile()));
-        return static_cast<size_t>(std::count_if(events.begin(), events.end(), [](const std::string& event) {
-            return event.find("PullConfigResult") != std::string::npos;
-        }));
+        return OrvaneTest::LinesWith("PullConfigResult", ReadFile(_container.EventsFile())).size();
     }
+
     Container _container;
     const std::string _folder = _container.Outside() / "served";
     std::unique_ptr<Process> _server;

@@ -33,6 +33,13 @@ inline std::vector<std::string> SplitLines(const std::string& text) {
     return lines;
 }
 
+// Those that have a text in them.
+inline std::vector<std::string> LinesWith(const std::string& part, const std::string& text) {
+    std::vector<std::string> lines = SplitLines(text);
+    std::erase_if(lines, [&part](const std::string& line) { return line.find(part) == std::string::npos; });
+    return lines;
+}
+
 // The names in a folder, sorted; none if it does not exist.
 inline std::vector<std::string> FilesIn(const std::string& folder) {
     std::vector<std::string> names;

@@ -140,30 +140,25 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
     std::string zeroInKey = Binary(kManifest), numberAsKey = zeroInKey;
     zeroInKey[zeroInKey.find("\x53one") + 2] = '\0';
     numberAsKey.replace(numberAsKey.find("\x53one"), 4, "\x12one", 4);
-    const std::pair<std::string, const char*> kHostile[] = {
-        {zeroInKey, "it is damaged, or nests too deep"},
-        {numberAsKey, "it is damaged, or nests too deep"},
-        {"", "it is no property list, or damaged"},
-        {"{ GameId = 1; }", "it is no property list, or damaged"},
-        {Xml("<array/>"), "it holds no dictionary"},
-        {Xml(deep + Repeated("</array>", 100000)), "it is too large"},
-        {Xml(Repeated("<array>", 50000) + Repeated("</array>", 50000)), "it is damaged, or nests too deep"},
-        {Xml(Repeated("<dict><key>k</key>", 30000) + Repeated("</dict>", 30000)), "it is damaged, or nests too deep"},
-        {Xml(Repeated("<array><!-- </array> -->", 20000)), "it is damaged, or nests too deep"},
-        {Xml(Repeated("<array x=\"</array>\">", 20000)), "it is damaged, or nests too deep"},
-        {Xml("<array>" + Repeated("<true/>", 140000)), "it is damaged, or nests too deep"},
-        {Doubling(40), "it is damaged, or nests too deep"},
-        {selfHolding, "it is damaged, or nests too deep"},
-        {std::string(Quern::kLargestPropertyList + 1, ' '), "it is too large"},
-        {Binary(kManifest).substr(0, 100), "it is damaged, or nests too deep"},
+    const auto expectRefused = [](const char* expected, const std::vector<std::string>& hostile) {
+        for (const std::string& bytes : hostile) {
+            InfoValue root;
+            const char* why = "nothing";
+            EXPECT_FALSE(Quern::ParsePropertyList(bytes, root, why));
+            EXPECT_STREQ(why, expected) << bytes.substr(0, 200);
+            EXPECT_FALSE(root.IsDictionary());
+        }
     };
-    for (const auto& [bytes, expected] : kHostile) {
-        InfoValue root;
-        const char* why = "nothing";
-        EXPECT_FALSE(Quern::ParsePropertyList(bytes, root, why));
-        EXPECT_STREQ(why, expected) << bytes.substr(0, 200);
-        EXPECT_FALSE(root.IsDictionary());
-    }
+    expectRefused("it is no property list, or damaged", {"", "{ GameId = 1; }"});
+    expectRefused("it holds no dictionary", {Xml("<array/>")});
+    expectRefused("it is too large",
+                  {Xml(deep + Repeated("</array>", 100000)), std::string(Quern::kLargestPropertyList + 1, ' ')});
+    expectRefused("it is damaged, or nests too deep",
+                  {zeroInKey, numberAsKey, Doubling(40), selfHolding, Binary(kManifest).substr(0, 100),
+                   Xml(Repeated("<array>", 50000) + Repeated("</array>", 50000)),
+                   Xml(Repeated("<dict><key>k</key>", 30000) + Repeated("</dict>", 30000)),
+                   Xml(Repeated("<array><!-- </array> -->", 20000)), Xml(Repeated("<array x=\"</array>\">", 20000)),
+                   Xml("<array>" + Repeated("<true/>", 140000))});
     // The limits hold at their edge: six doublings are 127 objects on six levels.
     EXPECT_TRUE(Quern::IsPropertyListWithin(Doubling(6), {6, 127}));
     EXPECT_FALSE(Quern::IsPropertyListWithin(Doubling(6), {5, 127}));
