@@ -30,6 +30,9 @@ TEST(LogTool, AKeyPairOpensWhatItsPublicHalfClosed) {
     ASSERT_EQ(made.status, 0) << made.error;
     ASSERT_EQ(made.output.size(), 129u);
     EXPECT_EQ(made.output.find_first_not_of("0123456789abcdef"), 128u);
+    struct stat facts;
+    ASSERT_EQ(stat(key.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777, 0600u);
     EXPECT_EQ(RunReader({"--keygen", key}).status, 2) << "a key is never replaced";
     EXPECT_EQ(RunReader({"--keygen=" + other}).status, 0);
 
