@@ -26,6 +26,7 @@ int LookUpMacro(const char* name, long long& value, void*) {
 
 }  // namespace
 
+// The bytes hold no names: the order of the calls is the format, and must be the same in both.
 int PlayerItem::pack(Quern::ZylWriteBuf& dest, unsigned int) {
     if (const int code = dest.writeUInt32(id)) return code;
     if (const int code = dest.writeUInt16(amount)) return code;

@@ -28,7 +28,7 @@ public:
 /// \return null at any null on the way
 inline ICoreReportService* sg_get_orvanecore_report_service(PluginBase* plugin) {
     IPluginManager* manager = plugin ? plugin->GetPluginManager() : nullptr;
-    IPlugin* core = manager ? manager->GetPluginByName("OrvaneCore") : nullptr;
+    IPlugin* core = manager ? manager->GetPluginByName(kCoreModule) : nullptr;
     return core ? static_cast<ICoreReportService*>(core->GetServiceByName("COREREPORT")) : nullptr;
 }
 

@@ -9,6 +9,10 @@
 namespace Orvane {
 namespace Plugin {
 
+/// The library's own module: the name of the plugin that has its services, of its logger, and of the section of its
+/// settings.
+constexpr const char* kCoreModule = "OrvaneCore";
+
 /// The registry of plugins and the driver of their lifecycle. One per process, owned by the library that implements it;
 /// reached through gs_GetOrvanePluginManager (PluginBase.h).
 /// Thread rule: the walks and the live registry belong on the main thread during start-up. Installing, uninstalling and
@@ -26,7 +30,7 @@ public:
     virtual bool UninstallByName(const char* pluginName) = 0;
     /// \return a null-terminated array of names as PostStartup found them, owned by the manager; null before that.
     virtual const char* const* GetAllPluginNames() = 0;
-    /// \return the plugin, or null with a warning in the log. "ORVANECORE" is taken as "OrvaneCore".
+    /// \return the plugin, or null with a warning in the log. "ORVANECORE" is taken as kCoreModule.
     virtual IPlugin* GetPluginByName(const char* pluginName) = 0;
     /// \return the live registry, which nothing guards: a reader copies it whole, while no plugin comes or goes, and
     /// walks the copy.

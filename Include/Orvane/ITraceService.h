@@ -78,7 +78,7 @@ inline IPluginService* sg_get_service_by_name(PluginBase* plugin, const char* pl
 /// The trace service, if tracing is on.
 /// \return null without the service as well
 inline ITraceService* sg_get_enabled_trace_service(PluginBase* plugin) {
-    ITraceService* service = static_cast<ITraceService*>(sg_get_service_by_name(plugin, "OrvaneCore", "YARROW"));
+    ITraceService* service = static_cast<ITraceService*>(sg_get_service_by_name(plugin, kCoreModule, "YARROW"));
     return service && service->IsEnabled() ? service : nullptr;
 }
 

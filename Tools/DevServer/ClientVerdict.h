@@ -1,4 +1,5 @@
-// What the client will do with an answer, in plain words: most of what it refuses it refuses in silence.
+// Says what the client will do with an answer, in plain words. The client itself is silent about most of what it
+// refuses, so without this a developer sees only that nothing happens.
 #ifndef ORVANE_TOOLS_DEVSERVER_CLIENT_VERDICT_H
 #define ORVANE_TOOLS_DEVSERVER_CLIENT_VERDICT_H
 
@@ -16,11 +17,12 @@ namespace OrvaneDevServer {
 // is not null, receives what the client keeps from now on, and stays as it is if that does not change. Nothing throws.
 std::string ConfigVerdict(const Answer& answer, int32_t& highestRuleId, Json::Value* modules = nullptr);
 
+// The same for a batch of trace ids; the body decides here as well.
 std::string TraceIdVerdict(const Answer& answer);
 
 struct UploadOutcome {
     bool isTaken = false;  // the client goes on with the next part, or is done
-    std::string text;
+    std::string text;      // what the client does, for people
 };
 
 // Here the status counts, and the answer must be JSON to the letter, of 64 KiB at the most.

@@ -28,7 +28,8 @@ struct ConfigRequest {
     std::string device;     // "did"; empty if it cannot be read
 };
 
-// Any thread.
+// Looks at a request as a whole. Nothing refuses it here: each departure from the protocol is a problem, in the order
+// of the request. `now` is this machine's time. Any thread.
 ConfigRequest CheckConfigRequest(const Request& request, const Target& target, time_t now);
 
 // {"ret":0,"err":"","biz_data":{"rule_id":..,"merged_cfg":{..}}}

@@ -1,4 +1,4 @@
-// Whether the other end of a connection is still there.
+// Tells whether the other end of a connection is still there, so that no answer is kept waiting for a client that left.
 #ifndef ORVANE_TOOLS_DEVSERVER_CONNECTION_H
 #define ORVANE_TOOLS_DEVSERVER_CONNECTION_H
 
@@ -6,6 +6,7 @@
 
 namespace OrvaneDevServer {
 
+// The two ends of a TCP connection.
 struct Connection {
     std::string localAddress, remoteAddress;  // numeric
     int localPort = 0, remotePort = 0;

@@ -11,6 +11,7 @@
 #include "DevServer/FaultyAnswer.h"
 #include "DevServer/JsonText.h"
 #include "DevServer/PageGuard.h"
+#include "Orvane/IPluginManager.h"
 
 namespace OrvaneDevServer {
 namespace fs = std::filesystem;
@@ -37,9 +38,10 @@ bool MakeFolder(const std::string& folder, std::string& error) {
         error = folder + ": " + problem.message();
         return false;
     }
-    std::ofstream file(folder + "/modules/OrvaneCore.json");
+    const std::string path = folder + "/modules/" + Orvane::Plugin::kCoreModule + ".json";
+    std::ofstream file(path);
     if (file << kFirstModule << std::flush) return true;
-    error = folder + "/modules/OrvaneCore.json: " + strerror(errno);
+    error = path + ": " + strerror(errno);
     return false;
 }
 
@@ -130,7 +132,7 @@ Answer DevServer::HandleUnknown(Exchange& exchange) {
         problem += ": the address that the client was given must not end in \"/\"";
     else if (path.ends_with(kConfigPath) || path.ends_with(kPreparePath))
         problem += ": the address that the client was given must have no path";
-    return Refuse(exchange, 404, problem);
+    return Refuse(exchange, 404, problem, "for a browser, the console is at \"" + std::string(kConsolePath) + "/\"");
 }
 
 Answer DevServer::HandlePage(Exchange& exchange, const std::string& refusal) {
@@ -138,12 +140,12 @@ Answer DevServer::HandlePage(Exchange& exchange, const std::string& refusal) {
     return Refuse(exchange, 403, "refused, and not counted: " + refusal);
 }
 
-Answer DevServer::Refuse(Exchange& exchange, int status, const std::string& problem) {
+Answer DevServer::Refuse(Exchange& exchange, int status, const std::string& problem, const std::string& advice) {
     exchange.problems.push_back(problem);
     Answer answer;
     answer.status = status;
     answer.contentType = "text/plain";
-    answer.body = problem + "\n";
+    answer.body = problem + "\n" + (advice.empty() ? "" : advice + "\n");
     Note(exchange, answer, "");
     return answer;
 }

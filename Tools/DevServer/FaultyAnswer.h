@@ -1,4 +1,5 @@
-// What an ordered fault makes of the right answer.
+// What an ordered fault makes of the right answer. Several faults may meet in one answer: each changes what the one
+// before has left.
 #ifndef ORVANE_TOOLS_DEVSERVER_FAULTY_ANSWER_H
 #define ORVANE_TOOLS_DEVSERVER_FAULTY_ANSWER_H
 

@@ -1,4 +1,5 @@
-// The fetches that are being answered: a device has one at a time.
+// The fetches that are being answered. A client has one at a time, so a second one of a device is a fault of the client
+// (or two processes under one device id), which is reported.
 #ifndef ORVANE_TOOLS_DEVSERVER_FETCHES_H
 #define ORVANE_TOOLS_DEVSERVER_FETCHES_H
 
@@ -10,13 +11,13 @@
 
 namespace OrvaneDevServer {
 
-// Any thread.
+// Any thread. Holds no fetch back: it only tells.
 class Fetches {
 public:
     // One fetch, while it lives. The request must outlive it.
     class Entry {
     public:
-        // Enters the fetch; the destructor takes it out again.
+        // Enters the fetch; the destructor takes it out again. A fetch without a device is no second one of any.
         Entry(Fetches& fetches, const std::string& device, const Request& request);
         ~Entry();
         Entry(const Entry&) = delete;
@@ -33,7 +34,7 @@ public:
     };
 
 private:
-    std::mutex _mutex;  // guards the map
+    std::mutex _mutex;  // guards the map; a request is asked under it whether its sender has left
     std::multimap<std::string, const Request*> _byDevice;
 };
 

@@ -10,13 +10,14 @@
 
 namespace OrvaneDevServer {
 
+// One such answer's body.
 struct HostileDocument {
-    std::string name;
+    std::string name;  // by which it is ordered: "config:1:hostile:merged-null"
     std::string text;
 };
 
-// Documents with one thing wrong each: a member of another type, one out of range, one that is missing, nesting without
-// end, bytes that are no UTF-8. Made at the first call.
+// Documents with one thing wrong each: a member of another type, one out of range, one that is missing, very deep
+// nesting, bytes that are no UTF-8. Made at the first call, valid for the process. Any thread.
 const std::vector<HostileDocument>& HostileDocuments(Protocol protocol);
 // Null if there is none of that name.
 const HostileDocument* FindHostile(Protocol protocol, const std::string& name);

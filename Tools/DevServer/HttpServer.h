@@ -1,4 +1,4 @@
-// The HTTP under DevServer.
+// The HTTP under DevServer, on the library cpp-httplib. DevServer itself knows nothing of that library.
 #ifndef ORVANE_TOOLS_DEVSERVER_HTTP_SERVER_H
 #define ORVANE_TOOLS_DEVSERVER_HTTP_SERVER_H
 
@@ -31,13 +31,14 @@ public:
     void Stop();
 
 private:
+    // On one of the library's threads.
     void Handle(const httplib::Request& request, httplib::Response& response);
 
     DevServer& _server;
     httplib::Server _http;
-    int _port = 0;
+    int _port = 0;  // 0 before Bind
     std::atomic<bool> _isStopping{false}, _hasEnded{false};
-    std::thread _thread;
+    std::thread _thread;  // takes the connections
 };
 
 }  // namespace OrvaneDevServer

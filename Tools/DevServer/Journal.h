@@ -1,4 +1,4 @@
-// The journal: one JSON object a line, for people and for scripts.
+// The journal: one JSON object a line, for people and for scripts. Docs/DevServer.md lists the members.
 #ifndef ORVANE_TOOLS_DEVSERVER_JOURNAL_H
 #define ORVANE_TOOLS_DEVSERVER_JOURNAL_H
 
@@ -9,7 +9,7 @@
 
 namespace OrvaneDevServer {
 
-// A file that grows over all runs. Its lock keeps a second server out of the folder.
+// A file that grows over all runs; no line of it is ever removed. Its lock keeps a second server out of the folder.
 class Journal {
 public:
     Journal() = default;
@@ -26,10 +26,11 @@ public:
     bool Write(const Json::Value& line);
 
 private:
+    // Ends a line that a killed server left without its end. False, and errno, if that fails.
     bool Repair();
 
-    std::mutex _mutex;  // guards the file's end
-    int _descriptor = -1;
+    std::mutex _mutex;     // guards the file's end
+    int _descriptor = -1;  // -1 before Open; holds the lock
 };
 
 }  // namespace OrvaneDevServer

@@ -1,4 +1,5 @@
-// Answers that are JSON, for people and for the console.
+// Answers that are JSON, for people and for the console: those of the control paths. The protocols of devices make
+// their own. Any thread.
 #ifndef ORVANE_TOOLS_DEVSERVER_JSON_ANSWER_H
 #define ORVANE_TOOLS_DEVSERVER_JSON_ANSWER_H
 
@@ -11,6 +12,7 @@
 
 namespace OrvaneDevServer {
 
+// The value as the compact writer has it, under that status.
 inline Answer JsonAnswer(int status, const Json::Value& value) {
     Answer answer;
     answer.status = status;
@@ -18,7 +20,7 @@ inline Answer JsonAnswer(int status, const Json::Value& value) {
     return answer;
 }
 
-// {"error":".."}
+// {"error":".."}, with the reason in words for the user.
 inline Answer ErrorAnswer(int status, const std::string& why) {
     Json::Value value(Json::objectValue);
     value["error"] = why;

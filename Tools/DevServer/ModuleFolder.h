@@ -28,7 +28,7 @@ public:
 
     // Reads all files anew: whatever was edited counts from the next answer on, however fast the edits follow each
     // other. A file that is damaged (in the middle of an edit, say) keeps its last good content. Gives what is worth
-    // knowing, once a change: which file was taken or cannot be, and which of its values the client will drop.
+    // knowing, once for each change: which file was taken or cannot be, and which of its values the client will drop.
     std::vector<std::string> Refresh();
 
     // The modules of a device. A device is found by its name in the folder; no path is ever made of a "did".

@@ -1,5 +1,5 @@
-// Keeps web pages out. The server listens on loopback, and so does every browser on the same desk reach it: without
-// this, any page that a developer has open could order faults.
+// Keeps web pages out. The server listens on loopback, where every browser on the same desk reaches it: without this,
+// any page that a developer has open could order faults.
 #ifndef ORVANE_TOOLS_DEVSERVER_PAGE_GUARD_H
 #define ORVANE_TOOLS_DEVSERVER_PAGE_GUARD_H
 

@@ -1,4 +1,4 @@
-// The query of a request, and whether its values are encoded as the client encodes them.
+// Takes the query of a request apart, and checks whether its values are encoded as the client encodes them.
 #ifndef ORVANE_TOOLS_DEVSERVER_QUERY_H
 #define ORVANE_TOOLS_DEVSERVER_QUERY_H
 
@@ -11,11 +11,13 @@
 
 namespace OrvaneDevServer {
 
+// The two parts of a request's target.
 struct Target {
-    std::string path;
+    std::string path;                                        // in front of the "?"
     std::vector<std::pair<std::string, std::string>> query;  // names and values in their order, not decoded
 };
 
+// Never fails: a piece without "=" is a name with an empty value.
 Target SplitTarget(const std::string& target);
 
 // The first value of that name; null if there is none.

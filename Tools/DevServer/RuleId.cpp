@@ -24,6 +24,7 @@ RuleId::RuleId(std::string path) : _path(std::move(path)) {
 
 int32_t RuleId::Of(const Json::Value& served, std::string& problem) {
     if (served == _served && _ruleId > 0) return _ruleId;
+    // At the end of the numbers it stays there: one that turned negative would be lower to the client.
     if (_ruleId < INT32_MAX) ++_ruleId;
     _served = served;
     Json::Value kept(Json::objectValue);

@@ -1,4 +1,5 @@
-// The rule id: a number that rises whenever what is served changes, across restarts of the server too.
+// The rule id: a number that rises whenever what is served changes, across restarts of the server too. A client keeps
+// the highest that it took.
 #ifndef ORVANE_TOOLS_DEVSERVER_RULE_ID_H
 #define ORVANE_TOOLS_DEVSERVER_RULE_ID_H
 
@@ -19,6 +20,7 @@ public:
     // The id of what is served now: one more than before if that is something else. A file that cannot be written is
     // told in `problem`; the count goes on in memory.
     int32_t Of(const Json::Value& served, std::string& problem);
+    // The id that Of gave last, in this run or an earlier one; 0 if it never did.
     int32_t Current() const { return _ruleId; }
 
 private:

@@ -20,6 +20,7 @@ Json::Value Envelope(int64_t code, const std::string& message, const std::vector
 
 void CheckConstant(const Target& target, const char* name, const std::string& wanted, Problems& problems) {
     const std::string* value = FindValue(target, name);
+    // One that is missing has been told with the names.
     if (value && *value != wanted)
         problems.push_back(std::string(name) + " is \"" + *value + "\"; it must be " + wanted);
 }

@@ -39,6 +39,7 @@ std::string MakeTraceId(uint32_t gameId, time_t now) {
 }
 
 bool IsIssuedTraceId(std::string_view text) {
+    // Bits 190 and 191 are the lowest two of the last character.
     return text.size() == kTraceIdLength && text.find_first_not_of(kAlphabet) == std::string_view::npos &&
            kAlphabet.find(text.back()) % 4 == 0;
 }

@@ -28,32 +28,36 @@ constexpr char kPreparePath[] = "/upload/prepareFile";
 constexpr char kPartPath[] = "/upload/part";
 constexpr char kOtherPartPath[] = "/upload/other-part";  // the same, where a new address is ordered
 
+// What an announcement says.
 struct PrepareRequest {
     Problems problems;
-    Json::Value comParams;  // null if they cannot be read
-    std::string device;
+    Json::Value comParams;    // null if they cannot be read
+    std::string device;       // "did"; empty if it cannot be read
     bool isReadable = false;  // the members below
     std::string uploadId;
-    int64_t totalSize = 0;
+    int64_t totalSize = 0;  // bytes; never negative
     std::string totalSha1;  // "" for a file that is not there
 };
 
+// What a part says, and where it belongs.
 struct PartRequest {
     Problems problems;
     bool isReadable = false;  // the members below
     std::string upload;       // as PartUrl was given it
-    int64_t position = 0;
-    std::string sha1;
-    std::string fileName;
-    std::string_view part;  // in the request
-    bool isIntact = false;  // `sha1` is that of the part, or both are empty: the file is gone from the device
+    int64_t position = 0;     // in the file, as PartUrl was given it
+    std::string sha1;         // "part_sha1", as it came
+    std::string fileName;     // as it came; nobody opens it
+    std::string_view part;    // in the request
+    bool isIntact = false;    // `sha1` is that of the part, or both are empty: the file is gone from the device
 };
 
-// Any thread.
+// Reads the request and reports what it breaks. Any thread.
 PrepareRequest CheckPrepareRequest(const Request& request);
 PartRequest CheckPartRequest(const Request& request, const Target& target);
 
+// The address for the part that begins at that position: "http://HOST:PORT" and the path, with "upload" and "pos".
 std::string PartUrl(const std::string& server, const char* path, const std::string& upload, int64_t position);
+// {"ret":0,"err":"","biz_data":{"upload_url":"..","next_pos":N}}
 std::string UploadAnswer(const std::string& uploadUrl, int64_t nextPos);
 // {"ret":..,"err":".."}
 std::string UploadError(int64_t code, const std::string& message);

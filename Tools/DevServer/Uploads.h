@@ -46,8 +46,8 @@ public:
     };
 
     // A device announces a file. One that is another than what has come in part, or that was whole already, begins
-    // anew. Parts of an earlier announcement to this run of the server, still on their way from a process that is
-    // gone, are refused from now on; one to an earlier run may have had the same name.
+    // anew. Parts of an earlier announcement, which may still be on their way from a process that is gone, are refused
+    // from now on. Only those of an announcement to an earlier run of the server may pass, if it had the same name.
     Outcome Announce(const PrepareRequest& request);
 
     // A part comes. It must be intact, and begin where the upload stands or repeat what has come. Reports a part that

@@ -23,21 +23,26 @@ public:
     static constexpr char kDidReceiveMemoryWarning[] = "applicationDidReceiveMemoryWarning:";
     static constexpr char kWillTerminate[] = "applicationWillTerminate:";
 
-    // Registers the class, has it hooked and makes the one instance.
+    // Registers the class, has it hooked and makes the one instance. At most one in a process: the run-time table keeps
+    // a class for good.
     AppDelegate();
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
 
+    // The launch: starts the library, its plugins included, before the delegate's own code runs. Returns when all that
+    // is done on the main thread.
     void DidFinishLaunching();
-    // `selector` is one of the constants above.
+    // Sends an event. `selector` is one of the constants above.
     void Send(const char* selector);
+    // Asks the application to open a URL, which is not checked here.
     void OpenUrl(const std::string& url);
-    // The mask that the system would see.
+    // Asks for the orientations that the window supports. Gives the mask that the system would see, in UIKit's bits: 2
+    // is portrait.
     uintptr_t SupportedOrientations();
 
 private:
-    orvane_object* _delegate;
+    orvane_object* _delegate;  // owned
 };
 
 }  // namespace OrvaneHost

@@ -6,7 +6,8 @@
 
 namespace OrvaneHost {
 
-// Asks the configuration server, as the module of that name; once the library has launched. Main thread.
+// Asks the configuration server now, as the module of that name. Does not wait: the answer reaches the observers on a
+// thread of the library's. Before the launch there is no such service yet; that is told on the console. Main thread.
 void Fetch(const std::string& moduleName);
 
 }  // namespace OrvaneHost

@@ -16,13 +16,14 @@ bool GameLogger::Open() {
     if (_logger) return true;
     _module.GetCachePluginManager();
     IPluginManager* manager = _module.GetPluginManager();
-    IPlugin* core = manager ? manager->GetPluginByName("OrvaneCore") : nullptr;
+    IPlugin* core = manager ? manager->GetPluginByName(kCoreModule) : nullptr;
     auto* service = core ? static_cast<ILogService*>(core->GetServiceByName("LOG")) : nullptr;
     if (!service) {
         orvane_console_log("orvane-host: no log service yet; it comes with the launch");
         return false;
     }
     _logger = service->GetLogger(&_module);
+    // The options count when Init opens the store. With the lowest level no line of a script is filtered.
     _logger->SetOption("LogMode", _options.logMode);
     _logger->SetOption("LogConsoleOutput", _options.consoleOutput);
     _logger->SetLogLevel(kLogDebug);

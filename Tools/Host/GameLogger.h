@@ -11,7 +11,8 @@ namespace OrvaneHost {
 
 struct Options;
 
-// Gives the logger its name. It takes no part in the lifecycle: it is never installed in the manager.
+// Gives the logger its name. It takes no part in the lifecycle: it is never installed in the manager, so none of its
+// stages is ever called, and it offers no service.
 class GameModule final : public Orvane::Plugin::PluginBase {
 public:
     explicit GameModule(std::string name) : _name(std::move(name)) {}
@@ -27,21 +28,23 @@ private:
     std::string _name;
 };
 
-// The name and the options come from the command line. The logger itself belongs to the library, and lives as long.
+// The host's own logger. The name and the options come from the command line. The logger itself belongs to the library,
+// and lives as long.
 class GameLogger {
 public:
+    // The options are borrowed.
     explicit GameLogger(const Options& options);
 
     // Finds the logger, sets its options and opens its store; once. False, and told, where there is no service yet:
     // before the launch. Main thread.
     bool Open();
-    // REQUIRES: Open gave true. Any thread.
+    // Logs one text as it stands, with this file and function as its place. REQUIRES: Open gave true. Any thread.
     void Log(ALogPriority priority, const std::string& text);
 
 private:
     const Options& _options;
-    GameModule _module;
-    Orvane::ILogger* _logger = nullptr;  // owned by the service
+    GameModule _module;                  // the library finds the logger by its name
+    Orvane::ILogger* _logger = nullptr;  // owned by the service; null before Open
 };
 
 // Reads a level's word, whatever its case, or its number from 0 to 4. False for anything else.

@@ -1,4 +1,4 @@
-// A span of the game's.
+// A span of the game's, traced by the plain functions that a script layer would call.
 #ifndef ORVANE_TOOLS_HOST_GAME_SPAN_H
 #define ORVANE_TOOLS_HOST_GAME_SPAN_H
 

@@ -11,7 +11,7 @@ class LineReader {
 public:
     explicit LineReader(int descriptor) : _descriptor(descriptor) {}
 
-    // Reads once; call when the descriptor is readable.
+    // Reads once, 4 KiB at most; call when the descriptor is readable. An error ends the input.
     void Fill();
     // Takes the next whole line, or at the end what stands without a newline. False if there is none.
     bool Next(std::string& line);
@@ -21,7 +21,7 @@ public:
 private:
     int _descriptor;
     bool _end = false;
-    std::string _buffer;
+    std::string _buffer;  // what was read and not taken yet
 };
 
 }  // namespace OrvaneHost

@@ -1,4 +1,6 @@
-// The numbered lines of the load. A reader that knows the thread and the number knows every byte that must be there.
+// The numbered lines of the load. A reader that knows the thread and the number knows every byte that must be there, so
+// that a crash test can check a log to the byte without a copy of what was logged. The host and the crash tests share
+// this header, so that writer and reader always agree.
 #ifndef ORVANE_TOOLS_HOST_LOAD_LINE_H
 #define ORVANE_TOOLS_HOST_LOAD_LINE_H
 
@@ -8,9 +10,11 @@
 
 namespace OrvaneHost {
 
-// A line of the length and variety of a game's log (70 to 280 bytes), the same for the same thread and number.
+// A line of the length and variety of a game's log (70 to 280 bytes), without a newline. The same thread and number
+// give the same line. It begins with "load THREAD NUMBER ", by which a reader tells which line it has.
 inline std::string LoadLine(unsigned thread, uint64_t sequence) {
-    // The numbers are mixed here, not drawn from the standard library, whose sequences differ between vendors.
+    // The numbers are mixed here, not drawn from the standard library, whose sequences differ between vendors. `draw`
+    // gives a number below its bound, another one at each call.
     uint64_t mixed = (sequence + 1) * 0x9E3779B97F4A7C15u + thread * 0xD1B54A32D192ED03u;
     const auto draw = [&mixed](unsigned bound) {
         mixed ^= mixed >> 29;

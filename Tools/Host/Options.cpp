@@ -11,6 +11,7 @@
 namespace OrvaneHost {
 namespace {
 
+// Also the manual of the events; the table in EventScript.cpp goes with it.
 constexpr const char* kUsage =
     R"(usage: orvane-host [options] [< EVENTS]
 

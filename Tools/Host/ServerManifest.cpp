@@ -12,6 +12,7 @@
 #include <memory>
 #include <sstream>
 
+#include "Orvane/IPluginManager.h"
 #include "Orvane/InfoPlist.h"
 #include "Orvane/RunTime.h"
 
@@ -45,11 +46,10 @@ Node Read(const std::string& path) {
 }
 
 void SetAddress(plist_t root, const std::string& url) {
-    constexpr char kSection[] = "OrvaneCore";
-    plist_t section = plist_dict_get_item(root, kSection);
+    plist_t section = plist_dict_get_item(root, Orvane::Plugin::kCoreModule);
     if (!section || plist_get_node_type(section) != PLIST_DICT) {
         section = plist_new_dict();
-        plist_dict_set_item(root, kSection, section);
+        plist_dict_set_item(root, Orvane::Plugin::kCoreModule, section);
     }
     plist_dict_set_item(section, "RemoteConfigUrl", plist_new_string(url.c_str()));
 }

@@ -9,9 +9,10 @@ namespace OrvaneHost {
 // Whether the file can be read, and is a property list with a dictionary. Told on the console if not.
 bool IsManifest(const std::string& path);
 
-// Has the library read the manifest, of `path` or where it would look for itself if that is empty, with the address as
-// the setting "RemoteConfigUrl" of the section "OrvaneCore". Before the library reads it; no file is changed. False,
-// told on the console, if that cannot be.
+// Gives the library a manifest that names the configuration server: a copy of the one at `path`, with the address as
+// the setting "RemoteConfigUrl" of the section "OrvaneCore". An empty `path` stands for the manifest that the library
+// would find by itself. Call it before the library reads its manifest. No file is changed. False, and told on the
+// console, if that cannot be done.
 bool UseServer(const std::string& url, const std::string& path);
 
 }  // namespace OrvaneHost

@@ -1,4 +1,4 @@
-// Says on the console which coarse stage of the application it heard.
+// Says on the console which coarse stage of the application it heard, as "HostStages OnPause".
 #ifndef ORVANE_TOOLS_HOST_STAGE_OBSERVER_H
 #define ORVANE_TOOLS_HOST_STAGE_OBSERVER_H
 
@@ -6,8 +6,8 @@
 
 namespace OrvaneHost {
 
-// Registered by the host for as long as it runs. The lines are for whoever compares the coarse stages with the events
-// that the host sent. Main thread.
+// The base class registers the object when it is made and takes it out when it goes. The host has one for as long as it
+// runs. The lines are for whoever compares the coarse stages with the events that the host sent. Main thread.
 class StageObserver final : public Quern::IApplicationObserver {
 public:
     void OnCreate() override { orvane_console_log("HostStages OnCreate"); }

@@ -19,18 +19,16 @@
 #include "Orvane/RunTime.h"
 #include "PluginLoader.h"
 #include "ServerManifest.h"
+#include "Support/ContainerVariable.h"
 #include "Support/LibraryLines.h"
 
 using namespace OrvaneHost;
 
 namespace {
 
-// The library speaks while it loads; a text of help is no place for that.
-void BeforeTheLibraryLoads(int count, char** words, char**) {
-    // No array of the words: a sanitizer could not watch it yet.
-    using OrvaneTools::HasWord;
-    if (HasWord(count, words, "-h") || HasWord(count, words, "--help") || HasWord(count, words, "--version"))
-        OrvaneTools::HideLibraryLines();
+// The library speaks while it loads; that goes in front of no help, and of no error in the command line.
+void BeforeTheLibraryLoads(int, char**, char**) {
+    OrvaneTools::HoldLibraryLines();
 }
 ORVANE_BEFORE_LIBRARIES(BeforeTheLibraryLoads);
 
@@ -45,6 +43,7 @@ bool CheckManifest(const std::string& option) {
 }  // namespace
 
 int main(int count, char** arguments) {
+    const std::string loadLines = OrvaneTools::TakeLibraryLines();
     Options options;
     switch (ParseOptions(count, arguments, options)) {
         case ParseResult::kHelp:
@@ -59,6 +58,10 @@ int main(int count, char** arguments) {
             break;
     }
 
+    fputs(loadLines.c_str(), stderr);
+    std::string problem;
+    OrvaneTools::ContainerOfEnvironment(problem);
+    if (!problem.empty()) orvane_console_log("orvane-host: %s", problem.c_str());
     if (!CheckManifest(options.infoPlistPath)) return 1;
     if (!options.infoPlistPath.empty() && !gs_OrvaneSetInfoPlist(options.infoPlistPath.c_str()))
         orvane_console_log("orvane-host: the library has read its manifest before");

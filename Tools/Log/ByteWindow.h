@@ -1,4 +1,5 @@
-// A window of fixed size on a byte source: what is read of a file at any time.
+// A window of fixed size on a byte source: the part of a file that is in memory. However large the file, and whatever
+// its headers claim, no more than this is held of it.
 #ifndef ORVANE_TOOLS_LOG_BYTE_WINDOW_H
 #define ORVANE_TOOLS_LOG_BYTE_WINDOW_H
 
@@ -10,6 +11,7 @@
 
 namespace OrvaneLog {
 
+// One thread. The window is moved by reading outside it; the memory stays the same.
 class ByteWindow {
 public:
     // Holds several blocks, so that a block is mostly read with the one before it.
@@ -43,8 +45,8 @@ public:
 private:
     ByteSource& _source;
     std::unique_ptr<uint8_t[]> _bytes;
-    uint64_t _start = 0;
-    size_t _size = 0;
+    uint64_t _start = 0;  // offset in the source of the window's first byte
+    size_t _size = 0;     // bytes of the source that the window holds
 };
 
 }  // namespace OrvaneLog

@@ -2,6 +2,7 @@
 
 namespace OrvaneLog {
 
+// In a file of its own, since it is long; it goes with the options of Arguments.cpp.
 const char kHelpText[] =
     R"(usage: orvane-log [OPTION]... PATH...
        orvane-log --keygen [FILE]
@@ -33,8 +34,9 @@ What is shown
 How
   --json              one JSON object a line
   --otlp URL          shows nothing, but sends the entries as OpenTelemetry logs to the receiver at URL, in JSON over
-                      HTTP ("http://localhost:4318"; "v1/logs" is put behind it). The variables OTEL_EXPORTER_OTLP_HEADERS
-                      and _TIMEOUT, OTEL_SERVICE_NAME and OTEL_RESOURCE_ATTRIBUTES hold. Times are taken for local ones
+                      HTTP ("http://localhost:4318"; "v1/logs" is put behind it). OTEL_EXPORTER_OTLP_HEADERS, _TIMEOUT,
+                      _COMPRESSION and _CERTIFICATE, OTEL_SERVICE_NAME and OTEL_RESOURCE_ATTRIBUTES hold. Times are
+                      taken for local ones
   --color[=WHEN]      colours the level: auto (on a terminal, unless NO_COLOR is set), always, never. On a terminal, and
                       with colours, control characters of the log are shown as "\x1B"
   -q, --quiet         nothing on standard error but errors of use

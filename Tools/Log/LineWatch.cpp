@@ -12,6 +12,7 @@ void LineWatch::Text(std::string_view piece) {
 }
 
 void LineWatch::Flush() {
+    // Two flushes may follow each other: nothing stands between them.
     if (!IsWithinLine()) return;
     const bool hasHead = BeginsLine(_start);
     if (_lineBegin == 0) _hasHeads = hasHead;

@@ -1,4 +1,5 @@
-// What the name of a log file tells.
+// Tells what the name of a log file says. A logger names its files "<module>_<yyyymmddhh>.xlog", or ".log" for plain
+// text, by local time; a block and its journal bear the module's name alone.
 #ifndef ORVANE_TOOLS_LOG_LOG_FILE_NAME_H
 #define ORVANE_TOOLS_LOG_LOG_FILE_NAME_H
 
@@ -22,9 +23,11 @@ struct LogFileName {
     bool isBlock = false;  // or the journal of one
 };
 
-// Whether a file in a folder is one of a logger's, by its extension. A journal belongs to its block, and is none.
+// Whether a file in a folder is one of a logger's, by its extension: ".xlog", ".log" or that of a block. A journal
+// belongs to its block, and is none.
 bool IsLogFile(std::string_view path);
 bool IsJournal(std::string_view path);
+// Takes the name apart; the folders in front do not matter. Never fails: a foreign name is a module without an hour.
 LogFileName ParseLogFileName(std::string_view path);
 
 // The last component of a path.

@@ -1,4 +1,4 @@
-// Where text goes.
+// Where text goes: to a descriptor, or into a string.
 #ifndef ORVANE_TOOLS_LOG_OUTPUT_H
 #define ORVANE_TOOLS_LOG_OUTPUT_H
 
@@ -8,7 +8,7 @@
 
 namespace OrvaneLog {
 
-// One thread writes.
+// The base of all outputs. One thread writes. Nothing fails: an output that can fail keeps the error for whoever asks.
 class Output {
 public:
     virtual ~Output() = default;
@@ -18,26 +18,29 @@ public:
     virtual void Flush() {}
 };
 
-// A descriptor, in large writes. A write that fails is remembered, and what comes after it is dropped.
+// A descriptor, in large writes. A write that fails is remembered, and what comes after it is dropped: whoever prints
+// need not look at every write, and asks once at the end.
 class DescriptorOutput : public Output {
 public:
-    // Does not own the descriptor.
+    // Does not own the descriptor. A full pipe is waited for, also where the descriptor does not block.
     explicit DescriptorOutput(int descriptor);
     ~DescriptorOutput() override { Flush(); }
     DescriptorOutput(const DescriptorOutput&) = delete;
     DescriptorOutput& operator=(const DescriptorOutput&) = delete;
 
+    // A text that does not fit into what is left of the buffer makes it flush first.
     void Write(std::string_view text) override;
     void Flush() override;
     // The errno of the write that failed, else 0.
     int Error() const { return _error; }
 
 private:
+    // Writes all of it, however many calls that takes, and notes the error that keeps it from that.
     void WriteOut(const char* data, size_t length);
 
     int _descriptor;
-    std::unique_ptr<char[]> _buffer;
-    size_t _used = 0;
+    std::unique_ptr<char[]> _buffer;  // 256 KiB; a longer text passes it by
+    size_t _used = 0;                 // bytes of it that hold text
     int _error = 0;
 };
 

@@ -1,4 +1,5 @@
-// How entries are shown.
+// How entries are shown: as text or as JSON. Printers form a chain: some keep or reorder entries and hand them to the
+// next (TailPrinter, MergePrinter), and the last one writes (OtlpPrinter sends).
 #ifndef ORVANE_TOOLS_LOG_PRINTER_H
 #define ORVANE_TOOLS_LOG_PRINTER_H
 
@@ -10,11 +11,13 @@
 
 namespace OrvaneLog {
 
+// The base of all printers. One thread, the one that reads.
 class Printer {
 public:
     virtual ~Printer() = default;
+    // Takes one entry, which is valid during the call only.
     virtual void Print(const Entry& entry) = 0;
-    // Nothing more comes.
+    // Nothing more comes. Called once at the end of a reading; a log that is followed has no end.
     virtual void End() {}
 };
 
@@ -25,8 +28,10 @@ enum class Look {
     kColoured,    // the same, with the level coloured
 };
 
+// The entry and a newline. The output is borrowed.
 class TextPrinter : public Printer {
 public:
+    // `look` is for where the output leads: a log may hold what commands a terminal.
     explicit TextPrinter(Output& output, Look look = Look::kAsItStands) : _output(output), _look(look) {}
     void Print(const Entry& entry) override;
 
@@ -36,7 +41,8 @@ private:
 };
 
 // One JSON object a line: "time", "level", "module", "thread", "file", "line", "function", "text"; of an entry that is
-// no line of the logger's format only "text".
+// no line of the logger's format only "text". "time" is local, as "2026-11-24T21:50:39.123"; "thread" and "line" are
+// numbers, the rest are strings. The output is borrowed.
 class JsonPrinter : public Printer {
 public:
     explicit JsonPrinter(Output& output) : _output(output) {}
@@ -44,7 +50,7 @@ public:
 
 private:
     Output& _output;
-    std::string _object;
+    std::string _object;  // kept for its memory
 };
 
 // Appends a JSON string with its quotes. Bytes that are no UTF-8 become U+FFFD, one each.

@@ -11,7 +11,7 @@
 namespace OrvaneLog {
 namespace {
 
-constexpr size_t kKeyBytesShown = 4;
+constexpr size_t kKeyBytesShown = 4;  // enough to tell writers apart by eye
 
 std::string Hours(const RecordHeader& header) {
     char text[16];

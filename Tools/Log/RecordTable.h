@@ -1,4 +1,4 @@
-// The table of records: one row for each record, and for each gap.
+// Lists the records of a source in a table: one row for each record, and for each gap.
 #ifndef ORVANE_TOOLS_LOG_RECORD_TABLE_H
 #define ORVANE_TOOLS_LOG_RECORD_TABLE_H
 
@@ -16,17 +16,20 @@ public:
     // Of one source, whose rows bear `path`. `json`: an object a row. The output is borrowed.
     RecordTable(Output& output, std::string path, bool json) : _output(output), _path(std::move(path)), _json(json) {}
 
-    // The names of the columns, once before the first source. JSON has none.
+    // Writes the names of the columns: once, before the first source. JSON has none.
     static void WriteHeading(Output& output);
 
+    // Counts the text of the record, or of the source, that is under way.
     void OnText(std::string_view piece) override;
+    // Each writes a row.
     void OnRecordEnd(const RecordReport& record) override;
     void OnSkipped(uint64_t offset, uint64_t size, const std::string& why) override;
     void OnTextRead(uint64_t offset) override { _textRead = offset; }
-    // The source is over: a plain-text one gives a row of its own.
+    // The source is over: a plain-text one gives a row of its own, unless it is empty.
     void End();
 
 private:
+    // What a row shows. "-" stands for what a gap and plain text do not have; JSON leaves such fields out.
     struct Row {
         uint64_t offset = 0;
         std::string magic = "-", seq = "-", hours = "-", key = "-";
@@ -38,9 +41,9 @@ private:
     Output& _output;
     std::string _path;
     bool _json;
-    uint64_t _lines = 0;
-    char _last = '\n';
-    uint64_t _textRead = 0;
+    uint64_t _lines = 0;     // newlines in the text since the last row
+    char _last = '\n';       // the last character of that text: a line without its newline counts, too
+    uint64_t _textRead = 0;  // how far a plain-text source was read
 };
 
 }  // namespace OrvaneLog

@@ -1,4 +1,4 @@
-// Keeps the last entries of many.
+// Keeps the last entries of many, for --lines and for the start of --follow.
 #ifndef ORVANE_TOOLS_LOG_TAIL_PRINTER_H
 #define ORVANE_TOOLS_LOG_TAIL_PRINTER_H
 
@@ -13,9 +13,10 @@ namespace OrvaneLog {
 // an entry's text lives during Print only.
 class TailPrinter : public Printer {
 public:
-    // `next` is borrowed.
+    // `next` is borrowed, and gets nothing before Release. `count`: how many entries to keep; 0 for none.
     TailPrinter(Printer& next, size_t count) : _next(next), _count(count) {}
 
+    // Keeps a copy of the entry, or hands it on at once after Release.
     void Print(const Entry& entry) override {
         if (!_holding) {
             _next.Print(entry);
@@ -36,8 +37,8 @@ public:
 private:
     Printer& _next;
     size_t _count;
-    bool _holding = true;
-    std::deque<std::string> _kept;
+    bool _holding = true;           // until Release
+    std::deque<std::string> _kept;  // their texts, the oldest first
 };
 
 }  // namespace OrvaneLog

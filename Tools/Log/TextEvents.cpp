@@ -34,6 +34,7 @@ void TextEvents::End() {
     _last = '\n';
 }
 
+// A line without its newline may be one that is still being written: it waits.
 void TextEvents::Pause() {
     if (_last == '\n') End();
 }

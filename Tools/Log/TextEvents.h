@@ -1,4 +1,5 @@
-// Brings the text of a source to the output: untouched, or entry by entry through filter and printer.
+// Brings the text of a source to the output: untouched, or entry by entry through filter and printer. Text that goes
+// untouched costs no more than its copy, which is what a large log without options asks for.
 #ifndef ORVANE_TOOLS_LOG_TEXT_EVENTS_H
 #define ORVANE_TOOLS_LOG_TEXT_EVENTS_H
 
@@ -12,13 +13,14 @@
 
 namespace OrvaneLog {
 
-// One source's text; the next source gets an object of its own, since a line may not continue across files. Main
+// Takes one source's text. The next source gets an object of its own, since a line may not continue across files. One
 // thread.
 class TextEvents : public ReadEvents {
 public:
-    // Text goes on untouched.
+    // Text goes on untouched. The output is borrowed.
     explicit TextEvents(Output& output) : _output(&output) {}
-    // Entries that `filter` lets pass are printed. `plainFile`: the source holds lines as they are.
+    // Entries that `filter` lets pass are printed. The printer and the filter's options are borrowed. `sourceModule`:
+    // the module that the file's name tells. `plainFile`: the source holds lines as they are.
     TextEvents(Printer& printer, const FilterOptions& filter, std::string sourceModule, bool plainFile);
 
     void OnText(std::string_view piece) override;
@@ -28,10 +30,12 @@ public:
 
     // The source is over, or the text so far stands for itself. A line that lacks its newline gets one.
     void End();
-    // As End, if what was taken last is a whole line: for a file that may grow, when it has not for a while.
+    // Does what End does if the text taken last ends with a newline, else nothing. For a file that may grow, and has
+    // not grown for a while.
     void Pause();
 
 private:
+    // The way through filter and printer. On the heap, since the splitter's callback points back at it.
     struct Entries {
         Entries(Printer& printer, const FilterOptions& options, std::string sourceModule, bool plainFile);
         Printer& printer;
@@ -39,9 +43,9 @@ private:
         EntrySplitter splitter;
     };
 
-    Output* _output = nullptr;
-    std::unique_ptr<Entries> _entries;
-    char _last = '\n';
+    Output* _output = nullptr;          // or null, and then there are _entries
+    std::unique_ptr<Entries> _entries;  // null where text goes on untouched
+    char _last = '\n';                  // of the text taken so far
 };
 
 }  // namespace OrvaneLog

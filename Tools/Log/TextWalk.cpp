@@ -9,6 +9,7 @@ void TextWalk::Advance(bool growing) {
     for (;;) {
         const auto bytes = _window.At(_offset, 1);
         if (bytes.empty() || bytes[0] != 0) {
+            // At the end of a growing file more zeros may follow, and all are one gap.
             if (_zeros > 0 && !(bytes.empty() && growing)) {
                 _events.OnSkipped(_offset - _zeros, _zeros, "zero bytes, no text");
                 _zeros = 0;

@@ -1,4 +1,7 @@
-// The replies of the library's network checker, which come to plain functions.
+// The replies of the library's network checker. The checker takes a plain function as its callback, and the number of
+// the request comes back in the result; here the two are joined to an object that waits for its own reply.
+//
+// All of this runs on the main thread, so the tables have no lock.
 #ifndef ORVANE_TOOLS_NET_CHECKER_REPLY_H
 #define ORVANE_TOOLS_NET_CHECKER_REPLY_H
 
@@ -14,14 +17,15 @@ namespace OrvaneNet {
 template <typename Report>
 using TakeReport = std::function<void(const Report& report)>;
 
-// Who takes the report of which request.
+// Who takes the report of which request: one table for each kind of report.
 template <typename Report>
 std::map<int, TakeReport<Report>>& Expected() {
     static std::map<int, TakeReport<Report>> expected;
     return expected;
 }
 
-// Remembers who takes the report; the number is the request's id.
+// Remembers who takes the report. Gives the request's id, for the checker; ids begin with 1 for each kind. `take` is
+// called once at most, and must stay callable until then.
 template <typename Report>
 int Expect(TakeReport<Report> take) {
     static int lastId = 0;
@@ -29,7 +33,8 @@ int Expect(TakeReport<Report> take) {
     return lastId;
 }
 
-// A callback for the checker: hands the report to who expects it. Main thread.
+// A callback for the checker: hands the report to whoever expects it, once. `ReportOf` turns the checker's result into
+// a report. A result that cannot be read, or that nobody expects any more, is dropped.
 template <typename Report, typename Result, bool (*ReportOf)(const Result&, Report&)>
 void OnResult(Result& result) {
     Report report;
@@ -46,7 +51,7 @@ inline constexpr auto OnTraceRoute =
     OnResult<Quern::TraceRouteReport, Quern::TraceRouteResult, gs_OrvaneTraceRouteReport>;
 inline constexpr auto OnNSLookup = OnResult<Quern::NSLookupReport, Quern::NSLookupResult, gs_OrvaneNSLookupReport>;
 
-// Why this process may use no ICMP, in words that begin with `command`; empty if it may.
+// Why this process may use no ICMP, in words for the user that begin with `command`; empty if it may.
 std::string WhyNoIcmp(const std::string& command);
 
 }  // namespace OrvaneNet

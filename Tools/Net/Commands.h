@@ -1,4 +1,6 @@
-// The commands, each in a file of its own. A command runs on the main thread and gives the exit status.
+// The commands. A command runs on the main thread, prints its results, says what keeps it from them, and gives the exit
+// status (Output.h). RunWatch is in StateInquiry.cpp, RunRequest in RequestCommand.cpp and RunDownload in
+// DownloadCommand.cpp; the others, which ask and print inquiries, are in Diagnosis.cpp.
 #ifndef ORVANE_TOOLS_NET_COMMANDS_H
 #define ORVANE_TOOLS_NET_COMMANDS_H
 

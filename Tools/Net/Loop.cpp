@@ -37,6 +37,7 @@ bool RunUntil(const std::function<bool()>& isDone, Deadline deadline) {
     }
 }
 
+// A signal handler may do no more than such a call, and must leave errno as the interrupted code has it.
 void WakeLoop() {
     const int savedErrno = errno;
     const uint64_t one = 1;

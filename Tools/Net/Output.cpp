@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 
 #include "Support/LibraryLines.h"
@@ -9,12 +10,14 @@
 namespace OrvaneNet {
 namespace {
 
+// The true standard error; another descriptor once the library's lines are hidden.
 int g_errorDescriptor = STDERR_FILENO;
 
 void WriteError(const std::string& text) {
     size_t done = 0;
     while (done < text.size()) {
         const ssize_t written = write(g_errorDescriptor, text.data() + done, text.size() - done);
+        if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return;
         done += static_cast<size_t>(written);
     }

@@ -11,6 +11,7 @@
 
 namespace OrvaneNet {
 
+// Exit statuses, part of the command's interface; the help text tells when each applies.
 enum ExitStatus { kDone = 0, kNoAnswer = 1, kWrongUse = 2 };
 
 // The library logs to standard error until a game starts its log: this sends those lines nowhere, and keeps a way to
@@ -21,6 +22,7 @@ void HideLibraryLines();
 void Say(const std::string& text);
 // The same as it stands: without a newline, for a line that is drawn over.
 void Draw(const std::string& text);
+// Whether standard error is a terminal, so that a line can be drawn over.
 bool CanDraw();
 
 // To standard output, with a newline if there is none.

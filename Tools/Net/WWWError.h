@@ -1,4 +1,4 @@
-// The library's error codes of HTTP tasks in words.
+// The library's error codes of HTTP tasks in words, for the texts and the JSON of get, post and download.
 #ifndef ORVANE_TOOLS_NET_WWW_ERROR_H
 #define ORVANE_TOOLS_NET_WWW_ERROR_H
 
@@ -6,8 +6,8 @@
 
 namespace OrvaneNet {
 
-// In English, without a full stop, to stand behind "URL: ". The last words cover the one code that the library gives
-// for several causes.
+// In English, without a full stop, to stand behind "URL: ". A literal, valid for the process; never null. The last
+// words cover the one code that the library gives for several causes.
 inline const char* WordsOf(Quern::WWWErrorCode error) {
     switch (error) {
         case Quern::kWWWErrorNone:

@@ -93,6 +93,10 @@ bool CurlClient::Prepare(std::string& problem) {
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L);  // a lookup that was given up is left behind, not waited for
     set(CURLOPT_POST, 1L);
+    if (!_endpoint.certificate.empty()) {
+        set(CURLOPT_CAINFO, _endpoint.certificate.c_str());
+        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));  // the system's folder is not asked beside it
+    }
     set(CURLOPT_WRITEFUNCTION, &TakeAnswer);
     _multi = multi;
     return true;

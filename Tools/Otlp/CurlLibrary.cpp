@@ -16,6 +16,7 @@ bool Find(void* library, const char* name, Function& function) {
 }  // namespace
 
 bool CurlLibrary::Open(std::string& problem) {
+    // Never unloaded: libcurl and what it brings have left functions that run at the end of the process.
     void* const library = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     const bool isWhole =
         library && Find(library, "curl_global_init", globalInit) && Find(library, "curl_easy_init", easyInit) &&

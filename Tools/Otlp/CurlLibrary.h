@@ -1,9 +1,10 @@
-// libcurl, opened when it is needed: it brings some thirty libraries with it, which a game that forwards nothing, and a
-// reader that only prints, would load at each start.
+// libcurl, opened when it is needed. It brings some thirty libraries with it, which a game that forwards nothing, and a
+// reader that only prints, would load at each start. The header of libcurl is compiled against; no function of it is
+// linked.
 #ifndef ORVANE_TOOLS_OTLP_CURL_LIBRARY_H
 #define ORVANE_TOOLS_OTLP_CURL_LIBRARY_H
 
-// Its checks of options by macro name the functions themselves.
+// The header checks the types of options by macros that name the functions, which would link them.
 #define CURL_DISABLE_TYPECHECK
 #include <curl/curl.h>
 
@@ -11,6 +12,7 @@
 
 namespace OrvaneOtlp {
 
+// The functions that the sender uses, each under its own name without "curl_". Valid once Open gave true.
 struct CurlLibrary {
     decltype(&::curl_global_init) globalInit;
     decltype(&::curl_easy_init) easyInit;
@@ -29,7 +31,8 @@ struct CurlLibrary {
     decltype(&::curl_multi_info_read) multiInfoRead;
     decltype(&::curl_multi_cleanup) multiCleanup;
 
-    // Any thread. False, and why in `problem`, if there is no such library. It stays for the life of the process.
+    // Opens "libcurl.so.4", finds the functions and starts the library. Any thread. False, and why in `problem`, if
+    // there is no such library or it lacks one of them. It stays loaded for the life of the process.
     bool Open(std::string& problem);
 };
 

@@ -156,6 +156,7 @@ private:
         ReadHeaders(signal, endpoint);
         ReadTimeout(signal, endpoint);
         ReadCompression(signal, endpoint);
+        endpoint.certificate = OfSignal(signal, "CERTIFICATE").second;
     }
 
     void ReadHeaders(const std::string& signal, Endpoint& endpoint) {

@@ -16,6 +16,7 @@ struct Endpoint {
     std::vector<std::string> headers;  // lines "Name: value" for each request
     long timeout = 10000;              // milliseconds that a request may take; 0 for no limit
     bool isCompressed = false;         // requests go with gzip
+    std::string certificate;           // a PEM file of those that the receiver is checked with; empty: the system's
 
     bool IsSet() const { return !url.empty(); }
 };
@@ -30,10 +31,10 @@ struct Settings {
 // Gives the value of a variable, or null.
 using Variables = std::function<const char*(const char* name)>;
 
-// OTEL_EXPORTER_OTLP_ENDPOINT, _HEADERS, _TIMEOUT, _COMPRESSION, each with a variant for one signal that goes before it
-// (OTEL_EXPORTER_OTLP_TRACES_ENDPOINT), OTEL_SERVICE_NAME, OTEL_RESOURCE_ATTRIBUTES, OTEL_SDK_DISABLED. An empty
-// variable counts as not set. `base`, if it is not empty, takes the place of all variables of endpoints. The variables
-// are read during the call alone.
+// OTEL_EXPORTER_OTLP_ENDPOINT, _HEADERS, _TIMEOUT, _COMPRESSION, _CERTIFICATE, each with a variant for one signal that
+// goes before it (OTEL_EXPORTER_OTLP_TRACES_ENDPOINT), OTEL_SERVICE_NAME, OTEL_RESOURCE_ATTRIBUTES, OTEL_SDK_DISABLED.
+// An empty variable counts as not set. `base`, if it is not empty, takes the place of all variables of endpoints. The
+// variables are read during the call alone.
 Settings ReadEnvironment(const Variables& variables, const std::string& base = std::string());
 // Those of the process.
 Settings ReadEnvironment(const std::string& base = std::string());

@@ -1,4 +1,5 @@
-// Sends what others report, in batches, from a thread of its own.
+// Sends what others report, in batches, from a thread of its own. The data plugin forwards spans and events with it,
+// and orvane-log the entries of a log.
 #ifndef ORVANE_TOOLS_OTLP_EXPORTER_H
 #define ORVANE_TOOLS_OTLP_EXPORTER_H
 
@@ -18,20 +19,22 @@
 
 namespace OrvaneOtlp {
 
+// Limits and times of an exporter. The defaults suit a game: it drops rather than waits.
 struct ExporterOptions {
-    // Of all items that wait or are under way. One that does not fit any more is dropped.
+    // Bytes of all items that wait or are under way. An item that does not fit is not taken.
     size_t maxBytes = 4u << 20;
-    // A request holds so many items at most, and no further one behind so many bytes of them.
+    // A request takes items until it has this many of them, or this many bytes.
     size_t maxBatchItems = 512;
     size_t maxBatchBytes = 512u << 10;
-    // A batch that is not full goes so long after its first item.
+    // A batch that is not full is sent this long after its first item came.
     std::chrono::milliseconds delay{1000};
-    // A batch that the receiver has not taken for so long is dropped.
+    // A batch is dropped if the receiver has not taken it in this time.
     std::chrono::milliseconds giveUp{300000};
-    // Where it is not 0, the end of the process waits so long for what has not been sent.
+    // The end of the process waits this long for what has not been sent. 0: the exporter takes no part in that end.
     std::chrono::milliseconds exitDeadline{0};
 };
 
+// What became of the items. Each accepted item is counted once more in the end: as sent, rejected or refused.
 struct ExporterCounts {
     uint64_t accepted = 0;  // items that were taken
     uint64_t sent = 0;      // of these, items that the receiver has taken
@@ -40,8 +43,9 @@ struct ExporterCounts {
     uint64_t overflow = 0;  // items that found no room, and were not taken
 };
 
-// One for each signal and endpoint. An item is the caller's bytes; what they say is told by the encoder, on the
-// sender's thread, so that whoever reports pays for a copy and no more. The thread is started by the first item.
+// One for each signal and endpoint. An item is a string in a form of the caller's own. The encoder makes a request's
+// body of items, on the sender's thread, so that whoever reports an item pays for a copy and no more. The first item
+// starts the thread.
 //
 // A request is tried again after a broken connection, a time-out, and the answers 429, 502, 503 and 504, later each
 // time (RetryDelay.h). Other answers are final.
@@ -52,6 +56,7 @@ public:
     // Told what goes wrong, and when it goes well again: a line each, on the sender's thread, under no lock.
     using Say = std::function<void(const std::string& line)>;
 
+    // `encode` and `say` are called on the sender's thread until Stop has returned; what they use must live as long.
     Exporter(const Endpoint& endpoint, Encoder encode, Say say, const ExporterOptions& options = ExporterOptions(),
              std::shared_ptr<Clock> clock = Clock::Steady());
     // Stop, without waiting.
@@ -66,9 +71,11 @@ public:
     // Sends what has been taken so far, without the delay for a batch to fill. False if not all of it was done with
     // when the time was over; it is sent later.
     bool Flush(std::chrono::milliseconds deadline);
-    // As Flush; then what is left is dropped, the thread ends, and nothing is taken any more.
+    // As Flush; then what is left is dropped, the thread ends, and nothing is taken any more. A second call waits no
+    // longer than the first. Any thread but the sender's.
     void Stop(std::chrono::milliseconds deadline);
 
+    // Any thread; the numbers are those of one moment.
     ExporterCounts Counts() const;
     // Bytes of items that are held now.
     size_t HeldBytes() const;
@@ -77,7 +84,9 @@ private:
     using Batch = std::vector<std::string>;
     using Lock = std::unique_lock<std::mutex>;
 
+    // Under the lock, on the caller's thread.
     bool Take(std::string& item, bool& wakes);
+    // The rest, but for EndWithProcess, runs on the sender's thread, and not under the lock.
     void Run();
     bool WaitForBatch();
     Batch CutBatch(size_t& bytes);
@@ -89,6 +98,7 @@ private:
     void SayOverflow(bool isLast);
     void SayOfUrl(const std::string& what);
     void DropTheRest();
+    // Registers the exporter with those that the end of the process stops.
     static void EndWithProcess(Exporter* exporter);
 
     const Encoder _encode;
@@ -100,27 +110,27 @@ private:
 
     // A leaf lock: nothing is called under it but the clock, and the sender holds it for moments alone.
     mutable std::mutex _mutex;
-    std::condition_variable _wake;  // the sender's
-    std::condition_variable _done;  // of whoever waits for the sender
-    std::deque<std::string> _incoming;
-    Clock::Time _firstCame;  // when _incoming got its first
-    size_t _heldBytes = 0;
-    uint64_t _finished = 0;   // items taken that are done with, in their order
-    uint64_t _flushUpTo = 0;  // items that are to go at once
+    std::condition_variable _wake;      // the sender's
+    std::condition_variable _done;      // of whoever waits for the sender
+    std::deque<std::string> _incoming;  // taken, and not seen by the sender yet
+    Clock::Time _firstCame;             // when _incoming got its first
+    size_t _heldBytes = 0;              // of all items that wait or are under way, what each costs beside included
+    uint64_t _finished = 0;             // items taken that are done with, in their order
+    uint64_t _flushUpTo = 0;            // items that are to go at once
     ExporterCounts _counts;
     bool _isStarted = false, _hasEnded = false;
     Clock::Time _endBy = Clock::Time::max();  // set by Stop
     std::thread _thread;
 
     // The sender's alone.
-    std::deque<std::string> _backlog;
+    std::deque<std::string> _backlog;  // what the next batches are cut from
     bool _canSend = false;
-    std::string _problem;  // why it cannot
-    Clock::Time _notBefore;
-    int _failures = 0;  // in a row
-    uint64_t _overflowSaid = 0;
+    std::string _problem;        // why it cannot
+    Clock::Time _notBefore;      // when the next try is due
+    int _failures = 0;           // in a row
+    uint64_t _overflowSaid = 0;  // items without room that were told of
     Clock::Time _overflowSaidAt;
-    std::minstd_rand _random;
+    std::minstd_rand _random;  // spreads the tries; no secret hangs on it
 };
 
 }  // namespace OrvaneOtlp

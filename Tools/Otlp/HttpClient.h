@@ -1,4 +1,4 @@
-// Posts the messages of one sender.
+// Posts the messages of one sender to one endpoint. The one implementation is on libcurl (CurlClient.cpp).
 #ifndef ORVANE_TOOLS_OTLP_HTTP_CLIENT_H
 #define ORVANE_TOOLS_OTLP_HTTP_CLIENT_H
 
@@ -9,6 +9,7 @@
 
 namespace OrvaneOtlp {
 
+// What came of a POST.
 struct PostAnswer {
     int status = 0;             // 0: none came
     std::string problem;        // why not

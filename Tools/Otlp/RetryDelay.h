@@ -1,4 +1,4 @@
-// How long a sender waits before it tries again.
+// How long a sender waits before it tries again. A function of its arguments alone, so that a test sees every case.
 #ifndef ORVANE_TOOLS_OTLP_RETRY_DELAY_H
 #define ORVANE_TOOLS_OTLP_RETRY_DELAY_H
 

@@ -1,4 +1,6 @@
 // What is sent: spans and log records, in the terms of OpenTelemetry (opentelemetry-proto 1.x), before they are JSON.
+// Plain data, which its owner fills on one thread. A text may hold any bytes: what is no UTF-8 is replaced when the
+// message is made (Messages.h).
 #ifndef ORVANE_TOOLS_OTLP_SIGNALS_H
 #define ORVANE_TOOLS_OTLP_SIGNALS_H
 
@@ -10,10 +12,11 @@
 
 namespace OrvaneOtlp {
 
+// One key with a text or a whole number.
 struct Attribute {
-    std::string key;
-    std::string text;
-    int64_t number;
+    std::string key;   // such as "thread.id"; a dot parts the levels of a name
+    std::string text;  // empty for a number
+    int64_t number;    // 0 for a text
     bool isNumber;
 };
 
@@ -25,7 +28,7 @@ public:
     const std::vector<Attribute>& List() const { return _list; }
 
 private:
-    // Records have some twenty attributes, and whoever sends them is in no hurry.
+    // A walk over the list: records have some twenty attributes, and whoever sends them is in no hurry.
     void Put(Attribute attribute) {
         for (Attribute& known : _list) {
             if (known.key != attribute.key) continue;
@@ -38,10 +41,11 @@ private:
     std::vector<Attribute> _list;
 };
 
+// The numbers of Span.SpanKind and Status.StatusCode, those that are used here.
 enum SpanKind { kSpanInternal = 1, kSpanClient = 3 };
 enum SpanStatus { kStatusUnset = 0, kStatusOk = 1, kStatusError = 2 };
 
-// Times are nanoseconds since the epoch.
+// Times are nanoseconds since 1970, by the device's clock.
 struct Span {
     std::string traceId;       // 32 hexadecimal digits
     std::string spanId;        // 16
@@ -50,32 +54,34 @@ struct Span {
     SpanKind kind = kSpanInternal;
     uint64_t start = 0;
     uint64_t end = 0;
-    SpanStatus status = kStatusUnset;
-    std::string statusMessage;
+    SpanStatus status = kStatusUnset;  // unset: nobody judged whether it went well
+    std::string statusMessage;         // for people; empty for none
     Attributes attributes;
 };
 
+// The numbers of SeverityNumber, those that are used here. Each level has four, and the first is the usual one.
 enum SeverityNumber {
-    kSeverityUnknown = 0,
+    kSeverityUnknown = 0,  // the message then has none
     kSeverityDebug = 5,
     kSeverityInfo = 9,
-    kSeverityInfo4 = 12,
+    kSeverityInfo4 = 12,  // the highest below a warning: the level "Event"
     kSeverityWarn = 13,
     kSeverityError = 17,
 };
 
+// One line of a log, or one event. Times as in Span.
 struct LogRecord {
     std::string scope;      // who logs
     uint64_t time = 0;      // 0: not known
     uint64_t observed = 0;  // when it was taken in
     SeverityNumber severity = kSeverityUnknown;
-    std::string severityText;
-    std::string body;
-    std::string eventName;  // of a record that is an event
+    std::string severityText;  // the level's own word, as it was logged
+    std::string body;          // the text
+    std::string eventName;     // of a record that is an event
     Attributes attributes;
 };
 
-// The present time.
+// The present time, by the device's clock. Any thread.
 uint64_t NanosSinceEpoch();
 
 }  // namespace OrvaneOtlp

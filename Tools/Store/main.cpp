@@ -14,6 +14,7 @@
 #include "Store/Arguments.h"
 #include "Store/Explain.h"
 #include "Store/StoreFile.h"
+#include "Support/ContainerVariable.h"
 #include "Support/PrintableText.h"
 #include "Support/SettingsTable.h"
 
@@ -226,8 +227,9 @@ int ExplainSetting(Arguments arguments) {
     StoreFile file;
     bool isStored = true;
     if (arguments.file.empty()) {
-        const char* const environment = getenv("ORVANE_HOME");
-        if (arguments.home.empty()) arguments.home = environment ? environment : "";
+        std::string problem;
+        if (arguments.home.empty()) arguments.home = OrvaneTools::ContainerOfEnvironment(problem);
+        if (!problem.empty()) Say(problem);
         if (arguments.home.empty()) {
             Say("explain: name the FILE, or the container by --home or $ORVANE_HOME");
             return kWrongUse;

@@ -9,6 +9,7 @@ namespace {
 bool IsPrintable(std::string_view character) {
     const auto first = static_cast<uint8_t>(character[0]);
     if (character.size() == 1) return (first >= 0x20 && first != 0x7F) || first == '\t' || first == '\n';
+    // U+0080 to U+009F are control characters, too: 0xC2 with a byte below 0xA0.
     return first != 0xC2 || static_cast<uint8_t>(character[1]) >= 0xA0;
 }
 

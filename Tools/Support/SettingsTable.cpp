@@ -4,6 +4,7 @@ namespace OrvaneTools {
 namespace {
 
 constexpr ListedSetting kSettings[] = {
+// The build makes it of Docs/Settings.md.
 #include "SettingsTable.inc"
 };
 

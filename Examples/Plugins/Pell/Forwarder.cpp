@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "Orvane/IPluginManager.h"
 #include "Orvane/RunTime.h"
 #include "Otlp/Environment.h"
 #include "Otlp/Messages.h"
@@ -44,7 +45,7 @@ Forwarder::Forwarder() {
         std::vector<OrvaneOtlp::Span> spans;
         for (const std::string& item : items)
             spans.push_back(SpanOf(EventBytes::Read(item), withOpenId));
-        return OrvaneOtlp::TracesMessage(resource, "OrvaneCore", spans);
+        return OrvaneOtlp::TracesMessage(resource, Orvane::Plugin::kCoreModule, spans);
     });
     _logs = MakeExporter(settings.logs, [resource, withOpenId](const std::vector<std::string>& items) {
         std::vector<OrvaneOtlp::LogRecord> records;

@@ -40,6 +40,7 @@ unsigned int ReportService::GetDeviceInfo(const char* key, char** buffer, unsign
     for (std::string line; std::getline(file, line);) {
         if (line.compare(0, head.size(), head) != 0) continue;
         const size_t length = line.size() - head.size();
+        // A value that does not fit is cut, and still ends with a zero: the caller tells by the result.
         const size_t copied = std::min<size_t>(length, size - 1);
         memcpy(*buffer, line.data() + head.size(), copied);
         (*buffer)[copied] = '\0';

@@ -19,6 +19,7 @@ using Orvane::Plugin::IPlugin;
 using Orvane::Plugin::IPluginManager;
 using Orvane::Plugin::IPluginService;
 using Orvane::Plugin::IServiceRegister;
+using Orvane::Plugin::kCoreModule;
 using Orvane::Plugin::PluginBase;
 
 class SamplePlugin final : public PluginBase {
@@ -57,7 +58,7 @@ private:
     // Each step may give null, in a process without the host or with an older one; the plugin then runs without a log.
     void OpenLogger() {
         IPluginManager* manager = GetPluginManager();
-        IPlugin* core = manager ? manager->GetPluginByName("OrvaneCore") : nullptr;
+        IPlugin* core = manager ? manager->GetPluginByName(kCoreModule) : nullptr;
         IPluginService* service = core ? core->GetServiceByName("LOG") : nullptr;
         if (!service) return;
         _logger = static_cast<ILogService*>(service)->GetLogger(this);

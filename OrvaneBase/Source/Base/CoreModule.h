@@ -1,11 +1,12 @@
-// The name of the library's own module.
+// The name of the library's own module, which plugins and games know too.
 #ifndef ORVANE_BASE_CORE_MODULE_H
 #define ORVANE_BASE_CORE_MODULE_H
 
+#include "Orvane/IPluginManager.h"
+
 namespace Quern {
 
-// Of its plugin, of its logger, and of the section of its settings.
-inline constexpr char kCoreModule[] = "OrvaneCore";
+using Orvane::Plugin::kCoreModule;
 
 }  // namespace Quern
 

@@ -75,5 +75,23 @@ TEST(LogToolSends, EachEntryOnceWithItsFields) {
     EXPECT_THAT(refused.error, HasSubstr("only 0 of 3003 entries sent"));
 }
 
+TEST(LogToolSends, WhatComesToALogThatIsFollowed) {
+    const TemporaryFolder folder;
+    const std::string head = "[2026-11-24 21:50:39 123] | Info | [Sample] |4711| Sample.cpp:7|Run| ";
+    const std::string file = folder.Write("Sample_2026112421.log", head + "before\n");
+    std::atomic<int> number{0};
+    OtlpReceiver receiver([&](const HttpRequest&) -> std::string {
+        return ++number == 2 ? HttpAnswer("403 No", "") : "200";  // which ends no such sending
+    });
+    Process sender({{ORVANE_LOG_PROGRAM, "--otlp", receiver.Url(), "--follow", file}, {}, ""});
+    for (const auto& [requests, records] : {std::pair(1, 1u), {2, 1u}, {3, 2u}}) {
+        ASSERT_TRUE(WaitFor([&, asked = requests, known = records] {
+            return number == asked && receiver.Records().size() == known;
+        })) << requests
+            << sender.Error();
+        folder.Write("Sample_2026112421.log", head + "more\n", true);
+    }
+}
+
 }  // namespace
 }  // namespace EndToEnd

@@ -12,9 +12,9 @@ using namespace OrvaneTest;
 using Quern::BundleImpl;
 
 // Not in the container of this test: the tool is to find it.
-Outcome RunStore(std::vector<std::string> words) {
+Outcome RunStore(std::vector<std::string> words, const std::string& home = "/nowhere") {
     words.insert(words.begin(), ORVANE_STORE_PROGRAM);
-    return RunToEnd({words, {{"ORVANE_HOME", "/nowhere"}}, ""});
+    return RunToEnd({words, {{"ORVANE_HOME", home}}, ""});
 }
 
 class StoreTool : public testing::Test {
@@ -177,6 +177,8 @@ TEST_F(StoreTool, ExplainsWhoAnswersARead) {
                                   HasSubstr("library   int, default \"240\", read once, at the launch\n")));
     EXPECT_EQ(RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", "/nowhere"}).status, 2);
     EXPECT_EQ(RunStore({"explain", path, "Demo", "seven", "--home", "/nowhere"}).status, 3);
+    EXPECT_THAT(RunStore({"explain", "Demo", "seven", "--manifest", manifest}, "here").error,
+                HasSubstr("ORVANE_HOME is \"here\": no absolute path, so the library ignores it\n"));
     EXPECT_EQ(RunStore({"dump", path, "--default", "1"}).status, 2);
 }
 

@@ -9,6 +9,7 @@
 #include "Support/HttpServer.h"
 #include "Support/NetworkPath.h"
 #include "Support/Test.h"
+#include "Support/TlsServer.h"
 
 namespace {
 
@@ -31,52 +32,6 @@ UrlResult ResultOf(const UrlRequest& request) {
 int ErrorOf(const std::string& url) {
     return ResultOf(UrlRequest(url)).error;
 }
-
-// Makes a certificate for an address, its own issuer, and its key ($1.key); valid until a date of the form that ASN.1
-// has.
-constexpr char kMakeCertificate[] = R"(
-set -e; mkdir "$1.ca"; : > "$1.ca/index"; echo 01 > "$1.ca/serial"
-printf '[ca]\ndefault_ca=d\n[d]\ndatabase=%s/index\nserial=%s/serial\nnew_certs_dir=%s\ndefault_md=sha256\npolicy=p
-x509_extensions=e\n[p]\ncommonName=supplied\n[e]\nsubjectAltName=IP:%s\n' "$1.ca" "$1.ca" "$1.ca" "$2" > "$1.ca/config"
-openssl req -newkey rsa:2048 -nodes -keyout "$1.key" -out "$1.ca/request" -subj /CN=test
-openssl ca -selfsign -batch -notext -config "$1.ca/config" -keyfile "$1.key" -in "$1.ca/request" -out "$1" \
-    -startdate 20200101000000Z -enddate "$3"
-)";
-
-// `openssl s_server` with such a certificate.
-class TlsServer {
-public:
-    TlsServer(const std::string& address, const std::string& end) : certificate(CacheFolder() + "/" + address + end) {
-        const std::string script = CacheFolder() + "/make-certificate";
-        WriteFile(script, kMakeCertificate);
-        EXPECT_EQ(system(("sh " + script + " " + certificate + " " + address + " " + end + " 2>/dev/null").c_str()), 0);
-        int out[2];
-        EXPECT_EQ(pipe2(out, O_CLOEXEC), 0);
-        if ((_process = fork()) == 0) {
-            dup2(out[1], STDOUT_FILENO);
-            execlp("openssl", "openssl", "s_server", "-www", "-accept", "127.0.0.1:0", "-cert", certificate.c_str(),
-                   "-key", (certificate + ".key").c_str(), nullptr);
-            _exit(127);
-        }
-        close(out[1]);
-        FILE* const lines = fdopen(out[0], "r");
-        for (char line[256]; url.empty() && fgets(line, sizeof line, lines);)
-            if (const char* const port = strncmp(line, "ACCEPT ", 7) == 0 ? strrchr(line, ':') : nullptr)
-                url = "https://127.0.0.1:" + std::to_string(atoi(port + 1)) + "/";
-        _output = lines;
-    }
-    ~TlsServer() {
-        kill(_process, SIGKILL);
-        waitpid(_process, nullptr, 0);
-        fclose(_output);
-    }
-    const std::string certificate;
-    std::string url;
-
-private:
-    pid_t _process;
-    FILE* _output;
-};
 
 TEST(TransportTest, CertificatesAreChecked) {
     const TlsServer good("127.0.0.1", "20480101000000Z"), other("127.0.0.2", "20480101000000Z"),

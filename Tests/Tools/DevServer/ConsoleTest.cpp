@@ -79,7 +79,10 @@ TEST_F(ConsoleTest, KeepsPagesOfOthersOut) {
     EXPECT_EQ(server->Handle(Get("/_orvane/console/../main.js")).status, 404);
     EXPECT_EQ(server->Handle(Get("/_orvane/console")).status, 302);
     Request typed = Get("/");
-    EXPECT_EQ(server->Handle(typed).status, 404);  // no browser: somebody's broken client
+    const Answer unknown = server->Handle(typed);  // no browser: somebody's broken client, or who looks around
+    EXPECT_EQ(unknown.status, 404);
+    for (const char* path : {"\"/cfgpush/getConfig\"", "\"/traceids\"", "\"/upload/prepareFile\"", "/_orvane/console/"})
+        EXPECT_THAT(unknown.body, HasSubstr(path));
     typed.headers[2].second = "text/html,*/*";
     EXPECT_EQ(server->Handle(typed).status, 302);
 }
@@ -171,6 +174,7 @@ TEST_F(ConsoleTest, ReadsEventsAndTheLinesOfUploadsAsData) {
     EXPECT_EQ(upload["files"][0]["name"], "Sample_2026112421.log");
     const std::string lines = "lines?device=D1&folder=42";
     EXPECT_EQ(Read(lines)["total"], 3);  // what follows a line without a head of its own belongs to it
+    EXPECT_EQ(Read(lines)["levels"][4], "Error");
     EXPECT_EQ(Read(lines + "&level=4")["lines"][0]["text"], "<img src=x onerror=alert(1)> \xEF\xBF\xBD");
     EXPECT_EQ(Read(lines + "&text=tWO")["lines"][0]["line"], "7");
     EXPECT_EQ(Read(lines + "&module=Other")["total"], 0);

@@ -51,10 +51,13 @@ TEST(OtlpEnvironment, HeadersTimeoutAndResource) {
     const Settings settings = Read({{"EXPORTER_OTLP_ENDPOINT", "http://h"},
                                     {"EXPORTER_OTLP_HEADERS", "key = a%20b%2Cc ,,x=1=2, bad=1%0d%0aEvil: 1"},
                                     {"EXPORTER_OTLP_LOGS_HEADERS", "only=logs"},
+                                    {"EXPORTER_OTLP_CERTIFICATE", "/all.pem"},
+                                    {"EXPORTER_OTLP_LOGS_CERTIFICATE", "/logs.pem"},
                                     {"EXPORTER_OTLP_TIMEOUT", "0"},
                                     {"EXPORTER_OTLP_LOGS_TIMEOUT", "-5"}});
     EXPECT_THAT(settings.traces.headers, testing::ElementsAre("key: a b,c", "x: 1=2"));
     EXPECT_THAT(settings.logs.headers, testing::ElementsAre("only: logs"));
+    EXPECT_EQ(settings.traces.certificate + settings.logs.certificate, "/all.pem/logs.pem");
     EXPECT_EQ(settings.traces.timeout, 0);
     EXPECT_EQ(settings.logs.timeout, 10000) << "a wrong one counts as not set";
     ASSERT_EQ(settings.problems.size(), 2u);

@@ -5,6 +5,7 @@
 #include "Otlp/Messages.h"
 #include "Otlp/RetryDelay.h"
 #include "Support/OtlpReceiver.h"
+#include "Support/TlsServer.h"
 #include "Support/WaitFor.h"
 
 namespace OrvaneOtlp {
@@ -31,7 +32,7 @@ private:
 struct Sender {
     explicit Sender(const std::string& url)
         : exporter(
-              {url, {}, 60000, false},
+              {url, {}, 60000, false, ""},
               [](const std::vector<std::string>& items) {
                   std::vector<LogRecord> records(items.size());
                   for (size_t i = 0; i < items.size(); ++i)
@@ -201,6 +202,18 @@ TEST(Exporter, GivesABatchUpAndEndsWithinItsDeadline) {
     EXPECT_EQ(sender.exporter.Counts().refused, 3u);
     EXPECT_FALSE(sender.exporter.Offer("too late"));
     isOver = true;
+}
+
+TEST(OtlpCurlClient, ChecksTheCertificateOfTheReceiver) {
+    const TlsServer server("127.0.0.1", "20480101000000Z", HttpAnswer("200 OK", "{}"));
+    const auto post = [&](const std::string& certificate) {
+        const std::unique_ptr<HttpClient> client = MakeCurlClient({server.url, {}, 10000, false, certificate});
+        std::string problem;
+        EXPECT_TRUE(client->Prepare(problem)) << problem;
+        return client->Post("{}");
+    };
+    EXPECT_EQ(post(server.certificate).status, 200);
+    EXPECT_THAT(post("").problem, HasSubstr("certificate"));
 }
 
 }  // namespace

@@ -12,15 +12,15 @@
 
 namespace OrvaneDevServer {
 
-// A number that another one follows with each change. Any thread. Whoever waits keeps a thread of the server's: so few
-// may, and each only for a while.
+// Holds a number that becomes another one with each change. Any thread. Whoever waits keeps a thread of the server's:
+// so few may, and each only for a while.
 class Changes {
 public:
     // `folders`: what is in them, and in the folders right in these, may be changed by others; names and times of files
     // are looked at while somebody waits.
     explicit Changes(std::vector<std::string> folders, size_t mostWaiting = 4);
 
-    // Something is new.
+    // Something is new: whoever waits goes on.
     void Tell();
 
     struct Look {
@@ -41,11 +41,11 @@ private:
     const size_t _mostWaiting;
     std::mutex _mutex;  // guards all below
     std::condition_variable _changed;
-    uint64_t _now;
+    uint64_t _now;  // begins with the time, so that no run begins with the number of another
     size_t _waiting = 0;
     bool _isStopped = false;
-    std::string _fingerprint;
-    std::chrono::steady_clock::time_point _lookedAt;
+    std::string _fingerprint;                         // of the folders at the last look; empty before the first
+    std::chrono::steady_clock::time_point _lookedAt;  // so that of several who wait one looks
 };
 
 }  // namespace OrvaneDevServer

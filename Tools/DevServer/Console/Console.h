@@ -33,13 +33,16 @@ constexpr char kConsolePath[] = "/_orvane/console";
 // Any thread. Whoever may not order things must not get here: PageGuard.h.
 class Console {
 public:
+    // What is served at one moment.
     struct Served {
         Json::Value modules;  // {NAME:{KEY:VALUE}}
-        int32_t ruleId = 0;
+        int32_t ruleId = 0;   // that stands for it
     };
     // What a device is sent at present; with "" what all are.
     using ServedTo = std::function<Served(const std::string& device)>;
 
+    // `folder` is the server's; `keyFiles` are private keys for enciphered logs. `servedTo` is called on any thread,
+    // and under no lock of the console's.
     Console(std::string folder, std::vector<std::string> keyFiles, ServedTo servedTo);
 
     // `path`: behind kConsolePath.
@@ -54,6 +57,7 @@ public:
     void Stop() { _changes.Stop(); }
 
 private:
+    // Each answers one kind of request for data.
     Answer Data(const Request& request, const Target& target, const std::string& what);
     Answer Module(const Request& request, const Target& target);
     Answer Lint(const Request& request, const Target& target) const;

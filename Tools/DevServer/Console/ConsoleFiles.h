@@ -1,4 +1,5 @@
-// The page of the console: the files of Web/, compiled into the program.
+// The page of the console: the files of Web/, compiled into the program, so that the server is one file and the page
+// always fits it.
 #ifndef ORVANE_TOOLS_DEVSERVER_CONSOLE_CONSOLE_FILES_H
 #define ORVANE_TOOLS_DEVSERVER_CONSOLE_CONSOLE_FILES_H
 
@@ -7,11 +8,13 @@
 
 namespace OrvaneDevServer {
 
+// Both are literals.
 struct ConsoleFile {
     std::string_view name;  // "main.js"
     std::string_view content;
 };
 
+// All of them, in no order that counts; the build makes the list. Any thread.
 std::span<const ConsoleFile> ConsoleFiles();
 
 }  // namespace OrvaneDevServer

@@ -1,4 +1,4 @@
-// What the journal's lines tell of devices and requests: what the console shows of them.
+// Collects from the journal's lines what the console shows of devices and requests.
 #ifndef ORVANE_TOOLS_DEVSERVER_CONSOLE_DEVICE_BOOK_H
 #define ORVANE_TOOLS_DEVSERVER_CONSOLE_DEVICE_BOOK_H
 
@@ -20,7 +20,8 @@ public:
 
     // `taken`: the modules that the device took from the answer; null if it keeps what it has.
     void Take(const Json::Value& line, const Json::Value* taken);
-    // A line of an earlier run. What its device took is told by its words, where no fault spoilt the answer.
+    // Takes a line of an earlier run. The line does not hold what the device took: that is concluded from the words for
+    // the client and the right answer, and left open where a fault spoilt the answer.
     void TakeOld(const Json::Value& line);
 
     // [{"did","com_params","first","last","fetches","problems","client","status","rule_id"},..], the last seen first.
@@ -33,12 +34,13 @@ public:
 
 private:
     struct Entry {
-        Json::Value summary{Json::objectValue};
-        Json::Value modules;  // null if not known
-        Json::Value modulesRuleId, modulesTime;
-        uint64_t seen = 0;  // when, as a count of lines
+        Json::Value summary{Json::objectValue};  // as Devices gives it
+        Json::Value modules;                     // null if not known
+        Json::Value modulesRuleId, modulesTime;  // of the answer that they came with
+        uint64_t seen = 0;                       // when, as a count of lines
     };
 
+    // Both under the lock.
     void TakeFetch(const Json::Value& line, const Json::Value* taken);
     void ForgetOldest();
 

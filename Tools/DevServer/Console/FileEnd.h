@@ -12,7 +12,8 @@ struct FileEnd {
     bool isCut = false;              // there was more before them
 };
 
-// The whole lines in the last `mostBytes` of a regular file. None if it cannot be read.
+// The whole lines in the last `mostBytes` of a regular file. None if it cannot be read, or is no regular file. Any
+// thread; the file may grow meanwhile.
 FileEnd LinesAtEnd(const std::string& path, size_t mostBytes);
 
 }  // namespace OrvaneDevServer

@@ -24,7 +24,6 @@ std::string TextOf(const ReadResult& read) {
 }
 
 std::string Effective(const KnownKey& known, const Reads& reads) {
-    constexpr size_t kRoom = 1024;  // for the texts of the library's own module
     switch (known.type) {
         case KeyType::kInt:
             return reads.asInt.text == known.defaultText ? "(manifest, else " + std::string(known.defaultText) + ")"
@@ -34,7 +33,7 @@ std::string Effective(const KnownKey& known, const Reads& reads) {
         case KeyType::kText:
             break;
     }
-    const bool isTooLong = reads.asString.text.size() >= kRoom && std::string(known.module) == "OrvaneCore";
+    const bool isTooLong = known.module == kCoreModule && reads.asString.text.size() >= kCoreTextRoom;
     return isTooLong ? "(default)" : TextOf(reads.asString);
 }
 

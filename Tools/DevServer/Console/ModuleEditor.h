@@ -8,14 +8,16 @@
 
 namespace OrvaneDevServer {
 
+// Which file.
 struct ModuleName {
     std::string device;  // empty: for all devices
-    std::string module;
+    std::string module;  // the file's name without ".json"
 };
 
 // One request at a time changes a file; whoever edits it by hand is noticed up to the moment of the change. Any thread.
 class ModuleEditor {
 public:
+    // `folder` is the server's.
     explicit ModuleEditor(std::string folder) : _folder(std::move(folder)) {}
 
     enum class Result {
@@ -26,6 +28,7 @@ public:
         kFailed,   // the disk
     };
 
+    // The files that there are: those for all devices, then those of each device, by name.
     std::vector<ModuleName> List() const;
 
     // The file's text and a digest of it, both empty if there is none. False, and why, if it cannot be read or named.
@@ -34,6 +37,7 @@ public:
     // Writes the text as it stands, if the file still has that digest; with an empty one, if there is no file. `why`
     // says what hinders.
     Result Write(const ModuleName& name, const std::string& text, const std::string& digest, std::string& why);
+    // Removes the file, if it still has that digest.
     Result Remove(const ModuleName& name, const std::string& digest, std::string& why);
 
 private:

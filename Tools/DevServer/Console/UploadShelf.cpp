@@ -81,6 +81,7 @@ Json::Value ListUploads(const std::string& folder) {
             found.emplace_back(fs::last_write_time(upload, error), upload);
         }
     std::sort(found.begin(), found.end(), std::greater<>());
+    // Cut down before the rest is looked into: each description reads a folder.
     if (found.size() > kMostUploads) found.resize(kMostUploads);
     Json::Value list(Json::arrayValue);
     for (const auto& [time, path] : found)

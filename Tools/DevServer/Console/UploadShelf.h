@@ -27,8 +27,9 @@ struct LineQuery {
 };
 
 // {"lines":[{"time","level","module","thread","file","line","function","text"},..],"total":N,"modules":[..],
-// "notes":[..],"cut":BOOL}: the lines from `from` on, counted among those that the query lets pass. A line of no
-// logger's format has "text" alone. "notes" say what was damaged or enciphered; "cut": not all was read. Any thread.
+// "levels":[..],"notes":[..],"cut":BOOL}: the lines from `from` on, counted among those that the query lets pass. A
+// line of no logger's format has "text" alone. "levels" are the words of all levels, the most verbose first; "notes"
+// say what was damaged or enciphered; "cut": not all was read. Any thread.
 Json::Value ReadUploadedLines(const LineQuery& query);
 
 }  // namespace OrvaneDevServer

@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 
+#include "Base/LogLevelWords.h"
 #include "DevServer/Console/UploadShelf.h"
 #include "Log/KeyFile.h"
 #include "Log/LeftOver.h"
@@ -14,6 +15,7 @@
 #include "Log/Report.h"
 #include "Log/SourceList.h"
 #include "Log/TextEvents.h"
+#include "Orvane/LogPriority.h"
 
 namespace OrvaneDevServer {
 namespace {
@@ -68,6 +70,8 @@ public:
         answer["modules"] = Json::Value(Json::arrayValue);
         for (const std::string& module : _modules)
             answer["modules"].append(module);
+        for (int level = kLogDebug; level < kLogNone; ++level)
+            answer["levels"].append(Quern::kLogLevelWords[level]);
     }
 
 private:

@@ -12,6 +12,7 @@ KeyType TypeOf(std::string_view word) {
     return word == "int" ? KeyType::kInt : word == "bool" ? KeyType::kBool : KeyType::kText;
 }
 
+// A setting for which the server is never asked is none that an answer could change.
 std::vector<KnownKey> ReadFromServer() {
     std::vector<KnownKey> keys;
     for (const OrvaneTools::ListedSetting& setting : OrvaneTools::ListedSettings())

@@ -1,4 +1,5 @@
-// The settings that the library itself reads from an answer, as Docs/Settings.md lists them.
+// The settings that the library itself reads from an answer, as Docs/Settings.md lists them. What a plugin or the game
+// reads is not known here. Any thread.
 #ifndef ORVANE_TOOLS_DEVSERVER_LINT_KNOWN_KEYS_H
 #define ORVANE_TOOLS_DEVSERVER_LINT_KNOWN_KEYS_H
 
@@ -6,8 +7,17 @@
 #include <string>
 #include <string_view>
 
+#include "Orvane/IPluginManager.h"
+
 namespace OrvaneDevServer {
 
+using Orvane::Plugin::kCoreModule;
+
+// What the library reads each text of its own module into, with the terminator. A text without room reads as the
+// default.
+inline constexpr size_t kCoreTextRoom = 1024;
+
+// By which of its typed reads the library reads a key.
 enum class KeyType { kInt, kBool, kText };
 
 // From when on a change counts, once the answer has come.
@@ -15,7 +25,7 @@ enum class Effect { kAtOnce, kNextLaunch };
 
 struct KnownKey {
     std::string_view module;  // "MODULE": any, the plugins' and the game's too
-    std::string_view name;
+    std::string_view name;    // spelt as it is read
     KeyType type;
     std::string_view defaultText;  // that the library gives
     Effect effect;

@@ -1,4 +1,4 @@
-// `orvane-devserver lint`.
+// `orvane-devserver lint`: the lint over files, for a developer's desk and for a build server.
 #ifndef ORVANE_TOOLS_DEVSERVER_LINT_LINT_COMMAND_H
 #define ORVANE_TOOLS_DEVSERVER_LINT_LINT_COMMAND_H
 

@@ -6,7 +6,7 @@ namespace OrvaneDevServer {
 void FindOddGap(const LintedKey& key, Findings& findings) {
     constexpr char kRule[] = "odd-gap";
     constexpr int32_t kOften = 60, kWeek = 7 * 24 * 60 * 60;
-    if (!key.Is("OrvaneCore", "RemoteConfigNextGap") || !key.stored.isFound || key.stored.text.empty()) return;
+    if (!key.Is(kCoreModule, "RemoteConfigNextGap") || !key.stored.isFound || key.stored.text.empty()) return;
     const int32_t gap = IntOf(key.stored);
     if (gap <= 0)
         findings.push_back(key.Found(Severity::kError, kRule, "every device asks once a second"));

@@ -1,4 +1,5 @@
-// The rules of the lint, one a file. Each adds what it finds.
+// The rules of the lint, one a file: each file begins with the reason of its rule, and Docs/DevServer.md has the list.
+// A rule adds what it finds to `findings`, and knows nothing of the other rules. Any thread.
 #ifndef ORVANE_TOOLS_DEVSERVER_LINT_RULES_H
 #define ORVANE_TOOLS_DEVSERVER_LINT_RULES_H
 
@@ -15,9 +16,9 @@ namespace OrvaneDevServer {
 // One key of a module, with what the client makes of it.
 struct LintedKey {
     std::string module, key;
-    const Json::Value& value;
-    StoredValue stored;
-    const KnownKey* known;  // null if the library does not read it
+    const Json::Value& value;  // as it is sent; lives as long as the rules run
+    StoredValue stored;        // as the client keeps it
+    const KnownKey* known;     // null if the library does not read it
 
     bool Is(const char* ofModule, const char* named) const { return module == ofModule && key == named; }
     bool IsOfType(KeyType type) const { return known && known->type == type; }
@@ -26,16 +27,20 @@ struct LintedKey {
     }
 };
 
+// What becomes of a value on its way to the game's read.
 void FindDroppedValue(const LintedKey& key, Findings& findings);
 void FindChangedNumber(const LintedKey& key, Findings& findings);
 void FindCutText(const LintedKey& key, Findings& findings);
 void FindLongText(const LintedKey& key, Findings& findings);
+// What becomes of a name.
 void FindOddKeyName(const LintedKey& key, Findings& findings);
 void FindMisspeltKey(const LintedKey& key, Findings& findings);
+// What the library makes of a key of its own, by the key's type.
 void FindUnreadFlag(const LintedKey& key, Findings& findings);
 void FindTextForInt(const LintedKey& key, Findings& findings);
 void FindDefault(const LintedKey& key, Findings& findings);
 void FindNextLaunch(const LintedKey& key, Findings& findings);
+// Single keys of the library.
 void FindOddGap(const LintedKey& key, Findings& findings);
 void FindServerMove(const LintedKey& key, Findings& findings);
 void FindOddLogLevel(const LintedKey& key, Findings& findings);

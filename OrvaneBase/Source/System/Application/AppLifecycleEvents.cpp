@@ -4,6 +4,7 @@
 
 namespace Orvane {
 
+// The hook's lines stand as they are, some with brackets and some without: whoever searches a console goes by the text.
 constexpr std::array<AppEventDescription, kAppEventCount> kAppEvents = {{
     {AppEvent::DidFinishLaunching, "application:didFinishLaunchingWithOptions:", true,
      "[OrvaneAppLifecycleDispatcher orvane_application: didFinishLaunchingWithOptions:]", 0},

@@ -29,9 +29,10 @@ enum class AppEvent {
     HandleEventsForBackgroundURLSession,
 };
 
+// What is known of one event. The texts are literals.
 struct AppEventDescription {
     AppEvent event;
-    const char* selector;
+    const char* selector;     // a colon for each argument
     bool answersYes;          // what the lifecycle object returns; otherwise nothing (but a mask of orientations)
     const char* hookLine;     // what the hook writes when the event arrives, "%@" for the argument below; null: nothing
     size_t hookLineArgument;  // index of the argument that the line prints
@@ -49,7 +50,8 @@ inline const AppEventDescription& DescribeAppEvent(AppEvent event) {
 // The event of that selector, or null.
 const AppEventDescription* FindAppEvent(const char* selector);
 
-// An event that came without its array of arguments counts as one whose arguments are all null.
+// An event that came without its array of arguments counts as one whose arguments are all null. Gives the array, or one
+// of kMaxAppEventArguments nulls, which is valid for the process.
 void* const* AppEventArgumentsOrNulls(void* const* arguments);
 
 }  // namespace Orvane

@@ -9,8 +9,9 @@
 
 namespace Quern {
 
-// Any thread. A stage holds the lock over its whole walk; it is recursive, so that a stage may destroy observers: one
-// that goes while the walk is at it or past it costs its successor the stage.
+// Any thread. A stage holds the lock while it walks over the observers. The lock is recursive, so that an observer may
+// destroy others in a stage. If the observer that is being told, or one before it, goes, the next one is left out of
+// that stage.
 class CApplication {
 public:
     // Made at the first call. ReleaseInstance forgets every observer; the emptied object stays, since another thread
@@ -18,7 +19,7 @@ public:
     static CApplication* GetInstance();
     static void ReleaseInstance();
 
-    // Observers are not owned and stand once. Null is ignored.
+    // Observers are not owned, and are told once however often they were added. Null is ignored.
     void AddObserver(IApplicationObserver* observer);
     void RemoveObserver(IApplicationObserver* observer);
 

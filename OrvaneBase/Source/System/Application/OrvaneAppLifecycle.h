@@ -20,14 +20,17 @@ namespace Orvane {
 // ORVANE_APP_LIFECYCLE_OBSERVER; AppLifecycle.h tells what the arguments of the events are.
 class OrvaneAppLifecycle {
 public:
+    // The platform's numbers: of the application's state, and of the mask of orientations.
     static constexpr int kActive = 0;
     static constexpr int kBackground = 2;
-    static constexpr unsigned long kAllOrientations = 30;
+    static constexpr unsigned long kAllOrientations = 30;  // if no observer decides
 
+    // Made while the library loads; never destroyed.
     static OrvaneAppLifecycle* sharedInstance();
 
-    // Observers are not retained, hear events in the order of their addition, and stand once. Null, and an object
-    // whose class does not declare the protocol, is ignored. Also while libraries load; never from inside an event.
+    // Observers are not retained, and hear events in the order of their addition, once however often they were added.
+    // Null, and an object whose class does not declare the protocol, is ignored. These may be called while libraries
+    // load, but never from inside an event.
     void addObserver(orvane_object* observer);
     void removeObserver(orvane_object* observer);
     // Calls the block with each observer, in order; an empty block does nothing.
@@ -35,13 +38,14 @@ public:
 
     // kBackground until launch and after entering the background, kActive otherwise. Any thread.
     int innerAppState() const { return _innerAppState.load(std::memory_order_relaxed); }
-    // Whether an observer stands that decides the orientations of a window.
+    // Whether there is an observer that decides the orientations of a window.
     bool hasExtraSupportWindowImplementation();
 
     // Takes any event; the members below are its typed forms. `arguments` has one entry for each colon of the event's
     // selector. Returns 1 or 0 for a bool, a mask for the orientations, else null.
     void* Deliver(AppEvent event, void* const* arguments);
 
+    // The launch: installs the core plugin, starts the log, tells the observers, and then starts all plugins.
     bool application_didFinishLaunchingWithOptions(void* application, void* options) {
         return Send(AppEvent::DidFinishLaunching, application, options);
     }
@@ -92,6 +96,7 @@ private:
 
     OrvaneAppLifecycle() = default;
 
+    // Delivers an event with its arguments; whether the answer is other than null.
     template <typename... Arguments>
     bool Send(AppEvent event, Arguments... arguments) {
         void* const array[] = {const_cast<void*>(static_cast<const void*>(arguments))...};
@@ -99,10 +104,11 @@ private:
     }
     void Launch(void* const* arguments);
     void TellObservers(AppEvent event, void* const* arguments);
+    // What the last observer that decides says, else all.
     unsigned long SupportedOrientations(void* const* arguments);
 
-    std::vector<Observer> _observers;
-    std::atomic<int> _innerAppState{kBackground};
+    std::vector<Observer> _observers;              // in the order of their addition
+    std::atomic<int> _innerAppState{kBackground};  // read by any thread
 };
 
 // Makes the lifecycle object. One object of it is made while the library loads.

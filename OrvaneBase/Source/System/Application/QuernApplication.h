@@ -14,9 +14,11 @@ namespace Quern {
 // Main thread. An event goes to every observer, in the order of their addition, and what they return is ignored.
 class QuernApplication {
 public:
+    // Made while the library loads; never destroyed.
     static QuernApplication* sharedInstance();
 
-    // Observers are not retained and stand once. Null is ignored. Never from inside an event.
+    // Observers are not retained, and are told once however often they were added. Null is ignored. Never call these
+    // from inside an event.
     void addObserver(QuernApplicationObserver* observer);
     void removeObserver(QuernApplicationObserver* observer);
     // Calls the block with each observer, in order; an empty block does nothing.
@@ -26,6 +28,7 @@ public:
     void* rootVC() const { return _rootVC; }
     void setRootVC(void* controller) { _rootVC = controller; }
 
+    // Each tells its event to the observers; a bool is always true.
     bool handleOpenURL(const char* url);
     void applicationDidEnterBackground(void* application);   // and CApplication::OnPause
     void applicationWillEnterForeground(void* application);  // and CApplication::OnResume
@@ -48,8 +51,8 @@ private:
         foreachObserver([=](QuernApplicationObserver* observer) { (observer->*event)(arguments...); });
     }
 
-    std::vector<UnretainedPointer<QuernApplicationObserver>> _observers;
-    void* _rootVC = nullptr;
+    std::vector<UnretainedPointer<QuernApplicationObserver>> _observers;  // in the order of their addition
+    void* _rootVC = nullptr;                                              // not owned, never looked into
 };
 
 // Makes the shared object. One object of it is made while the library loads.

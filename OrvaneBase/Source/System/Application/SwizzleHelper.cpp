@@ -15,6 +15,8 @@ bool SwizzleHelper::originalClass_swizzledClass_originalSelector_swizzleSelector
 
 bool SwizzleHelper::AddMethodForClass_swizzledClass_selector(orvane_class* cls, const orvane_class* swizzledClass,
                                                              const char* selector) {
+    // The class itself is asked here, not its instances. A method that the instances have is kept by the adding, which
+    // replaces nothing.
     if (!cls || orvane_class_get_class_method(cls, selector)) return false;
     return orvane_class_add_method(cls, selector, orvane_class_get_method(swizzledClass, selector));
 }

@@ -10,6 +10,7 @@ class UnretainedPointer {
 public:
     static UnretainedPointer pointerWithObject(Object* object) { return UnretainedPointer(object); }
 
+    // Not looked into here: dead if the object broke the rule.
     Object* object() const { return _object; }
     bool isEqual(const UnretainedPointer& other) const { return _object == other._object; }
 

@@ -30,6 +30,7 @@ ANetworkApplicationObserver::ANetworkApplicationObserver() {
                                                     {"applicationDidEnterBackground:", DidEnterBackground},
                                                     {"applicationWillEnterForeground:", WillEnterForeground}});
     orvane_class_add_protocol(cls, ORVANE_APP_LIFECYCLE_OBSERVER);
+    // The lifecycle does not retain its observers: this one is never released.
     gs_OrvaneAppLifecycleAddObserver(orvane_object_create(cls));
 }
 

@@ -13,6 +13,7 @@ AString Text(const std::string& text) {
 
 }  // namespace
 
+// The bytes hold no names: this order is the format, which Orvane/INetwork.h tells to code of other libraries.
 void _tagADetailNetworkInfo::WriteTo(CArborBufferWriter& writer) const {
     writer.Write(state);
     writer.Write(carrier);

@@ -24,6 +24,7 @@ void onReachabilityChangedCallback(AReachability*) {
     g_alreadycallback = true;
     const ANetworkState current = ReadNetworkState();
     const ANetworkState old = g_preNetworkState;
+    // What was connected over the old kind is lost with it, so observers hear of a loss in between.
     const bool isSwitch = current != old && current != kANetworkNotReachable && old != kANetworkNotReachable;
     if (isSwitch) DeliverNetworkState(kANetworkNotReachable);
     DeliverNetworkState(current);

@@ -9,6 +9,7 @@ uint16_t in_cksum(const void* data, size_t length) {
     uint32_t sum = 0;
     for (; length > 1; length -= 2, bytes += 2) {
         uint16_t word;
+        // Copied, since a packet need not be aligned.
         memcpy(&word, bytes, sizeof word);
         sum += word;
     }
@@ -17,6 +18,7 @@ uint16_t in_cksum(const void* data, size_t length) {
         memcpy(&last, bytes, 1);
         sum += last;
     }
+    // The first folding may carry once more.
     sum = (sum >> 16) + (sum & 0xFFFF);
     sum += sum >> 16;
     return static_cast<uint16_t>(~sum);

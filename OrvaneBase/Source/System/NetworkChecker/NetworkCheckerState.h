@@ -14,10 +14,12 @@ namespace Quern {
 class ANetworkChecker;
 class PingDelegate;
 
+// Shared by the checker and each diagnostic, and gone with the last of them. Any thread.
 class NetworkCheckerState {
 public:
-    static constexpr size_t kMaxConcurrentOperationCount = 5;
+    static constexpr size_t kMaxConcurrentOperationCount = 5;  // further diagnostics wait
 
+    // The checker is not owned; it calls Detach before it goes.
     explicit NetworkCheckerState(ANetworkChecker* checker) : _checker(checker) {}
 
     // Null, and a delegate that is in the list already, do nothing.
@@ -40,6 +42,7 @@ public:
     void Detach();
     bool IsDetached();
 
+    // The workers of the diagnostics.
     WorkerPool _network_queue{"NetworkChecker", kMaxConcurrentOperationCount};
     // Guards what follows. Held while a result is put on its way to the main thread, hence before the selectors' locks.
     CMutex _mutex{true};
@@ -56,7 +59,7 @@ private:
         if (checker) (checker->*notify)(LeaveBehind(text), nullptr);
     }
 
-    ANetworkChecker* _checker ORVANE_GUARDED_BY(_mutex);
+    ANetworkChecker* _checker ORVANE_GUARDED_BY(_mutex);                                  // null once it is gone
     std::vector<std::shared_ptr<PingDelegate>> _pingDelegates ORVANE_GUARDED_BY(_mutex);  // alive while they run
 };
 

@@ -5,6 +5,8 @@
 
 namespace Quern {
 
+// The bytes hold no names: the order in each pair of functions is the format, which Orvane/INetworkChecker.h tells to
+// code of other libraries.
 void PingResult::WriteTo(CArborBufferWriter& writer) const {
     writer.Write(requestId);
     writer.Write(host);

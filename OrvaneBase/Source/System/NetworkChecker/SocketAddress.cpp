@@ -24,6 +24,7 @@ int FamilyOf(const SocketAddress& address) {
 std::string AddressText(const SocketAddress& address) {
     char text[INET6_ADDRSTRLEN] = "";
     const int family = FamilyOf(address);
+    // The family is told by this system's number to these functions alone: the address has the home platform's.
     if (family == kFamilyIPv4)
         inet_ntop(AF_INET, address.data() + 4, text, sizeof text);
     else if (family == kFamilyIPv6 && address.size() >= kSocketAddressSizeIPv6)

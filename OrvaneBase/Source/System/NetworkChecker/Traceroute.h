@@ -45,10 +45,10 @@ private:
                                 TracerouteRecord& record, bool& isReached);
     void Finish(const std::vector<TracerouteRecord>& records, bool succeed) const;
 
-    std::string ipAddress;
-    const std::string hostname;
+    std::string ipAddress;       // the target's, as a text; empty before the lookup
+    const std::string hostname;  // as it was given
     const long maxTtl;
-    std::vector<TracerouteRecord> results;
+    std::vector<TracerouteRecord> results;  // of the hops so far
     const StepCallback stepCallback;
     const FinishCallback finishCallback;
     bool _isIPv6 = false;

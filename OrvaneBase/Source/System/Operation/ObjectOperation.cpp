@@ -30,6 +30,7 @@ ObjectOperation::~ObjectOperation() {
     ORVANE_LOG_INFO("ObjectOperation::~ObjectOperation():%p", static_cast<void*>(this));
     OperationTargetBase* const target = _target.load(std::memory_order_relaxed);
     if (!target) return;
+    // The target forgets this operation first, or its destructor would come back here.
     target->_operation.store(nullptr, std::memory_order_relaxed);
     target->_running.store(false, std::memory_order_relaxed);
     if (_deleteTarget.load(std::memory_order_relaxed)) {

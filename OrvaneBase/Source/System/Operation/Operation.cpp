@@ -21,6 +21,7 @@ Operation& Operation::operator=(const Operation& other) {
     return *this;
 }
 
+// By the wall clock, as the queues look at it: a clock that is set back puts the next run off.
 void Operation::Sleep(int milliseconds) {
     _nextRun.store(CTime::GetTimeTick() / 1000 + milliseconds, std::memory_order_relaxed);
 }

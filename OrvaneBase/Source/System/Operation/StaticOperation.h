@@ -6,11 +6,12 @@
 
 namespace Quern {
 
+// The function is called on the queue's threads, with this operation, which it may let sleep or cancel.
 class StaticOperation : public Operation {
 public:
     using Function = void (*)(Operation* operation, void* data);
 
-    // A null function makes a run that does nothing.
+    // A null function makes a run that does nothing. `data` is handed to the function as it is, and never freed here.
     StaticOperation(Function function, void* data, bool repeat);
 
     void Run() override;

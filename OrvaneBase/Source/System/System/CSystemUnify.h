@@ -4,9 +4,9 @@
 
 namespace Quern {
 
-// Null while the core setting "UnifyDeviceInfo" is off, without the plugin "PELL" and its service "REPORT", and for
-// what that does not know; asked for again at the next call. What was once answered is kept: valid for the life of the
-// process. Any thread, once the plugin host has started: the setting is read at the first call and kept.
+// Each gives null while the core setting "UnifyDeviceInfo" is off, without the plugin "PELL" and its service "REPORT",
+// and for what the service does not know; the next call then asks again. An answer is kept, and valid for the life of
+// the process. Any thread, once the plugin host has started: the setting is read at the first call and kept.
 class CSystemUnify {
 public:
     CSystemUnify() = delete;

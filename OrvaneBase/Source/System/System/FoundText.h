@@ -1,4 +1,4 @@
-// A text that is found once and kept for the process.
+// A text that is found once and kept for the process, such as the device's model.
 #ifndef ORVANE_SYSTEM_SYSTEM_FOUND_TEXT_H
 #define ORVANE_SYSTEM_SYSTEM_FOUND_TEXT_H
 
@@ -7,6 +7,7 @@
 
 namespace Quern {
 
+// A static object, without a destructor that would run under a live thread. No lock: finding may log or read a setting.
 class FoundText {
 public:
     // What is kept, else what `find` gives: a text on the heap, which is kept, or null. Any thread; of two that find at
@@ -22,7 +23,7 @@ public:
     }
 
 private:
-    std::atomic<const char*> _text{nullptr};
+    std::atomic<const char*> _text{nullptr};  // on the heap; never freed, since callers keep the pointer
 };
 
 }  // namespace Quern

@@ -1,4 +1,4 @@
-// A value that threads share through a lock of its own.
+// A value that threads share through a lock of its own. Only bool is there, for the flags of the thread objects.
 #ifndef ORVANE_SYSTEM_THREAD_ATOMIC_H
 #define ORVANE_SYSTEM_THREAD_ATOMIC_H
 
@@ -9,7 +9,9 @@ namespace Quern {
 template <typename T>
 class CAtomic;
 
-// Flags that are read once per pass of a loop: a mutex around a byte costs nothing that matters there.
+// For flags that are read once per pass of a loop: a mutex around a byte costs nothing that matters there. Any thread.
+// The lock is a leaf: nothing is called or waited for under it. A read and a write that depends on it are two steps,
+// and another thread may come in between.
 template <>
 class CAtomic<bool> {
 public:

@@ -4,6 +4,8 @@
 
 namespace Quern {
 
+// A member of another kind that was set before stays, and Perform takes the one with fewer arguments: a selector is set
+// once.
 void CAFunctionSelector::Set(CTargetBase* object, void (CTargetBase::*member)()) {
     target = object;
     member0 = member;

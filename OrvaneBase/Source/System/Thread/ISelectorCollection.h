@@ -10,8 +10,11 @@ namespace Quern {
 class ISelectorCollection {
 public:
     virtual ~ISelectorCollection() = default;
+    // Takes a copy of the call, to be performed by a later Update.
     virtual void AddSelector(const CAFunctionSelector& selector) = 0;
+    // Performs waiting calls; how many is the collection's choice.
     virtual void Update() = 0;
+    // Drops the waiting calls to that target, which is about to die. The pointer is not looked into.
     virtual void IgnoreTarget(void* target) = 0;
 };
 

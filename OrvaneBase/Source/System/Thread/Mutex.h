@@ -1,4 +1,5 @@
-// The library's mutex and its scoped guard.
+// The library's mutex and its scoped guard. A header that has a mutex says beside it what it guards, and before which
+// other locks it is taken.
 #ifndef ORVANE_SYSTEM_THREAD_MUTEX_H
 #define ORVANE_SYSTEM_THREAD_MUTEX_H
 
@@ -8,7 +9,9 @@
 
 namespace Quern {
 
-// One POSIX mutex, recursive if so asked.
+// One POSIX mutex. Only the thread that took it may let it go, and nobody may hold it when it is destroyed. A recursive
+// one may be taken again by the thread that holds it, and is free after as many releases; taking one that is not
+// recursive twice never returns.
 class ORVANE_CAPABILITY("mutex") CMutex {
 public:
     explicit CMutex(bool recursive = false);
@@ -20,11 +23,12 @@ public:
     void Unlock() ORVANE_RELEASE() { pthread_mutex_unlock(&_mutex); }
 
 private:
-    friend class CCondition;
+    friend class CCondition;  // waits on the POSIX mutex itself
     pthread_mutex_t _mutex;
 };
 
-// Holds a mutex for its scope. A null mutex means no locking.
+// Holds a mutex for its scope. A null mutex means no locking, for code that works with and without one. The mutex is
+// borrowed, and outlives the guard.
 class ORVANE_SCOPED_CAPABILITY CCritical {
 public:
     explicit CCritical(CMutex* mutex) ORVANE_ACQUIRE(mutex) : _mutex(mutex) {

@@ -12,7 +12,7 @@
 namespace Quern {
 
 // A chain of blocks: neither end shifts the rest, a burst moves nothing that is there already, and a short queue
-// allocates nothing. Has no lock.
+// allocates once. Has no lock: its owner sees to that. Owns no target of a call.
 class SelectorList {
 public:
     SelectorList() = default;
@@ -20,6 +20,7 @@ public:
     SelectorList(const SelectorList&) = delete;
     SelectorList& operator=(const SelectorList&) = delete;
 
+    // Adds a copy at the end.
     void Push(const CAFunctionSelector& selector) {
         if (!_last || _last->end == kBlockSize) Append();
         _last->entries[_last->end++] = selector;
@@ -31,13 +32,14 @@ public:
         if (_first->begin == _first->end) DropFirst();
         return true;
     }
-    // Keeps the order of the rest.
+    // Drops every call to that target, and keeps the order of the rest. The pointer is compared, not looked into.
     void RemoveTarget(const void* target) {
         SelectorList kept;
         for (CAFunctionSelector selector; Pop(selector);)
             if (selector.target != target) kept.Push(selector);
         Swap(kept);
     }
+    // Drops all calls, without performing them.
     void Clear() {
         while (_first && _first->next)
             DropFirst();
@@ -49,15 +51,17 @@ public:
     }
 
 private:
-    static constexpr size_t kBlockSize = 31;
+    static constexpr size_t kBlockSize = 31;  // calls
 
+    // Those between begin and end wait.
     struct Block {
         size_t begin = 0;  // those before it have been taken
-        size_t end = 0;
+        size_t end = 0;    // behind the last that was added
         std::unique_ptr<Block> next;
         std::array<CAFunctionSelector, kBlockSize> entries;
     };
 
+    // Puts an empty block at the end.
     void Append() {
         auto block = std::unique_ptr<Block>(new Block);
         Block* const last = block.get();
@@ -73,7 +77,7 @@ private:
     }
 
     std::unique_ptr<Block> _first;
-    Block* _last = nullptr;
+    Block* _last = nullptr;  // in the chain; null if there is no block yet
 };
 
 }  // namespace Quern

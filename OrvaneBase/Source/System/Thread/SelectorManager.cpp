@@ -30,6 +30,7 @@ void CSelectorManager::Update() {
     CAFunctionSelector selector;
     for (int done = 0; done < kSelectorsPerUpdate && Pop1stSelector(selector); ++done) {
         selector.Perform();
+        // The call may have deleted this manager. Only what lies on the stack is touched before that is known.
         if (clearings->load(std::memory_order_relaxed) != before) return;
     }
 }

@@ -9,6 +9,8 @@ CTargetBase::~CTargetBase() {
 }
 
 void CTargetBase::EnableManualUpdate(bool enable) {
+    // Out of sight before it is deleted. That no other thread is in the middle of a post to it is the owner's to see
+    // to.
     if (!enable)
         delete _selectors.exchange(nullptr, std::memory_order_acq_rel);
     else if (!IsManualUpdateEnable())

@@ -57,7 +57,7 @@ void TakeUserFromLogin(IPlugin& login) {
 }
 
 // A game without the login plugin leaves its user in the section "Config". Who the user was the last time is kept in
-// another one, "OrvaneCore".
+// another one, that of the library.
 void TakeUserFromBundle() {
     Quern::BundleImpl& bundle = *Quern::BundleFactory::GetInstance()->GetDefaultBundle();
     const Quern::AString channelId = bundle.Get("Config", "channelid", "");
@@ -74,7 +74,7 @@ void TakeUserFromBundle() {
 void TraceLaunch(PluginBase* core) {
     const char* const context = sg_create_context(core, nullptr, nullptr, kCoreSpanType);
     if (!context) return;
-    sg_span_start(core, context, "OrvaneCore_OnStartup", "game_client", "OrvaneCore", kCoreSpanType);
+    sg_span_start(core, context, "OrvaneCore_OnStartup", "game_client", kCoreModule, kCoreSpanType);
     for (const auto& [name, plugin] : PluginManager::GetInstance()->CopyPlugins())
         sg_span_flush(core, context, plugin.pluginName.c_str(), plugin.pluginVersion.c_str(), kCoreSpanType);
     sg_span_finish(core, context, "0", "OrvaneCore OnStartup Success", kCoreSpanType);

@@ -85,6 +85,9 @@ TEST_F(TracingContract, EverySlotWorks) {
     for (const char* field : {"'pid'='above'", "'pritype'='kind 2'", "'name'='name 2'", "'rmtname'='there'",
                               "'tags'='{\"key\":\"value\"}'", "'errmsg'='message'"})
         EXPECT_THAT(journal, Contains(std::string("add ") + field));
+    Orvane::IOneTraceService::ReleaseInstance();
+    Orvane::IOneTraceService::ReleaseInstance();  // there is none any more
+    EXPECT_STREQ(Orvane::IOneTraceService::GetInstance()->GetTraceId(), service->TraceId());
 }
 
 }  // namespace

@@ -26,9 +26,7 @@ export async function uploads(place) {
   return refresh;
 }
 
-const levels = ["Debug", "Info", "Warning", "Event", "Error"];
-
-function line(at) {
+function line(at, levels) {
   const level = levels.includes(at.level) ? at.level.toLowerCase() : "other";
   return el("li", {class: `line ${level}`},
     at.time && el("time", {}, at.time),
@@ -45,7 +43,7 @@ export async function upload(place, [deviceFolder, folder]) {
   const query = {device: deviceFolder, folder, file: "", level: "0", module: "", text: ""};
   const lines = el("ol", {class: "lines"}), counts = el("p", {class: "hint", role: "status"}), notes = el("div");
   const more = el("button", {type: "button", onclick: () => load(false)}, "Load more");
-  const moduleChoice = el("span");
+  const levelChoice = el("span"), moduleChoice = el("span");
   let loaded = 0, asked = 0;
 
   const load = async (anew) => {
@@ -54,11 +52,13 @@ export async function upload(place, [deviceFolder, folder]) {
     if (mine !== asked) return;  // another question was asked meanwhile
     if (anew) lines.replaceChildren();
     loaded = (anew ? 0 : loaded) + page.lines.length;
-    lines.append(...page.lines.map(line));
+    lines.append(...page.lines.map((at) => line(at, page.levels)));
     counts.textContent = `${counted(page.total, "line")}${loaded < page.total ? `, the first ${loaded} of them here` : ""}` +
       (page.cut ? "; the logs are larger than what is read here: orvane-log reads them whole" : "");
     more.hidden = loaded >= page.total || page.lines.length === 0;
     show(notes, page.notes.length > 0 && el("ul", {class: "notes"}, page.notes.map((note) => el("li", {}, note))));
+    if (levelChoice.childElementCount === 0) show(levelChoice, field("Level",
+      choice(page.levels.map((name, i) => [String(i), i === 0 ? "all" : `${name} and above`]), query.level, set("level"))));
     if (query.module === "") show(moduleChoice, field("Module",
       choice([["", "all"], ...page.modules.map((name) => [name, name])], "", set("module"), {"data-key": "module"})));
   };
@@ -77,8 +77,7 @@ export async function upload(place, [deviceFolder, folder]) {
       size(found.size), " ", progress(found)),
     el("div", {class: "filters"},
       field("File", choice([["", "all logs"], ...found.files.map((at) => [at.name, `${at.name} (${size(at.size)})`])], "", set("file"))),
-      field("Level", choice(levels.map((name, i) => [String(i), i === 0 ? "all" : `${name} and above`]), "0", set("level"))),
-      moduleChoice,
+      levelChoice, moduleChoice,
       field("Find", el("input", {type: "search", oninput: typed, placeholder: "text or function"}))),
     notes, counts, lines, el("p", {}, more));
   if (found.files.length === 0) {

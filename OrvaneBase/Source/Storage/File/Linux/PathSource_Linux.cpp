@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "Base/CoreModule.h"
 #include "Base/Linux/ExecutablePath.h"
 #include "Storage/Bundle/InfoDictionary.h"
 #include "Storage/File/PathSource.h"
@@ -48,7 +49,7 @@ std::string BundleId() {
 std::string ExecutableName() {
     const std::string whole = ExecutablePath();
     const std::string name = whole.substr(whole.rfind('/') + 1);
-    return name.empty() ? "OrvaneCore" : name;
+    return name.empty() ? kCoreModule : name;
 }
 
 std::string ContainerPath() {

@@ -7,6 +7,8 @@
 namespace Quern {
 namespace {
 
+// A host that has windows registers a run-time class that shows the alert. Without one nobody would see it, so the
+// console gets the text.
 class HostAlert final : public Alert {
 public:
     void Present(const AlertText& text) override {

@@ -1,4 +1,4 @@
-// Owners of libnl's objects.
+// Owners of libnl's objects: each frees what it holds as libnl wants it, on every way out of a function.
 #ifndef ORVANE_SYSTEM_NETWORK_LINUX_NETLINK_H
 #define ORVANE_SYSTEM_NETWORK_LINUX_NETLINK_H
 
@@ -11,6 +11,8 @@
 
 namespace Quern {
 
+// A deleter that calls that function. libnl counts the holders of some of its objects: there the function ("put") gives
+// up one hold, and the last one frees.
 template <auto Free>
 struct FreeWith {
     template <typename T>

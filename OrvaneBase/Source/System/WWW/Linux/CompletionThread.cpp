@@ -8,6 +8,7 @@ namespace Quern {
 
 void CompletionThread::Run() {
     set_thread_name("UrlCompletion");
+    // Each call is let go of before the next is waited for: what it holds must not stay alive while the thread rests.
     for (Call call; Take(call, true); call = nullptr)
         call();
 }

@@ -7,11 +7,12 @@
 
 namespace Quern {
 
-// On the transport thread, but for the completion.
+// On the transport thread, but for the completion, which is called once, on the completion thread. It may take its
+// time: other completions wait for it, transfers do not.
 class DataTransfer final : public TransferHandler, public std::enable_shared_from_this<DataTransfer> {
 public:
     // A body beyond this ends the transfer, so that a server that never ends does not fill the memory.
-    static constexpr long long kLargestBody = 256LL << 20;
+    static constexpr long long kLargestBody = 256LL << 20;  // bytes
 
     DataTransfer(UrlSession::TransferId transfer, UrlRequest request, UrlSession::Completion completion,
                  CompletionThread& completions);
@@ -25,9 +26,9 @@ public:
 private:
     const UrlSession::TransferId _transfer;
     const UrlRequest _request;
-    UrlSession::Completion _completion;
-    CompletionThread& _completions;  // outlives the transport thread
-    UrlResult _result;
+    UrlSession::Completion _completion;  // empty once it was called
+    CompletionThread& _completions;      // outlives the transport thread
+    UrlResult _result;                   // the body as it grows; after a failure without one
 };
 
 }  // namespace Quern

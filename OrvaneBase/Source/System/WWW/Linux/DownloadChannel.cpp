@@ -7,6 +7,7 @@
 namespace Quern {
 namespace {
 
+// A frame at 60 a second: nobody draws progress more often.
 constexpr std::chrono::milliseconds kProgressInterval{17};
 
 }  // namespace

@@ -11,8 +11,8 @@
 
 namespace Quern {
 
-// Told on the transport thread, tells the delegate on the main run loop. Of progress, one post waits at a time, for at
-// most 60 calls a second, and carries what is newest when it is performed.
+// The transport thread tells it what happens, and it tells the delegate on the main run loop. One post of progress
+// waits at a time; it carries the numbers that are newest when it is performed. There are at most 60 of them a second.
 class DownloadChannel : public std::enable_shared_from_this<DownloadChannel> {
 public:
     DownloadChannel(UrlSession::TransferId transfer, std::shared_ptr<UrlSession::DownloadDelegate> delegate);

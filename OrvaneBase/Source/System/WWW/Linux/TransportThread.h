@@ -22,9 +22,9 @@ public:
 
     explicit TransportThread(TransportOptions options) : _options(std::move(options)) {}
 
-    // Has something done on the thread, in order; starts it with the first. Where it cannot be started, the transfers
-    // end with kUrlUnknown, by way of the main run loop; the next one tries again. Any thread, also under the caller's
-    // locks.
+    // Has something done on the thread, in the order of the calls. The first call starts the thread. Where it cannot be
+    // started, the transfers end with kUrlUnknown, by way of the main run loop; the next one tries again. Any thread,
+    // also under the caller's locks.
     void Do(Work work);
     // Ends both threads, and waits for the transport's, so that nothing is told any more but what was under way.
     void End();
@@ -43,7 +43,7 @@ private:
     const TransportOptions _options;
     CompletionThread _completions;
 
-    std::mutex _mutex;  // a leaf
+    std::mutex _mutex;  // held while the threads are started
     std::vector<Work> _work;
     bool _isCompleting = false;  // the completion thread runs
     bool _isRunning = false;

@@ -31,18 +31,23 @@ public:
 private:
     // The request of the present address and headers; false, with a line, if there can be none.
     bool Prepare(const char* body, int length, UrlRequest& request) const;
+    // Enters the one request that the task may have; false if it has one. Release takes it out where none was sent.
     bool Claim();
+    // When a request of TryGet goes out: at once, when the listener has returned, or not at all.
     enum class Turn { kNow, kLater, kNever };
     bool IsBusy();
+    // As Claim, but keeps the request where that is allowed; `request` is then taken.
     Turn ClaimOrKeep(UrlRequest& request);
     void Release();
     void Send(UrlRequest request);
     UrlSession::TransferId Make(UrlRequest request);
 
+    // What the platform's completion does: on the session's thread, with a task that may be dead.
     static void Completed(WWWTaskBase* task, UrlSession::TransferId transfer, const UrlResult& result);
     void FinishedCallback(WWWErrorCode error, int httpStatus, const char* data, long long length);
     void SendKept();
 
+    // A request of TryGet that waits for the listener. Cancel may come in between.
     struct KeptRequest {
         UrlRequest request;
         bool isCancelled = false;
@@ -54,8 +59,8 @@ private:
 
     // A leaf, so that Post waits for no listener.
     CMutex _stateMutex;
-    bool _isRequesting ORVANE_GUARDED_BY(_stateMutex) = false;
-    bool _isTelling ORVANE_GUARDED_BY(_stateMutex) = false;
+    bool _isRequesting ORVANE_GUARDED_BY(_stateMutex) = false;  // a request is out, or kept
+    bool _isTelling ORVANE_GUARDED_BY(_stateMutex) = false;     // the listener is being told of the end
     std::optional<KeptRequest> _kept ORVANE_GUARDED_BY(_stateMutex);
 
     // The transfer in flight, 0 when idle. A completion clears its own number alone: the next request may be out.

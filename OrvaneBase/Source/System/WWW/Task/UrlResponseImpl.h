@@ -1,4 +1,4 @@
-// The answer that plugins hand to each other.
+// The answer that plugins hand to each other: a copy of everything, so that it outlives whatever it was made of.
 #ifndef ORVANE_SYSTEM_WWW_TASK_URL_RESPONSE_IMPL_H
 #define ORVANE_SYSTEM_WWW_TASK_URL_RESPONSE_IMPL_H
 
@@ -9,8 +9,10 @@
 
 namespace Quern {
 
+// Filled by whoever makes it, on one thread, and from then on only read (Orvane/UrlResponse.h).
 class UrlResponseImpl final : public UrlResponse {
 public:
+    // Without an address, a status or a body.
     UrlResponseImpl() = default;
     // A null text leaves that part as it is by default; a null body or a length below 1 is no body.
     UrlResponseImpl(const char* url, const char* version, int status, const char* message, const void* body,
@@ -33,7 +35,7 @@ private:
     int _status = 0;
     std::string _message;
     std::string _body;
-    std::map<std::string, std::string> _headers;
+    std::map<std::string, std::string> _headers;  // by the name as it was given: the case of letters counts
 };
 
 }  // namespace Quern

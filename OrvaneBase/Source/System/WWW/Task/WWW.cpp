@@ -32,6 +32,7 @@ void WWW::Destroy(DownloadFileTask* task) {
     delete task;
 }
 
+// The cast is safe, since Request alone makes data tasks.
 bool WWW::TryGet(DataTask* task) {
     return static_cast<DataTaskImpl*>(task)->TryGet();
 }

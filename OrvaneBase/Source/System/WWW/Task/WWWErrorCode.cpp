@@ -5,6 +5,8 @@
 namespace Quern {
 
 WWWErrorCode ConvertToWWWErrorCode(int platformCode) {
+    // The platform's codes around a file that is downloaded: creating, opening, closing, writing, removing, moving and
+    // decoding it.
     constexpr int kFirstFileError = -3007;
     constexpr int kLastFileError = -3000;
     switch (platformCode) {

@@ -25,6 +25,7 @@ public:
 
     // Null if libcurl cannot work.
     static std::unique_ptr<CurlTransport> Make(const TransportOptions& options);
+    // Gives up everything in flight, without a word to the handlers.
     ~CurlTransport() override;
 
     void Start(UrlSession::TransferId transfer, std::shared_ptr<TransferHandler> handler) override;
@@ -35,28 +36,37 @@ public:
 private:
     using Clock = CurlTransfer::Clock;
 
+    // A transfer that has not begun.
     struct Waiting {
         UrlSession::TransferId id;
         std::shared_ptr<TransferHandler> handler;
-        Clock::time_point begin;
-        bool needsLookup;
+        Clock::time_point begin;  // when it was asked for: waiting counts as idleness
+        bool needsLookup;         // its host is a name, not an address
     };
 
+    // Owns `multi` from now on.
     CurlTransport(CURLM* multi, const TransportOptions& options);
 
+    // Begins waiting transfers, as far as there is room.
     void AdmitWaiting();
     bool HasRoom(bool needsLookup);
+    // How many lookups may still run, those without a transfer included.
     size_t Lookups();
     void Admit(Waiting waiting);
     void TakeFinished();
+    // Ends those that were idle for too long, active and waiting ones.
     void EndIdle();
+    // Milliseconds that Step may wait for the network.
     int WaitTime() const;
 
+    // Takes a transfer out of the active ones; null for an unknown number.
     std::unique_ptr<CurlTransfer> Take(UrlSession::TransferId id);
     void Finish(std::unique_ptr<CurlTransfer> transfer, CURLcode result, int error);
+    // Tells the handler, and starts again if it asks for that.
     void End(UrlSession::TransferId id, const std::shared_ptr<TransferHandler>& handler,
              const TransferOutcome& outcome);
 
+    // libcurl's handles are used again, since making one costs more than resetting it.
     CURL* TakeHandle();
     void GiveBack(CURL* easy);
 
