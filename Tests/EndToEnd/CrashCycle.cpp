@@ -1,19 +1,11 @@
 #include "CrashCycle.h"
 
-#include <fcntl.h>
 #include <sched.h>
-#include <signal.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <cstring>
-#include <sstream>
-#include <thread>
 
 #include "Storage/Log/LogRecord.h"
 #include "Support/Process.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 namespace {
@@ -24,37 +16,22 @@ using std::chrono::microseconds;
 constexpr uint64_t kMostLinesBeforeKill = 3000;
 constexpr uint64_t kMostDelay = 600;    // microseconds, behind the moment that was waited for
 constexpr uint32_t kNearFlush = 45000;  // bytes of block; from 51200 on it is flushed
-constexpr size_t kWatched = 4096;
 
-// The header of the block, as the mapping shows it to whoever else maps the file. A host that was killed before it gave
-// the file its length leaves an empty one, in which a read would be a bus error: that one is not opened.
+// The length in the header of the block, as whoever else looks into the mapped file sees it.
 class BlockWatch {
 public:
-    explicit BlockWatch(const std::filesystem::path& file) {
-        const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-        void* memory = MAP_FAILED;
-        struct stat status;
-        if (descriptor >= 0 && fstat(descriptor, &status) == 0 && static_cast<size_t>(status.st_size) >= kWatched)
-            memory = mmap(nullptr, kWatched, PROT_READ, MAP_SHARED, descriptor, 0);
-        if (descriptor >= 0) close(descriptor);
-        if (memory != MAP_FAILED) _memory = static_cast<const volatile uint8_t*>(memory);
-    }
-    ~BlockWatch() {
-        if (_memory) munmap(const_cast<uint8_t*>(_memory), kWatched);
-    }
-    BlockWatch(const BlockWatch&) = delete;
-    BlockWatch& operator=(const BlockWatch&) = delete;
-
-    bool IsOpen() const { return _memory != nullptr; }
+    explicit BlockWatch(const std::filesystem::path& file) : _descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC)) {}
+    ~BlockWatch() { close(_descriptor); }
+    bool IsOpen() const { return _descriptor >= 0; }
+    // 0 of a file to which a killed host has not given its length.
     uint32_t Length() const {
-        uint8_t bytes[4];
-        for (size_t i = 0; i < sizeof bytes; ++i)
-            bytes[i] = _memory[Quern::LogRecord::kLenAt + i];
+        uint8_t bytes[4] = {};
+        [[maybe_unused]] const ssize_t count = pread(_descriptor, bytes, sizeof bytes, Quern::LogRecord::kLenAt);
         return Quern::LogRecord::LoadU32(bytes);
     }
 
 private:
-    const volatile uint8_t* _memory = nullptr;
+    const int _descriptor;
 };
 
 // Shorter than the scheduler's grain, so nothing but spinning gives it.
@@ -89,18 +66,6 @@ bool TakeAcknowledged(const std::string& text, uint64_t first, LastAcknowledged&
 }
 
 }  // namespace
-
-const char* NameOf(KillAt moment) {
-    switch (moment) {
-        case KillAt::kStartUp:
-            return "start-up";
-        case KillAt::kAfterLines:
-            return "lines";
-        case KillAt::kFlush:
-            return "flush";
-    }
-    return "";
-}
 
 bool CrashCycle::Run(KillAt moment, uint64_t firstSequence, LastAcknowledged& acknowledged, std::string& problem) {
     Process host(_container.Host(

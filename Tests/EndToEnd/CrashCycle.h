@@ -2,13 +2,8 @@
 #ifndef ORVANE_TESTS_END_TO_END_CRASH_CYCLE_H
 #define ORVANE_TESTS_END_TO_END_CRASH_CYCLE_H
 
-#include <chrono>
-#include <cstdint>
-#include <map>
-#include <random>
-#include <string>
-
 #include "Support/Container.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 
@@ -18,13 +13,11 @@ enum class KillAt {
     kAfterLines,  // anywhere among the lines
     kFlush,       // around the moment at which the block goes to the file
 };
-constexpr KillAt kKillMoments[] = {KillAt::kStartUp, KillAt::kAfterLines, KillAt::kFlush};
-const char* NameOf(KillAt moment);
+constexpr const char* kKillMoments[] = {"start-up", "lines", "flush"};  // their names
 
 struct CrashPlan {
-    unsigned threads = 4;
-    int logMode = 2;
-    unsigned linesPerSecond = 0;  // of each thread; 0: as fast as it goes
+    uint64_t threads = 4, logMode = 2;
+    uint64_t linesPerSecond = 0;  // of each thread; 0: as fast as it goes
     std::string module = "CrashTest";
 };
 

@@ -1,7 +1,5 @@
 // orvane-crash-test: kills the host again and again over the same container, then looks for every acknowledged line.
-#include <getopt.h>
-
-#include <cstdio>
+#include <cinttypes>
 
 #include "CrashCycle.h"
 #include "CrashVerdict.h"
@@ -25,50 +23,33 @@ block before it is flushed: then as many may be missing as it has markers of a f
   --lines-per-second N   pace of each thread; 0: as fast as it goes (default: 0)
   --fresh                each life in a container of its own, read as the kill left it, without another start
   --seed N               for the same draws again (default: a new one, which is printed)
-  --help                 show this
 
 Exit status: 0 if nothing was missing, 1 if something was, 2 for a wrong command line.
 )";
 
 struct Arguments {
-    unsigned cycles = 15;
-    uint64_t seed = std::random_device()();
+    uint64_t cycles = 15, seed = std::random_device()();
     bool isFresh = false;
     CrashPlan plan;
 };
 
 // False for a wrong command line.
 bool Parse(int count, char** words, Arguments& out) {
-    const option options[] = {
-        {"cycles", required_argument, nullptr, 'c'}, {"threads", required_argument, nullptr, 't'},
-        {"mode", required_argument, nullptr, 'm'},   {"lines-per-second", required_argument, nullptr, 'p'},
-        {"fresh", no_argument, nullptr, 'f'},        {"seed", required_argument, nullptr, 's'},
-        {"help", no_argument, nullptr, 'h'},         {nullptr, 0, nullptr, 0},
-    };
-    int code;
-    while ((code = getopt_long(count, words, "", options, nullptr)) != -1) {
-        if (code == 'h') {
-            fputs(kUsage, stdout);
-            exit(0);
-        }
-        if (code == '?') return false;
-        if (code == 'f') {
+    const std::map<std::string, uint64_t*> numbers = {{"--cycles", &out.cycles},
+                                                      {"--threads", &out.plan.threads},
+                                                      {"--mode", &out.plan.logMode},
+                                                      {"--lines-per-second", &out.plan.linesPerSecond},
+                                                      {"--seed", &out.seed}};
+    for (int i = 1; i < count; ++i) {
+        const auto number = numbers.find(words[i]);
+        if (words[i] == std::string("--fresh")) {
             out.isFresh = true;
-            continue;
-        }
-        char* end = nullptr;
-        const unsigned long long number = strtoull(optarg, &end, 10);
-        if (!*optarg || *end) {
-            fprintf(stderr, "orvane-crash-test: not a number: %s\n", optarg);
+        } else if (number == numbers.end() || ++i == count || sscanf(words[i], "%" SCNu64, number->second) != 1) {
+            fputs(kUsage, stderr);
             return false;
         }
-        if (code == 'c') out.cycles = static_cast<unsigned>(number);
-        if (code == 't') out.plan.threads = static_cast<unsigned>(number);
-        if (code == 'm') out.plan.logMode = static_cast<int>(number);
-        if (code == 'p') out.plan.linesPerSecond = static_cast<unsigned>(number);
-        if (code == 's') out.seed = number;
     }
-    return optind == count;
+    return true;
 }
 
 // A last life of the host, which brings back the block of the killed one.
@@ -76,100 +57,70 @@ bool RestoreLastBlock(const Container& container, const CrashPlan& plan) {
     Process host(container.Host({"--module", plan.module, "--log-mode", std::to_string(plan.logMode)}));
     host.Send("launch\nlog info the crash test ends\n");
     host.CloseInput();
-    if (host.Wait().exitStatus == 0) return true;
+    if (host.Wait().status == 0) return true;
     fprintf(stderr, "the last run failed; it said:\n%s", host.Error().c_str());
     return false;
 }
 
-struct Totals {
-    uint64_t acknowledged = 0, readBack = 0, restoredBlocks = 0, markers = 0;
-};
-
 // Whether the log has what it must have.
-bool Judge(const Container& container, const CrashPlan& plan, std::vector<CycleRecord> cycles, Totals& totals) {
-    CrashVerdict verdict(std::move(cycles), plan.linesPerSecond == 0);
+bool Judge(const Container& container, const CrashPlan& plan, std::vector<LastAcknowledged> cycles,
+           CrashTotals& totals) {
+    CrashVerdict verdict(std::move(cycles), plan.linesPerSecond == 0, totals);
     for (const std::string& line : container.ReadLog(plan.module))
         verdict.Take(line);
     verdict.Finish();
-    totals.acknowledged += verdict.Acknowledged();
-    totals.readBack += verdict.ReadBack();
-    totals.restoredBlocks += verdict.RestoredBlocks();
-    totals.markers += verdict.Markers();
     for (const std::string& problem : verdict.Problems())
         fprintf(stderr, "FAILED: %s\n", problem.c_str());
     return verdict.Problems().empty();
 }
-
-using Kills = std::map<KillAt, unsigned>;
 
 // The lives of a host that is killed, and what they left.
 class CrashTest {
 public:
     explicit CrashTest(const Arguments& arguments) : _arguments(arguments), _random(arguments.seed) {}
 
-    // Every life over the same container, which is read once the last block has been brought back.
-    bool RunOverOneContainer() {
-        auto container = std::make_unique<Container>();
-        CrashCycle cycle(*container, _arguments.plan, _random);
-        std::vector<CycleRecord> cycles;
-        bool isWhole = true;
-        for (unsigned i = 0; i < _arguments.cycles && isWhole; ++i)
-            isWhole = Live(cycle, cycles);
-        isWhole = isWhole && RestoreLastBlock(*container, _arguments.plan);
-        return Keep(Judge(*container, _arguments.plan, std::move(cycles), _totals) && isWhole, container);
-    }
-
-    // Every life in a container of its own, which is read at once.
-    bool RunInFreshContainers() {
-        for (unsigned i = 0; i < _arguments.cycles; ++i) {
+    // Every life over the same container, which is read once the last block has been brought back; or, fresh, each life
+    // in a container of its own, which is read at once. What a failure left on disk stays there.
+    bool Run() {
+        for (uint64_t round = 0; round < (_arguments.isFresh ? _arguments.cycles : 1); ++round) {
             auto container = std::make_unique<Container>();
             CrashCycle cycle(*container, _arguments.plan, _random);
-            std::vector<CycleRecord> cycles;
-            const bool isWhole = Live(cycle, cycles);
-            if (!Keep(Judge(*container, _arguments.plan, std::move(cycles), _totals) && isWhole, container))
-                return false;
+            std::vector<LastAcknowledged> cycles;
+            bool isWhole = true;
+            while (isWhole && cycles.size() < (_arguments.isFresh ? 1 : _arguments.cycles))
+                isWhole = Live(cycle, cycles);
+            isWhole = isWhole && (_arguments.isFresh || RestoreLastBlock(*container, _arguments.plan));
+            if (Judge(*container, _arguments.plan, std::move(cycles), _totals) && isWhole) continue;
+            fprintf(stderr, "what was left on disk is kept in %s\n", container.release()->Home().c_str());
+            return false;
         }
         return true;
     }
 
     void Print() const {
-        printf("mode %d, %u threads, seed %llu: kills", _arguments.plan.logMode, _arguments.plan.threads,
-               static_cast<unsigned long long>(_arguments.seed));
-        unsigned all = 0;
-        for (const auto& [moment, count] : _kills) {
-            printf(" %u at %s,", count, NameOf(moment));
-            all += count;
-        }
-        printf(
-            " %u in all\nacknowledged lines %llu, read back %llu, restored blocks %llu, overload markers %llu\n", all,
-            static_cast<unsigned long long>(_totals.acknowledged), static_cast<unsigned long long>(_totals.readBack),
-            static_cast<unsigned long long>(_totals.restoredBlocks), static_cast<unsigned long long>(_totals.markers));
+        std::string kills;
+        for (const auto& [moment, count] : _kills)
+            kills += " " + std::to_string(count) + " at " + kKillMoments[static_cast<int>(moment)] + ",";
+        printf("mode %" PRIu64 ", %" PRIu64 " threads, seed %" PRIu64 ": kills%s\nacknowledged lines %" PRIu64
+               ", read back %" PRIu64 ", restored blocks %" PRIu64 ", overload markers %" PRIu64 "\n",
+               _arguments.plan.logMode, _arguments.plan.threads, _arguments.seed, kills.c_str(), _totals.acknowledged,
+               _totals.readBack, _totals.restoredBlocks, _totals.markers);
     }
 
 private:
-    bool Live(CrashCycle& cycle, std::vector<CycleRecord>& cycles) {
-        constexpr uint64_t kSequencesOfCycle = 100000000;
-        CycleRecord record{1 + cycles.size() * kSequencesOfCycle, {}};
-        const KillAt moment = kKillMoments[_random() % std::size(kKillMoments)];
+    bool Live(CrashCycle& cycle, std::vector<LastAcknowledged>& cycles) {
+        const auto moment = static_cast<KillAt>(_random() % std::size(kKillMoments));
+        const uint64_t first = 1 + cycles.size() * kSequencesOfCycle;
         std::string problem;
-        if (cycle.Run(moment, record.firstSequence, record.acknowledged, problem)) ++_kills[moment];
-        cycles.push_back(std::move(record));
+        if (cycle.Run(moment, first, cycles.emplace_back(), problem)) ++_kills[moment];
         if (!problem.empty()) fprintf(stderr, "FAILED: %s\n", problem.c_str());
         return problem.empty();
     }
 
-    // What a failure left on disk stays there.
-    static bool Keep(bool isGood, std::unique_ptr<Container>& container) {
-        if (isGood) return true;
-        fprintf(stderr, "what was left on disk is kept in %s\n", container->Home().c_str());
-        (void)container.release();
-        return false;
-    }
-
     const Arguments& _arguments;
     std::mt19937_64 _random;
-    Kills _kills;
-    Totals _totals;
+    std::map<KillAt, unsigned> _kills;
+    CrashTotals _totals;
 };
 
 }  // namespace
@@ -178,7 +129,7 @@ int main(int count, char** words) {
     Arguments arguments;
     if (!Parse(count, words, arguments)) return 2;
     CrashTest test(arguments);
-    const bool isGood = arguments.isFresh ? test.RunInFreshContainers() : test.RunOverOneContainer();
+    const bool isGood = test.Run();
     test.Print();
     return isGood ? 0 : 1;
 }

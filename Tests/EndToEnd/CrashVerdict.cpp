@@ -1,10 +1,8 @@
 #include "CrashVerdict.h"
 
-#include <algorithm>
-#include <cstdlib>
-
 #include "Host/LoadLine.h"
 #include "Support/LoadCheck.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 namespace {
@@ -23,7 +21,7 @@ std::string Where(unsigned thread, uint64_t sequence) {
 
 void CrashVerdict::Take(const std::string& line) {
     if (TakeMarker(line)) return;
-    if (line == kBeginOfRestore) ++_restoredBlocks;
+    if (line == kBeginOfRestore) ++_totals.restoredBlocks;
     if (line == kBeginOfRestore || line == kEndOfRestore) return;
 
     const std::string text = TextOfLogLine(line);
@@ -41,7 +39,7 @@ bool CrashVerdict::TakeMarker(const std::string& line) {
     const std::string marker = kMarker;
     const bool isWhole = line.compare(0, marker.size(), marker) == 0;
     if (!isWhole && (!_mayOutrun || line.empty() || marker.compare(0, line.size(), line) != 0)) return false;
-    ++_markers;
+    ++_totals.markers;
     Overload& overload = _overload[_cycle];
     ++overload.markers;
     if (!isWhole || atoi(line.c_str() + marker.size()) > kBrim) overload.isFullToTheBrim = true;
@@ -58,17 +56,17 @@ bool CrashVerdict::ExcuseLoss(size_t cycle, uint64_t markersBefore, uint64_t cou
 // A thread's lines must come as one unbroken run for each cycle, which a missing, a doubled and a displaced line all
 // break.
 void CrashVerdict::TakeLoadLine(const std::string& text, unsigned thread, uint64_t sequence) {
-    ++_readBack;
+    ++_totals.readBack;
     if (text != OrvaneHost::LoadLine(thread, sequence)) Complain(Where(thread, sequence) + " is damaged: " + text);
 
-    const size_t cycle = CycleOf(sequence);
+    const size_t cycle = std::min<size_t>((sequence - 1) / kSequencesOfCycle, _cycles.size() - 1);
     _cycle = std::max(_cycle, cycle);
     size_t& cycleOfThread = _cycleOfThread[thread];
     if (cycle < cycleOfThread) Complain(Where(thread, sequence) + " comes after lines of a later run");
     cycleOfThread = cycle;
 
     const uint64_t markers = _overload[cycle].markers;
-    const auto [last, isFirst] = _last.try_emplace({cycle, thread}, Last{_cycles[cycle].firstSequence - 1, 0});
+    const auto [last, isFirst] = _last.try_emplace({cycle, thread}, Last{cycle * kSequencesOfCycle, 0});
     const uint64_t expected = last->second.sequence + 1;
     if (sequence != expected &&
         !(sequence > expected && ExcuseLoss(cycle, last->second.markersBefore, sequence - expected))) {
@@ -79,9 +77,10 @@ void CrashVerdict::TakeLoadLine(const std::string& text, unsigned thread, uint64
 
 void CrashVerdict::Finish() {
     for (size_t cycle = 0; cycle < _cycles.size(); ++cycle) {
-        for (const auto& [thread, acknowledged] : _cycles[cycle].acknowledged) {
+        for (const auto& [thread, acknowledged] : _cycles[cycle]) {
+            _totals.acknowledged += acknowledged - cycle * kSequencesOfCycle;
             const auto found = _last.find({cycle, thread});
-            const Last last = found == _last.end() ? Last{_cycles[cycle].firstSequence - 1, 0} : found->second;
+            const Last last = found == _last.end() ? Last{cycle * kSequencesOfCycle, 0} : found->second;
             if (last.sequence >= acknowledged) continue;
             if (ExcuseLoss(cycle, last.markersBefore, acknowledged - last.sequence)) continue;
             Complain(Where(thread, last.sequence + 1) + " to " + std::to_string(acknowledged) + " are lost (cycle " +
@@ -94,22 +93,6 @@ void CrashVerdict::Finish() {
         if (overload.lost > overload.markers && !overload.isFullToTheBrim) Complain("too few: " + counts);
         if (overload.markers > overload.lost + _cycleOfThread.size()) Complain("too many: " + counts);
     }
-}
-
-uint64_t CrashVerdict::Acknowledged() const {
-    uint64_t count = 0;
-    for (const CycleRecord& cycle : _cycles) {
-        for (const auto& [thread, last] : cycle.acknowledged)
-            count += last - cycle.firstSequence + 1;
-    }
-    return count;
-}
-
-size_t CrashVerdict::CycleOf(uint64_t sequence) const {
-    const auto after =
-        std::upper_bound(_cycles.begin(), _cycles.end(), sequence,
-                         [](uint64_t wanted, const CycleRecord& cycle) { return wanted < cycle.firstSequence; });
-    return after == _cycles.begin() ? 0 : static_cast<size_t>(after - _cycles.begin()) - 1;
 }
 
 void CrashVerdict::Complain(const std::string& problem) {

@@ -2,28 +2,26 @@
 #ifndef ORVANE_TESTS_END_TO_END_CRASH_VERDICT_H
 #define ORVANE_TESTS_END_TO_END_CRASH_VERDICT_H
 
-#include <cstdint>
-#include <map>
-#include <string>
-#include <vector>
-
 #include "CrashCycle.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 
-// The lines of one cycle: its threads count from `firstSequence` up to the next cycle's.
-struct CycleRecord {
-    uint64_t firstSequence;
-    LastAcknowledged acknowledged;
+// Each cycle's threads count from 1 on behind so many for each cycle before it.
+constexpr uint64_t kSequencesOfCycle = 100000000;
+
+struct CrashTotals {
+    uint64_t acknowledged = 0, readBack = 0, restoredBlocks = 0, markers = 0;
 };
 
 class CrashVerdict {
 public:
-    // The cycles in the order in which they ran. `mayOutrun`: the lines came as fast as they could, so a block may have
-    // filled faster than it was flushed. Then a marker stands for each line that was lost, and only there; a block that
-    // is full to the brim loses further ones in silence.
-    CrashVerdict(std::vector<CycleRecord> cycles, bool mayOutrun)
-        : _cycles(std::move(cycles)), _mayOutrun(mayOutrun), _overload(_cycles.size()) {}
+    // What was acknowledged in the cycles, in the order in which they ran; what is counted adds to the totals.
+    // `mayOutrun`: the lines came as fast as they could, so a block may have filled faster than it was flushed. Then a
+    // marker stands for each line that was lost, and only there; a block that is full to the brim loses further ones in
+    // silence.
+    CrashVerdict(std::vector<LastAcknowledged> cycles, bool mayOutrun, CrashTotals& totals)
+        : _cycles(std::move(cycles)), _mayOutrun(mayOutrun), _totals(totals), _overload(_cycles.size()) {}
 
     // Takes the next line of the log, in the order of the log.
     void Take(const std::string& line);
@@ -33,10 +31,6 @@ public:
     // Empty if every acknowledged line was there exactly once, byte for byte, in the order of its thread, and nothing
     // else was, but for what a full block may lose.
     const std::vector<std::string>& Problems() const { return _problems; }
-    uint64_t Acknowledged() const;
-    uint64_t ReadBack() const { return _readBack; }
-    uint64_t RestoredBlocks() const { return _restoredBlocks; }
-    uint64_t Markers() const { return _markers; }
 
 private:
     // What one cycle has seen of full blocks.
@@ -53,18 +47,15 @@ private:
     // Counts lines of a thread as lost to markers that came since its last one. False if there were none.
     bool ExcuseLoss(size_t cycle, uint64_t markersBefore, uint64_t count);
     void Complain(const std::string& problem);
-    size_t CycleOf(uint64_t sequence) const;
 
-    std::vector<CycleRecord> _cycles;
+    const std::vector<LastAcknowledged> _cycles;
     const bool _mayOutrun;
+    CrashTotals& _totals;
     std::vector<Overload> _overload;                    // of each cycle
     size_t _cycle = 0;                                  // that the log has come to
     std::map<std::pair<size_t, unsigned>, Last> _last;  // cycle and thread to the last line read
     std::map<unsigned, size_t> _cycleOfThread;          // the cycle that a thread's lines have come to
     std::vector<std::string> _problems;
-    uint64_t _readBack = 0;
-    uint64_t _restoredBlocks = 0;
-    uint64_t _markers = 0;
 };
 
 }  // namespace EndToEnd

@@ -1,5 +1,4 @@
 // What the end of a process leaves of its log, told step by step where the crash test draws at random.
-#include <signal.h>
 
 #include "Support/Container.h"
 #include "Support/LoadCheck.h"
@@ -11,7 +10,7 @@ namespace {
 
 // Logs a line through the file event, whose lines are acknowledged.
 void Log(const Container& container, Process& host, const std::string& line) {
-    WriteWholeFile(container.Outside() / "lines", line + "\n");
+    WriteFile(container.Outside() / "lines", line + "\n");
     const uint64_t before = CountLines(host.Acknowledged());
     host.Send("log-file lines\n");
     ASSERT_TRUE(host.WaitForAcknowledged([=](const std::string& all) { return CountLines(all) > before; }))
@@ -30,11 +29,9 @@ TEST(LogSurvivalTest, LosesWhatWaitsInTheBackgroundAndNothingElse) {
         host.Signal(SIGKILL);
         ASSERT_EQ(host.Wait().signal, SIGKILL);
     }
-    std::string texts;
-    for (const std::string& line : container.ReadLog("Game"))
-        texts += TextOfLogLine(line) + "|";
-    EXPECT_THAT(texts, testing::MatchesRegex(".*in front\\|.*next\\|.*last\\|.*"));
-    EXPECT_THAT(texts, testing::Not(testing::HasSubstr("held back")));
+    const std::string texts = container.ReadTexts("Game");
+    EXPECT_THAT(texts, ContainsRegex("in front\n(.*\n)*next\n(.*\n)*last\n"));
+    EXPECT_THAT(texts, Not(HasSubstr("held back")));
 }
 
 }  // namespace

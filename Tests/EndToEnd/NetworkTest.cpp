@@ -4,7 +4,6 @@
 #include "Support/NetworkNamespace.h"
 #include "Support/Process.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 
 namespace EndToEnd {
 namespace {
@@ -12,7 +11,7 @@ namespace {
 using namespace OrvaneTest;
 
 TEST(NetworkTest, AGameHearsOfItsNetwork) {
-    if (!OrvaneTest::EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
+    if (!EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
     const Container container;
     Process host(container.Host({}));
     host.Send("launch\nnetwork\n");
@@ -28,13 +27,13 @@ TEST(NetworkTest, AGameHearsOfItsNetwork) {
     host.Send("background\nforeground\ndestroy\nmodem NR 460 01\nnetwork\n");
     ASSERT_TRUE(host.WaitForError("network 1, detail 8, carrier 3 '46001'")) << host.Error();
     ASSERT_TRUE(RunIp("link delete wwan0\nlink delete wlan0\n"));
-    EXPECT_TRUE(OrvaneTest::WaitFor([&] {
+    EXPECT_TRUE(WaitFor([&] {
         const std::string said = host.Error();
         return said.rfind("network changed to 0") > said.find("network changed to 1");
     })) << "the network was made anew, and its observer hears: "
         << host.Error();
     host.Send("release\nnetwork\nquit\n");
-    EXPECT_EQ(host.Wait().exitStatus, 1) << "for the modem without a carrier: " << host.Error();
+    EXPECT_EQ(host.Wait().status, 1) << "for the modem without a carrier: " << host.Error();
     EXPECT_TRUE(host.Error().find("network changed to 0") < host.Error().find("network changed to 1"));
 }
 

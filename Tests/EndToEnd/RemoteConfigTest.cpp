@@ -3,7 +3,6 @@
 #include "Support/Container.h"
 #include "Support/Process.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 
 namespace EndToEnd {
 namespace {
@@ -24,18 +23,13 @@ protected:
                                 "--plugins", ORVANE_PLUGIN_FOLDER});
     }
     std::vector<std::string> Requests() const {
-        std::vector<std::string> requests;
-        for (const std::string& line : SplitLines(ReadWholeFile(_folder + "/journal.jsonl")))
-            if (line.find("\"kind\":\"config\"") != std::string::npos) requests.push_back(line);
-        return requests;
+        return OrvaneTest::LinesWith("\"kind\":\"config\"", ReadFile(_folder + "/journal.jsonl"));
     }
     // How many fetches the data plugin was told of.
     size_t Reports() const {
-        const std::vector<std::string> events = SplitLines(ReadWholeFile(_container.EventsFile()));
-        return static_cast<size_t>(std::count_if(events.begin(), events.end(), [](const std::string& event) {
-            return event.find("PullConfigResult") != std::string::npos;
-        }));
+        return OrvaneTest::LinesWith("PullConfigResult", ReadFile(_container.EventsFile())).size();
     }
+
     Container _container;
     const std::string _folder = _container.Outside() / "served";
     std::unique_ptr<Process> _server;
@@ -44,7 +38,7 @@ protected:
 
 TEST_F(RemoteConfigTest, AnAnswerHoldsForTheNextLaunchUntilItIsCleared) {
     StartServer();
-    WriteWholeFile(_folder + "/modules/Demo.json", R"({"LogMode":0})");
+    WriteFile(_folder + "/modules/Demo.json", R"({"LogMode":0})");
     // Each launch asks by itself, once it has read what the last run left.
     const struct {
         const char* event;   // behind the answer
@@ -58,37 +52,37 @@ TEST_F(RemoteConfigTest, AnAnswerHoldsForTheNextLaunchUntilItIsCleared) {
         EXPECT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= runs; })) << host.Error();
         host.Send(std::string(run.event) + "\n");
         host.CloseInput();
-        EXPECT_EQ(host.Wait().exitStatus, 0);
+        EXPECT_EQ(host.Wait().status, 0);
         EXPECT_THAT(host.Error(), HasSubstr(std::string("log init module Demo, ") + run.isRead));
     }
     ASSERT_EQ(Requests().size(), 3u);
     for (const std::string& request : Requests())
-        EXPECT_THAT(request, testing::AllOf(HasSubstr("\"problems\":[]"), HasSubstr("will replace the file")));
+        EXPECT_THAT(request, AllOf(HasSubstr("\"problems\":[]"), HasSubstr("will replace the file")));
 }
 
 // For the library the id ends at its NUL.
 TEST_F(RemoteConfigTest, AnOrderIsCarriedOutOnce) {
     namespace fs = std::filesystem;
     StartServer();
-    WriteWholeFile(_container.Home() / "Documents/last.rep", "a replay");
+    WriteFile(_container.Home() / "Documents/last.rep", "a replay");
     Command command = Host();
     command.words.insert(command.words.end(), {"--module", "Other", "--log-mode", "0"});
     Process host(command);
     std::string text;  // so long that its beginning goes from the block to the file
     for (int i = 0; i < 5000; ++i)
         text += "a line that is asked for, " + std::to_string(i) + "\n";
-    WriteWholeFile(_container.Outside() / "text", text);
+    WriteFile(_container.Outside() / "text", text);
     host.Send("launch\nlog-file " + (_container.Outside() / "text").string() + "\n");
     const auto isLogged = [](const fs::path& folder) {
         std::error_code error;
         for (const auto& file : fs::directory_iterator(folder, error))
-            if (ReadWholeFile(file).find("a line that is asked for, 9\n") != std::string::npos) return true;
+            if (ReadFile(file.path()).find("a line that is asked for, 9\n") != std::string::npos) return true;
         return false;
     };
     ASSERT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= 1 && isLogged(_container.LogFolder("Other")); }));
-    WriteWholeFile(_folder + "/modules/Upload.json",
-                   R"({"upload_id":"night\u0000/../7","file_path":"/Library/Caches/OrvaneSDKLog/Other|/Documents",)"
-                   R"("file_pattern":"log$|rep$","part_size":4000})");
+    WriteFile(_folder + "/modules/Upload.json",
+              R"({"upload_id":"night\u0000/../7","file_path":"/Library/Caches/OrvaneSDKLog/Other|/Documents",)"
+              R"("file_pattern":"log$|rep$","part_size":4000})");
     host.Send("fetch\n");
     const auto folder = [&] {
         std::error_code error;
@@ -98,15 +92,15 @@ TEST_F(RemoteConfigTest, AnOrderIsCarriedOutOnce) {
     };
     ASSERT_TRUE(OrvaneTest::WaitFor([&] { return fs::exists(folder() / "upload.zip"); })) << _server->Error();
     EXPECT_TRUE(OrvaneTest::WaitFor([&] { return !fs::exists(_container.Caches() / "night.zip"); }));
-    EXPECT_EQ(ReadWholeFile(folder() / "files/last.rep"), "a replay");
+    EXPECT_EQ(ReadFile(folder() / "files/last.rep"), "a replay");
     EXPECT_TRUE(isLogged(folder() / "files"));
 
     host.Send("fetch\n");
     EXPECT_TRUE(OrvaneTest::WaitFor([&] { return Reports() >= 3; }));
     EXPECT_THAT(Requests().back(), HasSubstr("\"carried_out\""));
     host.CloseInput();
-    EXPECT_EQ(host.Wait().exitStatus, 0);
-    const std::string journal = ReadWholeFile(_folder + "/journal.jsonl");
+    EXPECT_EQ(host.Wait().status, 0);
+    const std::string journal = ReadFile(_folder + "/journal.jsonl");
     const size_t announced = journal.find("/upload/prepareFile");
     EXPECT_NE(announced, std::string::npos);
     EXPECT_EQ(journal.find("/upload/prepareFile", announced + 1), std::string::npos) << "it is announced again";

@@ -8,13 +8,11 @@ namespace EndToEnd {
 namespace {
 
 // The stages that the host's observer heard.
-std::vector<std::string> StagesIn(const std::string& said) {
+std::string StagesIn(const std::string& said) {
     const std::string mark = "HostStages ";
-    std::vector<std::string> stages;
-    for (const std::string& line : SplitLines(said)) {
-        const size_t at = line.find(mark);
-        if (at != std::string::npos) stages.push_back(line.substr(at + mark.size()));
-    }
+    std::string stages;
+    for (const std::string& line : OrvaneTest::LinesWith(mark, said))
+        stages += line.substr(line.find(mark) + mark.size()) + " ";
     return stages;
 }
 
@@ -23,10 +21,10 @@ protected:
     bool IsPool() const { return GetParam() == std::string("2"); }
     Command Host(std::vector<std::string> arguments = {}) const {
         const std::string manifest = _container.Outside() / "Info.plist";
-        WriteWholeFile(manifest, std::string("<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key>"
-                                             "<string>1007</string></dict><key>OrvaneCore</key><dict>"
-                                             "<key>OperationMode</key><integer>") +
-                                     GetParam() + "</integer></dict></dict></plist>");
+        WriteFile(manifest, std::string("<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key>"
+                                        "<string>1007</string></dict><key>OrvaneCore</key><dict>"
+                                        "<key>OperationMode</key><integer>") +
+                                GetParam() + "</integer></dict></dict></plist>");
         arguments.insert(arguments.end(), {"--info-plist", manifest});
         return _container.Host(arguments);
     }
@@ -35,7 +33,7 @@ protected:
         int count = 0;
         const std::filesystem::path tasks = "/proc/" + std::to_string(process.Id()) + "/task";
         for (const auto& task : std::filesystem::directory_iterator(tasks))
-            count += ReadWholeFile(task.path() / "comm").starts_with(name);
+            count += ReadFile(task.path() / "comm").starts_with(name);
         return count;
     }
     int CountQueueThreads(const Process& process) const {
@@ -61,13 +59,9 @@ TEST_P(TakeDownTest, LoadsAndLaunchesAgain) {
         }
     }
     host.CloseInput();
-    EXPECT_EQ(host.Wait().exitStatus, 0) << host.Error();
-    std::vector<std::string> texts;
-    EXPECT_THAT(StagesIn(host.Error()),
-                ElementsAre("OnResume", "OnCreate", "OnResume", "OnCreate", "OnResume", "OnCreate"));
-    for (const std::string& line : _container.ReadLog("Game"))
-        texts.push_back(TextOfLogLine(line));
-    EXPECT_THAT(texts, ElementsAre("round 21", "round 22", "round 23"));
+    EXPECT_EQ(host.Wait().status, 0) << host.Error();
+    EXPECT_EQ(StagesIn(host.Error()), "OnResume OnCreate OnResume OnCreate OnResume OnCreate ");
+    EXPECT_EQ(_container.ReadTexts("Game"), "round 21\nround 22\nround 23\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, TakeDownTest, testing::Values("1", "2"),

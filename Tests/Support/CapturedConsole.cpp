@@ -1,34 +1,11 @@
 #include "Support/CapturedConsole.h"
 
-#include <unistd.h>
-
 #include <cstdarg>
-#include <cstdio>
-#include <mutex>
-#include <utility>
 
 #include "Base/ConsoleSink.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
-namespace {
-
-// "[time] | Level | [module] |thread| file:line|function| text" becomes "Level text".
-std::string Shorten(const std::string& line) {
-    constexpr size_t kBarsBeforeText = 6;
-    const size_t level = line.find("] | ");
-    if (line.empty() || line[0] != '[' || level == std::string::npos) return line;
-    size_t bar = std::string::npos;
-    for (size_t bars = 0; bars < kBarsBeforeText; ++bars) {
-        bar = line.find('|', bar + 1);
-        if (bar == std::string::npos) return line;
-    }
-    const size_t word = level + 4;
-    return line.substr(word, line.find(' ', word) - word) + line.substr(bar + 1);
-}
-
-}  // namespace
-
 class CapturedConsole::Sink final : public Quern::ConsoleSink {
 public:
     struct Line {
@@ -65,14 +42,14 @@ CapturedConsole::~CapturedConsole() {
 std::vector<std::string> CapturedConsole::Take() {
     std::vector<std::string> lines;
     for (const Sink::Line& line : _sink->Take())
-        lines.push_back(Shorten(line.text));
+        lines.push_back(ShortLogLine(line.text));
     return lines;
 }
 
 std::vector<std::string> CapturedConsole::Messages(pid_t thread) const {
     std::vector<std::string> messages;
     for (const Sink::Line& line : _sink->Lines()) {
-        const std::string text = Shorten(line.text);
+        const std::string text = ShortLogLine(line.text);
         if (thread == 0 || line.thread == thread) messages.push_back(text.substr(text.find(' ') + 1));
     }
     return messages;
@@ -87,7 +64,7 @@ int CapturedConsole::Count(std::string_view text) const {
 
 bool CapturedConsole::Has(const std::string& level, const std::string& text) const {
     for (const Sink::Line& line : _sink->Lines())
-        if (Shorten(line.text) == level + " " + text) return true;
+        if (ShortLogLine(line.text) == level + " " + text) return true;
     return false;
 }
 

@@ -2,17 +2,12 @@
 #ifndef ORVANE_TESTS_SUPPORT_CONFIG_SERVER_H
 #define ORVANE_TESTS_SUPPORT_CONFIG_SERVER_H
 
-#include <gtest/gtest.h>
 #include <json/json.h>
-
-#include <fstream>
-#include <sstream>
-#include <string>
 
 #include "DevServer/DevServer.h"
 #include "DevServer/JsonText.h"
 #include "Support/HttpServer.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 

@@ -4,19 +4,10 @@
 
 #include <arpa/inet.h>
 #include <sys/eventfd.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <atomic>
-#include <cerrno>
 #include <deque>
-#include <functional>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <utility>
-#include <vector>
 
+#include "Support/Test.h"
 #include "System/NetworkChecker/IcmpSocket.h"
 #include "System/NetworkChecker/NameResolver.h"
 

@@ -2,14 +2,8 @@
 #ifndef ORVANE_TESTS_SUPPORT_FAKE_KEYCHAIN_H
 #define ORVANE_TESTS_SUPPORT_FAKE_KEYCHAIN_H
 
-#include <map>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "Storage/Bundle/Keychain.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 

@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "Orvane/IEvent.h"
-#include "Orvane/PluginBase.h"
 #include "Orvane/RavelAccount.h"
 #include "PluginManager/InnerPlugin/OrvaneCoreInnerPlugin.h"
 #include "PluginManager/PluginManager.h"
+#include "Support/IdlePlugin.h"
 
 namespace OrvaneTest {
 
@@ -26,21 +26,6 @@ inline Orvane::Plugin::OrvaneCoreInnerPlugin* InstallCorePlugin() {
 }
 
 using Journal = std::vector<std::string>;
-
-// Does nothing. Its texts may be null, and are read anew at each question.
-struct IdlePlugin : Orvane::Plugin::PluginBase {
-    IdlePlugin(const char* ofName, const char* ofVersion) : name(ofName), version(ofVersion) {}
-    const char* GetName() const override { return name; }
-    const char* GetVersion() const override { return version; }
-    void OnStartup(Orvane::Plugin::IServiceRegister*) override {}
-    void OnPostStartup() override {}
-    void OnPreShutdown() override {}
-    void OnShutdown() override {}
-    Orvane::Plugin::IPluginService* GetServiceByName(const char*) override { return nullptr; }
-
-    const char* name;
-    const char* version;
-};
 
 // Installs itself for its lifetime. Stages are written down as "<name> <stage>"; a test may hang an action on one.
 class FakePlugin : public IdlePlugin {

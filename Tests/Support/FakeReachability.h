@@ -2,12 +2,7 @@
 #ifndef ORVANE_TESTS_SUPPORT_FAKE_REACHABILITY_H
 #define ORVANE_TESTS_SUPPORT_FAKE_REACHABILITY_H
 
-#include <atomic>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <vector>
-
+#include "Support/Test.h"
 #include "System/Network/ReachabilitySource.h"
 #include "System/Network/WifiSource.h"
 

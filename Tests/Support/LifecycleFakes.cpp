@@ -1,11 +1,7 @@
 #include "Support/LifecycleFakes.h"
 
-#include <algorithm>
-#include <map>
-#include <utility>
-
 #include "Orvane/AppLifecycle.h"
-#include "Support/CapturedConsole.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 namespace {

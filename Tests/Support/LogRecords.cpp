@@ -1,12 +1,10 @@
 #include "Support/LogRecords.h"
 
-#include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <algorithm>
-#include <cstring>
-
+#include "Serializer/Codec/Hex.h"
 #include "Storage/Log/LogTea.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 namespace {
@@ -65,14 +63,28 @@ const std::string& TestPublicKeyDigits() {
         Quern::CurvePublicKey point;
         EXPECT_TRUE(Quern::CurvePublicFromPrivate(TestPrivateKey(), point));
         std::string text;
-        for (const uint8_t byte : point) {
-            char pair[3];
-            snprintf(pair, sizeof pair, "%02X", byte);
-            text += pair;
-        }
+        for (const uint8_t byte : point)
+            text += Format("%02X", byte);
         return text;
     }();
     return digits;
+}
+
+Quern::CurvePrivateKey DevelopmentKey() {
+    Quern::CurvePrivateKey key{};
+    const std::string digits = ReadFile(ORVANE_SOURCE_DIR "/Examples/Keys/development-log.key");
+    EXPECT_TRUE(Quern::HexToBuffer(digits.c_str(), key.data(), key.size()));
+    return key;
+}
+
+std::string TextOf(const Quern::AutoBuffer& buffer) {
+    return std::string(reinterpret_cast<const char*>(buffer.Ptr()), buffer.Length());
+}
+
+std::string Flush(Quern::LogBuffer& buffer) {
+    Quern::AutoBuffer out;
+    buffer.Flush(out);
+    return TextOf(out);
 }
 
 std::vector<DecodedRecord> DecodeRecords(const std::string& bytes, const Quern::CurvePrivateKey& privateKey) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Serializer/Codec/EllipticCurve.h"
+#include "Storage/Log/LogBuffer.h"
 
 namespace OrvaneTest {
 
@@ -24,11 +25,19 @@ struct DecodedRecord {
 const Quern::CurvePrivateKey& TestPrivateKey();
 const std::string& TestPublicKeyDigits();
 
+// The one whose public half the product has.
+Quern::CurvePrivateKey DevelopmentKey();
+
+std::string TextOf(const Quern::AutoBuffer& buffer);
+// Empties it; what comes out.
+std::string Flush(Quern::LogBuffer& buffer);
+
 // Every record of `bytes`, which holds nothing else. Fails the running test otherwise.
 std::vector<DecodedRecord> DecodeRecords(const std::string& bytes,
                                          const Quern::CurvePrivateKey& privateKey = TestPrivateKey());
 // The texts of all records, one behind the other.
 std::string DecodeText(const std::string& bytes, const Quern::CurvePrivateKey& privateKey = TestPrivateKey());
+
 }  // namespace OrvaneTest
 
 #endif

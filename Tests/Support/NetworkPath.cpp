@@ -1,7 +1,7 @@
 #include "Support/NetworkPath.h"
+#include "Support/Test.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <linux/if_tun.h>
 #include <net/if.h>
 #include <poll.h>
@@ -9,11 +9,7 @@
 #include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <cstring>
-#include <fstream>
 #include <stdexcept>
 
 namespace OrvaneTest {
@@ -36,18 +32,12 @@ std::string PathOf(int descriptor) {
     return "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(descriptor);
 }
 
-// Both families at both ends, usable at once.
-std::string AddressCommand(const std::string& link, int network, int host) {
-    const std::string n = std::to_string(network), h = std::to_string(host);
-    return "ip address add 10.9." + n + "." + h + "/24 dev " + link + " && ip address add fd09:" + n + "::" + h +
-           "/64 dev " + link + " nodad && ip link set " + link + " up; ";
-}
-
-std::string RouteCommand(int network, int viaNetwork, int viaHost) {
-    const std::string n = std::to_string(network), via = std::to_string(viaNetwork), h = std::to_string(viaHost);
-    return "ip route add 10.9." + n + ".0/24 via 10.9." + via + "." + h + " && ip route add fd09:" + n +
-           "::/64 via fd09:" + via + "::" + h + "; ";
-}
+// For commands: an address on a link (link, network, host), and a way to a network (network, and whose). Both families
+// at both ends, usable at once.
+const std::string kFunctions = R"(set -e
+at() { ip address add 10.9.$2.$3/24 dev $1; ip address add fd09:$2::$3/64 dev $1 nodad; ip link set $1 up; }
+via() { ip route add 10.9.$1.0/24 via 10.9.$2.$3; ip route add fd09:$1::/64 via fd09:$2::$3; }
+)";
 
 }  // namespace
 
@@ -73,13 +63,13 @@ NetworkPath::NetworkPath() {
         Run(place, "ip link set relay txqueuelen 5000");
     Run(kHere, "ip link add far type veth peer name near netns " + PathOf(_namespaces[kRouter1]));
     Run(kRouter1, "ip link add far type veth peer name near netns " + PathOf(_namespaces[kRouter2]));
-    const std::string router =
-        "set -e; cd /proc/sys/net; echo 1 > ipv4/ip_forward; echo 1 > ipv6/conf/all/forwarding; "
-        "echo 0 > ipv4/icmp_ratelimit; echo 0 > ipv6/icmp/ratelimit; ";
-    Run(kRouter1, router + AddressCommand("near", 1, 1) + AddressCommand("far", 2, 1) + RouteCommand(3, 2, 2));
-    Run(kRouter2, router + AddressCommand("near", 2, 2) + AddressCommand("relay", 3, 1) + RouteCommand(1, 2, 1));
-    Run(kTarget, "set -e; " + AddressCommand("relay", 3, 2) + RouteCommand(1, 3, 1) + RouteCommand(2, 3, 1));
-    Run(kHere, "set -e; " + AddressCommand("far", 1, 2) + RouteCommand(2, 1, 1) + RouteCommand(3, 1, 1));
+    const std::string router = kFunctions +
+                               "cd /proc/sys/net; echo 1 > ipv4/ip_forward; echo 1 > ipv6/conf/all/forwarding; "
+                               "echo 0 > ipv4/icmp_ratelimit; echo 0 > ipv6/icmp/ratelimit; ";
+    Run(kRouter1, router + "at near 1 1; at far 2 1; via 3 2 2");
+    Run(kRouter2, router + "at near 2 2; at relay 3 1; via 1 2 1");
+    Run(kTarget, kFunctions + "at relay 3 2; via 1 3 1; via 2 3 1");
+    Run(kHere, kFunctions + "at far 1 2; via 2 1 1; via 3 1 1");
     _relay = std::thread([this] { Relay(); });
     // A link takes a moment to find its neighbours.
     Run(kHere, "ping -4 -c 1 -w 10 10.9.3.2 && ping -6 -c 1 -w 10 fd09:3::2");
@@ -117,18 +107,11 @@ void NetworkPath::AllowPingSockets(bool allow) const {
 void MuteNameServer() {
     Require(system("ip link set lo up") == 0, "ip");
     const int server = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(53);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const sockaddr_in address{AF_INET, htons(53), {htonl(INADDR_LOOPBACK)}, {}};
     Require(bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0, "bind");
-    char path[] = "/tmp/orvane-resolv-XXXXXX";
-    const int file = mkstemp(path);
-    const std::string text = "nameserver 127.0.0.1\n";
-    Require(write(file, text.data(), text.size()) > 0, "write");
-    close(file);
-    Require(mount(path, "/etc/resolv.conf", nullptr, MS_BIND, nullptr) == 0, "mount");
-    unlink(path);
+    const std::string file = CacheFolder() + "/resolv.conf";
+    WriteFile(file, "nameserver 127.0.0.1\n");
+    Require(mount(file.c_str(), "/etc/resolv.conf", nullptr, MS_BIND, nullptr) == 0, "mount");
 }
 
 int NetworkPath::OpenTun(Place place, const char* name) const {

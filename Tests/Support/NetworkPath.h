@@ -8,12 +8,7 @@
 #ifndef ORVANE_TESTS_SUPPORT_NETWORK_PATH_H
 #define ORVANE_TESTS_SUPPORT_NETWORK_PATH_H
 
-#include <atomic>
-#include <chrono>
-#include <map>
-#include <string>
-#include <thread>
-#include <vector>
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 

@@ -4,13 +4,8 @@
 
 #include <json/json.h>
 
-#include <functional>
-#include <map>
-#include <mutex>
-#include <string>
-#include <vector>
-
 #include "Support/HttpServer.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 

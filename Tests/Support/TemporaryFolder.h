@@ -5,10 +5,9 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
-#include <string>
+
+#include "Support/Files.h"
 
 namespace OrvaneTest {
 
@@ -30,10 +29,8 @@ public:
 
     // Writes a file, and the folders that lead to it. Gives its path.
     std::string Write(const std::string& name, const std::string& content, bool append = false) const {
-        const std::filesystem::path path = _path + "/" + name;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary | (append ? std::ios::app : std::ios::trunc)) << content;
-        return path.string();
+        WriteFile(*this / name, content, append);
+        return *this / name;
     }
 
 private:

@@ -34,10 +34,12 @@
 #include <utility>
 #include <vector>
 
-#include "CapturedConsole.h"
-#include "TemporaryFolder.h"
-#include "TestContainer.h"
-#include "WaitFor.h"
+#include "Support/CapturedConsole.h"
+#include "Support/Fork.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TestContainer.h"
+#include "Support/Threads.h"
+#include "Support/WaitFor.h"
 
 using testing::AllOf;
 using testing::Contains;
@@ -51,5 +53,12 @@ using testing::IsSupersetOf;
 using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
+
+// Whose own memory and time are counted with the program's, and under which a process takes its time to start.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool kIsSanitized = true;
+#else
+inline constexpr bool kIsSanitized = false;
+#endif
 
 #endif

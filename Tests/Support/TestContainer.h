@@ -3,7 +3,8 @@
 #define ORVANE_TESTS_SUPPORT_TEST_CONTAINER_H
 
 #include <string>
-#include <vector>
+
+#include "Support/Files.h"
 
 namespace OrvaneTest {
 
@@ -11,11 +12,6 @@ namespace OrvaneTest {
 const std::string& CacheFolder();
 // "<cache>/OrvaneSDKLog/<module>".
 std::string LogFolder(const std::string& module);
-
-std::string ReadFile(const std::string& path);
-void WriteFile(const std::string& path, const std::string& content);
-// The names in a folder, sorted; none if it does not exist.
-std::vector<std::string> FilesIn(const std::string& folder);
 // Every file of the module's log folder, one behind the other in order of their names.
 std::string ReadLogFiles(const std::string& module);
 

@@ -1,19 +1,10 @@
 // Loads the product and a sibling that share no symbol and no header, and drives them as an application does.
-#include <dlfcn.h>
-
-#include "Contract.h"
-#include "Orvane/RunTime.h"
 #include "Product.h"
 #include "Support/Test.h"
 
 namespace {
 
-using Contract::Container;
-using Contract::FindHost;
-using Contract::Load;
-using Contract::Perform;
-using Contract::Symbol;
-using testing::ContainsRegex;
+using namespace Contract;
 
 std::string g_heard;
 
@@ -31,15 +22,8 @@ TEST(BinaryContract, ASiblingInAProcessWithoutTheHostFindsNothing) {
     EXPECT_NE(Symbol<void* (*)()>(sibling, "sibling_find_host")(), nullptr);
 }
 
-TEST(BinaryContract, TheLibraryLoadsInOrder) {
-    testing::internal::CaptureStderr();
+TEST(BinaryContract, TheLibraryLoadsForItselfAloneAndForGood) {
     void* core = Load(CORE_LIBRARY);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                ContainsRegex("OrvHook No Derived UIApplicationDelegate found\n"
-                              ".*PluginManager::PluginManager\\(\\):0x.*\n"
-                              ".*version 1\\.5\\.11\\.2664,hash [0-9a-f]*,version_tag .*\n"
-                              ".*CAppLifecycleLaunch::CAppLifecycleLaunch\n"
-                              ".*OrvaneCore addObserver pointer:0x.*, observer:0x.*\n$"));
     EXPECT_EQ(dlsym(RTLD_DEFAULT, "orvanecore_getInstance"), nullptr) << "loaded for itself alone";
     dlclose(core);
     EXPECT_NE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "never unmapped under its threads";
@@ -47,9 +31,9 @@ TEST(BinaryContract, TheLibraryLoadsInOrder) {
 
 TEST(BinaryContract, TheFacadeIsCalledByItsSlots) {
     void* core = Load(CORE_LIBRARY);
-    const auto getInstance = Symbol<Contract::Facade* (*)()>(core, "orvanecore_getInstance");
+    const auto getInstance = Symbol<Facade* (*)()>(core, "orvanecore_getInstance");
     ASSERT_NE(getInstance, nullptr);
-    Contract::Facade* facade = getInstance();
+    Facade* facade = getInstance();
     testing::internal::CaptureStderr();
     EXPECT_EQ(facade->Start(), 0);
     facade->Threshold(3);
@@ -60,7 +44,7 @@ TEST(BinaryContract, TheFacadeIsCalledByItsSlots) {
     EXPECT_EQ(getInstance(), facade);
 }
 
-struct HeardStages final : Contract::Stages {
+struct HeardStages final : Stages {
     void Create() override { g_heard += "create "; }
     void Start() override { g_heard += "start "; }
     void Pause() override { g_heard += "pause "; }
@@ -73,7 +57,7 @@ TEST(BinaryContract, NativeObserversAreCalledByTheirSlots) {
     Load(CORE_LIBRARY);
     const orvane_class* application = orvane_class_lookup("CApplication");
     HeardStages stages;
-    void* arguments[] = {static_cast<Contract::Stages*>(&stages)};
+    void* arguments[] = {static_cast<Stages*>(&stages)};
     orvane_class_perform(application, "addObserver:", arguments);
     for (const char* stage : {"OnCreate", "OnStart", "OnPause", "OnResume", "OnStop", "OnDestroy"})
         orvane_class_perform(application, stage, nullptr);
@@ -89,14 +73,13 @@ struct HeardHalf final : Quern::CPlatformObject {
     }
 };
 
-struct HeardHalfMaker final : Contract::HalfMaker {
+struct HeardHalfMaker final : HalfMaker {
     Quern::IPlatformObject* Make() override { return new HeardHalf; }
 };
 
 TEST(BinaryContract, NativeHalvesAreMadeKeptAndDeletedByTheirSlots) {
     void* core = Load(CORE_LIBRARY);
-    auto* bridge = static_cast<Contract::Bridge*>(
-        orvane_class_perform(orvane_class_lookup("OrvanePlatformBridge"), "getNativeBridge", nullptr));
+    auto* bridge = Get<Bridge>("OrvanePlatformBridge", "getNativeBridge");
     const auto create = Symbol<bool (*)(const char*, unsigned long long)>(core, "CreatePlatformObject");
     ASSERT_TRUE(bridge && create);
     static HeardHalfMaker maker;
@@ -115,24 +98,24 @@ TEST(BinaryContract, NativeHalvesAreMadeKeptAndDeletedByTheirSlots) {
 }
 
 // A module that stands where the core plugin stood and switches every setting on.
-struct AllOn final : Contract::ModuleBase, Contract::SettingsService, Contract::Settings {
+struct AllOn final : ModuleBase, SettingsService, Settings {
     const char* Name() const override { return "OrvaneCore"; }
     const char* PluginName() const override { return "OrvaneCore"; }
     const char* Version() const override { return "1"; }
-    void First(Contract::Registrar*) override { g_heard += "first "; }
+    void First(Registrar*) override { g_heard += "first "; }
     void Second() override { g_heard += "second "; }
     void Third() override { g_heard += "third "; }
     void Fourth() override { g_heard += "fourth "; }
-    Contract::ServiceRoot* Service(const char* name) override {
+    ServiceRoot* Service(const char* name) override {
         return strcmp(name, "REMOTECONFIG") == 0 ? this : core->Service(name);
     }
-    Contract::Settings* Of(Contract::ModuleBase*) override { return this; }
+    Settings* Of(ModuleBase*) override { return this; }
     int Int(const char*, int otherwise) override { return otherwise; }
     long long Long(const char*, long long otherwise) override { return otherwise; }
     double Double(const char*, double otherwise) override { return otherwise; }
     bool Bool(const char*, bool) override { return true; }
 
-    Contract::Module* core = nullptr;
+    Module* core = nullptr;
 };
 
 AllOn g_allOn;
@@ -152,8 +135,7 @@ TEST(BinaryContract, TheHostIsDrivenAndTheDataPluginAskedByTheirSlots) {
     orvane_class_add_protocol(observerClass, "OrvaneAppLifecycleObserver");
     orvane_class_add_method(observerClass, kLaunch, EnterAllOn);
     orvane_object observer = {observerClass, nullptr};
-    auto* lifecycle = static_cast<orvane_object*>(
-        orvane_class_perform(orvane_class_lookup("OrvaneAppLifecycle"), "sharedInstance", nullptr));
+    auto* lifecycle = Get<orvane_object>("OrvaneAppLifecycle", "sharedInstance");
     Perform(lifecycle, "addObserver:", &observer);
     Perform(lifecycle, kLaunch);
     EXPECT_EQ(g_heard, "first second ");
@@ -161,7 +143,7 @@ TEST(BinaryContract, TheHostIsDrivenAndTheDataPluginAskedByTheirSlots) {
     EXPECT_TRUE(Symbol<bool (*)(char*, int)>(core, "Quern_system_GetUUID")(device, sizeof device));
     EXPECT_STREQ(device, "the UUID");
 
-    Contract::Host* host = FindHost();
+    Host* host = FindHost();
     g_heard.clear();
     host->WalkThird();
     host->WalkFourth();
@@ -189,14 +171,11 @@ TEST(BinaryContract, ASiblingLivesThroughTheWholeLifecycle) {
     const auto journal = Symbol<const char* (*)()>(sibling, "sibling_journal");
     EXPECT_STREQ(journal(), "entered Sibling\nentered PELL\nentered RAVEL\n");
 
-    void* const arguments[] = {nullptr, nullptr};
-    EXPECT_EQ(orvane_object_perform(&delegate, "application:didFinishLaunchingWithOptions:", arguments),
-              reinterpret_cast<void*>(1));
+    EXPECT_EQ(Perform(&delegate, "application:didFinishLaunchingWithOptions:"), reinterpret_cast<void*>(1));
     EXPECT_EQ(g_heard, "delegate launched\n");
-    auto* host = static_cast<orvane_object*>(
-        orvane_class_perform(orvane_class_lookup("PluginUtils"), "sharedInstance", nullptr));
-    orvane_object_perform(host, "nativePreShutdown", nullptr);
-    orvane_object_perform(host, "nativeShutdown", nullptr);
+    auto* host = Get<orvane_object>("PluginUtils", "sharedInstance");
+    Perform(host, "nativePreShutdown");
+    Perform(host, "nativeShutdown");
 
     const std::string openId(128, 'o');
     const std::string account = " number 100000=42\n text 110002=" + openId + "\n";

@@ -4,7 +4,6 @@
 #include "Product.h"
 #include "Support/HttpServer.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 
 namespace {
 
@@ -107,11 +106,7 @@ TEST(BinaryContract, TheFilesOfSettingsAreCalledByTheirSlots) {
 
     Contract::File* file = service->Make("mine");
     ASSERT_TRUE(file);
-    const auto bytes = [&] {
-        std::ostringstream content;
-        content << std::ifstream(container.home + "/Library/Caches/mine.config", std::ios::binary).rdbuf();
-        return content.str();
-    };
+    const auto bytes = [&] { return OrvaneTest::ReadFile(container.home + "/Library/Caches/mine.config"); };
     std::string last = bytes();
     // Whether the file has changed since the last look: a save takes a new key, so the same text has other bytes.
     const auto isWritten = [&] { return std::exchange(last, bytes()) != last; };

@@ -1,8 +1,6 @@
 // The network checker, driven through its slots by one who knows them, the run-time class and the bytes of the results
 // from a second declaration alone.
-#include <dlfcn.h>
-
-#include "Orvane/RunTime.h"
+#include "Product.h"
 #include "Support/Test.h"
 
 // In a namespace with a name: of a class that no other unit can know, the compiler sees that nothing implements it.
@@ -39,10 +37,7 @@ void Encode(const char* selector, Record& record) {
 void RunUntilHeard() {
     g_bytes.clear();
     const orvane_class* const loop = orvane_class_lookup("OrvaneMainRunLoop");
-    for (int i = 0; i < 20000 && g_bytes.empty(); ++i) {
-        orvane_class_perform(loop, "runPending", nullptr);
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    OrvaneTest::WaitFor([&] { return orvane_class_perform(loop, "runPending", nullptr), !g_bytes.empty(); });
 }
 
 std::string Number(int value) {
@@ -55,7 +50,7 @@ std::string Text(const std::string& text) {
 }
 
 TEST(BinaryContract, TheNetworkCheckerIsCalledByItsSlots) {
-    ASSERT_NE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL), nullptr);
+    Contract::Load(CORE_LIBRARY);
     const orvane_class* const cls = orvane_class_lookup("OrvaneNetworkChecker");
     auto* const checker = static_cast<Checker*>(orvane_class_perform(cls, "getNativeNetworkChecker", nullptr));
     ASSERT_NE(checker, nullptr);

@@ -1,12 +1,9 @@
 // Calls every slot of the network, from declarations that share nothing with the product, on a cable that is plugged in
 // and pulled out.
-#include <dlfcn.h>
-
 #include "NetworkContract.h"
-#include "Orvane/RunTime.h"
+#include "Product.h"
 #include "Support/NetworkNamespace.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 
 namespace {
 
@@ -33,10 +30,8 @@ std::string EncodedBy(const Contract::Record& record) {
 
 TEST(BinaryContract, TheNetworkIsCalledByItsSlots) {
     if (!OrvaneTest::EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
-    void* const core = dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_TRUE(core) << dlerror();
-    auto* const network = static_cast<Contract::Network*>(
-        orvane_class_perform(orvane_class_lookup("OrvaneNetwork"), "getNativeNetwork", nullptr));
+    void* const core = Contract::Load(CORE_LIBRARY);
+    auto* const network = Contract::Get<Contract::Network>("OrvaneNetwork", "getNativeNetwork");
     ASSERT_TRUE(network);
     EXPECT_EQ(network->State(), 0);
     Listener listener;
@@ -56,10 +51,9 @@ TEST(BinaryContract, TheNetworkIsCalledByItsSlots) {
     const std::string bytes("\0\0\0\5\0\0\0\1\0\0\0\1c\0\0\0\1s\0\0\0\1b\0\0\0\0", 27);
     EXPECT_TRUE(room.get()->Decode(bytes.data(), 27));
     Contract::Record* const copy = room.get()->Clone();
-    const auto parse = reinterpret_cast<bool (*)(const char*, void*, void*, unsigned short&)>(
-        dlsym(core, "_Z8ParseURIPKcRN5Quern7AStringES3_Rt"));
-    const auto convert =
-        reinterpret_cast<bool (*)(const char*, void*)>(dlsym(core, "_Z14ConvertIpV4To6PKcRN5Quern7AStringE"));
+    const auto parse = Contract::Symbol<bool (*)(const char*, void*, void*, unsigned short&)>(
+        core, "_Z8ParseURIPKcRN5Quern7AStringES3_Rt");
+    const auto convert = Contract::Symbol<bool (*)(const char*, void*)>(core, "_Z14ConvertIpV4To6PKcRN5Quern7AStringE");
     ASSERT_TRUE(parse && convert);
     unsigned short port = 0;
     EXPECT_TRUE(parse("ws://h:7", room.Text(0), room.Text(1), port));

@@ -3,14 +3,10 @@
 #define ORVANE_TESTS_BINARY_CONTRACT_PRODUCT_H
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <string>
 
 #include "Contract.h"
 #include "Orvane/RunTime.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 
 namespace Contract {
 
@@ -30,6 +26,12 @@ inline void* Perform(orvane_object* object, const char* selector, void* argument
     return orvane_object_perform(object, selector, arguments);
 }
 
+// What a class gives of itself.
+template <typename Object>
+Object* Get(const char* className, const char* selector) {
+    return static_cast<Object*>(orvane_class_perform(orvane_class_lookup(className), selector, nullptr));
+}
+
 inline Host* FindHost() {
     orvane_object* wrapper = orvane_object_create(orvane_class_lookup("PluginUtilsWrapper"));
     auto* host = static_cast<Host*>(Perform(wrapper, "getNativePluginManager"));
@@ -39,9 +41,7 @@ inline Host* FindHost() {
 
 // As the platform's launch callback does it.
 inline void Launch() {
-    auto* lifecycle = static_cast<orvane_object*>(
-        orvane_class_perform(orvane_class_lookup("OrvaneAppLifecycle"), "sharedInstance", nullptr));
-    Perform(lifecycle, "application:didFinishLaunchingWithOptions:");
+    Perform(Get<orvane_object>("OrvaneAppLifecycle", "sharedInstance"), "application:didFinishLaunchingWithOptions:");
 }
 
 // The application's container, for the log that the launch starts.

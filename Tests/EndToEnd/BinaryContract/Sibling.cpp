@@ -19,13 +19,10 @@ namespace {
 
 using namespace Contract;
 
-std::string& Journal() {
-    static auto* journal = new std::string;
-    return *journal;
-}
+std::string& g_journal = *new std::string;
 
 void Note(const std::string& line) {
-    Journal() += line + "\n";
+    g_journal += line + "\n";
 }
 
 Host* FindHost() {
@@ -156,9 +153,10 @@ private:
     }
 };
 
-void Install(ModuleBase* module) {
+ModuleBase* Install(ModuleBase* module) {
     module->host = FindHost();
     if (module->host) Note(std::string("entered ") + module->Name() + (module->host->Enter(module) ? "" : " REFUSED"));
+    return module;
 }
 
 }  // namespace
@@ -166,24 +164,13 @@ void Install(ModuleBase* module) {
 extern "C" {
 
 __attribute__((visibility("default"))) const char* sibling_journal() {
-    return Journal().c_str();
+    return g_journal.c_str();
 }
 __attribute__((visibility("default"))) void* sibling_find_host() {
     return FindHost();
 }
-
-// Modules live as long as the process, as those of real siblings do.
-__attribute__((visibility("default"))) void sibling_install() {
-    static Sibling* const sibling = new Sibling;
-    static Data* const data = new Data;
-    static Login* const login = new Login;
-    Install(sibling);
-    Install(data);
-    Install(login);
-}
 }
 
-namespace {
-// While the library loads, as a real sibling does it. Without a host nothing happens.
-const bool g_installed = (sibling_install(), true);
-}  // namespace
+// While the library loads, as a real sibling does it. Without a host nothing happens. Modules live as long as the
+// process, as those of real siblings do.
+Contract::ModuleBase* g_siblingModules[] = {Install(new Sibling), Install(new Data), Install(new Login)};

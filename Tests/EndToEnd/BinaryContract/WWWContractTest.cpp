@@ -1,12 +1,8 @@
 // Loads the product and uses its HTTP tasks from declarations of the test's own: every slot is called, and its effect
 // seen on a real server.
-#include <dlfcn.h>
-
-#include "Orvane/RunTime.h"
+#include "Product.h"
 #include "Support/HttpServer.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "WWWContract.h"
 
 namespace {
@@ -50,8 +46,8 @@ struct Moves final : Contract::Download::Listener {
 
 class WWWContract : public testing::Test {
 protected:
-    const TemporaryFolder temporary;
-    const std::string& folder = temporary.Path();
+    void* const core = Contract::Load(CORE_LIBRARY);
+    const TemporaryFolder folder;
     std::atomic<bool> isHeld{false};
     HttpServer server{[this](const HttpRequest& request) {
         WaitFor([this] { return !isHeld; });
@@ -60,7 +56,6 @@ protected:
 };
 
 TEST_F(WWWContract, EverySlotOfADataTaskWorks) {
-    ASSERT_TRUE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL));
     auto* const request = static_cast<Contract::DataRequest*>(Perform("OrvaneWWW", "request:", {"http://nowhere/"}));
     ASSERT_TRUE(request);
     EXPECT_STREQ(request->Address(), "http://nowhere/");
@@ -98,17 +93,16 @@ TEST_F(WWWContract, EverySlotOfAnUploadWorks) {
         Contract::Upload* ended = nullptr;
         std::atomic<int> code{-1};
     } end;
-    ASSERT_TRUE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL));
     auto* const upload = static_cast<Contract::Upload*>(Perform("OrvaneWWW", "getSorrelUploadTask", {}));
     ASSERT_TRUE(upload);
     upload->Credentials("who");
     upload->Listen(&end);
-    upload->Begin("name", (folder + "/none").c_str(), 5, server.Url("").c_str());
+    upload->Begin("name", (folder / "none").c_str(), 5, server.Url("").c_str());
     ASSERT_TRUE(WaitFor([&] { return end.code != -1; }));
     EXPECT_EQ(end.code, 2);  // this server's answer is no JSON
     EXPECT_EQ(end.ended, upload);
     EXPECT_STREQ(upload->Id(), "name");
-    EXPECT_EQ(upload->Path(), folder + "/none");
+    EXPECT_EQ(upload->Path(), folder / "none");
     EXPECT_NE(
         server.Requests()[0].target.find("/upload/prepareFile?com_params=who&biz_params=%7B%22upload_id%22:%22name"),
         std::string::npos);
@@ -116,8 +110,7 @@ TEST_F(WWWContract, EverySlotOfAnUploadWorks) {
 }
 
 TEST_F(WWWContract, EverySlotOfADownloadWorks) {
-    ASSERT_TRUE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL));
-    const std::string path = folder + "/file";
+    const std::string path = folder / "file";
     auto* const download = static_cast<Contract::Download*>(
         Perform("OrvaneWWW", "downloadFile:localPath:", {server.Url().c_str(), path.c_str()}));
     ASSERT_TRUE(download);
@@ -125,10 +118,7 @@ TEST_F(WWWContract, EverySlotOfADownloadWorks) {
     EXPECT_EQ(static_cast<Contract::Task*>(download)->Address(), server.Url());
     Moves moves;
     const auto run = [&](const std::function<bool()>& condition) {
-        return WaitFor([&] {
-            Perform("OrvaneMainRunLoop", "runPending", {});
-            return condition();
-        });
+        return WaitFor([&] { return Perform("OrvaneMainRunLoop", "runPending", {}), condition(); });
     };
     download->Listen(&moves);
     isHeld = true;
@@ -152,7 +142,6 @@ TEST_F(WWWContract, EverySlotOfADownloadWorks) {
 }
 
 TEST_F(WWWContract, EverySlotOfAResponseWorks) {
-    ASSERT_TRUE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL));
     const char* const headers[] = {"A", "first", "B", "b", "A", "second", nullptr};
     const Contract::ResponseParts parts{"http://a/", "HTTP/2", 201, "Made", headers, "b\0y", 3};
     auto* const response = static_cast<Contract::Response*>(Perform("OrvaneWWW", "makeUrlResponse:", {&parts}));
@@ -182,7 +171,6 @@ struct Measured {
 };
 
 TEST_F(WWWContract, AMeasuredGetTellsItsTimesInOrder) {
-    ASSERT_TRUE(dlopen(CORE_LIBRARY, RTLD_NOW | RTLD_LOCAL));
     static std::atomic<bool> isOver{false};
     static Measured heard;
     const auto done = +[](const Measured* measured, void* context) {
@@ -200,10 +188,12 @@ TEST_F(WWWContract, AMeasuredGetTellsItsTimesInOrder) {
 }
 
 // A copy of the library by itself, without what it opens for HTTP.
-TEST_F(WWWContract, WithoutTheTransportEveryRequestFails) {
-    fs::copy_file(CORE_LIBRARY, folder + "/liborvanecore.so");
+TEST(WWWWithoutTransport, EveryRequestFails) {
+    const TemporaryFolder folder;
+    const HttpServer server([](const HttpRequest&) { return ""; });
+    fs::copy_file(CORE_LIBRARY, folder / "liborvanecore.so");
     testing::internal::CaptureStderr();
-    ASSERT_TRUE(dlopen((folder + "/liborvanecore.so").c_str(), RTLD_NOW | RTLD_LOCAL));
+    Contract::Load((folder / "liborvanecore.so").c_str());
     auto* const request = static_cast<Contract::DataRequest*>(Perform("OrvaneWWW", "request:", {server.Url().c_str()}));
     Ends ends;
     ends.expected = request;

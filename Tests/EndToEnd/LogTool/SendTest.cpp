@@ -1,57 +1,25 @@
 // orvane-log --otlp: a log that is sent in place of shown.
-#include <gmock/gmock.h>
-#include <zlib.h>
-
 #include "Support/OtlpReceiver.h"
 #include "Support/Process.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 namespace {
 
-using OrvaneTest::HttpAnswer;
-using OrvaneTest::OtlpReceiver;
-using OrvaneTest::TemporaryFolder;
-using testing::HasSubstr;
+using namespace OrvaneTest;
 
-struct Result {
-    int status = -1;
-    std::string output, error;
-};
-
-Result Send(const std::string& url, const std::string& file, std::vector<std::string> options = {}) {
-    std::vector<std::string> words = {ORVANE_LOG_PROGRAM, "--otlp", url, file};
-    words.insert(words.end(), options.begin(), options.end());
-    Result result;
-    Ending ending;
-    result.output =
-        RunToEnd({words, {{"TZ", "UTC"}, {"OTEL_RESOURCE_ATTRIBUTES", "device.id=320FC"}}, ""}, &ending, &result.error);
-    result.status = ending.exitStatus;
-    return result;
+Outcome Send(const std::string& url, const std::string& file, std::vector<std::string> options = {}) {
+    options.insert(options.begin(), {ORVANE_LOG_PROGRAM, "--otlp", url, file});
+    return RunToEnd({options, {{"TZ", "UTC"}, {"OTEL_RESOURCE_ATTRIBUTES", "device.id=320FC"}}, ""});
 }
 
 // Scope, severity, time, thread, file, line, function, device and text.
-std::string Shown(OrvaneTest::OtlpRecord log) {
+std::string Shown(OtlpRecord log) {
     auto& has = log.attributes;
     return log.scope + " " + log.json["severityNumber"].asString() + " " + log.json["severityText"].asString() + " " +
            log.json["timeUnixNano"].asString() + " " + has["thread.id"] + " " + has["code.file.path"] + ":" +
            has["code.line.number"] + " " + has["code.function.name"] + " " + has["device.id"] + ": " +
            log.json["body"]["stringValue"].asString();
-}
-
-// Empty for what is no whole gzip member; zlib checks its sum.
-std::string Gunzip(std::string member) {
-    std::string text(1 << 20, '\0');
-    z_stream stream{};
-    inflateInit2(&stream, 15 + 16);
-    stream.next_in = reinterpret_cast<Bytef*>(member.data());
-    stream.avail_in = static_cast<uInt>(member.size());
-    stream.next_out = reinterpret_cast<Bytef*>(text.data());
-    stream.avail_out = static_cast<uInt>(text.size());
-    text.resize(inflate(&stream, Z_FINISH) == Z_STREAM_END && stream.avail_in == 0 ? stream.total_out : 0);
-    inflateEnd(&stream);
-    return text;
 }
 
 TEST(LogToolSends, EachEntryOnceWithItsFields) {
@@ -65,17 +33,16 @@ TEST(LogToolSends, EachEntryOnceWithItsFields) {
         "[2026-11-24 21:50:41 000] | Error | [Pell] |7| a.cpp:8|F| \n";
     const std::string file = folder.Write("Sample_2026112421.log", text);
     std::atomic<int> number{0};
-    OtlpReceiver receiver([&](const OrvaneTest::HttpRequest&) -> std::string {
-        return ++number == 1 ? HttpAnswer("503 Later", "") : "200";
-    });
-    const Result sent = Send(receiver.Url(), file);
+    OtlpReceiver receiver(
+        [&](const HttpRequest&) -> std::string { return ++number == 1 ? HttpAnswer("503 Later", "") : "200"; });
+    const Outcome sent = Send(receiver.Url(), file);
     EXPECT_EQ(sent.status, 0) << sent.error;
     EXPECT_EQ(sent.output, "");
     EXPECT_THAT(sent.error, HasSubstr("3003 of 3003 entries sent"));
     EXPECT_EQ(receiver.Problems(), "");
     // A message puts together what has one scope, so the three that are no lines of "Sample" may stand anywhere.
     std::vector<std::string> lines, others;
-    for (const OrvaneTest::OtlpRecord& log : receiver.Records())
+    for (const OtlpRecord& log : receiver.Records())
         (log.scope == "Sample" ? lines : others).push_back(Shown(log));
     ASSERT_EQ(lines.size(), 3000u);
     for (size_t i = 0; i < lines.size(); ++i)
@@ -97,10 +64,12 @@ TEST(LogToolSends, EachEntryOnceWithItsFields) {
     unsetenv("OTEL_EXPORTER_OTLP_COMPRESSION");
     ASSERT_EQ(compressed.Requests().size(), 1u);
     EXPECT_EQ(compressed.Requests()[0].Header("Content-Encoding"), "gzip");
-    EXPECT_THAT(Gunzip(compressed.Requests()[0].body), HasSubstr("logRecords"));
+    const Outcome gzip = RunToEnd({{"gzip", "-dc", folder.Write("b.gz", compressed.Requests()[0].body)}, {}, ""});
+    EXPECT_EQ(gzip.status, 0) << gzip.error;
+    EXPECT_THAT(gzip.output, HasSubstr("logRecords"));
 
     OtlpReceiver refusing([](const auto&) { return HttpAnswer("403 No", R"({"message":"no such tenant"})"); });
-    const Result refused = Send(refusing.Url(), file);
+    const Outcome refused = Send(refusing.Url(), file);
     EXPECT_EQ(refused.status, 2);
     EXPECT_THAT(refused.error, HasSubstr("the answer 403, no such tenant"));
     EXPECT_THAT(refused.error, HasSubstr("only 0 of 3003 entries sent"));
@@ -111,12 +80,12 @@ TEST(LogToolSends, WhatComesToALogThatIsFollowed) {
     const std::string head = "[2026-11-24 21:50:39 123] | Info | [Sample] |4711| Sample.cpp:7|Run| ";
     const std::string file = folder.Write("Sample_2026112421.log", head + "before\n");
     std::atomic<int> number{0};
-    OtlpReceiver receiver([&](const OrvaneTest::HttpRequest&) -> std::string {
+    OtlpReceiver receiver([&](const HttpRequest&) -> std::string {
         return ++number == 2 ? HttpAnswer("403 No", "") : "200";  // which ends no such sending
     });
     Process sender({{ORVANE_LOG_PROGRAM, "--otlp", receiver.Url(), "--follow", file}, {}, ""});
     for (const auto& [requests, records] : {std::pair(1, 1u), {2, 1u}, {3, 2u}}) {
-        ASSERT_TRUE(OrvaneTest::WaitFor([&, asked = requests, known = records] {
+        ASSERT_TRUE(WaitFor([&, asked = requests, known = records] {
             return number == asked && receiver.Records().size() == known;
         })) << requests
             << sender.Error();

@@ -1,60 +1,41 @@
 // Runs orvane-store as a developer does.
-#include <fcntl.h>
-#include <gmock/gmock.h>
 #include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cstring>
-#include <filesystem>
-#include <map>
-#include <string>
-#include <vector>
 
 #include "Storage/Bundle/BundleImpl.h"
 #include "Support/Process.h"
-#include "Support/TestContainer.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 namespace {
 
-using OrvaneTest::CacheFolder;
-using OrvaneTest::ReadFile;
-using OrvaneTest::WriteFile;
+using namespace OrvaneTest;
 using Quern::BundleImpl;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
-struct Result {
-    std::string output, error;
-    int status = -1;
-};
-
-Result RunStore(std::vector<std::string> arguments, const std::string& home = "/nowhere") {
-    arguments.insert(arguments.begin(), ORVANE_STORE_PROGRAM);
-    Result result;
-    Ending ending;
-    // Not in the container of this test: the tool is to find it.
-    result.output = RunToEnd({arguments, {{"ORVANE_HOME", home}}, ""}, &ending, &result.error);
-    result.status = ending.exitStatus;
-    return result;
+// Not in the container of this test: the tool is to find it.
+Outcome RunStore(std::vector<std::string> words, const std::string& home = "/nowhere") {
+    words.insert(words.begin(), ORVANE_STORE_PROGRAM);
+    return RunToEnd({words, {{"ORVANE_HOME", home}}, ""});
 }
 
 class StoreTool : public testing::Test {
 protected:
     StoreTool() {
-        static BundleImpl* bundle;  // left alone: deleting it would write plain text
-        bundle = new BundleImpl(path.c_str());
-        bundle->SetCache("game", "name", "Sun Wukong");
-        bundle->SetCache("game", "count", 7);
-        bundle->Set("other", "key", "x");
+        BundleImpl& bundle = Open(path);
+        bundle.SetCache("game", "name", "Sun Wukong");
+        bundle.SetCache("game", "count", 7);
+        bundle.Set("other", "key", "x");
+    }
+    // Left alone: deleting it would write plain text.
+    static BundleImpl& Open(const std::string& path) {
+        static auto* const bundles = new std::vector<BundleImpl*>;
+        return *bundles->emplace_back(new BundleImpl(path.c_str()));
     }
     const std::string path = CacheFolder() + "/game.config";
 };
 
 TEST_F(StoreTool, ReadsAndChangesNothing) {
     const std::string before = ReadFile(path);
-    const std::vector<std::string> filesBefore = OrvaneTest::FilesIn(CacheFolder());
+    const std::vector<std::string> filesBefore = FilesIn(CacheFolder());
     EXPECT_EQ(RunStore({"get", path, "game", "name"}).output, "Sun Wukong\n");
     EXPECT_EQ(RunStore({"get", path, "game", "name", "--json"}).output, "{\n  \"value\" : \"Sun Wukong\"\n}\n");
     EXPECT_EQ(RunStore({"keys", path, "game"}).output, "name\ncount\n");
@@ -65,7 +46,7 @@ TEST_F(StoreTool, ReadsAndChangesNothing) {
     EXPECT_EQ(RunStore({"get", path, "game", "missing"}).status, 1);
     EXPECT_EQ(RunStore({"keys", path, "missing"}).status, 1);
     EXPECT_EQ(ReadFile(path), before);
-    EXPECT_EQ(OrvaneTest::FilesIn(CacheFolder()), filesBefore);
+    EXPECT_EQ(FilesIn(CacheFolder()), filesBefore);
 }
 
 TEST_F(StoreTool, TakesTheKeyThatItIsGiven) {
@@ -135,31 +116,17 @@ TEST_F(StoreTool, TakesOutWhatWasSet) {
 
 TEST_F(StoreTool, ExplainsWhoAnswersARead) {
     const std::string answer = CacheFolder() + "/RemoteConfig.config", manifest = CacheFolder() + "/Info.plist";
-    {
-        static BundleImpl* stored;  // left alone, as the first
-        stored = new BundleImpl(answer.c_str());
-        for (const auto& [key, value] : std::map<std::string, const char*>{{"seven", "7"},
-                                                                           {"true", "True"},
-                                                                           {"cut", "4#5"},
-                                                                           {"hash", "#"},
-                                                                           {"empty", ""},
-                                                                           {"wide", "5000000000"},
-                                                                           {"word", "no"},
-                                                                           {"real", "1.5"}})
-            stored->SetCache("Demo", key.c_str(), value);
-        stored->SaveCacheToFile();
-    }
+    BundleImpl& stored = Open(answer);
+    const char* const kStored[] = {"seven", "7", "true", "True",       "cut",  "4#5", "hash", "#",
+                                   "empty", "",  "wide", "5000000000", "word", "no",  "real", "1.5"};
+    for (size_t i = 0; i < std::size(kStored); i += 2)
+        stored.Set("Demo", kStored[i], kStored[i + 1]);
     WriteFile(manifest,
               "<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key><string>Demo</string></dict>"
               "<key>OrvaneGame</key><dict><key>seven</key><integer>9</integer><key>empty</key><string>0.5</string>"
               "<key>flag</key><true/></dict></dict></plist>");
     const struct {
-        const char* key;
-        const char* defaultText;
-        const char* type;
-        const char* value;
-        const char* from;
-        const char* why;
+        const char *key, *defaultText, *type, *value, *from, *why;
     } kCases[] = {
         {"seven", "7", "int", "9", "manifest", "a stored int that equals the default counts as not there"},
         {"seven", "1", "int", "7", "server", ""},
@@ -188,7 +155,7 @@ TEST_F(StoreTool, ExplainsWhoAnswersARead) {
          "the server has no such key; the manifest's value is a boolean, not a text"},
     };
     for (const auto& one : kCases) {
-        const Result result =
+        const Outcome result =
             RunStore({"explain", answer, "Demo", one.key, "--default", one.defaultText, "--manifest", manifest});
         EXPECT_EQ(result.status, 0) << result.error;
         const std::string why = *one.why ? std::string(" (") + one.why + ")" : "";
@@ -197,17 +164,17 @@ TEST_F(StoreTool, ExplainsWhoAnswersARead) {
             << one.key;
     }
     const std::string home = CacheFolder() + "/../..";
-    const Result whole = RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", manifest, "--json"});
-    EXPECT_THAT(whole.output, testing::AllOf(HasSubstr("\"manifest\" : \"9, an integer\""),
-                                             HasSubstr("\"manifest_section\" : \"OrvaneGame\""),
-                                             HasSubstr("\"server\" : \"7\""), HasSubstr("\"value\" : 7")));
+    const Outcome whole = RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", manifest, "--json"});
+    EXPECT_THAT(whole.output,
+                AllOf(HasSubstr("\"manifest\" : \"9, an integer\""), HasSubstr("\"manifest_section\" : \"OrvaneGame\""),
+                      HasSubstr("\"server\" : \"7\""), HasSubstr("\"value\" : 7")));
     std::filesystem::remove(answer);
-    const Result none = RunStore({"explain", "Demo", "seven", "--home", home});
+    const Outcome none = RunStore({"explain", "Demo", "seven", "--home", home});
     EXPECT_THAT(none.output, HasSubstr("server    nothing\nmanifest  nothing, in Demo\n"));
-    EXPECT_THAT(none.error, testing::AllOf(HasSubstr("no answer of the server is kept"), HasSubstr("no --manifest")));
-    const Result own = RunStore({"explain", "Pell", "LogHoursLimit", "--home", home});
-    EXPECT_THAT(own.output, testing::AllOf(HasSubstr("int: 240, from the default"),
-                                           HasSubstr("library   int, default \"240\", read once, at the launch\n")));
+    EXPECT_THAT(none.error, AllOf(HasSubstr("no answer of the server is kept"), HasSubstr("no --manifest")));
+    const Outcome own = RunStore({"explain", "Pell", "LogHoursLimit", "--home", home});
+    EXPECT_THAT(own.output, AllOf(HasSubstr("int: 240, from the default"),
+                                  HasSubstr("library   int, default \"240\", read once, at the launch\n")));
     EXPECT_EQ(RunStore({"explain", "Demo", "seven", "--home", home, "--manifest", "/nowhere"}).status, 2);
     EXPECT_EQ(RunStore({"explain", path, "Demo", "seven", "--home", "/nowhere"}).status, 3);
     EXPECT_THAT(RunStore({"explain", "Demo", "seven", "--manifest", manifest}, "here").error,
@@ -217,13 +184,11 @@ TEST_F(StoreTool, ExplainsWhoAnswersARead) {
 
 TEST_F(StoreTool, ReadsTheNewFileOfASaveThatWasCutShort) {
     const std::string old = ReadFile(path), next = CacheFolder() + "/.game.config.orvane-new";
-    static BundleImpl* volatile bundle;  // left alone, as the first
-    bundle = new BundleImpl(path.c_str());
-    bundle->Set("game", "count", 8);
+    Open(path).Set("game", "count", 8);
     WriteFile(next, ReadFile(path));
     chmod(next.c_str(), 0600);
     WriteFile(path, old);
-    const Result result = RunStore({"get", path, "game", "count"});
+    const Outcome result = RunStore({"get", path, "game", "count"});
     EXPECT_EQ(result.output, "8\n");
     EXPECT_THAT(result.error, HasSubstr("a save was cut short"));
     const std::string whole = ReadFile(next);
@@ -241,11 +206,8 @@ TEST_F(StoreTool, ReadsTheNewFileOfASaveThatWasCutShort) {
 TEST_F(StoreTool, CommandsNoTerminal) {
     const std::string plain = CacheFolder() + "/plain.ini", stored = "[s]\na=\x1b[2J\x9b\n";
     WriteFile(plain, stored);
-    Ending ending;
-    std::string error;
-    const auto onTerminal = [&](const std::string& words) {
-        const std::string command = std::string(ORVANE_STORE_PROGRAM) + words;
-        return RunToEnd({{"script", "-qec", command, "/dev/null"}, {}, ""}, &ending, &error);
+    const auto onTerminal = [](const std::string& words) {
+        return RunToEnd({{"script", "-qec", ORVANE_STORE_PROGRAM + words, "/dev/null"}, {}, ""}).output;
     };
     EXPECT_EQ(onTerminal(" dump " + plain), "[s]\r\na=\\x1B[2J\\x9B\r\n");
     EXPECT_EQ(onTerminal(" get " + plain + " s a"), "\\x1B[2J\\x9B\r\n");
@@ -253,36 +215,31 @@ TEST_F(StoreTool, CommandsNoTerminal) {
 }
 
 TEST_F(StoreTool, SaysWhatIsWrong) {
-    struct Case {
-        size_t at;
-        size_t length;
-        const char* verdict;
-    };
     const std::string sound = ReadFile(path);
-    for (const Case& c : {Case{2, 200, "head: the version is too old\nmd5: not looked at"},
-                          Case{0, 200, "form: encrypted\nhead: the magic is another\nmd5: not looked at"},
-                          Case{0, 50, "head: the head is cut short\nmd5: not looked at"},
-                          Case{0, 100, "head: ok\nmd5: the body is cut short"},
-                          Case{100, 200, "head: ok\nmd5: the digest does not agree with the body"}}) {
-        std::string bytes = sound.substr(0, c.length);
-        if (c.at > 0 || strstr(c.verdict, "magic")) bytes[c.at] = static_cast<char>(bytes[c.at] == 0);
+    for (const auto& [at, length, verdict] : std::vector<std::tuple<size_t, size_t, std::string>>{
+             {2, 200, "head: the version is too old\nmd5: not looked at"},
+             {0, 200, "form: encrypted\nhead: the magic is another\nmd5: not looked at"},
+             {49, 50, "head: the head is cut short\nmd5: not looked at"},
+             {99, 100, "head: ok\nmd5: the body is cut short"},
+             {100, 200, "head: ok\nmd5: the digest does not agree with the body"}}) {
+        std::string bytes = sound.substr(0, length);
+        bytes[at] = static_cast<char>(bytes[at] == 0);
         WriteFile(path, bytes);
-        const Result result = RunStore({"verify", path});
+        const Outcome result = RunStore({"verify", path});
         EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.output, HasSubstr(std::string(c.verdict) + "\ndecryption: not looked at\n"));
+        EXPECT_THAT(result.output, HasSubstr(verdict + "\ndecryption: not looked at\n"));
         EXPECT_EQ(RunStore({"get", path, "game", "name"}).status, 1);
         EXPECT_EQ(RunStore({"set", path, "game", "name", "x"}).status, 1);
         EXPECT_EQ(ReadFile(path), bytes);
     }
-    for (const std::vector<std::string>& wrong :
-         std::vector<std::vector<std::string>>{{},
+    const std::vector<std::string> kWrong[] = {{},
                                                {"get", path},
                                                {"what", path},
                                                {"dump", "/nowhere/file"},
                                                {"dump", path, "--key", "12"},
-                                               {"dump", path, "--colour"},
-                                               {"explain", path, "s", "k", "--manifest", "/nowhere"}}) {
-        const Result result = RunStore(wrong);
+                                               {"explain", path, "s", "k", "--manifest", "/nowhere"}};
+    for (const std::vector<std::string>& words : kWrong) {
+        const Outcome result = RunStore(words);
         EXPECT_EQ(result.status, 2);
         EXPECT_NE(result.error, "");
         EXPECT_EQ(result.output, "");

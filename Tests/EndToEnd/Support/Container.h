@@ -2,14 +2,14 @@
 #ifndef ORVANE_TESTS_END_TO_END_CONTAINER_H
 #define ORVANE_TESTS_END_TO_END_CONTAINER_H
 
-#include <filesystem>
-#include <string>
-#include <vector>
-
 #include "Support/Process.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
+
+using OrvaneTest::ReadFile;
+using OrvaneTest::SplitLines;
+using OrvaneTest::WriteFile;
 
 // The text of the place in a line of the log behind the head that the logger puts in front; the whole line if it has
 // no such head.
@@ -24,24 +24,19 @@ public:
     std::filesystem::path Caches() const { return Home() / "Library" / "Caches"; }
     std::filesystem::path LogFolder(const std::string& module) const { return Caches() / "OrvaneSDKLog" / module; }
     std::filesystem::path MappedFile(const std::string& module) const { return Caches() / (module + ".mmap3"); }
-    // The log files of all hours, in order of time.
-    std::vector<std::filesystem::path> LogFiles(const std::string& module) const;
 
     // orvane-host with these arguments, in this container.
     Command Host(std::vector<std::string> arguments) const;
     // Every line that orvane-log gives of the module's files and of its block, in order.
     std::vector<std::string> ReadLog(const std::string& module) const;
+    // Their texts, each with a newline behind it.
+    std::string ReadTexts(const std::string& module) const;
     // The events that the data plugin wrote.
     std::filesystem::path EventsFile() const { return _folder / "events.jsonl"; }
 
 private:
     OrvaneTest::TemporaryFolder _folder;
 };
-
-// Splits at newlines; what stands behind the last one is a line too, unless it is empty.
-std::vector<std::string> SplitLines(const std::string& text);
-std::string ReadWholeFile(const std::filesystem::path& path);
-void WriteWholeFile(const std::filesystem::path& path, const std::string& content);
 
 }  // namespace EndToEnd
 

@@ -1,10 +1,8 @@
 #include "Support/LoadCheck.h"
 
-#include <algorithm>
-#include <cstdio>
-
 #include "Host/LoadLine.h"
 #include "Support/Container.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 

@@ -2,10 +2,7 @@
 #ifndef ORVANE_TESTS_END_TO_END_LOAD_CHECK_H
 #define ORVANE_TESTS_END_TO_END_LOAD_CHECK_H
 
-#include <cstdint>
-#include <map>
-#include <string>
-#include <vector>
+#include "Support/Test.h"
 
 namespace EndToEnd {
 

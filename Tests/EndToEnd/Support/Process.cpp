@@ -1,106 +1,66 @@
 #include "Support/Process.h"
 
-#include <errno.h>
-#include <fcntl.h>
-#include <signal.h>
-#include <stdlib.h>
-#include <string.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <stdexcept>
+
+#include "Support/Test.h"
 
 namespace EndToEnd {
 namespace {
 
-struct Pipe {
-    int read = -1;
-    int write = -1;
-};
-
-Pipe MakePipe() {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-    return {ends[0], ends[1]};
-}
-
-// Everything that allocates is made before the fork.
-std::vector<std::string> EnvironmentOf(const Command& command) {
-    std::vector<std::string> all;
-    for (char** entry = environ; *entry; ++entry) {
-        const std::string text = *entry;
-        const std::string name = text.substr(0, text.find('='));
-        bool replaced = false;
-        for (const auto& [key, value] : command.environment)
-            replaced |= key == name;
-        if (!replaced) all.push_back(text);
-    }
-    for (const auto& [key, value] : command.environment)
-        all.push_back(key + "=" + value);
-    return all;
-}
-
-std::vector<char*> Pointers(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
+// By way of the program env: behind the fork, where nothing may be allocated, there is nothing left to do but the exec.
+std::vector<std::string> WordsOf(const Command& command) {
+    std::vector<std::string> words = {"env", "--chdir", command.folder.empty() ? "." : command.folder};
+    for (const auto& [name, value] : command.environment)
+        words.push_back(name + "=" + value);
+    words.insert(words.end(), command.words.begin(), command.words.end());
+    return words;
 }
 
 }  // namespace
 
 Process::Process(const Command& command) {
     signal(SIGPIPE, SIG_IGN);
-    const Pipe input = MakePipe(), output = MakePipe(), error = MakePipe(), acknowledged = MakePipe();
-    std::vector<std::string> words = command.words, environment = EnvironmentOf(command);
-    const std::vector<char*> arguments = Pointers(words), variables = Pointers(environment);
+    std::vector<std::string> words = WordsOf(command);
+    std::vector<char*> arguments;
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    int pipes[4][2];  // by the child's descriptor, whose end comes second
+    for (auto& ends : pipes)
+        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    std::swap(pipes[0][0], pipes[0][1]);
 
     _id = fork();
     if (_id == 0) {
         // The child's ends have numbers above 3 where the test's own 0 to 3 are taken; copies above 10 are safe to
         // spread over 0 to 3 then.
-        const int ends[] = {input.read, output.write, error.write, acknowledged.write};
-        int copies[4];
+        for (auto& ends : pipes)
+            ends[1] = fcntl(ends[1], F_DUPFD_CLOEXEC, 10);
         for (int i = 0; i < 4; ++i)
-            copies[i] = fcntl(ends[i], F_DUPFD_CLOEXEC, 10);
-        for (int i = 0; i < 4; ++i)
-            dup2(copies[i], i);
+            dup2(pipes[i][1], i);
         signal(SIGPIPE, SIG_DFL);
-        if (!command.folder.empty() && chdir(command.folder.c_str()) != 0) _exit(126);
-        execvpe(arguments[0], arguments.data(), variables.data());
+        execvp(arguments[0], arguments.data());
         _exit(127);
     }
-    for (int end : {input.read, output.write, error.write, acknowledged.write})
-        close(end);
-    _input = input.write;
-    _output.descriptor = output.read;
-    _error.descriptor = error.read;
-    _acknowledged.descriptor = acknowledged.read;
-    for (Stream* stream : {&_output, &_error, &_acknowledged}) {
-        stream->reader = std::thread([this, stream] { Collect(*stream); });
+    for (const auto& ends : pipes)
+        close(ends[1]);
+    _input = pipes[0][0];
+    for (int i = 0; i < 3; ++i) {
+        _streams[i].descriptor = pipes[i + 1][0];
+        _streams[i].reader = std::thread([this, i] { Collect(_streams[i]); });
     }
 }
 
 Process::~Process() {
     CloseInput();
-    if (!_reaped) {
-        kill(_id, SIGKILL);
-        Wait();
-    }
-    for (Stream* stream : {&_output, &_error, &_acknowledged}) {
-        if (stream->reader.joinable()) stream->reader.join();
-        close(stream->descriptor);
-    }
+    Signal(SIGKILL);
+    Wait();
+    for (const Stream& stream : _streams)
+        close(stream.descriptor);
 }
 
 void Process::Send(const std::string& text) {
-    size_t sent = 0;
-    while (sent < text.size()) {
-        const ssize_t count = write(_input, text.data() + sent, text.size() - sent);
-        if (count < 0 && errno != EINTR) return;
-        if (count > 0) sent += static_cast<size_t>(count);
-    }
+    [[maybe_unused]] const ssize_t sent = write(_input, text.data(), text.size());
 }
 
 void Process::CloseInput() {
@@ -109,85 +69,52 @@ void Process::CloseInput() {
 }
 
 void Process::Signal(int number) {
-    if (!_reaped) kill(_id, number);
-}
-
-bool Process::WaitForError(const std::string& text) {
-    return WaitFor(_error, [&text](const std::string& all) { return all.find(text) != std::string::npos; });
-}
-
-bool Process::WaitForAcknowledged(const std::function<bool(const std::string&)>& condition) {
-    return WaitFor(_acknowledged, condition);
+    if (!_isReaped) kill(_id, number);
 }
 
 bool Process::IsSilent() const {
-    const std::lock_guard<std::mutex> guard(_mutex);
-    return !_acknowledged.open;
+    const std::lock_guard guard(_mutex);
+    return !_acknowledged.isOpen;
 }
 
 Ending Process::Wait(std::chrono::milliseconds patience) {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!_reaped) {
-        int status = 0;
-        const pid_t result = waitpid(_id, &status, WNOHANG);
-        if (result == _id) {
-            _reaped = true;
-            _ending.ended = true;
-            _ending.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-            _ending.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-        } else if (std::chrono::steady_clock::now() > deadline) {
-            return _ending;
-        } else {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-    }
-    for (Stream* stream : {&_output, &_error, &_acknowledged}) {
-        if (stream->reader.joinable()) stream->reader.join();
-    }
+    int status = 0;
+    if (_isReaped || !OrvaneTest::WaitFor([&] { return waitpid(_id, &status, WNOHANG) == _id; }, patience))
+        return _ending;
+    _isReaped = true;
+    if (WIFEXITED(status)) _ending.status = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) _ending.signal = WTERMSIG(status);
+    for (Stream& stream : _streams)
+        stream.reader.join();
     return _ending;
-}
-
-std::string Process::Output() const {
-    return TextOf(_output);
-}
-std::string Process::Error() const {
-    return TextOf(_error);
-}
-std::string Process::Acknowledged() const {
-    return TextOf(_acknowledged);
 }
 
 void Process::Collect(Stream& stream) {
     char part[65536];
-    for (;;) {
+    do {
         const ssize_t count = read(stream.descriptor, part, sizeof part);
-        if (count < 0 && errno == EINTR) continue;
-        const std::lock_guard<std::mutex> guard(_mutex);
-        if (count > 0) stream.text.append(part, static_cast<size_t>(count));
-        stream.open = count > 0;
+        const std::lock_guard guard(_mutex);
+        stream.isOpen = count > 0;
+        if (stream.isOpen) stream.text.append(part, static_cast<size_t>(count));
         _changed.notify_all();
-        if (!stream.open) return;
-    }
+    } while (stream.isOpen);
 }
 
 bool Process::WaitFor(Stream& stream, const std::function<bool(const std::string&)>& condition) {
-    std::unique_lock<std::mutex> guard(_mutex);
-    const auto done = [&] { return condition(stream.text) || !stream.open; };
+    std::unique_lock guard(_mutex);
+    const auto done = [&] { return condition(stream.text) || !stream.isOpen; };
     return _changed.wait_for(guard, kPatience, done) && condition(stream.text);
 }
 
 std::string Process::TextOf(const Stream& stream) const {
-    const std::lock_guard<std::mutex> guard(_mutex);
+    const std::lock_guard guard(_mutex);
     return stream.text;
 }
 
-std::string RunToEnd(const Command& command, Ending* ending, std::string* error) {
+Outcome RunToEnd(const Command& command) {
     Process process(command);
     process.CloseInput();
-    const Ending how = process.Wait();
-    if (ending) *ending = how;
-    if (error) *error = process.Error();
-    return process.Output();
+    return {process.Wait(), process.Output(), process.Error()};
 }
 
 }  // namespace EndToEnd

@@ -2,16 +2,7 @@
 #ifndef ORVANE_TESTS_END_TO_END_PROCESS_H
 #define ORVANE_TESTS_END_TO_END_PROCESS_H
 
-#include <sys/types.h>
-
-#include <chrono>
-#include <condition_variable>
-#include <functional>
-#include <mutex>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
+#include "Support/Test.h"
 
 namespace EndToEnd {
 
@@ -24,11 +15,10 @@ struct Command {
     std::string folder;                                            // working directory; empty: the test's own
 };
 
-// How a process ended.
+// How a process ended; both as they are here, if it did not within the deadline.
 struct Ending {
-    bool ended = false;   // false: it did not within the deadline
-    int exitStatus = -1;  // -1 after a signal
-    int signal = 0;       // 0 after an exit
+    int status = -1;  // of its exit; -1 after a signal
+    int signal = 0;   // 0 after an exit
 };
 
 class Process {
@@ -46,27 +36,32 @@ public:
     // Writes to standard input. A child that is gone is no error.
     void Send(const std::string& text);
     void CloseInput();
+    // A child that is known to have ended gets none.
     void Signal(int number);
 
     // Waits until the text stands in what came on standard error, or the child closed it. Whether it does.
-    bool WaitForError(const std::string& text);
+    bool WaitForError(const std::string& text) {
+        return WaitFor(_error, [&text](const std::string& all) { return all.find(text) != std::string::npos; });
+    }
     // Waits until the condition holds of what came on the acknowledge descriptor, or the child closed it. Whether it
     // holds. The condition is called under a lock.
-    bool WaitForAcknowledged(const std::function<bool(const std::string&)>& condition);
+    bool WaitForAcknowledged(const std::function<bool(const std::string&)>& condition) {
+        return WaitFor(_acknowledged, condition);
+    }
 
     // Whether the child has closed its acknowledge descriptor, as it does at its end at the latest.
     bool IsSilent() const;
     // Waits for the end, and for the last of the output.
     Ending Wait(std::chrono::milliseconds patience = kPatience);
 
-    std::string Output() const;
-    std::string Error() const;
-    std::string Acknowledged() const;
+    std::string Output() const { return TextOf(_output); }
+    std::string Error() const { return TextOf(_error); }
+    std::string Acknowledged() const { return TextOf(_acknowledged); }
 
 private:
     struct Stream {
         int descriptor = -1;
-        bool open = true;
+        bool isOpen = true;
         std::string text;
         std::thread reader;
     };
@@ -77,16 +72,22 @@ private:
 
     pid_t _id = -1;
     int _input = -1;
-    bool _reaped = false;
+    bool _isReaped = false;
     Ending _ending;
 
-    mutable std::mutex _mutex;  // guards the streams' text and open
+    mutable std::mutex _mutex;  // guards the streams' text and isOpen
     std::condition_variable _changed;
-    Stream _output, _error, _acknowledged;
+    Stream _streams[3];  // of the child's descriptors from 1 on
+    Stream &_output = _streams[0], &_error = _streams[1], &_acknowledged = _streams[2];
 };
 
-// Runs to the end; what it said on standard output. `ending` may be null.
-std::string RunToEnd(const Command& command, Ending* ending = nullptr, std::string* error = nullptr);
+// How a program ended, and what it said until then.
+struct Outcome : Ending {
+    std::string output, error;
+};
+
+// Runs to the end, with nothing on standard input.
+Outcome RunToEnd(const Command& command);
 
 }  // namespace EndToEnd
 

@@ -1,18 +1,14 @@
 // A game whose data plugin forwards to a receiver of OTLP.
-#include <gmock/gmock.h>
 
 #include "Orvane/TraceParent.h"
 #include "Support/Container.h"
 #include "Support/OtlpReceiver.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 
 namespace EndToEnd {
 namespace {
 
-using OrvaneTest::OtlpReceiver;
-using OrvaneTest::OtlpRecord;
-using testing::ContainsRegex;
-using testing::HasSubstr;
+using namespace OrvaneTest;
 
 std::map<std::string, OtlpRecord> ByName(const OtlpReceiver& receiver) {
     std::map<std::string, OtlpRecord> records;
@@ -27,19 +23,19 @@ enum class End { kQuit, kTakeDown };
 // Runs a game that makes a span when the condition holds of it, and ends; what it says.
 std::string Play(const Container& container, std::vector<std::pair<std::string, std::string>> environment, End end,
                  const std::function<bool(const Process&)>& isTime) {
-    WriteWholeFile(container.Outside() / "Info.plist",
-                   "<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key><string>30045</string></dict>"
-                   "<key>OrvaneCore</key><dict><key>YarrowEnable</key><string>true</string></dict></dict></plist>\n");
+    WriteFile(container.Outside() / "Info.plist",
+              "<plist version=\"1.0\"><dict><key>Orvane</key><dict><key>GameId</key><string>30045</string></dict>"
+              "<key>OrvaneCore</key><dict><key>YarrowEnable</key><string>true</string></dict></dict></plist>\n");
     Command command = container.Host({"--plugins", ORVANE_PLUGIN_FOLDER, "--info-plist", "Info.plist"});
     for (auto& variable : environment)
         command.environment.push_back(variable);
     Process host(command);
     host.Send("launch\n");
-    EXPECT_TRUE(OrvaneTest::WaitFor([&] { return isTime(host); })) << host.Error();
+    EXPECT_TRUE(WaitFor([&] { return isTime(host); })) << host.Error();
     host.Send("span Login attempt=2\n");
     EXPECT_TRUE(host.WaitForError("in trace ")) << host.Error();
     host.Send(end == End::kTakeDown ? "pre-shutdown\nshutdown\nquit\n" : "quit\n");
-    EXPECT_EQ(host.Wait().exitStatus, 0);
+    EXPECT_EQ(host.Wait().status, 0);
     return host.Error();
 }
 
@@ -68,7 +64,7 @@ TEST(Forwarding, SpansAndEventsReachTheReceiver) {
         EXPECT_EQ(login.attributes.at("attempt"), "2");
         EXPECT_EQ(login.attributes.at("service.name"), "harbour");
         EXPECT_EQ(versions.attributes.at("orvane.field.PELL"), "3.2.0.418");
-        for (const OrvaneTest::HttpRequest& request : receiver.Requests()) {
+        for (const HttpRequest& request : receiver.Requests()) {
             EXPECT_EQ(request.Header("api-key"), "s3cret");
             EXPECT_TRUE(request.target == "/v1/traces" || request.target == "/v1/logs") << request.target;
             EXPECT_EQ(request.body.find("openid"), std::string::npos);
@@ -82,8 +78,8 @@ TEST(Forwarding, ADeadReceiverHoldsUpNoOneForLong) {
     const Container container;
     // Takes connections and never answers.
     std::atomic<bool> isOver{false};
-    OtlpReceiver receiver([&](const OrvaneTest::HttpRequest&) -> std::string {
-        OrvaneTest::WaitFor([&] { return isOver.load(); });
+    OtlpReceiver receiver([&](const HttpRequest&) -> std::string {
+        WaitFor([&] { return isOver.load(); });
         return "";
     });
     // Spans alone are forwarded; events go to the file as ever.
@@ -95,7 +91,7 @@ TEST(Forwarding, ADeadReceiverHoldsUpNoOneForLong) {
         });
     isOver = true;
     EXPECT_THAT(said, ContainsRegex("it is time to end; not sent: [1-9]"));
-    const std::string events = ReadWholeFile(container.EventsFile());
+    const std::string events = ReadFile(container.EventsFile());
     EXPECT_THAT(events, HasSubstr("OrvaneSDK_Versions"));
     EXPECT_EQ(events.find("YarrowClient"), std::string::npos);
 }

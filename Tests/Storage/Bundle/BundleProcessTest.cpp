@@ -1,58 +1,32 @@
 // Bundles under processes that die, and under processes and threads that write at once.
 #include <sched.h>
-#include <signal.h>
 #include <sys/mount.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdio>
 
 #include "Storage/Bundle/BundleImpl.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
 
 using namespace OrvaneTest;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kIsSanitized = true;  // a process takes its time to start
-#else
-constexpr bool kIsSanitized = false;
-#endif
+constexpr int kValues = 100;
 
-constexpr unsigned kPatience = 60;  // seconds until a child counts as hanging
-
-// Runs the body in a process of its own, which is killed if it hangs.
-pid_t Fork(const std::function<void()>& body) {
-    const pid_t child = fork();
-    if (child != 0) return child;
-    alarm(kPatience);
-    body();
-    _exit(0);
+std::string SectionOf(int value) {
+    return "s" + std::to_string(value / 25);
 }
 
-int Wait(pid_t child) {
-    int status = -1;
-    waitpid(child, &status, 0);
-    return status;
+std::string KeyOf(int value) {
+    return "key" + std::to_string(value % 25);
 }
-
-constexpr int kSections = 4;
-constexpr int kKeys = 25;
 
 // A whole configuration in the place of the one before; each of its values is the number.
 void Store(BundleImpl& bundle, int number) {
     Value configuration;
-    for (int section = 0; section < kSections; ++section)
-        for (int key = 0; key < kKeys; ++key)
-            configuration[("s" + std::to_string(section)).c_str()][("key" + std::to_string(key)).c_str()] =
-                Value(number);
+    for (int value = 0; value < kValues; ++value)
+        configuration[SectionOf(value).c_str()][KeyOf(value).c_str()] = Value(number);
     BundleImpl::Batch batch(bundle);
     bundle.RemoveAll();
     bundle.Set(configuration);
@@ -61,19 +35,16 @@ void Store(BundleImpl& bundle, int number) {
 // The number of the configuration; -1 for one that is not whole, or of several.
 int Number(BundleImpl& bundle) {
     const int number = bundle.Get("s0", "key0", -1);
-    for (int section = 0; section < kSections; ++section)
-        for (int key = 0; key < kKeys; ++key)
-            if (bundle.Get(("s" + std::to_string(section)).c_str(), ("key" + std::to_string(key)).c_str(), -1) !=
-                number)
-                return -1;
+    for (int value = 0; value < kValues; ++value)
+        if (bundle.Get(SectionOf(value).c_str(), KeyOf(value).c_str(), -1) != number) return -1;
     return number;
 }
 
-void SaveForever(const std::string& path, int from, int progress) {
+int SaveForever(const std::string& path, int from, int progress) {
     BundleImpl bundle(path.c_str());
     for (int number = from;; ++number) {
         Store(bundle, number);
-        if (write(progress, &number, sizeof number) != sizeof number) _exit(1);
+        if (write(progress, &number, sizeof number) != sizeof number) return 1;
     }
 }
 
@@ -111,7 +82,7 @@ TEST(BundleProcessTest, AKillDuringASaveLeavesTheOldContentOrTheNew) {
     for (int kill = 0; kill < kKills; ++kill) {
         int progress[2];
         ASSERT_EQ(pipe(progress), 0);
-        const pid_t writer = Fork([&] { SaveForever(path, saved + 1, progress[1]); });
+        const pid_t writer = Fork([&] { return SaveForever(path, saved + 1, progress[1]); });
         close(progress[1]);
         ASSERT_EQ(read(progress[0], &saved, sizeof saved), static_cast<ssize_t>(sizeof saved));
         usleep(std::uniform_int_distribution<useconds_t>(0, 1000)(random));
@@ -125,8 +96,8 @@ TEST(BundleProcessTest, AKillDuringASaveLeavesTheOldContentOrTheNew) {
     for (const auto& [kind, count] : kinds)
         printf("%s: %d of %d kills\n", kind.c_str(), count, kKills);
     EXPECT_EQ(kinds["old content"] + kinds["new content"], kKills);
-    EXPECT_LE(OrvaneTest::FilesIn(library).size(), 3u);  // the caches, the keychain, and what is left of the last kill
-    EXPECT_LE(OrvaneTest::FilesIn(CacheFolder()).size(), 2u);
+    EXPECT_LE(FilesIn(library).size(), 3u);  // the caches, the keychain, and what is left of the last kill
+    EXPECT_LE(FilesIn(CacheFolder()).size(), 2u);
 }
 
 TEST(BundleProcessTest, AKillAtAnySystemCallOfABatchLeavesTheOldConfigurationOrTheNew) {
@@ -141,6 +112,7 @@ TEST(BundleProcessTest, AKillAtAnySystemCallOfABatchLeavesTheOldConfigurationOrT
             if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(2);
             raise(SIGSTOP);
             Store(bundle, saved + 1);
+            return 0;
         });
         int status = 0;
         ASSERT_EQ(waitpid(writer, &status, 0), writer);
@@ -169,30 +141,26 @@ TEST(BundleProcessTest, ReadersWaitForNobodyAndSeeWholeConfigurations) {
     BundleImpl& bundle = OpenAnother(path);
     Store(bundle, 1);
     std::atomic<bool> isDone{false};
-    std::vector<std::thread> readers;
     std::atomic<long> reads{0}, faults{0}, waits{0};
-    for (int reader = 0; reader < 3; ++reader) {
-        readers.emplace_back([&] {
-            rusage before{}, after{};
-            int last = Number(bundle);  // which has the machine bring in what reading needs
-            getrusage(RUSAGE_THREAD, &before);
-            while (!isDone) {
-                const int number = bundle.Get("s3", "key24", -1);
-                faults += number < last || !bundle.IsContainKey("s0", "key0");
-                last = number;
-                ++reads;
-            }
-            getrusage(RUSAGE_THREAD, &after);
-            waits += after.ru_nvcsw - before.ru_nvcsw;
-        });
-    }
+    Threads readers(3, [&](int) {
+        rusage before{}, after{};
+        int last = Number(bundle);  // which has the machine bring in what reading needs
+        getrusage(RUSAGE_THREAD, &before);
+        while (!isDone) {
+            const int number = bundle.Get("s3", "key24", -1);
+            faults += number < last || !bundle.IsContainKey("s0", "key0");
+            last = number;
+            ++reads;
+        }
+        getrusage(RUSAGE_THREAD, &after);
+        waits += after.ru_nvcsw - before.ru_nvcsw;
+    });
     for (int number = 2; number < (kIsSanitized ? 50 : 300) || reads < 1000; ++number) {
         Store(bundle, number);
         EXPECT_EQ(Number(bundle), number);
     }
     isDone = true;
-    for (std::thread& reader : readers)
-        reader.join();
+    readers.Join();
     EXPECT_EQ(faults, 0);
     EXPECT_TRUE(kIsSanitized || waits == 0) << waits << " of " << reads << " reads";
 }
@@ -204,26 +172,22 @@ TEST(BundleProcessTest, TwoProcessesOfEightThreadsShareAFile) {
     CapturedConsole console;
     const auto writer = [&path](int process) {
         BundleImpl bundle(path.c_str());
-        std::vector<std::thread> threads;
-        for (int thread = 0; thread < kThreads; ++thread) {
-            threads.emplace_back([&bundle, process, thread] {
-                const std::string key = "thread" + std::to_string(thread);
-                for (int round = 1; round <= kRounds; ++round) {
-                    if (!bundle.Set("s", key.c_str(), process * 1000 + round)) _exit(1);
-                    if (bundle.Get("s", key.c_str(), 0) != process * 1000 + round) _exit(2);
-                    AArray keys;
-                    bundle.GetAllKeys("s", &keys);
-                    if (keys.Count() < 1 || !bundle.IsContainKey("s", key.c_str())) _exit(3);
-                }
-            });
-        }
-        for (std::thread& thread : threads)
-            thread.join();
+        Threads(kThreads, [&](int thread) {
+            const std::string key = "thread" + std::to_string(thread);
+            for (int round = 1; round <= kRounds; ++round) {
+                if (!bundle.Set("s", key.c_str(), process * 1000 + round)) _exit(1);
+                if (bundle.Get("s", key.c_str(), 0) != process * 1000 + round) _exit(2);
+                AArray keys;
+                bundle.GetAllKeys("s", &keys);
+                if (keys.Count() < 1 || !bundle.IsContainKey("s", key.c_str())) _exit(3);
+            }
+        }).Join();
         _exit(0);  // the object is not deleted, as that of the default bundle never is
+        return 0;
     };
     // In a process nothing races; of two the one that saves last wins, unless their keys and files are mixed.
-    const pid_t first = Fork([&] { writer(1); });
-    const pid_t second = Fork([&] { writer(2); });
+    const pid_t first = Fork([&] { return writer(1); });
+    const pid_t second = Fork([&] { return writer(2); });
     EXPECT_EQ(Wait(first), 0);
     EXPECT_EQ(Wait(second), 0);
     BundleImpl bundle(path.c_str());

@@ -1,9 +1,5 @@
 #include <pthread.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
-#include <unistd.h>
-
-#include <optional>
 
 #include "Serializer/Codec/Base64.h"
 #include "Serializer/Codec/EllipticCurve.h"
@@ -14,13 +10,10 @@
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Bundle/EncryptedIniFormat.h"
 #include "Storage/Bundle/IniFile.h"
-#include "Storage/Bundle/IniText.h"
-#include "Storage/Bundle/SecurityStore.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeKeychain.h"
+#include "Support/LogRecords.h"
 #include "Support/OwnMounts.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 
@@ -65,6 +58,10 @@ protected:
         loaded = file->Load();
         return file;
     }
+    // Saves a value of "a" in the section "s".
+    static bool Save(IniFile& file, const std::string& value) {
+        return file.WriteString("s", "a", value.c_str()) && file.Save();
+    }
     std::string& StoredKey() { return keychain->items[{"OrvaneCoreService", "store.config"}]; }
     void StoreVector() {
         const std::string key = FromHex(kVectorKey);
@@ -95,23 +92,17 @@ TEST_F(EncryptedIniFileTest, WritesHeadKeyAndBodyForThePeer) {
     const std::string text = "\n[s]\na=one\nb=two";
     const std::string body = bytes.substr(98);
     ASSERT_EQ(static_cast<int>(body.size()), Orvane::Quern::kx_symmetry_encrypt2_len(static_cast<int>(text.size())));
-    EXPECT_EQ(bytes.substr(0, 16), FromHex("e408020062000000"
-                                           "20000000"
-                                           "0100"
-                                           "4000"));
+    EXPECT_EQ(bytes.substr(0, 16), FromHex("e4080200620000002000000001004000"));
     EXPECT_EQ(bytes.substr(80, 2), FromHex("1000"));
     char digest[16];
     Md5HashBuffer(digest, body.data(), static_cast<int>(body.size()));
     EXPECT_EQ(bytes.substr(82, 16), std::string(digest, 16));
 
     // The keychain's key is the one that the holder of the peer's private key computes from the head.
-    CurvePrivateKey peer;
-    const std::string digits = ReadFile(ORVANE_SOURCE_DIR "/Examples/Keys/development-log.key");
-    ASSERT_TRUE(HexToBuffer(digits.c_str(), peer.data(), peer.size()));
     CurvePublicKey publicKey;
     std::copy_n(bytes.begin() + 16, 64, publicKey.begin());
     CurveSecret secret;
-    ASSERT_TRUE(CurveSharedSecret(publicKey, peer, secret));
+    ASSERT_TRUE(CurveSharedSecret(publicKey, DevelopmentKey(), secret));
     EXPECT_EQ(base64_decode(StoredKey()), std::string(secret.begin(), secret.begin() + 16));
     std::string plain(body.size(), '\0');
     int length = static_cast<int>(plain.size());
@@ -128,14 +119,9 @@ TEST_F(EncryptedIniFileTest, WritesHeadKeyAndBodyForThePeer) {
 }
 
 TEST_F(EncryptedIniFileTest, SaysTheFirstThingThatIsWrong) {
-    struct Case {
-        size_t at;
-        const char* bytes;  // in hexadecimal
-        size_t length;      // of the whole file
-        const char* line;
-    };
     constexpr size_t kWhole = 154;
-    const Case cases[] = {
+    // A change at a place, in hexadecimal, the length of the whole file, and the line.
+    const std::tuple<size_t, const char*, size_t, const char*> kCases[] = {
         {0, "", 11, "Error config file read headbase failed"},
         {0, "e308", 12, "Error config file magic not match file magic is 2275, program magic is 2276"},
         {0, "ffff", kWhole, "Error config file magic not match file magic is 65535, program magic is 2276"},
@@ -153,14 +139,13 @@ TEST_F(EncryptedIniFileTest, SaysTheFirstThingThatIsWrong) {
     };
     StoreVector();
     const auto file = Open();
-    for (const Case& c : cases) {
-        std::string bytes = FromHex(kVector).substr(0, c.length);
-        const std::string change = FromHex(c.bytes);
-        bytes.replace(c.at, change.size(), change);
+    for (const auto& [at, change, length, line] : kCases) {
+        std::string bytes = FromHex(kVector).substr(0, length);
+        bytes.replace(at, strlen(change) / 2, FromHex(change));
         WriteFile(path, bytes);
         console.Take();
-        EXPECT_FALSE(file->Load()) << c.line;
-        EXPECT_THAT(console.Take(), ElementsAre(c.line));
+        EXPECT_FALSE(file->Load()) << line;
+        EXPECT_THAT(console.Take(), ElementsAre(line));
         EXPECT_EQ(file->ReadInt("Orvane", "count", 0), -17);  // what was in memory stays
     }
 
@@ -180,26 +165,12 @@ TEST_F(EncryptedIniFileTest, SaysTheFirstThingThatIsWrong) {
     EXPECT_THAT(console.Take(), ElementsAre(Format("Info config file %s is not exist", path.c_str())));
 }
 
-TEST_F(EncryptedIniFileTest, APlainFileMovesOverAndADeletedObjectLeavesOne) {
-    WriteFile(path, "[s]\na=1\n");
-    {
-        const auto file = Open();
-        EXPECT_FALSE(loaded);
-        EXPECT_EQ(file->ReadInt("s", "a", 0), 1);
-        file->Save();
-        EXPECT_EQ(ReadFile(path).substr(0, 2), FromHex("e408"));
-    }
-    EXPECT_EQ(ReadFile(path), "[s]\na=1\n");
-    EXPECT_EQ(Open()->ReadInt("s", "a", 0), 1);
-}
-
 TEST_F(EncryptedIniFileTest, AFileThatDoesNotOpenIsKeptAsRawLines) {
     StoreVector();
     StoredKey().clear();
     const auto file = Open();
     EXPECT_STREQ(file->ReadString("Orvane", "name", "nothing").c_str(), "nothing");
-    file->WriteString("s", "a", "1");
-    file->Save();
+    EXPECT_TRUE(Save(*file, "1"));
     ASSERT_TRUE(file->Load());
     EXPECT_EQ(file->ReadInt("s", "a", 0), 1);
 }
@@ -207,15 +178,13 @@ TEST_F(EncryptedIniFileTest, AFileThatDoesNotOpenIsKeptAsRawLines) {
 TEST_F(EncryptedIniFileTest, AKeychainThatFailsLeavesTheOldFileAndNoFileIsBetterThanNone) {
     keychain->failure = errSecNotAvailable;
     const auto file = Open();
-    file->WriteString("s", "a", "1");
-    EXPECT_TRUE(file->Save());
+    EXPECT_TRUE(Save(*file, "1"));
     EXPECT_EQ(ReadFile(path).size(), 98u + 24u);  // for the holder of the peer's private key
     keychain->failure = errSecSuccess;
     file->Save();
     const std::string old = ReadFile(path);
     keychain->failure = errSecNotAvailable;
-    file->WriteString("s", "a", "2");
-    EXPECT_TRUE(file->Save());
+    EXPECT_TRUE(Save(*file, "2"));
     EXPECT_EQ(ReadFile(path), old);
     EXPECT_EQ(Open()->ReadInt("s", "a", 0), 1);
 }
@@ -223,11 +192,9 @@ TEST_F(EncryptedIniFileTest, AKeychainThatFailsLeavesTheOldFileAndNoFileIsBetter
 TEST_F(EncryptedIniFileTest, ASaveCutShortBehindItsKeyIsFinishedByTheNextLoadOrSave) {
     const std::string next = CacheFolder() + "/.store.config.orvane-new";
     const auto file = Open();
-    file->WriteString("s", "a", "1");
-    file->Save();
+    EXPECT_TRUE(Save(*file, "1"));
     const std::string old = ReadFile(path);
-    file->WriteString("s", "a", "2");
-    file->Save();
+    EXPECT_TRUE(Save(*file, "2"));
     const std::string whole = ReadFile(path);
     const auto cutShort = [&](const std::string& content) {
         unlink(path.c_str());
@@ -241,9 +208,9 @@ TEST_F(EncryptedIniFileTest, ASaveCutShortBehindItsKeyIsFinishedByTheNextLoadOrS
         const auto found = Open();
         EXPECT_TRUE(loaded);
         EXPECT_EQ(found->ReadInt("s", "a", 0), 2);
-        EXPECT_THAT(console.Take(), testing::Each(testing::StartsWith("Info load config file cost")));
+        EXPECT_THAT(console.Take(), Each(StartsWith("Info load config file cost")));
         EXPECT_EQ(ReadFile(path), whole);
-        EXPECT_THAT(OrvaneTest::FilesIn(CacheFolder()), ElementsAre("store.config"));
+        EXPECT_THAT(FilesIn(CacheFolder()), ElementsAre("store.config"));
     }
     cutShort(old);
     keychain->failure = errSecNotAvailable;  // this save comes to nothing; the one before it must not suffer
@@ -256,7 +223,7 @@ TEST_F(EncryptedIniFileTest, ASaveCutShortBehindItsKeyIsFinishedByTheNextLoadOrS
     EXPECT_NE(ReadFile(path), whole);
     ASSERT_TRUE(file->Load());
     file->Save();
-    EXPECT_THAT(OrvaneTest::FilesIn(CacheFolder()), ElementsAre("store.config"));
+    EXPECT_THAT(FilesIn(CacheFolder()), ElementsAre("store.config"));
 }
 
 TEST_F(EncryptedIniFileTest, ASaveSyncsThenMovesTheKeyThenTheNameAndLooksAgain) {
@@ -350,16 +317,8 @@ TEST_F(EncryptedIniFileTest, ABatchOfAnyDocumentIsWhatTheCallsAloneSave) {
                 store(*bundle, documents[1]);
             }
             EXPECT_EQ(keychain->calls.size(), calls) << "the same lines are not saved again";
-            const std::string enciphered = ReadFile(path);
-            EncryptedIni::File parts;
-            EncryptedIni::TeaKey key{};
-            IniText text;
-            ASSERT_EQ(EncryptedIni::Parse(enciphered, parts), EncryptedIni::Fault::kNone);
-            const std::string keyBytes =
-                base64_decode(SecurityStore::GetInstance()->GetString("store.config", "").c_str());
-            std::copy_n(keyBytes.begin(), key.size(), key.begin());
-            ASSERT_TRUE(EncryptedIni::Open(parts.body, key, text));
-            saved[isBatched] = text.Join('\n');
+            BundleImpl(path.c_str());  // deciphers what lies there, and leaves it as plain text
+            saved[isBatched] = ReadFile(path);
         }
         EXPECT_EQ(saved[0], saved[1]) << round;
         EXPECT_NE(saved[0], "");
@@ -397,19 +356,15 @@ TEST_F(EncryptedIniFileTest, NoRoomForASaveMovesNoKey) {
     ORVANE_OWN_MOUNTS();
     ASSERT_EQ(mount("", CacheFolder().c_str(), "tmpfs", 0, "size=64k"), 0);
     const auto file = Open();
-    file->WriteString("s", "a", std::string(20000, '1').c_str());
-    file->Save();
-    file->WriteString("s", "a", std::string(100000, '2').c_str());
-    EXPECT_TRUE(file->Save());
+    EXPECT_TRUE(Save(*file, std::string(20000, '1')));
+    EXPECT_TRUE(Save(*file, std::string(100000, '2')));
     ASSERT_TRUE(file->Load());
     EXPECT_EQ(file->ReadString("s", "a", "").length(), 20000);
-    file->WriteString("s", "a", std::string(40000, '3').c_str());  // not beside the old one, but in its place
-    file->Save();
+    EXPECT_TRUE(Save(*file, std::string(40000, '3')));  // not beside the old one, but in its place
     ASSERT_EQ(mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr), 0);
     ASSERT_TRUE(file->Load());
     EXPECT_EQ(file->ReadString("s", "a", "").length(), 40000);
-    file->WriteString("s", "a", "4");
-    file->Save();
+    EXPECT_TRUE(Save(*file, "4"));
     ASSERT_TRUE(file->Load());
     EXPECT_EQ(file->ReadInt("s", "a", 0), 4);
 }
@@ -437,8 +392,7 @@ TEST_F(EncryptedIniFileTest, NoKeyIsLeftOnTheStack) {
 TEST_F(EncryptedIniFileTest, LinesEndAtLineFeedsAlone) {
     {
         const auto file = Open();
-        file->WriteString("s", "a", "1\r2");
-        file->Save();
+        Save(*file, "1\r2");
         ASSERT_TRUE(file->Load());
         EXPECT_STREQ(file->ReadString("s", "a", "").c_str(), "1\r2");
     }

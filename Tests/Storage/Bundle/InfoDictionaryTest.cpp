@@ -2,17 +2,12 @@
 #include "Storage/Bundle/InfoDictionary.h"
 
 #include <plist/plist.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "Orvane/InfoPlist.h"
 #include "Storage/Bundle/Linux/PropertyList.h"
 #include "Storage/Bundle/Linux/PropertyListShape.h"
 #include "Storage/File/PathSource.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 
@@ -38,16 +33,13 @@ std::string Binary(const std::string& xml) {
     return binary;
 }
 
-const std::string& Manifest() {
-    static const std::string manifest = Xml(
-        "<dict><key>CFBundleIdentifier</key><string>com.example.game</string><key>Game</key>"
+const std::string kManifest =
+    Xml("<dict><key>CFBundleIdentifier</key><string>com.example.game</string><key>Game</key>"
         "<!-- </dict> a remark --><dict><key>one</key><integer>1</integer><key>minus</key><integer>-2</integer>"
         "<key>pi</key><real>3.5</real><key>on</key><true/><key>off</key><false/><key>text</key>"
         "<string>a &lt;b&gt; &amp; caf\xC3\xA9 \xE6\xBC\xA2</string><key>raw</key><string><![CDATA[</dict>]]></string>"
         "<key>empty</key><string/><key>when</key><date>2020-01-01T00:00:00Z</date><key>bytes</key><data>AAEC</data>"
         "<key>list</key><array><string>x</string></array><key>inner</key><dict/></dict></dict>");
-    return manifest;
-}
 
 std::string BundleIdOf(const InfoValue& root) {
     const InfoValue* id = root.Find("CFBundleIdentifier");
@@ -55,7 +47,7 @@ std::string BundleIdOf(const InfoValue& root) {
 }
 
 TEST(PropertyList, IsReadFromXmlAndBinaryAlike) {
-    for (const std::string& bytes : {Manifest(), Binary(Manifest())}) {
+    for (const std::string& bytes : {kManifest, Binary(kManifest)}) {
         InfoValue root;
         const char* why = nullptr;
         ASSERT_TRUE(Quern::ParsePropertyList(bytes, root, why)) << why;
@@ -145,33 +137,28 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
     const std::string deep = Repeated("<array>", 100000);
     std::string selfHolding = Doubling(1);
     selfHolding[9] = 0;
-    std::string zeroInKey = Binary(Manifest()), numberAsKey = zeroInKey;
+    std::string zeroInKey = Binary(kManifest), numberAsKey = zeroInKey;
     zeroInKey[zeroInKey.find("\x53one") + 2] = '\0';
     numberAsKey.replace(numberAsKey.find("\x53one"), 4, "\x12one", 4);
-    const std::pair<std::string, const char*> kHostile[] = {
-        {zeroInKey, "it is damaged, or nests too deep"},
-        {numberAsKey, "it is damaged, or nests too deep"},
-        {"", "it is no property list, or damaged"},
-        {"{ GameId = 1; }", "it is no property list, or damaged"},
-        {Xml("<array/>"), "it holds no dictionary"},
-        {Xml(deep + Repeated("</array>", 100000)), "it is too large"},
-        {Xml(Repeated("<array>", 50000) + Repeated("</array>", 50000)), "it is damaged, or nests too deep"},
-        {Xml(Repeated("<dict><key>k</key>", 30000) + Repeated("</dict>", 30000)), "it is damaged, or nests too deep"},
-        {Xml(Repeated("<array><!-- </array> -->", 20000)), "it is damaged, or nests too deep"},
-        {Xml(Repeated("<array x=\"</array>\">", 20000)), "it is damaged, or nests too deep"},
-        {Xml("<array>" + Repeated("<true/>", 140000)), "it is damaged, or nests too deep"},
-        {Doubling(40), "it is damaged, or nests too deep"},
-        {selfHolding, "it is damaged, or nests too deep"},
-        {std::string(Quern::kLargestPropertyList + 1, ' '), "it is too large"},
-        {Binary(Manifest()).substr(0, 100), "it is damaged, or nests too deep"},
+    const auto expectRefused = [](const char* expected, const std::vector<std::string>& hostile) {
+        for (const std::string& bytes : hostile) {
+            InfoValue root;
+            const char* why = "nothing";
+            EXPECT_FALSE(Quern::ParsePropertyList(bytes, root, why));
+            EXPECT_STREQ(why, expected) << bytes.substr(0, 200);
+            EXPECT_FALSE(root.IsDictionary());
+        }
     };
-    for (const auto& [bytes, expected] : kHostile) {
-        InfoValue root;
-        const char* why = "nothing";
-        EXPECT_FALSE(Quern::ParsePropertyList(bytes, root, why));
-        EXPECT_STREQ(why, expected) << bytes.substr(0, 200);
-        EXPECT_FALSE(root.IsDictionary());
-    }
+    expectRefused("it is no property list, or damaged", {"", "{ GameId = 1; }"});
+    expectRefused("it holds no dictionary", {Xml("<array/>")});
+    expectRefused("it is too large",
+                  {Xml(deep + Repeated("</array>", 100000)), std::string(Quern::kLargestPropertyList + 1, ' ')});
+    expectRefused("it is damaged, or nests too deep",
+                  {zeroInKey, numberAsKey, Doubling(40), selfHolding, Binary(kManifest).substr(0, 100),
+                   Xml(Repeated("<array>", 50000) + Repeated("</array>", 50000)),
+                   Xml(Repeated("<dict><key>k</key>", 30000) + Repeated("</dict>", 30000)),
+                   Xml(Repeated("<array><!-- </array> -->", 20000)), Xml(Repeated("<array x=\"</array>\">", 20000)),
+                   Xml("<array>" + Repeated("<true/>", 140000))});
     // The limits hold at their edge: six doublings are 127 objects on six levels.
     EXPECT_TRUE(Quern::IsPropertyListWithin(Doubling(6), {6, 127}));
     EXPECT_FALSE(Quern::IsPropertyListWithin(Doubling(6), {5, 127}));
@@ -187,19 +174,15 @@ TEST(PropertyList, RefusesWhatWouldOverrunTheParser) {
 
 TEST(InfoDictionary, TakesTheHostsFileAndReadsItOnce) {
     const std::string chosen = CacheFolder() + "/chosen", other = CacheFolder() + "/other";
-    WriteFile(chosen, Binary(Manifest()));
+    WriteFile(chosen, Binary(kManifest));
     WriteFile(other, Xml("<dict/>"));
     setenv("ORVANE_INFO_PLIST", other.c_str(), 1);
     EXPECT_TRUE(gs_OrvaneSetInfoPlist(other.c_str()));
     EXPECT_TRUE(gs_OrvaneSetInfoPlist(chosen.c_str()));
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
 
     std::vector<const InfoValue*> seen(8);
-    std::vector<std::thread> readers;
-    for (auto& root : seen)
-        readers.emplace_back([&root] { root = &InfoDictionary::Current().Root(); });
-    for (auto& reader : readers)
-        reader.join();
+    Threads(8, [&](int number) { seen[number] = &InfoDictionary::Current().Root(); }).Join();
     for (const InfoValue* root : seen)
         EXPECT_EQ(root, seen[0]);
     EXPECT_EQ(BundleIdOf(*seen[0]), "com.example.game");
@@ -212,7 +195,7 @@ TEST(InfoDictionary, TakesTheHostsFileAndReadsItOnce) {
 
 TEST(InfoDictionary, NamesTheContainerAfterTheBundleId) {
     const std::string path = CacheFolder() + "/environment";
-    WriteFile(path, Manifest());
+    WriteFile(path, kManifest);
     setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
     setenv("XDG_DATA_HOME", CacheFolder().c_str(), 1);
     unsetenv("ORVANE_HOME");
@@ -220,7 +203,7 @@ TEST(InfoDictionary, NamesTheContainerAfterTheBundleId) {
 }
 
 void ExpectEmptyManifestWith(const std::string& line) {
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
     for (int reads = 0; reads < 2; ++reads)
         EXPECT_THAT(std::get<InfoValue::Dictionary>(InfoDictionary::Current().Root().value), IsEmpty());
     EXPECT_THAT(console.Take(), ElementsAre(line));
@@ -228,14 +211,9 @@ void ExpectEmptyManifestWith(const std::string& line) {
 
 TEST(InfoDictionary, IsEmptyForADamagedFile) {
     const std::string path = CacheFolder() + "/damaged";
-    WriteFile(path, Manifest().substr(0, Manifest().find("<key>Game")));
+    WriteFile(path, kManifest.substr(0, kManifest.find("<key>Game")));
     setenv("ORVANE_INFO_PLIST", path.c_str(), 1);
     ExpectEmptyManifestWith("The manifest " + path + " is not used: it is no property list, or damaged");
-}
-
-TEST(InfoDictionary, IsEmptyWithoutTheFileThatWasAskedFor) {
-    InfoDictionary::SetPath("/nowhere/Info.plist");
-    ExpectEmptyManifestWith("The manifest /nowhere/Info.plist cannot be read");
 }
 
 TEST(InfoDictionary, WaitsForNoPipe) {

@@ -1,13 +1,6 @@
 #include "Storage/Bundle/IniFile.h"
 
-#include <unistd.h>
-
-#include <numeric>
-#include <optional>
-
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
@@ -37,9 +30,7 @@ private:
 
 TEST_F(IniFileTest, ReadsTextsByTheRulesOfTheForm) {
     struct Case {
-        const char* content;
-        const char* section;
-        const char* key;
+        const char *content, *section, *key;
         std::optional<std::string> value;
     };
     const Case cases[] = {
@@ -103,11 +94,7 @@ TEST_F(IniFileTest, ReadsNumbersAsAStreamDoes) {
 
 TEST_F(IniFileTest, WritesKeepTheTextAroundThem) {
     struct Case {
-        const char* before;
-        const char* section;
-        const char* key;
-        const char* value;
-        const char* after;
+        const char *before, *section, *key, *value, *after;
     };
     const Case cases[] = {
         {"", "s", "a", "1", "\n[s]\na=1\n"},
@@ -200,8 +187,8 @@ TEST_F(IniFileTest, AnObjectLoadsWhenMadeAndSavesWhenDeleted) {
     ASSERT_EQ(symlink("nowhere", path.c_str()), 0);  // cannot be opened, and so is removed
     {
         const std::unique_ptr<IniFile> file(IniFile::CreateIniFile(path.c_str()));
-        EXPECT_THAT(console.Take(), ElementsAre(testing::MatchesRegex("Info load config file cost [0-9]+ us")));
-        EXPECT_THAT(OrvaneTest::FilesIn(CacheFolder()), IsEmpty());
+        EXPECT_THAT(console.Take(), ElementsAre(MatchesRegex("Info load config file cost [0-9]+ us")));
+        EXPECT_THAT(FilesIn(CacheFolder()), IsEmpty());
         file->WriteString("s", "a", "1");
     }
     EXPECT_EQ(ReadFile(path), "\n[s]\na=1\n");

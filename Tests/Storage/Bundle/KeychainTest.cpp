@@ -1,18 +1,12 @@
 #include "Storage/Bundle/Keychain.h"
 
-#include <signal.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "Storage/Bundle/OrvaneCoreKC.h"
 #include "Storage/Bundle/SecurityStore.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeKeychain.h"
 #include "Support/OwnMounts.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
@@ -21,7 +15,7 @@ using namespace OrvaneTest;
 
 // The keychain of the container, outside the cache folder.
 std::string KeychainFile() {
-    std::string path = OrvaneTest::CacheFolder();
+    std::string path = CacheFolder();
     return path.substr(0, path.rfind('/')) + "/OrvaneCore.keychain";
 }
 
@@ -47,14 +41,10 @@ TEST(KeychainTest, KeepsPasswordsSealedForTheirUserAlone) {
     EXPECT_EQ(state.st_mode & 0777, 0600u);
     EXPECT_THAT(ReadFile(path), Not(HasSubstr("secret")));
 
-    const auto accounts = OrvaneCoreKC::accountsForService("service");
-    ASSERT_TRUE(accounts);
-    std::set<std::string> names;
-    for (const KeychainItem& item : *accounts) {
-        names.insert(item.account);
-        EXPECT_EQ(item.data, "");
-    }
-    EXPECT_THAT(names, ElementsAre("a", "b"));
+    std::set<std::string> accounts;
+    for (const KeychainItem& item : OrvaneCoreKC::accountsForService("service").value())
+        accounts.insert(item.account + "=" + item.data);
+    EXPECT_THAT(accounts, ElementsAre("a=", "b="));
     EXPECT_EQ(OrvaneCoreKC::allAccounts()->size(), 3u);
     EXPECT_TRUE(OrvaneCoreKC::deletePasswordForService_account("service", "a"));
     EXPECT_EQ(Get("a"), "(none)");
@@ -76,10 +66,8 @@ TEST(KeychainTest, ErrorsCarryTheStatusAndTheDomain) {
     EXPECT_FALSE(OrvaneCoreKC::accountsForService_error("nobody", &error));
     EXPECT_EQ(error.code, errSecItemNotFound);
 
-    for (const auto& [password, service, account] :
-         {std::tuple<const char*, const char*, const char*>{nullptr, "s", "a"},
-          {"p", nullptr, "a"},
-          {"p", "s", nullptr}}) {
+    const std::array<const char*, 3> kIncomplete[] = {{nullptr, "s", "a"}, {"p", nullptr, "a"}, {"p", "s", nullptr}};
+    for (const auto& [password, service, account] : kIncomplete) {
         error = {};
         EXPECT_FALSE(OrvaneCoreKC::setPassword_forService_account_error(password, service, account, &error));
         EXPECT_EQ(error.code, -1001);
@@ -94,11 +82,7 @@ TEST(KeychainTest, AKeychainThatCannotBeTrustedIsNotUsedAndSetAsideAtTheNextWrit
     EXPECT_EQ(Get("a"), "(none)");
     EXPECT_THAT(console.Take(), ElementsAre(Format("Info keychain %s does not exist", path.c_str())));
 
-    struct Case {
-        const char* what;
-        std::function<void()> spoil;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, std::function<void()>> kCases[] = {
         {"is damaged", [&] { WriteFile(path, ReadFile(path).substr(0, 60)); }},
         {"is damaged", [&] { WriteFile(path, R"({"version":1,"salt":"AAAA","items":[]})"); }},
         {"is damaged", [&] { WriteFile(path, std::string(100000, '[')); }},
@@ -115,15 +99,14 @@ TEST(KeychainTest, AKeychainThatCannotBeTrustedIsNotUsedAndSetAsideAtTheNextWrit
          }},
         {"belongs to another user and is not used", [&] { EXPECT_EQ(chown(path.c_str(), 12345, 12345), 0); }},
     };
-    for (const Case& c : cases) {
-        if (geteuid() != 0 && std::string_view(c.what).starts_with("belongs")) break;  // only root may give it away
+    for (const auto& [what, spoil] : kCases) {
+        if (geteuid() != 0 && std::string_view(what).starts_with("belongs")) break;  // only root may give it away
         ASSERT_TRUE(Set("a", "password"));
         ASSERT_EQ(Get("a"), "password");
-        c.spoil();
+        spoil();
         console.Take();
         EXPECT_EQ(Get("a"), "(none)");
-        const std::vector<std::string> lines = console.Take();
-        EXPECT_THAT(lines, ElementsAre(Format("Error keychain %s %s", path.c_str(), c.what)));
+        EXPECT_THAT(console.Take(), ElementsAre(Format("Error keychain %s %s", path.c_str(), what)));
         rmdir((path + ".unusable").c_str());
     }
     chmod(path.c_str(), 0644);
@@ -142,7 +125,7 @@ TEST(KeychainTest, AValueOpensUnderItsOwnNameAlone) {
     ASSERT_NE(name, std::string::npos);
     WriteFile(path, text.replace(name, 6, "\"Yg==\""));
     EXPECT_EQ(Get("b"), "(none)");
-    EXPECT_THAT(console.Take(), testing::Contains("Error keychain item b was not sealed here"));
+    EXPECT_THAT(console.Take(), Contains("Error keychain item b was not sealed here"));
 }
 
 TEST(KeychainTest, ProcessesThatWriteAtOnceLoseNothing) {
@@ -150,64 +133,48 @@ TEST(KeychainTest, ProcessesThatWriteAtOnceLoseNothing) {
     constexpr int kAccounts = 8;
     CapturedConsole console;
     KeychainFile();
-    for (int process = 0; process < kProcesses; ++process) {
-        if (fork() != 0) continue;
-        bool done = true;
-        for (int i = 0; i < kAccounts; ++i)
-            done &= Set(Format("%d.%d", process, i).c_str(), "password");
-        _exit(done ? 0 : 1);
-    }
-    for (int process = 0; process < kProcesses; ++process) {
-        int status = -1;
-        wait(&status);
-        EXPECT_EQ(status, 0);
-    }
+    std::vector<pid_t> children;
+    for (int process = 0; process < kProcesses; ++process)
+        children.push_back(Fork([process] {
+            bool done = true;
+            for (int i = 0; i < kAccounts; ++i)
+                done &= Set(Format("%d.%d", process, i).c_str(), "password");
+            return done ? 0 : 1;
+        }));
+    for (const pid_t child : children)
+        EXPECT_EQ(Wait(child), 0);
     EXPECT_EQ(OrvaneCoreKC::allAccounts()->size(), static_cast<size_t>(kProcesses * kAccounts));
 }
 
 TEST(KeychainTest, AProcessForkedDuringAWriteHoldsUpNobody) {
     KeychainFile();
     Keychain::Current().Begin();
-    const pid_t forked = fork();
-    if (forked == 0) {
-        pause();
-        _exit(0);
-    }
+    const pid_t forked = Fork(pause);
     Keychain::Current().Commit();
-    const pid_t other = fork();
-    if (other == 0) {
-        alarm(20);
-        _exit(Set("a", "password") ? 0 : 1);
-    }
-    int status = -1;
-    waitpid(other, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(Wait(Fork([] { return Set("a", "password") ? 0 : 1; })), 0);
     kill(forked, SIGKILL);
-    waitpid(forked, nullptr, 0);
+    Wait(forked);
 }
 
 TEST(KeychainTest, AProcessStoppedInsideAWriteHoldsUpNobodyAndUndoesNothing) {
     const std::string path = KeychainFile();
     CapturedConsole console;
     ASSERT_TRUE(Set("a", "password"));
-    const pid_t stopped = fork();
-    if (stopped == 0) {
+    const pid_t stopped = Fork([] {
         Keychain& keychain = Keychain::Current();
         keychain.Begin();
         keychain.SecItemAdd({"service", "b", "stale", {}});
         raise(SIGSTOP);
-        _exit(keychain.Commit() == errSecIO ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(stopped, &status, WUNTRACED);
+        return keychain.Commit() == errSecIO ? 0 : 1;
+    });
+    waitpid(stopped, nullptr, WUNTRACED);
     alarm(60);
     EXPECT_TRUE(Set("c", "meanwhile"));
     kill(stopped, SIGCONT);
-    waitpid(stopped, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(Wait(stopped), 0);
     EXPECT_EQ(Get("c"), "meanwhile");
     EXPECT_EQ(Get("b"), "(none)");
-    EXPECT_THAT(OrvaneTest::FilesIn(path.substr(0, path.rfind('/'))), ElementsAre("Caches", "OrvaneCore.keychain"));
+    EXPECT_THAT(FilesIn(path.substr(0, path.rfind('/'))), ElementsAre("Caches", "OrvaneCore.keychain"));
 }
 
 TEST(KeychainTest, AnAdditionThatFailsUndoesTheDeletionBeforeIt) {
@@ -248,15 +215,14 @@ TEST(KeychainTest, AMachineWithoutAnIdIsToldOnce) {
     EXPECT_TRUE(Set("a", "password"));
     EXPECT_TRUE(Set("a", "password"));
     EXPECT_EQ(Get("a"), "password");
-    EXPECT_THAT(console.Take(),
-                testing::ElementsAre(testing::_, testing::StartsWith("Warning this machine has no id")));
+    EXPECT_THAT(console.Take(), ElementsAre(testing::_, StartsWith("Warning this machine has no id")));
 }
 
 TEST(KeychainTest, AFullDiskLeavesTheOldOne) {
     const std::string path = KeychainFile();
     ASSERT_TRUE(Set("a", "password"));
     const std::string before = ReadFile(path);
-    const std::vector<std::string> files = OrvaneTest::FilesIn(path.substr(0, path.rfind('/')));
+    const std::vector<std::string> files = FilesIn(path.substr(0, path.rfind('/')));
     CapturedConsole console;
     signal(SIGXFSZ, SIG_IGN);
     rlimit limit{};
@@ -269,13 +235,13 @@ TEST(KeychainTest, AFullDiskLeavesTheOldOne) {
     EXPECT_EQ(error.code, errSecIO);
     EXPECT_THAT(console.Take(), ElementsAre(Format("Error keychain %s File too large", path.c_str())));
     EXPECT_EQ(ReadFile(path), before);
-    EXPECT_EQ(OrvaneTest::FilesIn(path.substr(0, path.rfind('/'))), files);
+    EXPECT_EQ(FilesIn(path.substr(0, path.rfind('/'))), files);
     EXPECT_EQ(Get("a"), "password");
     EXPECT_EQ(Get("b"), "(none)");
 }
 
 TEST(SecurityStoreTest, StoresUnderOneServiceByDeleteAndAdd) {
-    const auto keychain = OrvaneTest::FakeKeychain::Install();
+    const auto keychain = FakeKeychain::Install();
     SecurityStore* const store = SecurityStore::GetInstance();
     EXPECT_STREQ(store->GetString("key", "default").c_str(), "default");
     store->SetString("key", "one");

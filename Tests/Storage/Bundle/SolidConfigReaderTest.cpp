@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "Support/CapturedConsole.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/Test.h"
 

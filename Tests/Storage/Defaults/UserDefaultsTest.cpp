@@ -4,17 +4,14 @@
 
 #include "PluginManager/InnerPlugin/CrashReportEntry.h"
 #include "Storage/Defaults/Linux/DefaultsFile.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace OrvaneTest;
 
-const std::string kPath = fs::path(OrvaneTest::CacheFolder()).parent_path() / "UserDefaults.json";
+const std::string kPath = fs::path(CacheFolder()).parent_path() / "UserDefaults.json";
 
 Json::Value Entry(const char* key, const char* value) {
     Json::Value entry;
@@ -23,7 +20,7 @@ Json::Value Entry(const char* key, const char* value) {
 }
 
 TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
-    OrvaneTest::WriteFile(kPath, R"({"FennelSDKInfos":{"0123456789":"2.0"},"list":[1]})");
+    WriteFile(kPath, R"({"FennelSDKInfos":{"0123456789":"2.0"},"list":[1]})");
     Orvane::Plugin::registerFennel();
     const std::string kWhole =
         "{\n \"FennelSDKInfos\" : \n {\n  \"0123456789\" : \"2.0\",\n  \"4be17c90fd\" : \"1.5.11.2664\"\n },\n"
@@ -34,7 +31,7 @@ TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
     EXPECT_TRUE(defaults.Dictionary("list").isObject() && defaults.Dictionary("list").empty());
     EXPECT_EQ(defaults.Dictionary("FennelSDKInfos").size(), 2u);
     defaults.SetDictionary("FennelSDKInfos", defaults.Dictionary("FennelSDKInfos"));
-    OrvaneTest::WriteFile(kPath, R"({"of another program":true,"list":{"other":"1"}})");  // in the same file
+    WriteFile(kPath, R"({"of another program":true,"list":{"other":"1"}})");  // in the same file
     defaults.SetDictionary("list", Entry("a", "b"));
     EXPECT_EQ(defaults.Dictionary("list"), Entry("a", "b"));
     // The other's stays, and what was written once is not written again.
@@ -49,7 +46,7 @@ TEST(UserDefaults, ALaunchAddsItsEntryToThoseOfOthersAndWritesOnce) {
 
 // What cannot be read is left alone, and what is damaged is set aside; both read as empty.
 TEST(UserDefaults, NothingIsLostOfAFileThatIsNoGood) {
-    const OrvaneTest::CapturedConsole console;
+    const CapturedConsole console;
     fs::create_directories(kPath);
     Quern::UserDefaults& defaults = Quern::UserDefaults::Current();
     EXPECT_TRUE(defaults.Dictionary("a").empty());
@@ -57,7 +54,7 @@ TEST(UserDefaults, NothingIsLostOfAFileThatIsNoGood) {
     EXPECT_TRUE(WaitFor([&] { return console.Count("UserDefaults.json is no file") == 2; }));  // read, then written
     fs::remove(kPath);
     const std::string kDeep = "{\"a\":" + std::string(100000, '[');
-    OrvaneTest::WriteFile(kPath, kDeep);
+    WriteFile(kPath, kDeep);
     fs::create_directories(kPath + ".unusable");  // it cannot be set aside, and so stays
     defaults.SetDictionary("a", Entry("x", "1 "));
     defaults.SetDictionary("a", Entry("x", "1"));
@@ -73,15 +70,15 @@ TEST(UserDefaults, NothingIsLostOfAFileThatIsNoGood) {
 
 // Neither the file nor what a killed writer left beside one that is damaged.
 TEST(UserDefaults, NoMoreIsReadThanDefaultsTake) {
-    const OrvaneTest::CapturedConsole console;
+    const CapturedConsole console;
     const std::string next = fs::path(kPath).parent_path() / ".UserDefaults.json.orvane-new";
     for (const size_t most = 4 << 20; const size_t size : {most, most + 1}) {
         std::string text = "{\"a\":{}}";
         text.resize(size, ' ');
-        OrvaneTest::WriteFile(kPath, text);
+        WriteFile(kPath, text);
         EXPECT_EQ(Quern::ReadDefaultsFile(kPath).size(), size == most ? 1u : 0u);
-        OrvaneTest::WriteFile(next, text);
-        OrvaneTest::WriteFile(kPath, "damaged");
+        WriteFile(next, text);
+        WriteFile(kPath, "damaged");
         EXPECT_EQ(Quern::ReadDefaultsFile(kPath).size(), size == most ? 1u : 0u);
     }
 }

@@ -1,11 +1,7 @@
 #include "Storage/File/CFile.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "Storage/File/GetLine.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 

@@ -1,15 +1,9 @@
 #include "Storage/File/CPath.h"
 
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "Base/QuernCommon.h"
 #include "Storage/File/CFile.h"
 #include "Storage/File/PathSource.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace {
 
@@ -83,39 +77,31 @@ TEST(CPath, MakesAndRemovesTrees) {
 }
 
 TEST(CPath, JoinsAndCutsPaths) {
-    const auto join = [](const char* base, const char* sub) {
+    std::string joined, names;
+    for (const auto& [base, sub] : std::vector<std::pair<const char*, const char*>>{
+             {"a", "b"}, {"a/", "b"}, {"a\\", "b"}, {"", "b"}, {"a", ""}, {"", ""}, {nullptr, "b"}, {"a", nullptr}}) {
         AString path("before");
         CPath::GetSubPath(path, base, sub);
-        return path;
-    };
-    EXPECT_STREQ(join("a", "b").c_str(), "a/b");
-    EXPECT_STREQ(join("a/", "b").c_str(), "a/b");
-    EXPECT_STREQ(join("a\\", "b").c_str(), "a\\b");
-    EXPECT_STREQ(join("", "b").c_str(), "b");
-    EXPECT_STREQ(join("a", "").c_str(), "a/");
-    EXPECT_STREQ(join("", "").c_str(), "");
-    EXPECT_STREQ(join(nullptr, "b").c_str(), "before");
-    EXPECT_STREQ(join("a", nullptr).c_str(), "before");
+        joined += std::string(path.c_str()) + " ";
+    }
+    EXPECT_EQ(joined, "a/b a/b a\\b b a/  before before ");
     AString path("root");
     EXPECT_EQ(&CPath::AppendSubPath(path, "sub"), &path);
     CPath::AppendSubPath(path, path.c_str());
     EXPECT_STREQ(path.c_str(), "root/sub/root/sub");
 
-    const auto name = [](const char* from) {
+    for (const char* from : {"/a/b.txt", "a\\b/c", "plain", "dir/"}) {
         AString out("before");
         CPath::GetFileName(from, out);
-        return out;
-    };
-    EXPECT_STREQ(name("/a/b.txt").c_str(), "b.txt");
-    EXPECT_STREQ(name("a\\b/c").c_str(), "b/c");
-    EXPECT_STREQ(name("plain").c_str(), "plain");
-    EXPECT_STREQ(name("dir/").c_str(), "");
+        names += std::string(out.c_str()) + " ";
+    }
+    EXPECT_EQ(names, "b.txt b/c plain  ");
     CPath::GetFileName(path.c_str(), path);
     EXPECT_STREQ(path.c_str(), "sub");
 }
 
 TEST(CPath, ListsFilesAndDirectories) {
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
     const std::string folder = CacheFolder() + "/listed";
     WriteFile(folder + "/file", "1");
     WriteFile(folder + "/.hidden", "1");

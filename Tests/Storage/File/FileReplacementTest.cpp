@@ -1,18 +1,11 @@
 #include "Storage/File/FileReplacement.h"
 
-#include <fcntl.h>
 #include <linux/capability.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
 
 #include "Support/OwnMounts.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 
 namespace Quern {
 namespace {
@@ -148,13 +141,11 @@ TEST_F(FileReplacementTest, WritesInPlaceWhereItCannotReplace) {
 TEST_F(FileReplacementTest, GoesPastAWriterWhoIsStopped) {
     int locked[2];
     ASSERT_EQ(pipe(locked), 0);
-    const pid_t stopped = fork();
-    if (stopped == 0) {
+    const pid_t stopped = Fork([&] {
         FileReplacement file(path);
         const bool isReady = file.Prepare("left over");
-        if (write(locked[1], &isReady, 1) == 1) pause();
-        _exit(0);
-    }
+        return write(locked[1], &isReady, 1) == 1 ? pause() : 0;
+    });
     bool isReady = false;
     ASSERT_EQ(read(locked[0], &isReady, 1), 1);
     ASSERT_TRUE(isReady);
@@ -162,7 +153,7 @@ TEST_F(FileReplacementTest, GoesPastAWriterWhoIsStopped) {
         FileReplacement file(path);
         EXPECT_FALSE(file.Lock());
         kill(stopped, SIGKILL);
-        waitpid(stopped, nullptr, 0);
+        Wait(stopped);
         ASSERT_TRUE(file.Prepare("past it"));
         EXPECT_EQ(file.LeftOver(), "left over");  // and not what this writer wrote
         ASSERT_TRUE(file.PutInPlace());

@@ -2,24 +2,14 @@
 
 #include "Storage/Log/BlockJournal.h"
 
-#include <fcntl.h>
-#include <signal.h>
 #include <sys/mman.h>
 #include <sys/ptrace.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include "Storage/Log/LogBuffer.h"
 #include "Storage/Log/LogRecord.h"
 #include "Support/LogRecords.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define ORVANE_UNDER_SANITIZER 1
-#endif
 
 namespace Quern {
 namespace {
@@ -43,12 +33,6 @@ struct Survivors {
     uint8_t* journal;
 };
 
-std::string FlushText(LogBuffer& buffer) {
-    AutoBuffer out;
-    buffer.Flush(out);
-    return DecodeText(std::string(reinterpret_cast<const char*>(out.Ptr()), out.Length()));
-}
-
 // What a new process reads: the staged record, then the block.
 std::string Recover(const Survivors& dead) {
     std::vector<uint8_t> block(dead.block, dead.block + kBlock), memory(dead.journal, dead.journal + kJournal);
@@ -59,40 +43,7 @@ std::string Recover(const Survivors& dead) {
     if (const uint8_t* staged = journal.Staged(length))
         text = DecodeText(std::string(reinterpret_cast<const char*>(staged), length));
     LogBuffer buffer(block.data(), block.size(), true, TestPublicKeyDigits().c_str());
-    return text + FlushText(buffer);
-}
-
-// Runs `prepare` and then `step` in a child, one instruction at a time through `step`, and calls `look` whenever the
-// survivors' beginning or the words around the block's end have changed. Returns the number of instructions; -1 where
-// tracing is not allowed.
-long SingleStep(const std::function<void()>& prepare, const std::function<void()>& step,
-                const std::function<uint64_t()>& fingerprint, const std::function<void()>& look) {
-    const pid_t child = fork();
-    if (child == 0) {
-        prepare();
-        if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(2);
-        raise(SIGSTOP);
-        step();
-        raise(SIGSTOP);
-        _exit(0);
-    }
-    int status;
-    waitpid(child, &status, 0);
-    if (!WIFSTOPPED(status)) return -1;
-    long instructions = 0;
-    uint64_t last = fingerprint();
-    while (ptrace(PTRACE_SINGLESTEP, child, nullptr, nullptr) == 0 && waitpid(child, &status, 0) == child &&
-           WIFSTOPPED(status) && WSTOPSIG(status) == SIGTRAP) {
-        ++instructions;
-        const uint64_t now = fingerprint();
-        if (now == last) continue;
-        last = now;
-        look();
-    }
-    look();
-    kill(child, SIGKILL);
-    waitpid(child, &status, 0);
-    return instructions;
+    return text + DecodeText(Flush(buffer));
 }
 
 uint64_t Hash(const uint8_t* bytes, size_t length, uint64_t hash = 1469598103934665603u) {
@@ -101,39 +52,53 @@ uint64_t Hash(const uint8_t* bytes, size_t length, uint64_t hash = 1469598103934
     return hash;
 }
 
+// Lets a child write the lines and then do `step`, one instruction at a time. What a new process would find is taken
+// whenever the survivors' beginnings have changed. Empty where tracing is not allowed.
+std::set<std::string> SingleStep(const Survivors& survivors, const std::vector<std::string>& lines,
+                                 const std::function<void(LogBuffer&)>& step) {
+    const pid_t child = Fork([&] {
+        BlockJournal journal(survivors.journal);
+        LogBuffer buffer(survivors.block, kBlock, true, TestPublicKeyDigits().c_str());
+        buffer.SetJournal(&journal);
+        for (const std::string& line : lines)
+            buffer.Write(line.data(), line.size());
+        if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) return 2;
+        raise(SIGSTOP);
+        step(buffer);
+        return raise(SIGSTOP);
+    });
+    std::set<std::string> found;
+    int status;
+    waitpid(child, &status, 0);
+    if (!WIFSTOPPED(status)) return found;
+    long instructions = 0;
+    uint64_t last = 0;
+    while (ptrace(PTRACE_SINGLESTEP, child, nullptr, nullptr) == 0 && waitpid(child, &status, 0) == child &&
+           WIFSTOPPED(status) && WSTOPSIG(status) == SIGTRAP) {
+        ++instructions;
+        const uint64_t now = Hash(survivors.journal, 400, Hash(survivors.block, 400));
+        if (now != last) found.insert(Recover(survivors));
+        last = now;
+    }
+    found.insert(Recover(survivors));
+    kill(child, SIGKILL);
+    Wait(child);
+    EXPECT_GT(instructions, 1000);
+    return found;
+}
+
 TEST(BlockJournal, AKillAtAnyInstructionOfAWriteCostsNoEarlierLine) {
-#ifdef ORVANE_UNDER_SANITIZER
-    GTEST_SKIP() << "the sanitizer's own code would be stepped through";
-#endif
+    if (kIsSanitized) GTEST_SKIP() << "the sanitizer's own code would be stepped through";
     // Lengths that leave every tail from 1 to 7 bytes behind the line before.
     unsigned tails = 0;
     for (size_t pad = 0; pad < 12 && (tails & 0xFE) != 0xFE; ++pad) {
-        Survivors survivors;
+        const Survivors survivors;
         const std::string first = std::string("QWERTZUIOPASDFGHJKL").substr(0, pad + 3) + "\n";
         const std::string second = "the second line\n";
-        BlockJournal* journal = nullptr;
-        LogBuffer* buffer = nullptr;
-        const auto prepare = [&] {
-            journal = new BlockJournal(survivors.journal);
-            buffer = new LogBuffer(survivors.block, kBlock, true, TestPublicKeyDigits().c_str());
-            buffer->SetJournal(journal);
-            buffer->Write(first.data(), first.size());
-        };
-        bool sawFirst = false, sawBoth = false, broken = false;
-        const long instructions = SingleStep(
-            prepare, [&] { buffer->Write(second.data(), second.size()); },
-            [&] { return Hash(survivors.journal, 256, Hash(survivors.block, 400)); },
-            [&] {
-                const std::string text = Recover(survivors);
-                sawFirst |= text == first;
-                sawBoth |= text == first + second;
-                broken |= text != first && text != first + second;
-            });
-        if (instructions < 0) GTEST_SKIP() << "tracing a child is not allowed here";
-        EXPECT_GT(instructions, 1000);
-        EXPECT_TRUE(sawFirst);
-        EXPECT_TRUE(sawBoth);
-        ASSERT_FALSE(broken) << "pad " << pad;
+        const auto found =
+            SingleStep(survivors, {first}, [&](LogBuffer& buffer) { buffer.Write(second.data(), second.size()); });
+        if (found.empty()) GTEST_SKIP() << "tracing a child is not allowed here";
+        ASSERT_THAT(found, ElementsAre(first, first + second)) << "pad " << pad;
         uint64_t undoId;
         memcpy(&undoId, survivors.journal + 8, 8);
         tails |= 1u << ((undoId & 0xFFFFFFFF) % 8);
@@ -142,35 +107,14 @@ TEST(BlockJournal, AKillAtAnyInstructionOfAWriteCostsNoEarlierLine) {
 }
 
 TEST(BlockJournal, AKillAtAnyInstructionOfAFlushLosesAndDoublesNothing) {
-#ifdef ORVANE_UNDER_SANITIZER
-    GTEST_SKIP() << "the sanitizer's own code would be stepped through";
-#endif
-    Survivors survivors;
-    BlockJournal* journal = nullptr;
-    LogBuffer* buffer = nullptr;
-    bool broken = false;
-    const long instructions = SingleStep(
-        [&] {
-            journal = new BlockJournal(survivors.journal);
-            buffer = new LogBuffer(survivors.block, kBlock, true, TestPublicKeyDigits().c_str());
-            buffer->SetJournal(journal);
-            buffer->Write("one\n", 4);
-            buffer->Write("two\n", 4);
-        },
-        [&] {
-            AutoBuffer out;
-            buffer->Flush(out);
-            buffer->Write("three\n", 6);
-        },
-        [&] { return Hash(survivors.journal, 400, Hash(survivors.block, 200)); },
-        [&] {
-            const std::string text = Recover(survivors);
-            broken |= text != "one\ntwo\n" && text != "one\ntwo\nthree\n";
-        });
-    if (instructions < 0) GTEST_SKIP() << "tracing a child is not allowed here";
-    EXPECT_GT(instructions, 1000);
-    EXPECT_FALSE(broken);
-    EXPECT_EQ(Recover(survivors), "one\ntwo\nthree\n");
+    if (kIsSanitized) GTEST_SKIP() << "the sanitizer's own code would be stepped through";
+    const Survivors survivors;
+    const auto found = SingleStep(survivors, {"one\n", "two\n"}, [](LogBuffer& buffer) {
+        Flush(buffer);
+        buffer.Write("three\n", 6);
+    });
+    if (found.empty()) GTEST_SKIP() << "tracing a child is not allowed here";
+    EXPECT_THAT(found, ElementsAre("one\ntwo\n", "one\ntwo\nthree\n"));
 }
 
 class StagedRecord : public ::testing::Test {
@@ -180,20 +124,18 @@ protected:
         LogBuffer buffer(block.data(), block.size(), true, "");
         const std::string line(500, 'x');
         buffer.Write(line.data(), line.size());
-        AutoBuffer out;
-        buffer.Flush(out);
-        record.assign(reinterpret_cast<const char*>(out.Ptr()), out.Length());
-        journal.Stage(out.Ptr(), out.Length());
+        record = Flush(buffer);
+        journal.Stage(reinterpret_cast<const uint8_t*>(record.data()), record.size());
     }
     // Whether a process that finds `file` has to append the record, which the dead one meant to begin at `offset`.
     bool Resolve(const std::string& file, size_t offset, const char* name = "Sample_2026010203.xlog") {
-        OrvaneTest::WriteFile(folder + "/Sample_2026010203.xlog", file);
+        WriteFile(folder + "/Sample_2026010203.xlog", file);
         journal.BeginAppend(name, static_cast<int64_t>(offset));
         return BlockJournal(memory.data()).ResolveStaged(folder);
     }
-    std::string File() const { return OrvaneTest::ReadFile(folder + "/Sample_2026010203.xlog"); }
+    std::string File() const { return ReadFile(folder + "/Sample_2026010203.xlog"); }
 
-    const std::string folder = OrvaneTest::LogFolder("Sample");
+    const std::string folder = LogFolder("Sample");
     std::vector<uint8_t> memory;
     BlockJournal journal;
     std::string record;
@@ -218,7 +160,7 @@ TEST_F(StagedRecord, IsAppendedOnceHoweverFarTheDeadProcessCame) {
 
 TEST_F(StagedRecord, IsNotLookedForInAPipe) {
     const std::string name = "Sample_2026010203.xlog";
-    OrvaneTest::WriteFile(folder + "/" + name, "");
+    WriteFile(folder + "/" + name, "");
     ASSERT_EQ(unlink((folder + "/" + name).c_str()) + mkfifo((folder + "/" + name).c_str(), 0600), 0);
     journal.BeginAppend(name.c_str(), 0);
     EXPECT_TRUE(BlockJournal(memory.data()).ResolveStaged(folder)) << "and does not wait for a writer";

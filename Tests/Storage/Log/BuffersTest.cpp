@@ -1,13 +1,10 @@
 #include "Storage/Log/AutoBuffer.h"
 #include "Storage/Log/PtrBuffer.h"
+#include "Support/LogRecords.h"
 #include "Support/Test.h"
 
 namespace Quern {
 namespace {
-
-std::string Text(const AutoBuffer& buffer) {
-    return std::string(reinterpret_cast<const char*>(buffer.Ptr()), buffer.Length());
-}
 
 TEST(PtrBuffer, CutsAtItsMaximumAndKeepsItsPlace) {
     char memory[8] = "abcd";
@@ -61,10 +58,10 @@ TEST(AutoBuffer, GrowsInUnitsAndZeroesWhatIsNew) {
     AutoBuffer moved("hello", 5);
     moved.Seek(5, kSeekStart);
     moved.Move(2);
-    EXPECT_EQ(Text(moved), std::string("\0\0hello", 7));
+    EXPECT_EQ(OrvaneTest::TextOf(moved), std::string("\0\0hello", 7));
     EXPECT_EQ(moved.Pos(), 7);
     moved.Move(-4);
-    EXPECT_EQ(Text(moved), "llo");
+    EXPECT_EQ(OrvaneTest::TextOf(moved), "llo");
     EXPECT_EQ(moved.Pos(), 3);
     moved.Move(-100);
     EXPECT_EQ(moved.Length(), 0u);
@@ -74,9 +71,9 @@ TEST(AutoBuffer, CopiesFromAndToItsKindAndHandsItsMemoryOver) {
     AutoBuffer source("0123456789", 10), out;
     EXPECT_EQ(source.Read(4, out, 100), 6u);
     EXPECT_EQ(source.Read(out, 2), 2u);
-    EXPECT_EQ(Text(out), "45678901");
+    EXPECT_EQ(OrvaneTest::TextOf(out), "45678901");
     out.Write(0, AutoBuffer("xy", 2));
-    EXPECT_EQ(Text(out), "xy678901");
+    EXPECT_EQ(OrvaneTest::TextOf(out), "xy678901");
 
     AutoBuffer taker;
     taker.Attach(out);
@@ -86,7 +83,7 @@ TEST(AutoBuffer, CopiesFromAndToItsKindAndHandsItsMemoryOver) {
     EXPECT_EQ(length, 8u);
     EXPECT_EQ(taker.Ptr(), nullptr);
     taker.Attach(memory, length);
-    EXPECT_EQ(Text(taker), "xy678901");
+    EXPECT_EQ(OrvaneTest::TextOf(taker), "xy678901");
 }
 
 TEST(AutoBufferDeathTest, HoldsTwentyMebibytesAndNotOneByteMore) {

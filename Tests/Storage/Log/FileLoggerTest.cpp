@@ -1,10 +1,7 @@
 #include "Storage/Log/FileLogger.h"
 
 #include "Storage/Log/BlockJournal.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
 
 namespace Quern {
 namespace {

@@ -1,13 +1,10 @@
 #include "Storage/Log/GameLog.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "Orvane/Game.h"
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Log/LoggerFixture.h"
 #include "Support/FakeInfoDictionary.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 namespace {

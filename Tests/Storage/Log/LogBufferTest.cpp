@@ -18,12 +18,6 @@ struct Block {
     LogBuffer buffer;
 };
 
-std::string Flush(LogBuffer& buffer) {
-    AutoBuffer out;
-    buffer.Flush(out);
-    return std::string(reinterpret_cast<const char*>(out.Ptr()), out.Length());
-}
-
 bool Write(LogBuffer& buffer, const std::string& text) {
     return buffer.Write(text.data(), text.size());
 }
@@ -111,7 +105,7 @@ TEST(LogBuffer, RefusesWhatIsEmptyAndWrapsPlainRecords) {
         EXPECT_FALSE(block.buffer.Write("x", 0, out));
         EXPECT_EQ(out.Length(), 0u);
         ASSERT_TRUE(block.buffer.Write("tip\n", 4, out));
-        const auto records = DecodeRecords(std::string(reinterpret_cast<const char*>(out.Ptr()), out.Length()));
+        const auto records = DecodeRecords(TextOf(out));
         ASSERT_EQ(records.size(), 1u);
         EXPECT_EQ(records[0].magic, encrypt ? 6 : 8);
         EXPECT_EQ(records[0].seq, 0);

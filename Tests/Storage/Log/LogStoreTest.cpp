@@ -2,11 +2,8 @@
 
 #include "Storage/Log/LogStore.h"
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "Storage/File/PathSource.h"
 #include "Storage/Log/LoggerFixture.h"
@@ -31,63 +28,53 @@ std::string Noise(size_t length) {
 // The log file of this hour and of the next, as a pipe: whoever appends to it waits until the test drains it.
 class StuckFile {
 public:
-    explicit StuckFile(const std::string& module) {
-        std::filesystem::create_directories(LogFolder(module));
+    explicit StuckFile(const std::string& module) : _folder(LogFolder(module)) {
+        std::filesystem::create_directories(_folder);
+        const std::string pipe = CacheFolder() + "/pipe of " + module;
+        EXPECT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        _pipe = open(pipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        EXPECT_GT(fcntl(_pipe, F_SETPIPE_SZ, 4096), 0);
         for (const time_t hour : {time(nullptr), time(nullptr) + 3600}) {
             char name[16];
             tm local;
             strftime(name, sizeof name, "%Y%m%d%H", localtime_r(&hour, &local));
-            _paths.push_back(LogFolder(module) + "/" + module + "_" + name + ".xlog");
-            EXPECT_EQ(mkfifo(_paths.back().c_str(), 0600), 0);
-            _pipes.push_back(open(_paths.back().c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
-            EXPECT_GT(fcntl(_pipes.back(), F_SETPIPE_SZ, 4096), 0);
+            std::filesystem::create_symlink(pipe, _folder + "/" + module + "_" + name + ".xlog");
         }
     }
     ~StuckFile() {
-        for (size_t i = 0; i < _pipes.size(); ++i) {
-            close(_pipes[i]);
-            unlink(_paths[i].c_str());
-        }
+        close(_pipe);
+        std::filesystem::remove_all(_folder);
     }
     // From now on not even a byte goes in.
     void Fill() {
-        for (size_t i = 0; i < _pipes.size(); ++i)
-            while (write(_pipes[i], "", 1) == 1)
-                ++_filled[i];
+        while (write(_pipe, "", 1) == 1)
+            ++_filled;
     }
     bool HasData() const {
-        int count, all = 0;
-        for (const int pipe : _pipes)
-            if (ioctl(pipe, FIONREAD, &count) == 0) all += count;
-        return all > 0;
+        int count = 0;
+        return ioctl(_pipe, FIONREAD, &count) == 0 && count > 0;
     }
     // Whether what Drain gave until now is whole records, of more than `size` bytes.
     bool HasRecords(size_t size) {
         const std::string& bytes = Drain();
         size_t at = 0;
-        while (at + 74 <= bytes.size()) {
-            uint32_t length;
-            memcpy(&length, &bytes[at + 5], sizeof length);
-            at += 74 + length;
-        }
+        while (at + 74 <= bytes.size())
+            at += 74 + LogRecord::LoadU32(reinterpret_cast<const uint8_t*>(&bytes[at + LogRecord::kLenAt]));
         return bytes.size() > size && at == bytes.size();
     }
     // What was appended until now, without that which Fill put in.
     const std::string& Drain() {
         char piece[4096];
-        for (size_t i = 0; i < _pipes.size(); ++i)
-            for (ssize_t count; (count = read(_pipes[i], piece, sizeof piece)) > 0;) {
-                const size_t filled = std::min(_filled[i], static_cast<size_t>(count));
-                _filled[i] -= filled;
-                _text.append(piece + filled, static_cast<size_t>(count) - filled);
-            }
+        for (ssize_t count; (count = read(_pipe, piece, sizeof piece)) > 0;)
+            _text.append(piece, static_cast<size_t>(count));
+        _text.erase(0, std::exchange(_filled, 0));
         return _text;
     }
 
 private:
-    std::vector<std::string> _paths;
-    std::vector<int> _pipes;
-    std::map<size_t, size_t> _filled;  // what Fill put into each and Drain has not met yet
+    const std::string _folder;
+    int _pipe = -1;
+    size_t _filled = 0;
     std::string _text;
 };
 
@@ -106,7 +93,7 @@ TEST_F(LogStoreTest, ModesOneAndTwoBringTheBlockBackBetweenTheTips) {
         ASSERT_EQ(records.size(), 3u);
         EXPECT_EQ(records[0].magic, mode == 2 ? 6 : 8);
         EXPECT_EQ(records[1].magic, mode == 2 ? 7 : 9);
-        EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(::testing::MatchesRegex(module + "_[0-9]{10}\\.xlog")));
+        EXPECT_THAT(FilesIn(LogFolder(module)), ElementsAre(MatchesRegex(module + "_[0-9]{10}\\.xlog")));
     }
 }
 
@@ -117,8 +104,7 @@ TEST_F(LogStoreTest, ATornEndOfARestoringIsCutOffAndWrittenWhole) {
     LogBuffer plain(nullptr, 0, true, "");
     AutoBuffer record;
     ASSERT_TRUE(plain.Write(tip.data(), tip.size(), record));
-    const std::string whole(reinterpret_cast<const char*>(record.Ptr()), record.Length());
-
+    const std::string whole = TextOf(record);
     const std::string file = "Torn_2026010203.xlog";
     WriteFile(LogFolder("Torn") + "/" + file, whole + whole.substr(0, 60));
     std::vector<uint8_t> memory(sizeof(BlockJournalLayout));
@@ -149,7 +135,6 @@ TEST_F(LogStoreTest, HoldsAThousandLinesInTheBackground) {
 
 TEST_F(LogStoreTest, AThirdOfTheBlockWakesTheFlushThread) {
     Logger* logger = Make("Flushed", 2);
-    std::string expected;
     for (int i = 0; i < 20000 && FilesIn(LogFolder("Flushed")).empty(); ++i) {
         Say(logger, "line number " + std::to_string(i));
         // Slow enough for the thread to come to its turn on a busy machine before the block is half full.
@@ -161,9 +146,8 @@ TEST_F(LogStoreTest, AThirdOfTheBlockWakesTheFlushThread) {
     EXPECT_GE(record.payload.size() + 73, 51200u);
     EXPECT_LT(record.payload.size(), 76800u);
 
-    const std::vector<std::string> texts = Texts(Reopen("Flushed", 2));
     size_t next = 0;
-    for (const std::string& text : texts)
+    for (const std::string& text : Texts(Reopen("Flushed", 2)))
         if (text[0] != '?') {
             EXPECT_EQ(text, "Info line number " + std::to_string(next++));
         }
@@ -209,8 +193,7 @@ TEST_F(LogStoreTest, LinesThatComeWhileTheBlockIsBroughtBackGoBehindIt) {
             LogBuffer buffer(block.data(), block.size(), true, "");
             buffer.SetJournal(&journal);
             buffer.Write("older\n", 6);
-            AutoBuffer out;
-            buffer.Flush(out);
+            Flush(buffer);
             WriteFile(CacheFolder() + "/" + module + ".journal3", std::string(memory.begin(), memory.end()));
             expected.insert(expected.begin() + 1, "? older");
         }
@@ -263,7 +246,7 @@ TEST(LogStore, SaysThatThereIsNoCachePath) {
         std::string Caches() override { return ""; }
     };
     PathSource::Use(std::make_shared<Nowhere>());
-    const OrvaneTest::FakeConfigure settings;  // the client of the configuration server ends the process
+    const FakeConfigure settings;  // the client of the configuration server ends the process
     const CapturedConsole console;
     Logger logger("Homeless");
     logger.SetOption("LogMode", 2);
@@ -295,13 +278,13 @@ TEST_F(LogStoreTest, MarkersTakeThePlaceOfLinesInAFullBlock) {
     const std::string text = DecodeText(ReadLogFiles("Full"));
     const size_t marker = text.find("[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: ");
     ASSERT_NE(marker, std::string::npos);
-    std::istringstream in(text.substr(marker));
     int markers = 0, previous = 122879;
-    for (std::string line; std::getline(in, line); ++markers) {
+    for (const std::string& line : SplitLines(text.substr(marker))) {
         int length = 0;
         ASSERT_EQ(sscanf(line.c_str(), "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: %d", &length), 1);
         EXPECT_GT(length, previous) << "each marker is written";
         previous = length;
+        ++markers;
     }
     EXPECT_GT(markers, 10);
     EXPECT_LT(previous, 153600);
@@ -312,14 +295,10 @@ TEST_F(LogStoreTest, MarkersTakeThePlaceOfLinesInAFullBlock) {
 TEST_F(LogStoreTest, FourThreadsKeepTheirOrderInModeZero) {
     Logger* logger = Make("Threads", 0);
     constexpr int kLines = 3000;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back([=] {
-            for (int i = 0; i < kLines; ++i)
-                Say(logger, std::to_string(t) + " " + std::to_string(i));
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    Threads(4, [=](int thread) {
+        for (int i = 0; i < kLines; ++i)
+            Say(logger, std::to_string(thread) + " " + std::to_string(i));
+    }).Join();
     loggers.clear();
     std::map<int, int> next;
     for (const std::string& line : Texts(ReadLogFiles("Threads"))) {

@@ -2,32 +2,15 @@
 #ifndef ORVANE_TESTS_STORAGE_LOG_LOGGER_FIXTURE_H
 #define ORVANE_TESTS_STORAGE_LOG_LOGGER_FIXTURE_H
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <regex>
-#include <sstream>
-#include <string>
-#include <vector>
 
-#include "Serializer/Codec/Hex.h"
 #include "Storage/Log/Logger.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeConfigure.h"
 #include "Support/LogRecords.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 
 namespace OrvaneTest {
-
-inline const char* const kDevelopmentKeyFile = ORVANE_SOURCE_DIR "/Examples/Keys/development-log.key";
-
-inline Quern::CurvePrivateKey DevelopmentKey() {
-    Quern::CurvePrivateKey key{};
-    EXPECT_TRUE(Quern::HexToBuffer(ReadFile(kDevelopmentKeyFile).c_str(), key.data(), key.size()));
-    return key;
-}
 
 class LoggerTest : public ::testing::Test {
 protected:
@@ -71,8 +54,7 @@ inline std::vector<std::string> Texts(const std::string& lines) {
     std::vector<std::string> texts;
     const std::regex line(
         R"(\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d \d{3}\] \| (\w+) \| \[(\w+)\] \|\d+\| File.cpp:12\|Function\| (.*))");
-    std::istringstream in(lines);
-    for (std::string text; std::getline(in, text);) {
+    for (const std::string& text : SplitLines(lines)) {
         std::smatch match;
         texts.push_back(std::regex_match(text, match, line) ? match[1].str() + " " + match[3].str() : "? " + text);
     }

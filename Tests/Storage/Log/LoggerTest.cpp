@@ -2,10 +2,6 @@
 #include "Storage/Log/DorselVersion.h"
 #include "Storage/Log/Logger.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <regex>
 
 #include "Orvane/OrvaneCore.h"
@@ -31,7 +27,7 @@ TEST_F(LoggerTest, ModeZeroWritesPlainLines) {
     Say(logger, "last");
     loggers.clear();
     const std::string content = ReadLogFiles("Plain");
-    EXPECT_THAT(FilesIn(LogFolder("Plain")), ElementsAre(::testing::MatchesRegex("Plain_[0-9]{10}\\.log")));
+    EXPECT_THAT(FilesIn(LogFolder("Plain")), ElementsAre(MatchesRegex("Plain_[0-9]{10}\\.log")));
     EXPECT_FALSE(std::filesystem::exists(CacheFolder() + "/Plain.mmap3"));
     EXPECT_EQ(content.substr(content.find("| first"), 8), "| first\n");
     EXPECT_NE(content.find("| in two\nlines\n"), std::string::npos);
@@ -48,11 +44,7 @@ TEST_F(LoggerTest, LinesOfEveryLengthKeepTheirBytes) {
     for (const size_t length : {4095u, 4096u, 5000u, 1000000u})
         Say(logger, std::string(length, 'y'));
     Say(logger, "ends in a newline\n");
-    const std::string text = Reopen("Lengths", 2);
-    std::istringstream in(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
+    const std::vector<std::string> lines = SplitLines(Reopen("Lengths", 2));
     ASSERT_EQ(lines.size(), 8u);
     for (int i = 2; i <= 5; ++i)
         EXPECT_EQ(lines[static_cast<size_t>(i)].size(), 4095u);
@@ -156,18 +148,16 @@ TEST_F(LoggerTest, BeforeInitALineReachesConsoleAndCallbackOnly) {
 }
 
 TEST_F(LoggerTest, DorselMustBeOfAnAge) {
-    EXPECT_EQ(compareVersion("4.2.027.27094"), 0);
-    EXPECT_EQ(compareVersion("4.2.27.27094"), 0) << "fields are numbers";
-    EXPECT_EQ(compareVersion("4.2.027.27093"), -1);
-    EXPECT_EQ(compareVersion("4.10.0.0"), 1);
-    EXPECT_EQ(compareVersion("3.9"), -1);
-    EXPECT_EQ(compareVersion("4.2"), -1) << "the rests are compared as decimal numbers: 2 and 2.027";
-    EXPECT_EQ(compareVersion("5"), 1);
-    EXPECT_EQ(compareVersion(""), -1);
-    EXPECT_EQ(compareVersion((std::string(30, '0') + "9.1").c_str()), 1);
-    EXPECT_EQ(compareVersion((std::string(31, '0') + "9.1").c_str()), -1) << "a field is cut behind 31 digits";
+    // Fields are numbers, the rests of "4.2" are compared as decimals (2 and 2.027), and a field is cut behind 31
+    // digits.
+    const std::string longest = std::string(30, '0') + "9.1", cut = "0" + longest;
+    std::string orders;
+    for (const char* version : {"4.2.027.27094", "4.2.27.27094", "4.2.027.27093", "4.10.0.0", "3.9", "4.2", "5", "",
+                                longest.c_str(), cut.c_str()})
+        orders += Format("%d ", compareVersion(version));
+    EXPECT_EQ(orders, "0 0 -1 1 -1 -1 1 -1 1 -1 ");
 
-    OrvaneTest::IdlePlugin dorsel("Dorsel", "4.2.026.99999");
+    IdlePlugin dorsel("Dorsel", "4.2.026.99999");
     Logger ours("Dorsel"), other("Other");
     EXPECT_EQ(ours.GetVersion(), 1) << "no such plugin";
     Orvane::Plugin::PluginManager* manager = Orvane::Plugin::PluginManager::GetInstance();
@@ -253,30 +243,27 @@ TEST_F(LoggerTest, ACallbackMayLogAStageAboutTheLookForItsSwitch) {
 
 TEST_F(LoggerTest, ThresholdsMayBeSetFromTheFirstMomentOnAnyThread) {
     constexpr int kNames = 50;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 2; ++t)
-        threads.emplace_back([] {
-            for (int i = 0; i < kNames; ++i) {
-                Orvane::OrvaneSDKLog::GetInstance()->SetAllLogLevel(kLogWarning);
-                Orvane::OrvaneSDKLog::GetInstance()->SetLogLevel(std::to_string(i).c_str(), kLogError);
-            }
-        });
-    OrvaneTest::IdlePlugin plugin("", "1.0");
+    Threads threads(2, [](int) {
+        for (int i = 0; i < kNames; ++i) {
+            Orvane::OrvaneSDKLog::GetInstance()->SetAllLogLevel(kLogWarning);
+            Orvane::OrvaneSDKLog::GetInstance()->SetLogLevel(std::to_string(i).c_str(), kLogError);
+        }
+    });
+    IdlePlugin plugin("", "1.0");
     auto* service = Orvane::Plugin::OrvaneCoreLogSerivce::GetInstance();
     for (int i = 0; i < kNames; ++i) {
         const std::string name = std::to_string(i);
         plugin.name = name.c_str();
         EXPECT_NE(service->GetLogger(&plugin), nullptr);
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.Join();
     EXPECT_EQ(service->GetLoggerCollection()->size(), static_cast<size_t>(kNames));
 }
 
 // The look-up of the game's id logs that the manifest has no section for it.
 TEST(GameLog, ACoreCallbackMayHandLinesOnToIt) {
-    OrvaneTest::CacheFolder();
-    const OrvaneTest::FakeInfoDictionary manifest;
+    CacheFolder();
+    const FakeInfoDictionary manifest;
     OrvaneLogInit();
     OrvaneCore_SetQuernLogLevel(kLogDebug);
     static int handedOn = 0;

@@ -2,7 +2,6 @@
 
 #include "Orvane/IApplicationObserver.h"
 #include "Orvane/QuernApplicationObserver.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
 #include "System/Application/CApplication.h"
 #include "System/Application/OrvaneAppLifecycle.h"

@@ -2,10 +2,8 @@
 
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 
 namespace Quern {
 namespace {
@@ -65,21 +63,17 @@ TEST_F(MainRunLoopTest, KeepsTheOrderOfEachThread) {
     std::vector<int> next(kThreads, 0);
     int disorder = 0;
     int left = kThreads;
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < kThreads; ++thread) {
-        threads.emplace_back([&, thread] {
-            for (int i = 0; i < kEach; ++i)
-                loop.Post([&, thread, i] { disorder += next[thread]++ != i; });
-            loop.PostAndWait([&] {
-                if (--left == 0) loop.Stop();
-            });
+    OrvaneTest::Threads threads(kThreads, [&](int thread) {
+        for (int i = 0; i < kEach; ++i)
+            loop.Post([&, thread, i] { disorder += next[thread]++ != i; });
+        loop.PostAndWait([&] {
+            if (--left == 0) loop.Stop();
         });
-    }
+    });
     EXPECT_TRUE(loop.Run());
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.Join();
     EXPECT_EQ(disorder, 0);
-    EXPECT_THAT(next, testing::Each(kEach));
+    EXPECT_THAT(next, Each(kEach));
 }
 
 TEST_F(MainRunLoopTest, PostAndWaitRunsAtOnceOnTheMainThread) {

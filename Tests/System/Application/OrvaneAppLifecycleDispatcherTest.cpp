@@ -1,10 +1,8 @@
 #include "System/Application/OrvaneAppLifecycleDispatcher.h"
 
 #include "Base/XLog.h"
-#include "Support/CapturedConsole.h"
 #include "Support/LifecycleFakes.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Application/SwizzleHelper.h"
 
@@ -113,20 +111,6 @@ TEST_F(DispatcherTest, WritesALineForTheEventsThatHaveOne) {
     EXPECT_THAT(console.Take(), IsEmpty());
 }
 
-TEST_F(DispatcherTest, ALaunchSaysSoAndStartsTheLibrary) {
-    OrvaneTest::CacheFolder();
-    LifecycleClass delegateClass("AppDelegate");
-    delegateClass.Answer(kLaunch, 0);
-    orvane_object delegate = delegateClass.Make("delegate");
-    OrvaneAppLifecycleDispatcher::manualSwizzle(delegateClass.get());
-    console.Take();
-    Send(delegate, kLaunch);
-    EXPECT_EQ(console.Take().front(),
-              "[OrvaneAppLifecycleDispatcher orvane_application: didFinishLaunchingWithOptions:]");
-    EXPECT_THAT(LifecycleClass::Heard(), ElementsAre(std::string("delegate orvane_") + kLaunch));
-    EXPECT_TRUE(Quern::IsCoreLoggerStarted());
-}
-
 TEST_F(DispatcherTest, ADelegateWithoutAMethodMissesTheEventButContinuesActivities) {
     LifecycleClass observerClass("Observer"), delegateClass("AppDelegate");
     observerClass.Answer("applicationDidEnterBackground:", 0);
@@ -178,31 +162,29 @@ TEST_F(DispatcherTest, TheObserversOrientationsGoBeforeTheDelegates) {
 }
 
 TEST(SwizzleHelper, ExchangesAndAddsByItsRules) {
+    const auto exchange = SwizzleHelper::originalClass_swizzledClass_originalSelector_swizzleSelector;
+    const auto add = SwizzleHelper::AddMethodForClass_swizzledClass_selector;
     LifecycleClass target("Target"), source("Source");
     target.Answer("own:", 0);
     source.Answer("new:", 0);
     source.Act("added:", [] {});
     const auto ownCode = orvane_class_get_method(target.get(), "own:");
 
-    EXPECT_FALSE(SwizzleHelper::originalClass_swizzledClass_originalSelector_swizzleSelector(nullptr, source.get(),
-                                                                                             "own:", "new:"));
-    EXPECT_FALSE(SwizzleHelper::AddMethodForClass_swizzledClass_selector(nullptr, source.get(), "added:"));
+    EXPECT_FALSE(exchange(nullptr, source.get(), "own:", "new:"));
+    EXPECT_FALSE(add(nullptr, source.get(), "added:"));
 
-    EXPECT_TRUE(SwizzleHelper::AddMethodForClass_swizzledClass_selector(target.get(), source.get(), "added:"));
+    EXPECT_TRUE(add(target.get(), source.get(), "added:"));
     EXPECT_EQ(orvane_class_get_method(target.get(), "added:"), orvane_class_get_method(source.get(), "added:"));
-    EXPECT_FALSE(SwizzleHelper::AddMethodForClass_swizzledClass_selector(target.get(), source.get(), "added:"));
+    EXPECT_FALSE(add(target.get(), source.get(), "added:"));
     orvane_class_add_class_method(target.get(), "new:", ownCode);
-    EXPECT_FALSE(SwizzleHelper::AddMethodForClass_swizzledClass_selector(target.get(), source.get(), "new:"))
-        << "the class itself responds";
+    EXPECT_FALSE(add(target.get(), source.get(), "new:")) << "the class itself responds";
     EXPECT_EQ(orvane_class_get_method(target.get(), "new:"), nullptr);
 
     source.Act("hook:", [] {});
-    EXPECT_TRUE(SwizzleHelper::originalClass_swizzledClass_originalSelector_swizzleSelector(target.get(), source.get(),
-                                                                                            "own:", "hook:"));
+    EXPECT_TRUE(exchange(target.get(), source.get(), "own:", "hook:"));
     EXPECT_EQ(orvane_class_get_method(target.get(), "own:"), orvane_class_get_method(source.get(), "hook:"));
     EXPECT_EQ(orvane_class_get_method(target.get(), "hook:"), ownCode);
-    EXPECT_FALSE(SwizzleHelper::originalClass_swizzledClass_originalSelector_swizzleSelector(target.get(), source.get(),
-                                                                                             "own:", "hook:"));
+    EXPECT_FALSE(exchange(target.get(), source.get(), "own:", "hook:"));
     EXPECT_EQ(orvane_class_get_method(target.get(), "hook:"), ownCode) << "exchanged once";
 }
 

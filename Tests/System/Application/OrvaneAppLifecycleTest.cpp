@@ -1,11 +1,9 @@
 #include "System/Application/OrvaneAppLifecycle.h"
 
 #include "Base/XLog.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakePlugins.h"
 #include "Support/LifecycleFakes.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 #include "System/Application/BackgroundState.h"
 
 namespace {
@@ -20,7 +18,7 @@ constexpr char kOrientations[] = "application:supportedInterfaceOrientationsForW
 class LifecycleTest : public testing::Test {
 protected:
     OrvaneAppLifecycle* lifecycle = OrvaneAppLifecycle::sharedInstance();
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
 };
 
 TEST_F(LifecycleTest, HoldsEachObserverThatFollowsTheProtocolOnce) {
@@ -35,11 +33,10 @@ TEST_F(LifecycleTest, HoldsEachObserverThatFollowsTheProtocolOnce) {
     lifecycle->addObserver(&b);
     lifecycle->addObserver(&a);
     lifecycle->addObserver(&b);
-    EXPECT_THAT(console.Take(),
-                ElementsAre(MatchesRegex(OrvaneTest::Format("OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p",
-                                                            static_cast<void*>(&b))),
-                            MatchesRegex(OrvaneTest::Format("OrvaneCore addObserver pointer:0x[0-9a-f]+, observer:%p",
-                                                            static_cast<void*>(&a)))));
+    const auto says = [](orvane_object& added) {
+        return MatchesRegex(Format("OrvaneCore addObserver pointer:0x.+, observer:%p", static_cast<void*>(&added)));
+    };
+    EXPECT_THAT(console.Take(), ElementsAre(says(b), says(a)));
     lifecycle->applicationDidEnterBackground(nullptr);
     EXPECT_THAT(LifecycleClass::Heard(),
                 ElementsAre("b applicationDidEnterBackground:", "a applicationDidEnterBackground:"));
@@ -63,8 +60,8 @@ TEST_F(LifecycleTest, SendsEventsWithTheirArguments) {
     orvane_object observer = cls.Make("o");
     lifecycle->addObserver(&observer);
     char app, x, y;
-    const std::string a = OrvaneTest::Format(" %p", static_cast<void*>(&app));
-    const std::string axy = a + OrvaneTest::Format(" %p %p", static_cast<void*>(&x), static_cast<void*>(&y));
+    const std::string a = Format(" %p", static_cast<void*>(&app));
+    const std::string axy = a + Format(" %p %p", static_cast<void*>(&x), static_cast<void*>(&y));
     LifecycleClass::RecordArguments(true);
     EXPECT_TRUE(lifecycle->application_openURL_sourceApplication_annotation(&app, &x, &y, &app));
     lifecycle->applicationWillResignActive(&app);
@@ -160,27 +157,17 @@ TEST_F(LifecycleTest, OnlyTheLoginPluginsObserverDecidesTheOrientations) {
     EXPECT_THAT(LifecycleClass::Heard(), ElementsAre(std::string("mute ") + kOrientations));
 }
 
-TEST_F(LifecycleTest, LaunchStartsTheLibraryInOrder) {
-    OrvaneTest::CacheFolder();
-    Journal journal;
-    OrvaneTest::FakePlugin plugin("Zed", "1", &journal);
+// What comes in which order is told by the lines of a whole launch.
+TEST_F(LifecycleTest, AnObserverHearsTheLaunchInTheForegroundWithTheLogStarted) {
+    CacheFolder();
     LifecycleClass cls("Launcher");
-    cls.Act(kLaunch, [&] {
-        const auto& plugins = *Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection();
-        EXPECT_EQ(lifecycle->innerAppState(), 0);
-        EXPECT_EQ(plugins.count("OrvaneCore"), 1u);
-        EXPECT_TRUE(Quern::IsCoreLoggerStarted());
-        journal.push_back("observer");
-    });
+    cls.Act(kLaunch, [&] { LifecycleClass::Note(std::to_string(lifecycle->innerAppState())); });
     orvane_object observer = cls.Make("o");
     lifecycle->addObserver(&observer);
     EXPECT_FALSE(Quern::IsCoreLoggerStarted());
     EXPECT_TRUE(lifecycle->application_didFinishLaunchingWithOptions(nullptr, nullptr));
-    EXPECT_THAT(journal, ElementsAre("observer", "Zed OnStartup", "Zed OnPostStartup"));
-    EXPECT_THAT(console.Take(), testing::Contains(testing::ContainsRegex("Install Success.*pluginName:OrvaneCore")))
-        << "the plugin comes before the log, into which the line would go otherwise";
-    EXPECT_THAT(Orvane::Plugin::PluginManager::GetInstance()->GetPluginCollection()->at("OrvaneCore").serviceNames,
-                ElementsAre("COREREPORT", "YARROW", "REMOTECONFIG", "CONFIGFILE"));
+    EXPECT_TRUE(Quern::IsCoreLoggerStarted());
+    EXPECT_THAT(LifecycleClass::Heard(), ElementsAre("0"));
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include "Orvane/OrvaneCore.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/Thread/TargetBase.h"
 
@@ -133,24 +132,20 @@ TEST(PerformSelector, AnyThreadMayPostWhileThePumpIsEnded) {
     static std::atomic<int> performed;
     Quern_EnableManualUpdate();
     std::atomic<int> left{kThreads};
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < kThreads; ++thread) {
-        threads.emplace_back([&] {
-            CAFunctionSelector selector;
-            selector.function0 = [] { ++performed; };
-            for (int i = 0; i < kEach; ++i) {
-                PerformSelectorOnUIThread(&selector);
-                Quern_IgnoreUIThread(&left);
-            }
-            --left;
-        });
-    }
+    OrvaneTest::Threads threads(kThreads, [&](int) {
+        CAFunctionSelector selector;
+        selector.function0 = [] { ++performed; };
+        for (int i = 0; i < kEach; ++i) {
+            PerformSelectorOnUIThread(&selector);
+            Quern_IgnoreUIThread(&left);
+        }
+        --left;
+    });
     while (left > 0) {
         Quern_UpdateUIThread();
         Quern_EndUIThread();
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.Join();
     Quern_EndUIThread();
     EXPECT_LE(performed, kThreads * kEach);
     // A call that ends the pump ends the update too: what it posts behind that waits for the next.

@@ -7,12 +7,9 @@
 #include "Orvane/NotificationCenter.h"
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Bundle/BundleFactory.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeDevice.h"
 #include "Support/FakeReachability.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
-#include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/Application/OrvaneAppLifecycle.h"
 #include "System/Network/OrvaneCoreWifiChangeTimer.h"
@@ -128,28 +125,23 @@ TEST_F(CNetworkTest, IsReleasedWhileOthersAreInsideIt) {
     INetwork* const first = gs_OrvaneNetwork();
     std::atomic<bool> isOver{false};
     std::atomic<int> rounds{0};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 2; ++i)
-        threads.emplace_back([&] {
-            for (; !isOver; ++rounds) {
-                CNetworkObserver mine;
-                gs_OrvaneNetwork()->AddObserver(&mine);
-                quern_network_SetNetworkChangedCallback([](ANetworkState) {});
-                EXPECT_NE(quern_network_GetNetworkState(), kANetworkNotReachable);
-                gs_OrvaneNetwork()->RemoveObserver(&mine);
-            }
-        });
-    threads.emplace_back([&] {
-        while (!isOver)
+    OrvaneTest::Threads threads(3, [&](int number) {
+        while (number == 0 && !isOver)
             Quern_UpdateUIThread();
+        for (; !isOver; ++rounds) {
+            CNetworkObserver mine;
+            gs_OrvaneNetwork()->AddObserver(&mine);
+            quern_network_SetNetworkChangedCallback([](ANetworkState) {});
+            EXPECT_NE(quern_network_GetNetworkState(), kANetworkNotReachable);
+            gs_OrvaneNetwork()->RemoveObserver(&mine);
+        }
     });
     while (rounds < 2000) {
         network->Change(rounds % 2 ? FakeReachability::kWifi : FakeReachability::kCellular);
         gs_OrvaneApplicationOnDestroy();
     }
     isOver = true;
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.Join();
     gs_OrvaneApplicationOnDestroy();
     MainRunLoop::Current().RunPending();
 
@@ -167,18 +159,14 @@ TEST_F(CNetworkTest, IsMadeOnceByManyThreadsAndReadsItsStartOnTheMainOne) {
     OrvaneTest::CapturedConsole console;
     std::atomic<int> waiting{8};
     std::atomic<INetwork*> made{nullptr};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i)
-        threads.emplace_back([&] {
-            for (--waiting; waiting > 0;) {
-            }
-            INetwork* const mine = gs_OrvaneNetwork();
-            INetwork* expected = nullptr;
-            EXPECT_TRUE(made.compare_exchange_strong(expected, mine) || expected == mine);
-            EXPECT_EQ(mine->GetNetworkState(), kANetworkReachableViaWiFi);
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    OrvaneTest::Threads(8, [&](int) {
+        for (--waiting; waiting > 0;) {
+        }
+        INetwork* const mine = gs_OrvaneNetwork();
+        INetwork* expected = nullptr;
+        EXPECT_TRUE(made.compare_exchange_strong(expected, mine) || expected == mine);
+        EXPECT_EQ(mine->GetNetworkState(), kANetworkReachableViaWiFi);
+    }).Join();
     Observer observer("");
     made.load()->AddObserver(&observer);
     EXPECT_THAT(console.Take(), IsEmpty());

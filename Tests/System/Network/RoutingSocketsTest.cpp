@@ -2,12 +2,10 @@
 #include <linux/nl80211.h>
 #include <netlink/genl/genl.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include "Support/FakeReachability.h"
 #include "Support/NetworkNamespace.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/Network/AReachability.h"
 #include "System/Network/CNetwork.h"
@@ -27,7 +25,7 @@ struct Told : CNetworkObserver {
 
 // Runs the main loop until the states have come; one too many comes with the next.
 std::string Await(Told& told, size_t count) {
-    OrvaneTest::WaitFor([&] { return MainRunLoop::Current().RunPending(), told.states.size() >= count; });
+    WaitFor([&] { return MainRunLoop::Current().RunPending(), told.states.size() >= count; });
     return std::exchange(told.states, {});
 }
 
@@ -36,7 +34,7 @@ uint32_t FlagsOf(const std::unique_ptr<AReachability>& target) {
 }
 
 TEST(RoutingSockets, TellEachChangeOnce) {
-    if (!OrvaneTest::EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
+    if (!EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
     INetwork* const network = gs_OrvaneNetwork();
     Told told;
     network->AddObserver(&told);
@@ -70,19 +68,18 @@ TEST(RoutingSockets, TellEachChangeOnce) {
     for (const auto& step : kSteps) {
         ASSERT_TRUE(RunIp(step.change)) << step.change;
         if (step.told.empty()) {  // what must not be told has its quiet period to itself
-            OrvaneTest::WaitFor([] { return MainRunLoop::Current().RunPending(), false; },
-                                std::chrono::milliseconds(600));
+            WaitFor([] { return MainRunLoop::Current().RunPending(), false; }, std::chrono::milliseconds(600));
         }
         EXPECT_EQ(Await(told, step.told.size()), step.told) << step.change;
     }
     ASSERT_TRUE(RunIp("link delete eth1\n"));
     const std::string other = "address add 10.8.0.1/32 dev lo\naddress delete 10.8.0.1/32 dev lo\n";
-    EXPECT_TRUE(OrvaneTest::WaitFor([&] { return RunIp(other) && Await(told, 0) == "0"; }))
+    EXPECT_TRUE(WaitFor([&] { return RunIp(other) && Await(told, 0) == "0"; }))
         << "other changes without end do not hold this one up";
 }
 
 TEST(RoutingSockets, TellNothingWhileTheyCannotRead) {
-    if (!OrvaneTest::EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
+    if (!EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
     Told told;
     gs_OrvaneNetwork()->AddObserver(&told);
     ASSERT_TRUE(RunIp(Cable("eth0", 1) + DefaultRoute("eth0", 1, 100)));
@@ -96,15 +93,15 @@ TEST(RoutingSockets, TellNothingWhileTheyCannotRead) {
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
     Way way;
     EXPECT_FALSE(ReadDefaultWay(way));
-    OrvaneTest::WaitFor([] { return MainRunLoop::Current().RunPending(), false; }, std::chrono::milliseconds(600));
+    WaitFor([] { return MainRunLoop::Current().RunPending(), false; }, std::chrono::milliseconds(600));
     EXPECT_EQ(Await(told, 0), "") << "a failed read is no loss";
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
     EXPECT_EQ(Await(told, 1), "2") << "the change is read once it can be";
 }
 
 TEST(RoutingSockets, TellTheWayToEachTarget) {
-    if (!OrvaneTest::EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
-    const auto wifi = OrvaneTest::FakeWifi::Install();
+    if (!EnterOwnNetwork()) GTEST_SKIP() << "needs the right to make network namespaces";
+    const auto wifi = FakeWifi::Install();
     const auto local = AReachability::reachabilityForLocalWiFi();
     EXPECT_EQ(FlagsOf(local), 0u);
     EXPECT_EQ(FlagsOf(AReachability::reachabilityWithHostName("nowhere.invalid")), 0u);
@@ -120,10 +117,10 @@ TEST(RoutingSockets, TellTheWayToEachTarget) {
     EXPECT_TRUE(ReadDefaultWay(way));
     EXPECT_EQ(way, (Way{0x40002, "ppp0", "10.2.0.1", "10.2.0.2"}));
     ASSERT_TRUE(RunIp("link set wlan1far down\nroute add blackhole 10.7.0.0/16\n"));
-    EXPECT_TRUE(OrvaneTest::WaitFor([&] { return FlagsOf(local) == 0; }));
+    EXPECT_TRUE(WaitFor([&] { return FlagsOf(local) == 0; }));
     EXPECT_EQ(FlagsOf(AReachability::reachabilityWithAddress({10, 7, 0, 1})), 0u);
 
-    OrvaneTest::FakeWifi::Use(nullptr);
+    FakeWifi::Use(nullptr);
     EXPECT_TRUE(WifiSource::Current().CNCopySupportedInterfaces().empty()) << "cables are no wireless interfaces";
     EXPECT_EQ(WifiSource::Current().CNCopyCurrentNetworkInfo("wlan1").ssid, "");
 }

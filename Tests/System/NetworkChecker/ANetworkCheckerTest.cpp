@@ -2,10 +2,8 @@
 
 #include "Orvane/NetworkReports.h"
 #include "Orvane/OrvaneCore.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeIcmp.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/NetworkChecker/PingDelegate.h"
 #include "System/NetworkChecker/ResultText.h"
@@ -46,14 +44,11 @@ void OnLookup(NSLookupResult& r) {
 }
 
 bool WaitForHeard(size_t count) {
-    return WaitFor([&] {
-        MainRunLoop::Current().RunPending();
-        return g_heard.size() >= count;
-    });
+    return WaitFor([&] { return MainRunLoop::Current().RunPending(), g_heard.size() >= count; });
 }
 
 TEST(NetworkChecker, RefusesArguments) {
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
     INetworkChecker* checker = INetworkChecker::GetInstance();
     checker->Ping(nullptr, 1, nullptr, 0, 0);
     checker->Ping("h", 1, nullptr, 0, 0);
@@ -190,13 +185,13 @@ TEST(NetworkChecker, RunsFiveAtATime) {
 
 TEST(NetworkChecker, APingGivesOneResult) {
     const auto resolver = FakeResolver::Install({"1.2.3.4"});
-    const auto icmp = std::make_shared<FakeIcmp>([](const OrvaneTest::Bytes&) { return FakeIcmp::Answers{{{}, ""}}; });
+    const auto icmp = std::make_shared<FakeIcmp>([](const Bytes&) { return FakeIcmp::Answers{{{}, ""}}; });
     icmp->receiveError = ENETDOWN;
     IcmpSockets::Use(icmp);
     INetworkChecker::GetInstance()->Ping("h", 1, OnPing, 1, 2);  // fails after the start, while the timer runs
     ASSERT_TRUE(WaitForHeard(1));
     icmp->receiveError = EAGAIN;
-    icmp->onSend = [](const OrvaneTest::Bytes&) { return FakeIcmp::Answers(); };
+    icmp->onSend = [](const Bytes&) { return FakeIcmp::Answers(); };
     INetworkChecker::GetInstance()->Ping("h", 2, OnPing, 1, 2);  // is never answered
     ASSERT_TRUE(WaitForHeard(2));
     resolver->answer.addresses.clear();
@@ -214,7 +209,7 @@ TEST(PingDelegate, CountsEachReplyOnce) {
     delegate->returnMessage = "7#";
     delegate->timeOut = 1;
     delegate->packageNumber = 3;
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
     delegate->simplePing_didSendPacket_sequenceNumber(*pinger, {}, 0);
     EXPECT_THAT(console.Take(), ElementsAre("Error pingTimeRecorderDict is null"));
     delegate->pingTimeRecorderDict = std::make_unique<std::map<uint16_t, uint64_t>>();
@@ -226,7 +221,7 @@ TEST(PingDelegate, CountsEachReplyOnce) {
         delegate->simplePing_didReceivePingResponsePacket_sequenceNumber(*pinger, {}, number);
     delegate->pingTimer();
     ASSERT_TRUE(WaitForHeard(1));
-    EXPECT_THAT(g_heard[0], testing::MatchesRegex("ping ,7,0,3,2,100[0-9]{3},0,50[0-9]{3},100[0-9]{3}"));
+    EXPECT_THAT(g_heard[0], MatchesRegex("ping ,7,0,3,2,100[0-9]{3},0,50[0-9]{3},100[0-9]{3}"));
     EXPECT_EQ(PingDelegate::toIP("0a0B09ff"), "10.0.9.255") << "capitals count as 0";
 }
 

@@ -5,7 +5,6 @@
 #include "Orvane/OrvaneCore.h"
 #include "Support/NetworkPath.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/NetworkChecker/ANetworkChecker.h"
 #include "System/NetworkChecker/NameResolver.h"
@@ -30,12 +29,8 @@ void OnTraceRoute(TraceRouteResult& result) {
 
 template <typename Result>
 std::unique_ptr<Result> WaitForResult(Result*& result) {
-    OrvaneTest::WaitFor(
-        [&] {
-            MainRunLoop::Current().RunPending();
-            return result != nullptr;
-        },
-        std::chrono::seconds(60));
+    const auto isHere = [&] { return MainRunLoop::Current().RunPending(), result != nullptr; };
+    OrvaneTest::WaitFor(isHere, std::chrono::seconds(60));
     return std::unique_ptr<Result>(std::exchange(result, nullptr));
 }
 
@@ -97,10 +92,10 @@ TEST_P(NetworkPathTest, IsAsTheSystemsOwnToolsSeeIt) {
         const auto ours = TraceRoute(target.c_str(), 10);
         ASSERT_EQ(ours.size(), 3u);
         for (size_t i = 0; i < 3; ++i)
-            EXPECT_THAT(ours[i], testing::MatchesRegex(expected[i]));
+            EXPECT_THAT(ours[i], MatchesRegex(expected[i]));
     }
     EXPECT_EQ(TraceRoute("10.9.3.2", 1).size(), 1u);
-    EXPECT_THAT(TraceRoute("name.invalid", 3), testing::AllOf(testing::SizeIs(30), testing::Each("TimeOut=-3")));
+    EXPECT_THAT(TraceRoute("name.invalid", 3), AllOf(testing::SizeIs(30), Each("TimeOut=-3")));
 }
 
 TEST_P(NetworkPathTest, CountsWhatIsAnswered) {

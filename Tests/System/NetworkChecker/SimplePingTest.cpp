@@ -124,9 +124,9 @@ struct Heard : SimplePingDelegate {
 
 TEST(SimplePing, ChoosesAnAddressAndSends) {
     const auto resolver = FakeResolver::Install({"fd09::1", "1.2.3.4"});
-    const auto icmp = std::make_shared<FakeIcmp>([](const OrvaneTest::Bytes& packet) {
+    const auto icmp = std::make_shared<FakeIcmp>([](const Bytes& packet) {
         const auto reply = ReplyTo(packet);
-        return FakeIcmp::Answers{{OrvaneTest::Bytes(27), "1.1.1.1"}, {reply, "1.2.3.4"}};
+        return FakeIcmp::Answers{{Bytes(27), "1.1.1.1"}, {reply, "1.2.3.4"}};
     });
     IcmpSockets::Use(icmp);
     Heard heard;
@@ -148,7 +148,7 @@ TEST(SimplePing, ChoosesAnAddressAndSends) {
 
 TEST(SimplePing, TellsWhatFailsAfterTheStart) {
     FakeResolver::Install({"1.2.3.4"});
-    const auto icmp = std::make_shared<FakeIcmp>([](const OrvaneTest::Bytes&) {
+    const auto icmp = std::make_shared<FakeIcmp>([](const Bytes&) {
         return FakeIcmp::Answers{{{}, ""}};  // an error
     });
     icmp->receiveError = ENETDOWN;

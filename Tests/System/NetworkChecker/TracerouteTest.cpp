@@ -1,6 +1,5 @@
 #include "System/NetworkChecker/Traceroute.h"
 
-#include "Support/CapturedConsole.h"
 #include "Support/FakeIcmp.h"
 #include "Support/Test.h"
 #include "System/NetworkChecker/TracerouteCommon.h"
@@ -109,7 +108,7 @@ TEST(Traceroute, FindsHopsUntilTheTargetAnswers) {
 }
 
 TEST(Traceroute, FailsAsItSays) {
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
     const auto icmp = std::make_shared<FakeIcmp>([](const Bytes&) { return FakeIcmp::Answers(); });
     const auto run = [&] {
         IcmpSockets::Use(icmp);

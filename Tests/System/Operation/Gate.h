@@ -2,9 +2,7 @@
 #ifndef ORVANE_TESTS_SYSTEM_OPERATION_GATE_H
 #define ORVANE_TESTS_SYSTEM_OPERATION_GATE_H
 
-#include <atomic>
-
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 
 namespace OrvaneTest {
 

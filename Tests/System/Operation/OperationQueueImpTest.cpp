@@ -2,10 +2,8 @@
 
 #include "Base/ConsoleSink.h"
 #include "Orvane/OrvaneCore.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeCoreSettings.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Operation/Gate.h"
 #include "System/Thread/Sleep.h"
 #include "System/Thread/ThreadName.h"
@@ -21,10 +19,16 @@ protected:
     OperationQueueImp* Queue() { return OperationQueueImp::GetInstance(); }
     bool WaitForLine(const std::string& text) { return console.WaitForWriter(text) != 0; }
     static void PassGate(Operation*, void* gate) { static_cast<Gate*>(gate)->Pass(); }
+    // Adds so many operations that hold a worker each, and waits until so many have begun.
+    void Occupy(Gate& gate, int operations, int begun, bool isRepeating = false) {
+        while (operations-- > 0)
+            Queue()->AddOperation(PassGate, &gate, isRepeating);
+        ASSERT_TRUE(gate.WaitForEntered(begun));
+    }
     static void Count(Operation*, void* count) { ++*static_cast<std::atomic<int>*>(count); }
 
     CapturedConsole console;
-    OrvaneTest::FakeCoreSettings settings;
+    FakeCoreSettings settings;
 };
 
 // Written to by a worker, read once the flag behind it is set.
@@ -44,9 +48,9 @@ TEST_F(OperationQueueImpTest, ReadsItsSettingsAndRunsWork) {
     EXPECT_THAT(settings.reads, ElementsAre("OperationQueueStretch=1", "OperationQueueMaxThreadNum=3",
                                             "OperationQueueMinThreadNum=2", "OperationIntervalPerLoop=10"));
     EXPECT_THAT(console.Messages(gettid()),
-                testing::IsSupersetOf({StartsWith("OperationQueueImp(0x"), StartsWith("check _intervalPerLoop 10"),
-                                       StartsWith("pthread_create onThreadProc:0x"),
-                                       StartsWith("pthread_create onThreadManageProc:0x")}));
+                IsSupersetOf({StartsWith("OperationQueueImp(0x"), StartsWith("check _intervalPerLoop 10"),
+                              StartsWith("pthread_create onThreadProc:0x"),
+                              StartsWith("pthread_create onThreadManageProc:0x")}));
     EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 2);
     ASSERT_TRUE(WaitFor([&] { return seen.done.load(); }));
     EXPECT_EQ(seen.threadName, "OperationQueue.ThreadProcess");
@@ -77,13 +81,9 @@ TEST_F(OperationQueueImpTest, WaitsForTheNextRun) {
 
 TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
     Gate gate;
-    for (int i = 0; i < 2; ++i)
-        Queue()->AddOperation(PassGate, &gate, false);
-    ASSERT_TRUE(gate.WaitForEntered(2));
+    Occupy(gate, 2, 2);
     const Clock::time_point begin = Clock::now();
-    for (int i = 0; i < 2; ++i)
-        Queue()->AddOperation(PassGate, &gate, false);
-    ASSERT_TRUE(gate.WaitForEntered(3));
+    Occupy(gate, 2, 3);
     EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(1001));
     EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 3);
     EXPECT_EQ(console.Count("thread num is max"), 0);
@@ -107,9 +107,7 @@ TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
 
     // What it left in the count of idle workers keeps further ones away.
     Gate again;
-    for (int i = 0; i < 3; ++i)
-        Queue()->AddOperation(PassGate, &again, false);
-    ASSERT_TRUE(again.WaitForEntered(2));
+    Occupy(again, 3, 2);
     SleepMS(1500);  // longer than the backlog that would bring a worker
     EXPECT_EQ(again.Entered(), 2);
     EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 3);
@@ -121,9 +119,7 @@ TEST_F(OperationQueueImpTest, AddsAWorkerAfterASecondOfBacklogAndLetsItGo) {
 TEST_F(OperationQueueImpTest, AddsNoWorkerWithoutStretch) {
     settings.values["OperationQueueStretch"] = 0;
     Gate gate;
-    for (int i = 0; i < 3; ++i)
-        Queue()->AddOperation(PassGate, &gate, false);
-    ASSERT_TRUE(gate.WaitForEntered(2));
+    Occupy(gate, 3, 2);
     SleepMS(1500);  // longer than the backlog that would bring a worker
     EXPECT_EQ(gate.Entered(), 2);
     EXPECT_EQ(console.Count("pthread_create onThreadProc:"), 2);
@@ -145,9 +141,7 @@ TEST_F(OperationQueueImpTest, ReleaseEndsRepetitionDropsTheRestAndDeletesTheQueu
     Gate gate;
     std::atomic<int> count{0};
     OperationQueueImp* const queue = Queue();
-    for (int i = 0; i < 2; ++i)
-        queue->AddOperation(PassGate, &gate, true);
-    ASSERT_TRUE(gate.WaitForEntered(2));
+    Occupy(gate, 2, 2, true);
     queue->AddOperation(sleeper, static_cast<ObjectOperation::Member>(&Sleeper::Work), nullptr, false);
     sleeper->Cancel(true);
     queue->AddOperation(Count, &count, false);
@@ -207,12 +201,12 @@ TEST_F(OperationQueueImpTest, ReleaseWakesNobodyAndLeavesTheQueueToItsSleepers) 
     OperationQueueImp::ReleaseInstance();
     OperationQueueImp::ReleaseInstance();
     workers[1].gate.Open();
-    ASSERT_TRUE(OrvaneTest::WaitUntilGone(workers[1].thread)) << "one that is awake leaves";
+    ASSERT_TRUE(WaitUntilGone(workers[1].thread)) << "one that is awake leaves";
 
     std::atomic<int> count{0};
     Queue()->AddOperation(Count, &count, false);
     ASSERT_TRUE(WaitFor([&] { return count == 1; }));  // many looks of the old manager later
-    EXPECT_EQ(OrvaneTest::ThreadState(workers[0].thread), 'S');
+    EXPECT_EQ(ThreadState(workers[0].thread), 'S');
     EXPECT_EQ(console.Count("Destroy Thread"), 1);
     EXPECT_EQ(console.Count("~OperationQueueImp("), 0);
 }
@@ -280,8 +274,7 @@ TEST_F(OperationQueueImpTest, LogsNothingUnderItsLock) {
     const auto queueing = std::make_shared<QueueingConsole>();
     ConsoleSink::Use(queueing);
     Gate gate;
-    Queue()->AddOperation(PassGate, &gate, false);
-    ASSERT_TRUE(gate.WaitForEntered(1));
+    Occupy(gate, 1, 1);
     std::atomic<bool> stop{false};
     std::thread logging([&] {
         while (!stop)

@@ -1,10 +1,8 @@
 #include "System/Operation/OperationQueuePool.h"
 
 #include "Orvane/OrvaneCore.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeCoreSettings.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Operation/Gate.h"
 #include "System/Operation/OperationQueueImp.h"
 
@@ -17,7 +15,7 @@ using Clock = std::chrono::steady_clock;
 class OperationQueuePoolTest : public testing::Test {
 protected:
     CapturedConsole console;
-    OrvaneTest::FakeCoreSettings settings;
+    FakeCoreSettings settings;
 };
 
 TEST_F(OperationQueuePoolTest, IsChosenByTheMode) {
@@ -31,13 +29,6 @@ TEST_F(OperationQueuePoolTest, IsChosenByTheMode) {
     EXPECT_EQ(OperationQueue::GetInstance(), pool) << "a choice stays";
     EXPECT_EQ(console.Count("Operation mode is"), 2);
     OperationQueuePool::ReleaseInstance();
-}
-
-TEST_F(OperationQueuePoolTest, TheThreadedQueueIsTheDefault) {
-    OperationQueue* const queue = OperationQueue::GetInstance();
-    EXPECT_EQ(queue, OperationQueueImp::GetInstance());
-    EXPECT_EQ(settings.reads[0], "OperationMode=1");
-    EXPECT_TRUE(console.Has("Info", "Operation mode is 1"));
 }
 
 TEST_F(OperationQueuePoolTest, ReadsItsSettings) {
@@ -98,7 +89,7 @@ TEST_F(OperationQueuePoolTest, ReleaseWaitsForEveryOperation) {
         OnApplicationQuit();
     });
     ASSERT_TRUE(WaitFor([&] { return releasing != 0; }));
-    ASSERT_TRUE(OrvaneTest::WaitUntilAsleep(releasing)) << "it waits for the run that is under way";
+    ASSERT_TRUE(WaitUntilAsleep(releasing)) << "it waits for the run that is under way";
     gate.Open();
     release.join();
     EXPECT_EQ(gate.Entered(), 1) << "a repetition ends with that run";

@@ -2,10 +2,8 @@
 #include "System/Operation/OperationQueue.h"
 
 #include "Orvane/OperationQueue.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeCoreSettings.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Operation/Gate.h"
 #include "System/Operation/OperationQueueImp.h"
 #include "System/Operation/OperationQueuePool.h"
@@ -36,8 +34,8 @@ protected:
         ASSERT_TRUE(WaitFor([] { return reached.load(); }));
     }
 
-    OrvaneTest::CapturedConsole console;
-    OrvaneTest::FakeCoreSettings settings;
+    CapturedConsole console;
+    FakeCoreSettings settings;
     OperationQueue* queue;
     Gate gate;
 };

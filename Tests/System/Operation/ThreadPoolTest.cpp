@@ -1,8 +1,6 @@
 #include "System/Operation/ThreadPool.h"
 
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Operation/Gate.h"
 #include "System/Thread/ThreadName.h"
 
@@ -150,7 +148,7 @@ TEST_F(ThreadPoolTest, StopRunsWhatIsQueuedAndDropsOnRequest) {
     EXPECT_EQ(pool.getTaskNum(), 2);
     std::thread([&] { gate.Open(); }).detach();
     pool.stop();
-    EXPECT_THAT(ran, testing::ElementsAre(2, 4));
+    EXPECT_THAT(ran, ElementsAre(2, 4));
     EXPECT_EQ(pool.getCurrentSize(), 0);
     EXPECT_EQ(kept.use_count(), 1);
     pool.stop();
@@ -162,7 +160,7 @@ TEST_F(ThreadPoolTest, StopRunsWhatIsQueuedAndDropsOnRequest) {
     pool.stopAllTasks();
     EXPECT_EQ(pool.getTaskNum(), 0);
     EXPECT_EQ(kept.use_count(), 1);
-    EXPECT_THAT(ran, testing::ElementsAre(2, 4));
+    EXPECT_THAT(ran, ElementsAre(2, 4));
 }
 
 TEST_F(ThreadPoolTest, TasksThatAStopKeepsAreRunThoughAllWorkersSleep) {
@@ -199,20 +197,15 @@ TEST_F(ThreadPoolTest, TakesAMillionTasksFromManyThreads) {
     {
         ThreadPool pool(1, 6);
         pool.setShrinkInterval(0);
-        std::vector<std::thread> threads;
-        for (int thread = 0; thread < kThreads; ++thread) {
-            threads.emplace_back([&] {
-                std::atomic<int> left{0};
-                for (int i = 1; i <= kEach; ++i) {
-                    ++left;
-                    pool.pushTask([&](int) { ++ran, --left; }, 0);
-                    // Now and then lets the pool run dry, so that the next pushes find idle workers.
-                    if (i % 500 == 0 || i == kEach) WaitFor([&] { return left == 0; });
-                }
-            });
-        }
-        for (std::thread& thread : threads)
-            thread.join();
+        Threads(kThreads, [&](int) {
+            std::atomic<int> left{0};
+            for (int i = 1; i <= kEach; ++i) {
+                ++left;
+                pool.pushTask([&](int) { ++ran, --left; }, 0);
+                // Now and then lets the pool run dry, so that the next pushes find idle workers.
+                if (i % 500 == 0 || i == kEach) WaitFor([&] { return left == 0; });
+            }
+        }).Join();
         EXPECT_GE(pool.getCurrentSize(), 1);
         EXPECT_LE(pool.getCurrentSize(), 6);
     }

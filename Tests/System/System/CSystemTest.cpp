@@ -1,19 +1,15 @@
 #include "System/System/CSystem.h"
 
 #include <dlfcn.h>
-#include <stdlib.h>
-#include <unistd.h>
 
 #include "Orvane/OrvaneCore.h"
 #include "Storage/Bundle/BundleFactory.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FakeCoreSettings.h"
 #include "Support/FakeDevice.h"
 #include "Support/FakeInfoDictionary.h"
 #include "Support/FakeKeychain.h"
 #include "Support/FakePlugins.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 #include "System/System/CSystemUnify.h"
 
 namespace {
@@ -53,9 +49,9 @@ TEST(CSystem, TellsWhatThePlatformTellsAndKeepsIt) {
 
 TEST(CSystem, ExportsWithTheirLines) {
     const auto device = FakeDevice::Install();
-    OrvaneTest::FakeCoreSettings settings;
+    FakeCoreSettings settings;
     CSystem::GetUdid();
-    OrvaneTest::CapturedConsole console;
+    CapturedConsole console;
 
     char buffer[40];
     memset(buffer, '#', sizeof buffer);
@@ -100,8 +96,8 @@ TEST(CSystem, DescribesThisMachine) {
 class FirstLaunch : public testing::Test {
 protected:
     FirstLaunch() {
-        OrvaneTest::CacheFolder();
-        OrvaneTest::FakeKeychain::Install();
+        CacheFolder();
+        FakeKeychain::Install();
     }
     std::string Stored() const {
         return Quern::BundleFactory::GetInstance()->GetDefaultBundle()->Get("Quern", "AppVersion", "").c_str();
@@ -128,10 +124,10 @@ TEST_F(FirstLaunch, IsOneForAnyOtherVersionEvenIfItIsStored) {
 
 TEST(CSystemUnify, LooksForNoPluginWhileTheSwitchIsOff) {
     const auto device = FakeDevice::Install();
-    OrvaneTest::Journal journal;
-    OrvaneTest::FakePell pell(&journal);
+    Journal journal;
+    FakePell pell(&journal);
     pell.device["Model"] = "of the plugin";
-    OrvaneTest::FakeCoreSettings settings;
+    FakeCoreSettings settings;
     EXPECT_STREQ(CSystem::GetModel(), "Board9,4");
     settings.values["UnifyDeviceInfo"] = 1;  // read once
     EXPECT_STREQ(CSystem::GetModel(), "Board9,4");
@@ -141,7 +137,7 @@ TEST(CSystemUnify, LooksForNoPluginWhileTheSwitchIsOff) {
 }
 
 TEST(CSystemUnify, HoldsNothingWhileTheSettingIsRead) {
-    struct ComesBack : OrvaneTest::FakeCoreSettings {
+    struct ComesBack : FakeCoreSettings {
         long long GetLong(const char* key, long long) override {
             if (!std::exchange(isInside, true)) {
                 alarm(60);
@@ -153,8 +149,8 @@ TEST(CSystemUnify, HoldsNothingWhileTheSettingIsRead) {
         }
         bool isInside = false;
     } settings;
-    OrvaneTest::Journal journal;
-    OrvaneTest::FakePell pell(&journal);
+    Journal journal;
+    FakePell pell(&journal);
     pell.device["Model"] = "m";
     EXPECT_EQ(CSystemUnify::GetModel(), nullptr);  // whoever was first decides
 }
@@ -162,12 +158,12 @@ TEST(CSystemUnify, HoldsNothingWhileTheSettingIsRead) {
 TEST(CSystemUnify, AsksUntilThePluginAnswers) {
     const auto device = FakeDevice::Install();
     FakeInfoDictionary manifest;
-    OrvaneTest::FakeCoreSettings settings;
+    FakeCoreSettings settings;
     settings.values["UnifyDeviceInfo"] = 1;
     EXPECT_STREQ(CSystem::GetModel(), "Board9,4");  // no plugin yet
 
-    OrvaneTest::Journal journal;
-    OrvaneTest::FakePell pell(&journal);
+    Journal journal;
+    FakePell pell(&journal);
     EXPECT_STREQ(CSystem::GetModel(), "Board9,4");
     EXPECT_STREQ(CSystem::GetModel(), "Board9,4");
     pell.device = {{"UUID", "u"},      {"BundleId", "b"},     {"Model", "m"},
@@ -188,10 +184,10 @@ TEST(CSystemUnify, AsksUntilThePluginAnswers) {
 }
 
 TEST(CSystemUnify, TakesAnAnswerThatFillsItsBuffer) {
-    OrvaneTest::FakeCoreSettings settings;
+    FakeCoreSettings settings;
     settings.values["UnifyDeviceInfo"] = 1;
-    OrvaneTest::Journal journal;
-    OrvaneTest::FakePell pell(&journal);
+    Journal journal;
+    FakePell pell(&journal);
     pell.device["Model"] = std::string(3000, 'm');
     EXPECT_EQ(std::string(CSystem::GetModel()), std::string(2048, 'm'));
 }
@@ -200,10 +196,10 @@ TEST(CSystemUnify, TakesAnAnswerThatFillsItsBuffer) {
 // Through the real data plugin, as a library of its own.
 TEST(CSystemUnify, ReachesTheDataPluginsLibrary) {
     const auto device = FakeDevice::Install();
-    const std::string path = OrvaneTest::CacheFolder() + "/device";
-    OrvaneTest::WriteFile(path, "UUID=0123\nModelName=no\nModel=Console 3=x\nBrand=" + std::string(3000, 'b') + "\n");
+    const std::string path = CacheFolder() + "/device";
+    WriteFile(path, "UUID=0123\nModelName=no\nModel=Console 3=x\nBrand=" + std::string(3000, 'b') + "\n");
     setenv("PELL_DEVICE", path.c_str(), 1);
-    OrvaneTest::FakeCoreSettings settings;
+    FakeCoreSettings settings;
     settings.values["UnifyDeviceInfo"] = 1;
     ASSERT_NE(dlopen(ORVANE_PLUGIN_FOLDER "/libPell.so", RTLD_NOW), nullptr) << dlerror();
     EXPECT_STREQ(CSystem::GetModel(), "Console 3=x");

@@ -15,26 +15,17 @@ intptr_t Value(void* word) {
     return reinterpret_cast<intptr_t>(word);
 }
 
-void Function0() {
-    g_called->push_back(100);
-}
-void Function1(void* a) {
-    g_called->insert(g_called->end(), {101, Value(a)});
-}
-void Function2(void* a, void* b) {
-    g_called->insert(g_called->end(), {102, Value(a), Value(b)});
-}
-void Function3(void* a, void* b, void* c) {
-    g_called->insert(g_called->end(), {103, Value(a), Value(b), Value(c)});
+void Note(std::initializer_list<intptr_t> what) {
+    g_called->insert(g_called->end(), what);
 }
 
 class Target : public CTargetBase {
 public:
     Target() : CTargetBase(false) {}
     void Member0() { g_called->push_back(0); }
-    void Member1(void* a) { g_called->insert(g_called->end(), {1, Value(a)}); }
-    void Member2(void* a, void* b) { g_called->insert(g_called->end(), {2, Value(a), Value(b)}); }
-    void Member3(void* a, void* b, void* c) { g_called->insert(g_called->end(), {3, Value(a), Value(b), Value(c)}); }
+    void Member1(void* a) { Note({1, Value(a)}); }
+    void Member2(void* a, void* b) { Note({2, Value(a), Value(b)}); }
+    void Member3(void* a, void* b, void* c) { Note({3, Value(a), Value(b), Value(c)}); }
     void Number(void* a) { g_called->push_back(Value(a)); }
 };
 
@@ -68,13 +59,13 @@ TEST_F(SelectorTest, PerformsTheFirstThatIsSet) {
     selector.arguments[0] = Word(7);
     selector.arguments[1] = Word(8);
     selector.arguments[2] = Word(9);
-    selector.function3 = Function3;
+    selector.function3 = [](void* a, void* b, void* c) { Note({103, Value(a), Value(b), Value(c)}); };
     EXPECT_THAT(Perform(selector), ElementsAre(103, 7, 8, 9));
-    selector.function2 = Function2;
+    selector.function2 = [](void* a, void* b) { Note({102, Value(a), Value(b)}); };
     EXPECT_THAT(Perform(selector), ElementsAre(102, 7, 8));
-    selector.function1 = Function1;
+    selector.function1 = [](void* a) { Note({101, Value(a)}); };
     EXPECT_THAT(Perform(selector), ElementsAre(101, 7));
-    selector.function0 = Function0;
+    selector.function0 = [] { Note({100}); };
     EXPECT_THAT(Perform(selector), ElementsAre(100));
 
     selector.target = &target;
@@ -192,17 +183,12 @@ TEST_F(SelectorTest, KeepsTheOrderOfEachThreadThatPosts) {
     constexpr intptr_t kEach = 250000;
     CSelectorManager manager;
     called.reserve(kThreads * kEach);
-    std::vector<std::thread> threads;
-    for (intptr_t thread = 0; thread < kThreads; ++thread) {
-        threads.emplace_back([&, thread] {
-            for (intptr_t i = 0; i < kEach; ++i)
-                manager.AddSelector(Number(i * kThreads + thread));
-        });
-    }
+    const OrvaneTest::Threads threads(kThreads, [&](int thread) {
+        for (intptr_t i = 0; i < kEach; ++i)
+            manager.AddSelector(Number(i * kThreads + thread));
+    });
     while (called.size() < kThreads * kEach)
         manager.Update();
-    for (std::thread& thread : threads)
-        thread.join();
     std::vector<intptr_t> next(kThreads, 0);
     for (const intptr_t number : called)
         ASSERT_EQ(number / kThreads, next[number % kThreads]++);

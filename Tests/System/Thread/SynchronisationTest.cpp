@@ -1,7 +1,6 @@
 #include <pthread.h>
 
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Thread/Atomic.h"
 #include "System/Thread/Condition.h"
 #include "System/Thread/ThreadName.h"

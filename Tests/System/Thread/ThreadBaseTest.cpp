@@ -1,9 +1,7 @@
 #include "System/Thread/ThreadBase.h"
 
 #include "Base/ConsoleSink.h"
-#include "Support/CapturedConsole.h"
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Thread/ThreadName.h"
 
 namespace Quern {
@@ -110,9 +108,7 @@ protected:
 TEST_F(ThreadBaseTest, WholeLifeWhenStartedAtOnce) {
     Begin();
     EXPECT_EQ(thread->GetThreadState(), CThreadBase::kRunning);
-    char pointer[32];
-    snprintf(pointer, sizeof pointer, "%p", static_cast<void*>(thread));
-    const std::string object = pointer;
+    const std::string object = Format("%p", static_cast<void*>(thread));
     End();
     EXPECT_THAT(record.Entries(), ElementsAre("start as CThreadBase", "resume", "pass", "exit", "deleted"));
     EXPECT_THAT(console.Messages(id), ElementsAre("Thread: CThreadBase: OnThreadProc, " + object,

@@ -1,9 +1,6 @@
 #include "System/Thread/Timer.h"
 
-#include <unistd.h>
-
 #include "Support/Test.h"
-#include "Support/WaitFor.h"
 #include "System/Thread/Sleep.h"
 
 namespace Quern {
@@ -87,7 +84,7 @@ TEST(Timer, StoppedRightAfterItsStartLeavesNoThread) {
     CTimer timer;
     for (int i = 0; i < 10; ++i)
         timer.StopTimer(timer.StartTimer(CTimerImp::kNever, true, Firings::OnTimer, nullptr));
-    EXPECT_TRUE(OrvaneTest::WaitUntilAllAsleep("CThreadBase", 0));
+    EXPECT_TRUE(WaitUntilAllAsleep("CThreadBase", 0));
 }
 
 TEST(Timer, MayBeStoppedFromItsOwnCallback) {

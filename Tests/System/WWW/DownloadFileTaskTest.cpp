@@ -1,15 +1,11 @@
 #include "Orvane/DownloadFileTask.h"
 
-#include <signal.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 #include "HeardAnswers.h"
-#include "Support/CapturedConsole.h"
 #include "Support/FaultProxy.h"
 #include "Support/HttpServer.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 #include "System/WWW/Task/WWW.h"
 
 namespace {
@@ -27,6 +23,12 @@ std::string Content(char salt) {
 
 class DownloadFileTaskTest : public testing::Test {
 protected:
+    DownloadFileTaskTest() {
+        UseSession(5000);
+        fs::create_directories(folder);
+        task = WWW::DownloadFile(proxy.Url().c_str(), path.c_str());
+        task->SetListener(&heard);
+    }
     ~DownloadFileTaskTest() override { WWW::Destroy(task); }
     // Lets it come to `bytes` at least, then pauses.
     void PauseAt(size_t bytes) {
@@ -52,17 +54,8 @@ protected:
     FaultProxy proxy{server.Port()};
     HeardDownload heard;
     const std::string folder = CacheFolder() + "/downloads";
-    const std::string path = [this] {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-        UseSession(5000);
-        return folder + "/file";
-    }();
-    DownloadFileTask* task = [this] {
-        DownloadFileTask* const made = WWW::DownloadFile(proxy.Url().c_str(), path.c_str());
-        made->SetListener(&heard);
-        return made;
-    }();
+    const std::string path = folder + "/file";
+    DownloadFileTask* task = nullptr;
 };
 
 TEST_F(DownloadFileTaskTest, AFileAppearsWhenItIsWhole) {

@@ -2,17 +2,12 @@
 #ifndef ORVANE_TESTS_SYSTEM_WWW_HEARD_ANSWERS_H
 #define ORVANE_TESTS_SYSTEM_WWW_HEARD_ANSWERS_H
 
-#include <cstdlib>
-#include <functional>
-#include <mutex>
-#include <string>
-#include <vector>
-
 #include "Orvane/DataTask.h"
 #include "Orvane/DownloadFileTask.h"
-#include "Support/WaitFor.h"
+#include "Support/Test.h"
 #include "System/Application/MainRunLoop.h"
 #include "System/WWW/Linux/LinuxUrlSession.h"
+#include "System/WWW/Task/WWW.h"
 
 namespace OrvaneTest {
 
@@ -30,39 +25,45 @@ inline int DestroyCycles() {
     return cycles ? atoi(cycles) : 2000;
 }
 
-struct Answer {
-    Quern::WWWErrorCode error;
-    int status;
-    std::string body;
-    bool hasData;
-};
+// An answer is one text here: the error, the status and the body, with "(no data)" in the place of one that there is
+// not.
+inline std::string Failed(Quern::WWWErrorCode error, int status = 0) {
+    return std::to_string(error) + " " + std::to_string(status) + " (no data)";
+}
 
 class HeardAnswers final : public Quern::DataTask::Listener {
 public:
     void OnDataTaskFinished(Quern::DataTask* task, Quern::WWWErrorCode error, int status, const char* data,
                             long long length) override {
         if (onAnswer) onAnswer(task);
+        const std::string body = data ? std::string(data, static_cast<size_t>(length)) : "(no data)";
         const std::lock_guard guard(_mutex);
-        _answers.push_back(
-            {error, status, data ? std::string(data, static_cast<size_t>(length)) : "", data != nullptr});
+        _answers.push_back(std::to_string(error) + " " + std::to_string(status) + " " + body);
     }
     size_t Count() const {
         const std::lock_guard guard(_mutex);
         return _answers.size();
     }
     // Waits until there are that many, and gives the last of them.
-    Answer Wait(size_t count = 1) const {
-        if (!WaitFor([&] { return Count() >= count; })) return {Quern::kWWWErrorNone, -1, "no answer", false};
+    std::string Wait(size_t count = 1) const {
+        if (!WaitFor([&] { return Count() >= count; })) return "no answer";
         const std::lock_guard guard(_mutex);
         return _answers[count - 1];
     }
-
     std::function<void(Quern::DataTask*)> onAnswer;  // inside the call
 
 private:
     mutable std::mutex _mutex;
-    std::vector<Answer> _answers;
+    std::vector<std::string> _answers;
 };
+
+// A task that is under way.
+inline Quern::DataTask* Begin(const std::string& url, Quern::DataTask::Listener* listener = nullptr) {
+    Quern::DataTask* const task = Quern::WWW::Request(url.c_str());
+    if (listener) task->SetListener(listener);
+    task->Get();
+    return task;
+}
 
 // On the main thread, which Run lets work until a condition holds.
 class HeardDownload final : public Quern::DownloadFileTask::Listener {
@@ -82,12 +83,7 @@ public:
         if (onFinished) onFinished(task);
     }
     static bool Run(const std::function<bool()>& condition, std::chrono::milliseconds deadline = kDeadline) {
-        return WaitFor(
-            [&] {
-                Quern::MainRunLoop::Current().RunPending();
-                return condition();
-            },
-            deadline);
+        return WaitFor([&] { return Quern::MainRunLoop::Current().RunPending(), condition(); }, deadline);
     }
     bool RunUntilFinished(int count = 1) {
         return Run([&] { return finishes >= count; });

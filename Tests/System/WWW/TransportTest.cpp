@@ -1,36 +1,36 @@
 // What the transport does with certificates, with name servers that are silent, and at the process's end.
 #include <arpa/inet.h>
-#include <fcntl.h>
-#include <net/if.h>
-#include <sched.h>
-#include <sys/ioctl.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "HeardAnswers.h"
 #include "Orvane/IBase.h"
 #include "Orvane/INetworkChecker.h"
 #include "Support/FaultProxy.h"
 #include "Support/HttpServer.h"
+#include "Support/NetworkPath.h"
 #include "Support/Test.h"
-#include "Support/TestContainer.h"
 #include "Support/TlsServer.h"
-#include "System/WWW/Task/WWW.h"
 
 namespace {
 
 using namespace OrvaneTest;
 using namespace Quern;
 
-// The error of a GET, straight from the session.
-int ErrorOf(const std::string& url) {
-    std::atomic<int> error{1};
+// What comes of a request, straight from the session.
+UrlResult ResultOf(const UrlRequest& request) {
+    UrlResult result;
+    std::atomic<bool> isOver{false};
     UrlSession& session = UrlSession::Current();
-    session.Resume(session.MakeDataTransfer(
-        UrlRequest(url), [&](UrlSession::TransferId, const UrlResult& result) { error = result.error; }));
-    WaitFor([&] { return error <= 0; });
-    return error;
+    session.Resume(session.MakeDataTransfer(request, [&](UrlSession::TransferId, const UrlResult& heard) {
+        result = heard;
+        isOver = true;
+    }));
+    EXPECT_TRUE(WaitFor([&] { return isOver.load(); }));
+    return result;
+}
+
+int ErrorOf(const std::string& url) {
+    return ResultOf(UrlRequest(url)).error;
 }
 
 TEST(TransportTest, CertificatesAreChecked) {
@@ -51,33 +51,22 @@ TEST(TransportTest, CertificatesAreChecked) {
 // A name server that takes every question and answers none, in namespaces of the process's own. One host has two
 // addresses all the same.
 bool BecomeMute() {
-    if (unshare(CLONE_NEWNS | CLONE_NEWNET) != 0) return false;
-    const int link = socket(AF_INET, SOCK_DGRAM, 0);
-    ifreq loopback{};
-    strcpy(loopback.ifr_name, "lo");
-    loopback.ifr_flags = IFF_UP | IFF_RUNNING;
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(53);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const std::string file = CacheFolder() + "/resolv.conf";
-    WriteFile(file, "nameserver 127.0.0.1\n");
-    const std::string hosts = CacheFolder() + "/hosts";
-    WriteFile(hosts, "127.0.0.1 two.test\n127.0.0.2 two.test\n");
-    return ioctl(link, SIOCSIFFLAGS, &loopback) == 0 &&
-           bind(link, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-           mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount(file.c_str(), "/etc/resolv.conf", nullptr, MS_BIND, nullptr) == 0 &&
-           mount(hosts.c_str(), "/etc/hosts", nullptr, MS_BIND, nullptr) == 0;
+    if (!NetworkPath::Enter()) return false;
+    MuteNameServer();
+    WriteFile(CacheFolder() + "/hosts", "127.0.0.1 two.test\n127.0.0.2 two.test\n");
+    return mount((CacheFolder() + "/hosts").c_str(), "/etc/hosts", nullptr, MS_BIND, nullptr) == 0;
 }
 
-int ListenAt(const char* host, int port, int backlog) {
+sockaddr_in AddressAt(int host, int port) {
+    return {
+        AF_INET, htons(static_cast<uint16_t>(port)), {htonl(INADDR_LOOPBACK - 1 + static_cast<uint32_t>(host))}, {}};
+}
+
+// At 127.0.0.`host`.
+int ListenAt(int host, int port, int backlog) {
     const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    inet_pton(AF_INET, host, &address.sin_addr);
-    EXPECT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const sockaddr_in address = AddressAt(host, port);
+    EXPECT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     listen(listener, backlog);
     return listener;
 }
@@ -91,7 +80,7 @@ public:
         getsockname(_silent, reinterpret_cast<sockaddr*>(&address), &size);
         port = ntohs(address.sin_port);
         _queued = ConnectTo(port);
-        _listener = ListenAt("127.0.0.2", port, 1);
+        _listener = ListenAt(2, port, 1);
         _answering = std::thread([this] {
             const int connection = accept(_listener, nullptr, nullptr);
             char request[4096];
@@ -109,7 +98,7 @@ public:
     int port;
 
 private:
-    const int _silent = ListenAt("127.0.0.1", 0, 0);
+    const int _silent = ListenAt(1, 0, 0);
     int _queued, _listener;
     std::thread _answering;
 };
@@ -121,37 +110,28 @@ TEST(TransportTest, ANameServerThatIsSilentHoldsUpNothing) {
     const HttpServer server([](const HttpRequest&) { return HttpAnswer("200 OK", "here"); });
     HeardAnswers hung, heard;
     std::vector<DataTask*> tasks;
-    for (int i = 0; i < 40; ++i) {  // more than may be looked up at once
-        tasks.push_back(WWW::Request(("http://host" + std::to_string(i) + ".test/").c_str()));
-        tasks.back()->SetListener(&hung);
-        tasks.back()->Get();
-    }
+    for (int i = 0; i < 40; ++i)  // more than may be looked up at once
+        tasks.push_back(Begin("http://host" + std::to_string(i) + ".test/", &hung));
     const auto begin = std::chrono::steady_clock::now();
-    DataTask* const beside = WWW::Request(server.Url().c_str());
-    beside->SetListener(&heard);
-    beside->Get();
-    EXPECT_EQ(heard.Wait().body, "here");
+    DataTask* const beside = Begin(server.Url(), &heard);
+    EXPECT_EQ(heard.Wait(), "0 200 here");
     WWW::Destroy(beside);
     tasks[0]->Cancel();
-    EXPECT_EQ(hung.Wait().error, kWWWErrorOther);
+    EXPECT_EQ(hung.Wait(), Failed(kWWWErrorOther));
     WWW::Destroy(tasks[1]);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, kIdle);
-    EXPECT_EQ(hung.Wait(39).error, kWWWErrorTimedOut);
+    EXPECT_EQ(hung.Wait(39), Failed(kWWWErrorTimedOut));
     for (size_t i = 0; i < tasks.size(); ++i)
         if (i != 1) WWW::Destroy(tasks[i]);
 
     UseSession(1000);
     const HostWithASilentAddress two;
-    DataTask* const onward = WWW::Request(("http://two.test:" + std::to_string(two.port)).c_str());
-    onward->SetListener(&heard);
-    onward->Get();
-    EXPECT_EQ(heard.Wait(2).body, "second");
+    DataTask* const onward = Begin("http://two.test:" + std::to_string(two.port), &heard);
+    EXPECT_EQ(heard.Wait(2), "0 200 second");
     WWW::Destroy(onward);
 
     UseSession(60000);
-    DataTask* const last = WWW::Request("http://last.test/");
-    last->Get();
-    WWW::Destroy(last);
+    WWW::Destroy(Begin("http://last.test/"));
     // The process ends with the lookup in flight; the runner's time limit is what fails here.
 }
 
@@ -165,31 +145,20 @@ TEST(TransportTest, MoreThanMayRunAtOnceWaitForTheirTurn) {
     });
     HeardAnswers heard;
     std::vector<DataTask*> tasks;
-    for (size_t i = 0; i < kAsked; ++i) {
-        tasks.push_back(WWW::Request(server.Url().c_str()));
-        tasks.back()->SetListener(&heard);
-        tasks.back()->Get();
-    }
+    for (size_t i = 0; i < kAsked; ++i)
+        tasks.push_back(Begin(server.Url(), &heard));
     EXPECT_TRUE(WaitFor([&] { return server.Requests().size() == kAtOnce; }));
     tasks[kAsked - 1]->Cancel();
-    EXPECT_EQ(heard.Wait().error, kWWWErrorOther);
+    EXPECT_EQ(heard.Wait(), Failed(kWWWErrorOther));
     EXPECT_EQ(server.Requests().size(), kAtOnce);
     isHeld = false;
-    EXPECT_EQ(heard.Wait(kAsked).status, 200);
+    EXPECT_EQ(heard.Wait(kAsked), "0 200 GET");
     for (DataTask* const task : tasks)
         WWW::Destroy(task);
 
     UrlRequest put(server.Url());
     put.method = "PUT";
-    std::string body;
-    std::atomic<bool> isOver{false};
-    UrlSession& session = UrlSession::Current();
-    session.Resume(session.MakeDataTransfer(put, [&](UrlSession::TransferId, const UrlResult& result) {
-        body = result.body;
-        isOver = true;
-    }));
-    EXPECT_TRUE(WaitFor([&] { return isOver.load(); }));
-    EXPECT_EQ(body, "PUT0");
+    EXPECT_EQ(ResultOf(put).body, "PUT0");
 }
 
 TEST(TransportTest, ACancelBesideTheStartIsNotLost) {
@@ -229,11 +198,11 @@ void ExitWithAllInFlight(bool isUnderWay) {
     auto* const proxy = new FaultProxy(server.Port());
     proxy->Use({Fault::kHold, 1 << 10});
     for (int i = 0; i < 8; ++i) {
-        WWW::Request(proxy->Url().c_str())->Get();
+        Begin(proxy->Url());
         WWW::DownloadFile(proxy->Url().c_str(), (CacheFolder() + "/" + std::to_string(i)).c_str())->Resume();
     }
     const HttpServer tls([](const HttpRequest&) { return std::string(); });
-    WWW::Request(("https" + tls.Url().substr(4)).c_str())->Get();
+    Begin("https" + tls.Url().substr(4));
     constexpr char kNowhere[] = "192.0.2.1";
     INetworkChecker& checker = *INetworkChecker::GetInstance();
     checker.Ping(
