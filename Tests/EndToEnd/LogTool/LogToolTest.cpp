@@ -72,7 +72,6 @@ TEST(LogTool, AKeyPairOpensWhatItsPublicHalfClosed) {
     EXPECT_EQ(cut.error.find(digits.substr(1, 20)), std::string::npos) << "a secret goes into no message";
     EXPECT_EQ(RunReader({"--key", other, log}, {{"ORVANE_LOG_KEY", key}}).status, 3) << "the option goes before it";
     EXPECT_EQ(RunReader({"--verify", log}, {{"ORVANE_LOG_KEY", other}}).status, 3);
-    EXPECT_EQ(RunReader({"--key", log, log}).status, 2) << "no key";
     for (const Outcome& gone : {RunReader({"--key", "/gone", log}), RunReader({log}, {{"ORVANE_LOG_KEY", "/gone"}})}) {
         EXPECT_EQ(gone.status, 2);
         EXPECT_THAT(gone.error, ContainsRegex("(--key|ORVANE_LOG_KEY): /gone: No such file"));
