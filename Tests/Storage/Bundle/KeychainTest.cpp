@@ -42,7 +42,8 @@ TEST(KeychainTest, KeepsPasswordsSealedForTheirUserAlone) {
     EXPECT_THAT(ReadFile(path), Not(HasSubstr("secret")));
 
     std::set<std::string> accounts;
-    for (const KeychainItem& item : OrvaneCoreKC::accountsForService("service").value())
+    const auto items = OrvaneCoreKC::accountsForService("service");
+    for (const KeychainItem& item : items.value())
         accounts.insert(item.account + "=" + item.data);
     EXPECT_THAT(accounts, ElementsAre("a=", "b="));
     EXPECT_EQ(OrvaneCoreKC::allAccounts()->size(), 3u);
