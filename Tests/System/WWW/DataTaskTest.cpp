@@ -49,7 +49,7 @@ protected:
     FaultProxy proxy{server.Port()};
     HeardAnswers heard;
     size_t asked = 0;
-    DataTask* task = (UseSession(300), WWW::Request(""));
+    DataTask* task = (UseSession(600), WWW::Request(""));
 };
 
 TEST_F(DataTaskTest, EndsWithAnErrorWhereNoThreadCanBeStarted) {
