@@ -66,8 +66,8 @@ bool RemoteConfig::GetString(const char* key, char* buffer, int& length, const c
 }
 
 void RemoteConfig::AddObserver(RemoteConfigObserver* observer) {
-    Configure* const configure =
-        Configure::GetInstance();  // before the lock, since the first use makes the client, which opens a file
+    // Before the lock, since the first use makes the client, which opens a file.
+    Configure* const configure = Configure::GetInstance();
     const Quern::CCritical guard(&_mutex);
     ConfigObserver*& registered = _observers[observer];
     if (registered) {
